@@ -1,0 +1,82 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "spx/support/export.h"
+#include "spx/support/text.h"
+
+namespace qs_lib {
+/// One entry of a key file. The type word ("TEXT", "INTEGER", ...) is kept as it is; nothing checks
+/// that the value fits it.
+struct ConfigElement {
+  String value;
+  std::string type;
+  std::string description;
+};
+
+/// A key file held in memory. The file is text that a person can read and edit: the section in
+/// brackets, then for every key its description, type and value, in key order. Any bytes in any
+/// of these texts come back exactly.
+class SPX_EXPORT Configuration {
+ public:
+  using entry_map = std::map<std::string, ConfigElement, map_key<std::string>>;
+
+  Configuration();
+  Configuration(const Configuration&) = default;
+  Configuration(Configuration&&) = default;
+  Configuration& operator=(const Configuration&) = default;
+  Configuration& operator=(Configuration&&) = default;
+  virtual ~Configuration();
+
+  /// Reads the file named by directory, name and extension and replaces the entries by its own.
+  /// @return false, with the entries as they were, when it cannot be read, is no whole key file,
+  ///         or is of another section while the section must match
+  virtual bool load();
+
+  /// Writes all entries to the file. A failure or a crash leaves the former file as it was.
+  /// @return false when the file could not be written completely
+  virtual bool save();
+
+  /// Creates the entry or replaces it whole.
+  void set(const std::string& key, const std::string& type, const std::string& value,
+           const std::string& description);
+
+  /// A copy of the entry; three empty texts for a key that is absent.
+  ConfigElement get(const std::string& key) const;
+
+  /// The entries in key order; valid until they are changed.
+  const entry_map& entries() const { return entries_; }
+  void clearEntries() { entries_.clear(); }
+
+  void setDirectory(const std::string& directory) { directory_ = directory; }
+  void setName(const std::string& name) { name_ = name; }
+  void setExtension(const std::string& extension) { extension_ = extension; }
+  void setSection(const std::string& section) { section_ = section; }
+  const std::string& getDirectory() const { return directory_; }
+  const std::string& getName() const { return name_; }
+  const std::string& getExtension() const { return extension_; }
+  const std::string& getSection() const { return section_; }
+
+  /// The path of the file, with "~" replaced.
+  std::string getFileName() const;
+
+  /// Whether the owner saves the file when it is done with it; false at first.
+  void setSaveOnClose(bool save) { save_on_close_ = save; }
+  bool isSaveOnClose() const { return save_on_close_; }
+
+  /// Whether load() accepts only files of this section; true at first. Without a section every
+  /// key file is accepted.
+  void setMatchSection(bool match) { match_section_ = match; }
+  bool isMatchSection() const { return match_section_; }
+
+ private:
+  entry_map entries_;
+  std::string directory_;
+  std::string name_;
+  std::string extension_;
+  std::string section_;
+  bool save_on_close_ = false;
+  bool match_section_ = true;
+};
+}  // namespace qs_lib

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "spx/support/export.h"
+
+namespace qs_lib {
+/// Writes a status message and a line end to where display() writes, verbose or not.
+SPX_EXPORT void message(const std::string& text);
+
+/// Writes the text unchanged to standard output, or hands it to the host's handler.
+SPX_EXPORT void display(const std::string& text);
+
+/// Writes the text and a line end to standard error, after what standard output still holds.
+SPX_EXPORT void errorMessage(const std::string& text);
+
+/// Waits for a key, which is not shown. Returns at once unless both standard input and standard
+/// output are terminals. The terminal's state is restored; keys typed ahead are dropped.
+SPX_EXPORT void pauseKey();
+
+/// Whether progress is to be shown; false at first. Progress bars obey it, messages do not.
+SPX_EXPORT bool isVerbose();
+SPX_EXPORT void setVerbose(bool verbose);
+
+/// Sets what pauseKey() does instead of waiting; an empty handler restores the waiting.
+SPX_EXPORT void setPauseHandler(std::function<void()> handler);
+
+/// Sets what takes the texts of display() and message() instead of standard output, for a host
+/// that collects them; an empty handler restores the output.
+SPX_EXPORT void setDisplayHandler(std::function<void(const std::string&)> handler);
+}  // namespace qs_lib

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "spx/support/export.h"
+#include "spx/support/report.h"
+#include "spx/support/table.h"
+
+namespace qs_lib {
+/// Writes a delimited table. The caller ends each row with a line feed in stream().
+///
+/// A declared table begins with writeHeader() and separates its cells by itself. A free table has
+/// no header: cells stand alone, and the caller writes the separators too.
+///
+/// A text is quoted with `"`, doubled inside, only where a reader would misread it otherwise: it
+/// holds the separator, `"`, `'`, `#`, CR or LF, or begins or ends with a blank.
+class SPX_EXPORT CsvReport : public Report {
+ public:
+  CsvReport();
+  ~CsvReport() override;  ///< closes the file
+
+  /// Declares the columns and writes the header line.
+  /// @param header  the names joined by "|", whatever the separator of the file is
+  void writeHeader(const std::string& header);
+
+  /// Writes one cell. In a declared table the separator follows when more cells of the row do.
+  void cell(const std::string& value, bool more);
+  void cell(int value, bool more);
+
+  /// Writes a number in fixed notation; NaN gives "nan".
+  void cell(double value, int digits, bool more);
+
+  /// Stands between the cells; set it before writing.
+  char separator = '|';
+
+ private:
+  void quoted(std::string_view text);
+  void endCell(bool more);
+  bool needsQuotes(std::string_view text) const;
+
+  Table table_;
+  std::string buffer_;
+};
+}  // namespace qs_lib

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+
+#include "spx/support/export.h"
+
+namespace qs_lib {
+/// The parts of a file name. The extension stands without its point.
+struct name_of_file {
+  std::string directory;
+  std::string name;
+  std::string extension;
+};
+
+/// Splits a path: the directory ends before the last "/", the extension follows the last "." of
+/// the rest. A point at the very end belongs to the name; "/x" lies in the directory "/".
+SPX_EXPORT name_of_file splitFileName(const std::string& path);
+
+/// Joins directory, "/", name, "." and extension, leaving out "/" and "." beside an empty
+/// directory or extension. splitFileName() undoes it, unless a name with a point has no extension.
+SPX_EXPORT std::string createFileName(const std::string& directory, const std::string& name,
+                                      const std::string& extension);
+
+/// Replaces a "~" at the start of the path by the environment's HOME. The path stays as it is
+/// when HOME is unset or empty.
+SPX_EXPORT void checkHomePath(std::string& path);
+
+/// The path with its "~" replaced; see checkHomePath().
+SPX_EXPORT std::string homePath(std::string path);
+
+/// Tells whether a file of this name stays in its directory: not empty, not "." or "..", and
+/// without "/" and NUL.
+SPX_EXPORT bool isPlainName(const std::string& name);
+
+/// Holds the name of a file. A "~" in front of the directory is kept and replaced on each use.
+class SPX_EXPORT FileName {
+ public:
+  FileName() = default;
+  FileName(const FileName&) = default;
+  FileName(FileName&&) = default;
+  FileName& operator=(const FileName&) = default;
+  FileName& operator=(FileName&&) = default;
+  virtual ~FileName();
+
+  /// Replaces all three parts by those of the path.
+  void setFileName(const std::string& path);
+
+  /// The whole path, with "~" replaced.
+  std::string getFileName() const;
+
+  void setDirectory(const std::string& directory) { file_.directory = directory; }
+  void setName(const std::string& name) { file_.name = name; }
+  void setExtension(const std::string& extension) { file_.extension = extension; }
+  const std::string& getDirectory() const { return file_.directory; }
+  const std::string& getName() const { return file_.name; }
+  const std::string& getExtension() const { return file_.extension; }
+
+ private:
+  name_of_file file_;
+};
+}  // namespace qs_lib

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+#include "spx/support/export.h"
+
+namespace qs_lib {
+/// Measures the processor time that the process uses, in ticks of a millionth of a second.
+struct SPX_EXPORT process_timer {
+  std::uint64_t start = 0;
+  std::uint64_t end = 0;
+  double excluded = 0;  ///< ticks that do not count
+
+  /// Begins a new measurement, with nothing excluded.
+  void restart();
+
+  /// Takes the present time as the end.
+  void stop();
+
+  /// The seconds between restart() and the last stop(), less what is excluded.
+  double seconds() const;
+};
+}  // namespace qs_lib

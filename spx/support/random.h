@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+#include "spx/support/export.h"
+
+namespace qs_lib {
+/// A source of random numbers. It starts from a fixed seed, so that every run of a program gives
+/// the same numbers unless the host sets another.
+class SPX_EXPORT RandomSource {
+ public:
+  /// Restarts the sequence that belongs to the seed.
+  void setSeed(std::uint32_t seed) { engine.seed(seed); }
+
+  /// The next number of a uniform distribution, at least 0 and always below 1. It takes two
+  /// outputs of the engine, the first one being the lower half.
+  double uniform();
+
+  std::mt19937 engine;
+};
+
+/// The random source of the process.
+extern SPX_EXPORT RandomSource Random;
+}  // namespace qs_lib

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+
+#include "spx/support/export.h"
+#include "spx/support/file_name.h"
+
+namespace qs_lib {
+/// A text file to be read line by line.
+class SPX_EXPORT ReadFile : public FileName {
+ public:
+  ReadFile();
+  ReadFile(const ReadFile&) = delete;
+  ReadFile& operator=(const ReadFile&) = delete;
+  ~ReadFile() override;  ///< closes the file
+
+  /// Opens the file named by getFileName(), after closing one that is still open.
+  /// @return false when it is missing, may not be read or is a directory
+  bool fileOpen();
+
+  /// Closes the file; false when reading had failed before the end. True for a closed file.
+  bool fileClose();
+
+  bool isOpen() const { return stream_.is_open(); }
+
+  /// Reads the next line without its line feed; a CR before it is kept.
+  /// @return false, with the text emptied, at the end of the file
+  bool readLine(std::string& line);
+
+  /// The same, but keeps the first limit characters only and skips the rest of the line.
+  bool readLine(std::string& line, std::size_t limit);
+
+ private:
+  std::ifstream stream_;
+};
+}  // namespace qs_lib

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "spx/support/export.h"
+
+namespace qs_lib {
+/// Cuts a text into tokens. Leading and inner empty tokens are kept, the one after a final
+/// delimiter is not; the empty text has no token.
+class SPX_EXPORT Tokenizer {
+ public:
+  /// Splits the text at once; see split().
+  Tokenizer(const std::string& text, const std::string& delimiters);
+
+  /// Replaces the tokens by those of another text.
+  /// @param delimiters  every one of its characters cuts; with none the text is one token
+  void split(const std::string& text, const std::string& delimiters);
+
+  /// Token number index, counted from 0; the empty text beyond the last.
+  std::string getToken(std::size_t index) const;
+
+  std::size_t size() const { return tokens_.size(); }
+
+  /// All tokens in order; valid until the next split().
+  const std::vector<std::string>& tokens() const { return tokens_; }
+
+ private:
+  std::vector<std::string> tokens_;
+};
+}  // namespace qs_lib

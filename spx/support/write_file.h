@@ -1,0 +1,68 @@
+#pragma once
+
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "spx/support/atomic_file.h"
+#include "spx/support/export.h"
+#include "spx/support/file_name.h"
+
+namespace qs_lib {
+/// A text file to be written. Nothing is flushed before it is closed; fileClose() tells whether
+/// everything has arrived. Writing to a closed file does nothing.
+class SPX_EXPORT WriteFile : public FileName {
+ public:
+  WriteFile();
+  WriteFile(const WriteFile&) = delete;
+  WriteFile& operator=(const WriteFile&) = delete;
+  ~WriteFile() override;  ///< closes the file
+
+  /// Opens the file named by getFileName(), emptying it unless the append flag is set. A file
+  /// that is still open is closed first.
+  /// @return false when it cannot be opened
+  bool fileOpen();
+
+  /// Closes the file; a staged one takes its place now.
+  /// @return false when anything written was lost; true for a file that is not open
+  bool fileClose();
+
+  /// Closes the file and, when it is staged, leaves the target as it was before fileOpen().
+  void fileDiscard();
+
+  bool isOpen() const { return stream_.is_open(); }
+
+  /// Writes the text and a line feed.
+  void writeLine(const std::string& line);
+
+  /// Writes the text as it is, faster than through the stream; both may be mixed freely.
+  void write(std::string_view text) {
+    if (isOpen()) {
+      put(text);
+    }
+  }
+
+  /// The output stream, in the classic locale; valid as long as this object.
+  std::ofstream& stream() { return stream_; }
+
+  /// When set, the next fileOpen() adds to the end of the file. Off at first.
+  void setAppend(bool append) { append_ = append; }
+  bool isAppend() const { return append_; }
+
+  /// When set, a file opened without the append flag is written beside its final place and moved
+  /// there by a successful fileClose(): a full disk or a killed process leaves the old file. Off
+  /// at first; takes effect with the next fileOpen().
+  void setStaged(bool staged) { staged_ = staged; }
+
+ private:
+  void put(std::string_view text);
+  bool closeStream();
+
+  std::unique_ptr<char[]> buffer_;
+  std::unique_ptr<AtomicFile> stage_;
+  std::ofstream stream_;
+  bool append_ = false;
+  bool staged_ = false;
+};
+}  // namespace qs_lib

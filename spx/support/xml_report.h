@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "spx/support/export.h"
+#include "spx/support/report.h"
+
+namespace qs_lib {
+/// Writes an XML document element by element, one to a line, with two blanks per level. Nesting is
+/// the caller's affair: every openTag() needs its closeTag(), in reverse order.
+///
+/// Texts and attribute values may hold anything: markup is escaped, characters that XML forbids are
+/// dropped, and bytes that are not UTF-8 are taken as Latin-1. Names are written as they are. Calls
+/// while the file is closed do nothing.
+class SPX_EXPORT XmlReport : public Report {
+ public:
+  XmlReport();
+  ~XmlReport() override;
+
+  /// Writes the XML declaration, with a blank before its end.
+  void declaration(const std::string& encoding, const std::string& standalone);
+
+  /// Writes the link to a style sheet, without a blank before its end.
+  void styleSheet(const std::string& href);
+
+  void openTag(const std::string& name);
+  void openTag(const std::string& name, const std::string& attribute, const std::string& value);
+  void closeTag(const std::string& name);
+
+  /// Writes a whole element.
+  void createTag(const std::string& name, const std::string& text);
+  void createTag(const std::string& name, const std::string& attribute, const std::string& value,
+                 const std::string& text);
+
+  /// Opens the root at column 0, whatever was written before, and keeps its name.
+  void openRoot(const std::string& name);
+
+  /// Closes the element that openRoot() opened.
+  void closeRoot();
+
+ private:
+  void beginElement(const std::string& name);
+  void writeAttribute(const std::string& attribute, const std::string& value);
+  void finishElement(const std::string& name, const std::string& text);
+
+  std::string root_name_;
+  int nesting_ = 0;
+};
+
+/// Appends the text as XML content; with in_attribute, quotes, TAB and line breaks are escaped too.
+SPX_EXPORT void appendXmlText(std::string& out, std::string_view text, bool in_attribute);
+}  // namespace qs_lib
