@@ -1,0 +1,58 @@
+#pragma once
+
+#include "spx/core/enumerations.h"
+#include "spx/support/configuration.h"
+#include "spx/support/data_range.h"
+#include "spx/support/export.h"
+
+namespace spx {
+
+/// The life history of the species: names, reproduction, longevity. Every parameter is an entry of
+/// the key file "taxon.biology" and is converted whenever it is read; ages, intervals and durations
+/// are in days, written with two decimals. Values are not validated. The host sets the directory;
+/// nothing is saved by itself.
+class SPX_EXPORT Biology : public qs_lib::Configuration {
+ public:
+  /// All parameters at their defaults.
+  Biology();
+
+  /// Sets every parameter to its default. Ranges start inverted, lower 36500 and upper 0, on
+  /// purpose: the first observed value replaces both bounds when a range is widened by
+  /// observations.
+  void initialize();
+
+  void setLatinName(const std::string& name);
+  void setCommonName(const std::string& name);
+  void setReproductiveSystem(REPRODUCTIVE_SYSTEM system);
+  void setReproductiveSeason(REPRODUCTIVE_SEASON season);
+  void setGestation(double days);
+  /// Days after birth when offspring emerges from the den.
+  void setDenEmerge(double days);
+  /// Delayed implantation, in days before birth.
+  void setImplantation(double days);
+  void setBirthInterval(qs_lib::DataRange<double> days);
+  /// The range in birth dates of one litter or clutch.
+  void setBirthDateRange(double days);
+  void setMaxLitterSize(int size);
+  /// The youngest and oldest observed age at reproduction; a sex other than male and female sets
+  /// nothing.
+  void setReproductiveAge(SEX sex, qs_lib::DataRange<double> days);
+  /// The largest observed longevity; a sex other than male and female sets nothing.
+  void setLongevity(SEX sex, double days);
+  /// The upper limit of neonatal age.
+  void setNeonatalAge(double days);
+
+  // A text that is no number reads as NaN.
+
+  double getGestation() const;
+  qs_lib::DataRange<double> getBirthInterval() const;
+  /// 0 for a sex other than male and female.
+  double getLongevity(SEX sex) const;
+  /// (0, 0) for a sex other than male and female.
+  qs_lib::DataRange<double> getReproductiveAge(SEX sex) const;
+};
+
+/// The life history of the species in use.
+extern SPX_EXPORT Biology LifeHistory;
+
+}  // namespace spx

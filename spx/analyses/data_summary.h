@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "spx/core/enumerations.h"
+#include "spx/core/master_data.h"
+#include "spx/support/export.h"
+#include "spx/support/text.h"
+
+namespace spx {
+
+/// Counts the studbook and prints a summary in seven sections. Pseudo individuals are not counted.
+///
+/// The reference date is the end date of the view, or its start date when there is no end date.
+/// Whoever is not living then has died or disappeared, animals born later included.
+///
+///     DataSummary summary;
+///     if (summary.initialize() && summary.analyse()) summary.reportConsole();
+class SPX_EXPORT DataSummary {
+ public:
+  using sex_counts = std::map<SEX, std::int64_t, qs_lib::map_key<SEX>>;
+  using accuracy_counts = std::map<DATE_ACCURACY, std::int64_t, qs_lib::map_key<DATE_ACCURACY>>;
+
+  /// All counts 0, for the five sexes and seven accuracies too.
+  DataSummary();
+  virtual ~DataSummary();
+
+  /// Brings the breeder flags up to date when the store says that they are stale.
+  /// @return false after reporting "No animals in list" for an empty store
+  bool initialize();
+
+  /// Counts the records; always true. Linear. A second call adds to the counts of the first, except
+  /// that `records` is counted anew: use a fresh object for each summary.
+  bool analyse();
+
+  /// Prints the summary on standard output.
+  void reportConsole() const;
+
+  std::int64_t records = 0;  ///< without pseudo individuals
+  std::int64_t living = 0;
+  std::int64_t died = 0;
+  std::int64_t disappeared = 0;  ///< not living, lost to follow-up
+  std::int64_t breeders = 0;
+  std::int64_t living_breeders = 0;
+  double oldest_age = 0;  ///< in days
+  std::string oldest_id;  ///< the first of several of that age
+  sex_counts sexes;
+  accuracy_counts birth_accuracy;
+  accuracy_counts death_accuracy;  ///< of the records that are not living and have a death date
+  std::int64_t unknown_sire = 0;   ///< the sire alone
+  std::int64_t unknown_dam = 0;    ///< the dam alone
+  std::int64_t unknown_both = 0;
+  std::int64_t group_sire = 0;
+  std::int64_t group_dam = 0;
+  std::int64_t wild_origin = 0;  ///< founders: two wild parents, bred
+  std::int64_t living_wild_origin = 0;
+  std::int64_t bred_founders = 0;
+  /// Living founders that have not bred. Founders have bred by definition, so this is 0; the line
+  /// stays in the report for those who read it by its place.
+  std::int64_t potential_founders = 0;
+
+ private:
+  void countFounder(const master_data& animal, bool is_living);
+  void countParents(const master_data& animal);
+  void countLife(const master_data& animal, qs_lib::day_number reference);
+  void compareAge(const master_data& animal, qs_lib::day_number last_day);
+
+  void printGeneral() const;
+  void printSexes() const;
+  void printParents() const;
+  void printAccuracies(const std::string& title, const accuracy_counts& counts,
+                       std::int64_t total) const;
+  void printReproduction() const;
+  void printGenetics() const;
+};
+
+}  // namespace spx

@@ -1,0 +1,204 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "spx/core/enumerations.h"
+#include "spx/core/inconsistency.h"
+#include "spx/core/master_data.h"
+#include "spx/support/export.h"
+#include "spx/support/julian_date.h"
+#include "spx/support/text.h"
+
+namespace spx {
+
+class RecordIndex;
+
+/// The studbook in memory: the records, an index that can be ordered, a lookup by studbook ID and
+/// the pedigree.
+///
+/// Index, lookup and pedigree hold positions into the records. Positions never dangle, but a
+/// reference into a record does when a record is added, and the derived structures know nothing of
+/// records that are added later: rebuild them after loading and validation.
+///
+/// The road: initialize, addMaster for each animal, validate, createIndex, createLookup,
+/// assignIdKeys, populationPedigree, flagBreeders.
+///
+/// Members that return false have reported the reason with spxError and changed nothing, unless
+/// said otherwise; "No animals in list" tells of an empty store.
+class SPX_EXPORT AnimalData {
+ public:
+  // Storing
+
+  /// Reserves room for so many animals and the five pseudo parents, and adds the pseudo parents.
+  /// @return false after "Cannot reserve room for animals" when there is no such room
+  bool initialize(std::size_t expected);
+
+  /// Appends a record. The index is in "no order" afterwards; nothing else is updated.
+  bool addMaster(master_data animal);
+
+  /// Removes the records, and what holds positions into them; the reserved room is kept.
+  bool clearList();
+
+  /// Empties the store; the reserved room is kept.
+  bool clearStudbook();
+
+  /// Prints on standard output how many records there is room for, how many are used and how many
+  /// there can be.
+  void info() const;
+
+  // Ordering and searching
+
+  /// Enters all records in store order and sorts them. The recorded order is not reset: called with
+  /// the field of the last sort it leaves the new index in store order, so callers that rebuild
+  /// call resetOrder first.
+  bool createIndex(SORT_FIELD field);
+
+  /// Orders the index, stably; n log n. Nothing is done when the index is in that order already.
+  ///
+  /// BIRTH and DEATH sort by date (living animals first), STUDBOOK_ID byte-wise ("10" before "9").
+  /// Intended, since stored settings and callers depend on the numbers: SIRE_ID (4) sorts by key as
+  /// a signed number, DAM_ID (5) by sire and EVENT (6) by dam, each one step off its name; LOCATION
+  /// (7) orders nothing and is not recorded, UNKNOWN_ORDER (8) orders nothing but is recorded.
+  /// @return false after "No index created" for an empty index; false without a message for
+  /// NO_ORDER and values
+  ///         above 8
+  bool sortList(SORT_FIELD field);
+
+  /// Forgets the order of the index, so that the next sort is done whatever it was.
+  void resetOrder();
+
+  /// Enters every record's ID. Of two records with the same ID the later one is found. n log n.
+  bool createLookup();
+
+  /// The first record with exactly that ID; records.size() when there is none, and nothing is
+  /// reported. Linear: repeated searches go through the lookup.
+  position findMaster(const std::string& stud_id) const;
+
+  /// Whether a record has exactly that ID. Linear.
+  bool animalExists(const std::string& stud_id) const;
+
+  /// Numbers the records from 0 in birth order, and leaves the index in that order.
+  bool assignIdKeys();
+
+  /// Sets the `selected` flag of every record. Always true.
+  bool selection(bool selected);
+
+  /// Sets the `print` flag of every record. Always true.
+  bool print(bool print);
+
+  // Parents
+
+  /// Adds "WILD", "UNK", "UNKM", "UNKF" and "MULT". Always true.
+  bool addPseudoParents();
+
+  /// Adds a pseudo individual: unknown origin and rearing, an accurate birth, inbreeding 0, no
+  /// generation numbers. Its parents follow from its identifier: "WILD..." is its own kind's child,
+  /// with parents "WILD" and generation -1; "UNK..." has parents "WILD"; all others "UNKM" and
+  /// "UNKF". Scans the store.
+  /// @return false, without a message, when the ID exists
+  bool addPseudoAnimal(const std::string& id, SEX sex, qs_lib::day_number birth_day);
+
+  /// Adds a pseudo individual born in 1802, the stand-in of a parent without a record. Scans the
+  /// store.
+  /// @return false, without a message, when the ID exists
+  bool addPseudoFounder(const std::string& id, SEX sex);
+
+  /// Gives the wild mate of a known parent an identity. When exactly one parent is "WILD" it
+  /// becomes "P" and the other parent's trimmed ID, and a pseudo founder of that ID is added, one
+  /// for all their offspring. For the host's loader, best before addMaster.
+  /// @return whether the record was changed; no message
+  bool checkPseudoFounder(master_data& animal);
+
+  /// The record of a parent: the first one with that ID. A missing parent becomes a pseudo founder:
+  /// "UNKM", "UNKF" or "UNK" by sex for IDs that begin with "UNK", else "P" and the whole ID. It is
+  /// added unless it exists, and the console shows "Warning: record of parent id # ... does not
+  /// exist, assume ..." at every search that fails, also for a founder that exists by now. Scans
+  /// the store. References into records may dangle afterwards.
+  position findParent(const std::string& id, SEX sex);
+
+  /// Resolves the parents of every record and checks them: duplicate IDs, the sex of parents,
+  /// parents born on the birth day of their offspring or later. "UNK" parents become "UNKM" and
+  /// "UNKF"; with several taxa, generic animals inherit the taxon that their parents share. Pseudo
+  /// individuals are not checked and become generic.
+  ///
+  /// What is found goes to `inconsistencies` and, a line each, into
+  /// "~/spx/projects/studbook-errors.txt", which is replaced. When that file cannot be written
+  /// "Cannot write studbook error file" is reported once. Findings never make it fail. One pass.
+  /// @return false for an empty store
+  bool validate();
+
+  // Pedigree
+
+  /// Builds the pedigree list in studbook-ID order from the index (made if it is empty). Parents
+  /// without a record become pseudo founders as in findParent, which get no entry of their own.
+  /// Always true.
+  bool populationPedigree();
+
+  /// Orders the pedigree list, stably, after building it if it is empty. BIRTH (1) by birth date,
+  /// parents before offspring where the dates are equal; 4 by key as a signed number; 5 and 6 by
+  /// the sire's or dam's ID run together with the animal's birth date, one text, so that IDs of
+  /// different lengths mix with the dates. The numbers are those of sortList, with the same
+  /// intended offset.
+  /// @return false without a message, and with the order as it was, for every other field
+  bool sortPedigree(SORT_FIELD field);
+
+  /// Sets `breeder` on every record that the pedigree names as a parent, pseudo parents included,
+  /// and clears it on all others. Builds the pedigree if it is empty.
+  bool flagBreeders();
+
+  /// Selects an animal and all its ancestors, and nothing else; leaves the pedigree in birth order.
+  /// Builds it if it is empty. Reports "Animal does not exist" for an unknown ID.
+  bool individualPedigree(const std::string& id);
+
+  /// Checks the number of founder lineages: false without a message for 0 and above 255. The stored
+  /// lineages are not changed, which callers rely on: bits are set one by one with
+  /// setFounderLineage.
+  bool initializeLineages(std::uint64_t lineages);
+
+  SORT_FIELD sortField() const { return sort_field_; }
+  SORT_FIELD pedigreeSortField() const { return pedigree_sort_field_; }
+
+  /// True until flagBreeders has run; true again after clearStudbook.
+  bool breedersStale() const { return breeders_stale_; }
+
+  std::vector<master_data> records;       ///< in the order in which they were added
+  std::vector<position> index;            ///< the order of listings and analyses
+  std::vector<pedigree_record> pedigree;  ///< made by populationPedigree
+  std::map<std::string, position, qs_lib::map_key<std::string>> lookup;  ///< made by createLookup
+  std::string text;                            ///< the host's; emptied by clearStudbook
+  bool records_changed = true;                 ///< for the host; set by addMaster and clearStudbook
+  bool derived_changed = true;                 ///< for the host; set likewise
+  std::vector<inconsistency> inconsistencies;  ///< the findings of the last validate
+
+ private:
+  template <class Order>
+  void sortIndex();
+  template <class Order>
+  void sortPedigreeBy();
+  void orderEqualBirths();
+
+  position search(const std::string& id, const RecordIndex* known) const;
+  void appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day);
+  position resolveParent(const std::string& id, SEX sex, RecordIndex* known);
+  void validateRecord(position record, RecordIndex& known);
+  taxon_handle validateParent(position record, SEX sex, RecordIndex& known);
+  void inheritTaxon(master_data& animal, taxon_handle sire_taxon, taxon_handle dam_taxon);
+  void writeInconsistencies() const;
+
+  SORT_FIELD sort_field_ = SORT_FIELD::STUDBOOK_ID;
+  SORT_FIELD pedigree_sort_field_ = SORT_FIELD::NO_ORDER;
+  bool breeders_stale_ = true;
+  std::int32_t lineage_counter_ = 0;
+};
+
+/// Sets `breeder` on the records of the sire and the dam; the animal's own flag is not touched.
+SPX_EXPORT void flagParents(const pedigree_record& entry);
+
+/// The studbook in use.
+extern SPX_EXPORT AnimalData Animals;
+
+}  // namespace spx

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "spx/support/export.h"
+
+/// The one front end of all errors that a user sees. It keeps no state: whoever reports gives up
+/// its own operation and returns false or a neutral value.
+namespace spx {
+
+/// Reports "#" followed by the code in decimal, a minus sign for negative codes. Always true.
+SPX_EXPORT bool spxError(std::int32_t code);
+
+/// Reports the text as it stands, the empty text too. Always true.
+SPX_EXPORT bool spxError(const std::string& message);
+
+/// Forms the name of the message file of a language and drops it again: nothing is opened or kept.
+/// Always true. Intended: hosts call it when they set a language, the library itself never does.
+/// @param language  a language or locale tag such as "en"
+SPX_EXPORT bool spxErrorFile(const std::string& language);
+
+}  // namespace spx

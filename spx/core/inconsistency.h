@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "spx/support/export.h"
+
+namespace spx {
+
+/// What validation finds wrong with an animal.
+enum class INCONSISTENCY : std::uint32_t {
+  DUPLICATE_ID,    ///< more than one record has the animal's ID
+  SIRE_NOT_MALE,   ///< the sire's sex is not male; unknown counts as not male
+  SIRE_NOT_OLDER,  ///< the animal was not born later than its sire
+  DAM_NOT_FEMALE,
+  DAM_NOT_OLDER
+};
+
+/// One finding of AnimalData::validate.
+struct inconsistency {
+  INCONSISTENCY code;
+  std::string animal;  ///< the studbook ID of the record that was checked
+  std::string parent;  ///< the studbook ID of the parent concerned; empty for DUPLICATE_ID
+};
+
+/// The line of the studbook's error file that tells of a finding, without its line end.
+SPX_EXPORT std::string inconsistencyText(const inconsistency& finding);
+
+}  // namespace spx

@@ -1,0 +1,219 @@
+// Parents: pseudo parents and founders, the search for a parent, and the checks of a loaded
+// studbook.
+#include <iomanip>
+#include <limits>
+#include <sstream>
+
+#include "spx/core/animal_data.h"
+#include "spx/core/errors.h"
+#include "spx/core/pseudo_ids.h"
+#include "spx/core/record_index.h"
+#include "spx/support/console.h"
+#include "spx/support/progress_bar.h"
+#include "spx/support/text.h"
+#include "spx/support/write_file.h"
+#include "spx/views/predicates.h"
+
+namespace spx {
+namespace {
+
+constexpr char ERROR_FILE[] = "~/spx/projects/studbook-errors.txt";
+
+// Pseudo individuals are born before every animal of a studbook, in the order in which they stand
+// for each other.
+constexpr char WILD_BIRTH[] = "1800";
+constexpr char UNKNOWN_BIRTH[] = "1801";
+constexpr char FOUNDER_BIRTH[] = "1802";
+
+qs_lib::day_number dayOf(const char* date) {
+  return qs_lib::msToDay(qs_lib::dateToJulian(std::string(date)));
+}
+
+void setPseudoParents(master_data& animal) {
+  const std::string& id = animal.stud_id;
+  if (id.starts_with(WILD_PARENT)) {
+    animal.sire_id = WILD_PARENT;
+    animal.dam_id = WILD_PARENT;
+    setAnimalGeneration(animal, -1.0);
+  } else if (id.starts_with(UNKNOWN_PARENT)) {
+    animal.sire_id = WILD_PARENT;
+    animal.dam_id = WILD_PARENT;
+  } else {
+    animal.sire_id = UNKNOWN_SIRE;
+    animal.dam_id = UNKNOWN_DAM;
+  }
+}
+
+std::string substituteOf(const std::string& id, SEX sex) {
+  if (!id.starts_with(UNKNOWN_PARENT)) {
+    return PSEUDO_FOUNDER_PREFIX + id;
+  }
+  if (sex == SEX::MALE) {
+    return UNKNOWN_SIRE;
+  }
+  return sex == SEX::FEMALE ? UNKNOWN_DAM : UNKNOWN_PARENT;
+}
+
+void warnOfMissing(const std::string& id, const std::string& substitute) {
+  std::ostringstream warning;
+  warning << "Warning: record of parent id #" << std::setw(8) << id << " does not exist, assume "
+          << substitute << "\n";
+  qs_lib::display(warning.str());
+}
+
+}  // namespace
+
+bool AnimalData::addPseudoParents() {
+  addPseudoAnimal(WILD_PARENT, SEX::UNKNOWN, dayOf(WILD_BIRTH));
+  addPseudoAnimal(UNKNOWN_PARENT, SEX::UNKNOWN, dayOf(UNKNOWN_BIRTH));
+  addPseudoAnimal(UNKNOWN_SIRE, SEX::MALE, dayOf(UNKNOWN_BIRTH));
+  addPseudoAnimal(UNKNOWN_DAM, SEX::FEMALE, dayOf(UNKNOWN_BIRTH));
+  addPseudoAnimal(GROUP_PARENT, SEX::UNKNOWN, dayOf(UNKNOWN_BIRTH));
+  return true;
+}
+
+bool AnimalData::addPseudoAnimal(const std::string& id, SEX sex, qs_lib::day_number birth_day) {
+  if (animalExists(id)) {
+    return false;
+  }
+  appendPseudo(id, sex, birth_day);
+  return true;
+}
+
+bool AnimalData::addPseudoFounder(const std::string& id, SEX sex) {
+  return addPseudoAnimal(id, sex, dayOf(FOUNDER_BIRTH));
+}
+
+void AnimalData::appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day) {
+  master_data animal;
+  animal.id_key = std::numeric_limits<std::uint64_t>::max();
+  animal.stud_id = id;
+  animal.taxon = Subspecies.getGeneric();
+  animal.sex = sex;
+  animal.birth_type = BIRTH_TYPE::UNKNOWN;
+  animal.rearing = REARING::UNKNOWN;
+  animal.birth.date = birth_day;
+  setAnimalGeneration(animal, std::numeric_limits<double>::quiet_NaN());
+  setPseudoParents(animal);
+  addMaster(std::move(animal));
+}
+
+bool AnimalData::checkPseudoFounder(master_data& animal) {
+  const bool wild_sire = animal.sire_id == WILD_PARENT;
+  const bool wild_dam = animal.dam_id == WILD_PARENT;
+  if (wild_sire == wild_dam) {
+    return false;
+  }
+  std::string& wild_id = wild_sire ? animal.sire_id : animal.dam_id;
+  const std::string& known_id = wild_sire ? animal.dam_id : animal.sire_id;
+  wild_id = PSEUDO_FOUNDER_PREFIX + qs_lib::allTrim(known_id);
+  addPseudoFounder(wild_id, wild_sire ? SEX::MALE : SEX::FEMALE);
+  return true;
+}
+
+// One pass over the studbook searches by its index of IDs, a single call scans the records.
+position AnimalData::search(const std::string& id, const RecordIndex* known) const {
+  return known == nullptr ? findMaster(id) : known->find(id);
+}
+
+position AnimalData::resolveParent(const std::string& id, SEX sex, RecordIndex* known) {
+  const position found = search(id, known);
+  if (found != records.size()) {
+    return found;
+  }
+  const std::string missing = id;  // the ID may lie in a record that moves
+  const std::string substitute = substituteOf(missing, sex);
+  position parent = search(substitute, known);
+  if (parent == records.size()) {
+    appendPseudo(substitute, sex, dayOf(FOUNDER_BIRTH));
+    if (known != nullptr) {
+      known->add(parent);
+    }
+  }
+  warnOfMissing(missing, substitute);
+  return parent;
+}
+
+position AnimalData::findParent(const std::string& id, SEX sex) {
+  return resolveParent(id, sex, nullptr);
+}
+
+bool AnimalData::validate() {
+  if (records.empty()) {
+    spxError("No animals in list");
+    return false;
+  }
+  inconsistencies.clear();
+  RecordIndex known(records);
+  qs_lib::ProgressBar bar(records.size(), "");
+  for (position record = 0; record < records.size(); ++record) {
+    bar.progress();
+    validateRecord(record, known);
+  }
+  writeInconsistencies();
+  bar.end();
+  return true;
+}
+
+void AnimalData::validateRecord(position record, RecordIndex& known) {
+  if (isPseudoIndividual(records[record].stud_id)) {
+    records[record].taxon = Subspecies.getGeneric();
+    return;
+  }
+  if (known.isDuplicate(record)) {
+    inconsistencies.push_back({INCONSISTENCY::DUPLICATE_ID, records[record].stud_id, ""});
+  }
+  const taxon_handle sire_taxon = validateParent(record, SEX::MALE, known);
+  const taxon_handle dam_taxon = validateParent(record, SEX::FEMALE, known);
+  inheritTaxon(records[record], sire_taxon, dam_taxon);
+}
+
+// Resolves and checks the parent of one sex; gives the taxon that it passes on.
+taxon_handle AnimalData::validateParent(position record, SEX sex, RecordIndex& known) {
+  const bool is_sire = sex == SEX::MALE;
+  std::string master_data::*parent_id = is_sire ? &master_data::sire_id : &master_data::dam_id;
+  const position found = resolveParent(records[record].*parent_id, sex, &known);
+  const master_data& parent = records[found];
+  master_data& animal = records[record];
+  if (parent.stud_id == UNKNOWN_PARENT) {
+    animal.*parent_id = is_sire ? UNKNOWN_SIRE : UNKNOWN_DAM;
+  }
+  if (isPseudoIndividual(parent.stud_id)) {
+    return Subspecies.getGeneric();
+  }
+  if (parent.sex != sex) {
+    inconsistencies.push_back(
+        {is_sire ? INCONSISTENCY::SIRE_NOT_MALE : INCONSISTENCY::DAM_NOT_FEMALE, animal.stud_id,
+         parent.stud_id});
+  }
+  if (animal.birth.date <= parent.birth.date) {
+    inconsistencies.push_back(
+        {is_sire ? INCONSISTENCY::SIRE_NOT_OLDER : INCONSISTENCY::DAM_NOT_OLDER, animal.stud_id,
+         parent.stud_id});
+  }
+  return parent.taxon;
+}
+
+void AnimalData::inheritTaxon(master_data& animal, taxon_handle sire_taxon,
+                              taxon_handle dam_taxon) {
+  if (Subspecies.names().size() > 1 && Subspecies.getName(animal.taxon) == GENERIC_TAXON) {
+    animal.taxon = sire_taxon == dam_taxon ? sire_taxon : Subspecies.getGeneric();
+  }
+}
+
+void AnimalData::writeInconsistencies() const {
+  qs_lib::WriteFile file;
+  file.setFileName(ERROR_FILE);
+  bool written = file.fileOpen();
+  if (written) {
+    for (const inconsistency& finding : inconsistencies) {
+      file.writeLine(inconsistencyText(finding));
+    }
+    written = file.fileClose();
+  }
+  if (!written) {
+    spxError("Cannot write studbook error file");
+  }
+}
+
+}  // namespace spx

@@ -1,0 +1,252 @@
+// The pedigree list: building it, ordering it, and what is read from it.
+#include <algorithm>
+#include <deque>
+
+#include "spx/core/animal_data.h"
+#include "spx/core/errors.h"
+#include "spx/core/record_index.h"
+#include "spx/core/record_order.h"
+
+namespace spx {
+namespace {
+
+std::string parentAndBirth(const master_data& parent, const master_data& animal) {
+  return parent.stud_id + qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date));
+}
+
+// The orders of the pedigree list.
+struct compare_pedigree_birth {
+  static std::uint64_t key(const std::vector<master_data>& records, const pedigree_record& entry) {
+    return records[entry.animal].birth.date;
+  }
+};
+struct compare_pedigree_key {
+  static std::uint64_t key(const std::vector<master_data>& records, const pedigree_record& entry) {
+    return signedOrder(records[entry.animal].id_key);
+  }
+};
+struct compare_pedigree_sire {
+  static std::string key(const std::vector<master_data>& records, const pedigree_record& entry) {
+    return parentAndBirth(records[entry.sire], records[entry.animal]);
+  }
+};
+struct compare_pedigree_dam {
+  static std::string key(const std::vector<master_data>& records, const pedigree_record& entry) {
+    return parentAndBirth(records[entry.dam], records[entry.animal]);
+  }
+};
+
+// Puts parents before their offspring among the entries [first, last), which share a birth date. An
+// entry is placed as soon as its parents within the range are; where a cycle leaves none, the next
+// one in order is placed as it is. Linear, without recursion.
+class EqualBirths {
+ public:
+  explicit EqualBirths(std::size_t records) : entry_of_(records, NONE) {}
+
+  void order(std::vector<pedigree_record>& pedigree, std::size_t first, std::size_t last) {
+    const std::vector<pedigree_record> entries(
+        pedigree.begin() + static_cast<std::ptrdiff_t>(first),
+        pedigree.begin() + static_cast<std::ptrdiff_t>(last));
+    countParents(entries);
+    std::size_t placed = first;
+    std::size_t next = 0;
+    while (placed < last) {
+      if (ready_.empty()) {
+        while (is_placed_[next]) {
+          ++next;
+        }
+        ready_.push_back(next);
+        is_placed_[next] = true;
+      }
+      const std::size_t entry = ready_.front();
+      ready_.pop_front();
+      pedigree[placed++] = entries[entry];
+      release(entry);
+    }
+    for (const pedigree_record& entry : entries) {
+      entry_of_[entry.animal] = NONE;
+    }
+  }
+
+ private:
+  static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
+
+  void countParents(const std::vector<pedigree_record>& entries) {
+    missing_parents_.assign(entries.size(), 0);
+    is_placed_.assign(entries.size(), false);
+    offspring_.assign(entries.size(), {});
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      entry_of_[entries[i].animal] = i;
+    }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      for (const position parent : {entries[i].sire, entries[i].dam}) {
+        if (entry_of_[parent] != NONE) {
+          offspring_[entry_of_[parent]].push_back(i);
+          ++missing_parents_[i];
+        }
+      }
+    }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      placeIfReady(i);
+    }
+  }
+
+  void placeIfReady(std::size_t entry) {
+    if (missing_parents_[entry] == 0 && !is_placed_[entry]) {
+      is_placed_[entry] = true;
+      ready_.push_back(entry);
+    }
+  }
+
+  void release(std::size_t parent) {
+    for (const std::size_t child : offspring_[parent]) {
+      --missing_parents_[child];
+      placeIfReady(child);
+    }
+  }
+
+  std::vector<std::size_t> entry_of_;  ///< by record: its entry in the range, or NONE
+  std::vector<std::size_t> missing_parents_;
+  std::vector<bool> is_placed_;
+  std::vector<std::vector<std::size_t>> offspring_;
+  std::deque<std::size_t> ready_;
+};
+
+}  // namespace
+
+bool AnimalData::populationPedigree() {
+  if (index.empty()) {
+    resetOrder();
+    createIndex(SORT_FIELD::STUDBOOK_ID);
+  }
+  pedigree.clear();
+  pedigree.reserve(records.size());
+  sortList(SORT_FIELD::STUDBOOK_ID);
+  RecordIndex known(records);
+  for (const position animal : index) {
+    pedigree_record entry;
+    entry.animal = animal;
+    entry.sire = resolveParent(records[animal].sire_id, SEX::MALE, &known);
+    entry.dam = resolveParent(records[animal].dam_id, SEX::FEMALE, &known);
+    pedigree.push_back(entry);
+  }
+  pedigree_sort_field_ = SORT_FIELD::NO_ORDER;
+  return true;
+}
+
+template <class Order>
+void AnimalData::sortPedigreeBy() {
+  sortByKey(pedigree, [this](const pedigree_record& entry) { return Order::key(records, entry); });
+}
+
+bool AnimalData::sortPedigree(SORT_FIELD field) {
+  if (pedigree.empty()) {
+    populationPedigree();
+  }
+  if (field == pedigree_sort_field_) {
+    return true;
+  }
+  // The numbers of sortList with the same offset against the names: 4 is the key, 5 the sire, 6 the
+  // dam.
+  switch (field) {
+    case SORT_FIELD::BIRTH:
+      sortPedigreeBy<compare_pedigree_birth>();
+      orderEqualBirths();
+      break;
+    case SORT_FIELD::SIRE_ID:
+      sortPedigreeBy<compare_pedigree_key>();
+      break;
+    case SORT_FIELD::DAM_ID:
+      sortPedigreeBy<compare_pedigree_sire>();
+      break;
+    case SORT_FIELD::EVENT:
+      sortPedigreeBy<compare_pedigree_dam>();
+      break;
+    default:
+      return false;
+  }
+  pedigree_sort_field_ = field;
+  return true;
+}
+
+// Studbooks without exact dates hold parents and offspring of one day; the walk to the ancestors
+// needs every parent before its offspring.
+void AnimalData::orderEqualBirths() {
+  EqualBirths equal_births(records.size());
+  std::size_t first = 0;
+  while (first < pedigree.size()) {
+    const qs_lib::day_number day = records[pedigree[first].animal].birth.date;
+    std::size_t last = first + 1;
+    while (last < pedigree.size() && records[pedigree[last].animal].birth.date == day) {
+      ++last;
+    }
+    if (last - first > 1) {
+      equal_births.order(pedigree, first, last);
+    }
+    first = last;
+  }
+}
+
+bool AnimalData::flagBreeders() {
+  if (records.empty()) {
+    spxError("No animals in list");
+    return false;
+  }
+  if (pedigree.empty()) {
+    populationPedigree();
+  }
+  for (master_data& animal : records) {
+    animal.breeder = false;
+  }
+  for (const pedigree_record& entry : pedigree) {
+    records[entry.sire].breeder = true;
+    records[entry.dam].breeder = true;
+  }
+  breeders_stale_ = false;
+  return true;
+}
+
+void flagParents(const pedigree_record& entry) {
+  Animals.records[entry.sire].breeder = true;
+  Animals.records[entry.dam].breeder = true;
+}
+
+bool AnimalData::individualPedigree(const std::string& id) {
+  if (records.empty()) {
+    spxError("No animals in list");
+    return false;
+  }
+  if (!animalExists(id)) {
+    spxError("Animal does not exist");
+    return false;
+  }
+  if (pedigree.empty()) {
+    populationPedigree();
+  }
+  selection(false);
+  sortPedigree(SORT_FIELD::BIRTH);
+  for (auto entry = pedigree.rbegin(); entry != pedigree.rend(); ++entry) {
+    master_data& animal = records[entry->animal];
+    if (animal.stud_id == id) {
+      animal.selected = true;
+    }
+    if (animal.selected) {
+      records[entry->sire].selected = true;
+      records[entry->dam].selected = true;
+    }
+  }
+  return true;
+}
+
+bool AnimalData::initializeLineages(std::uint64_t lineages) {
+  if (lineages == 0 || lineages >= master_data::LINEAGES) {
+    return false;
+  }
+  if (records.empty()) {
+    spxError("No animals in list");
+    return false;
+  }
+  return true;
+}
+
+}  // namespace spx

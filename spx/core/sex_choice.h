@@ -1,0 +1,21 @@
+#pragma once
+
+#include "spx/core/enumerations.h"
+#include "spx/support/export.h"
+
+/// Choosing a sex where the studbook gives none.
+namespace spx {
+
+/// The sex of possible partners: male for female, female for male. For every other sex it is ALL,
+/// on purpose: whoever asks for the partners of an animal of unclear sex gets every sex.
+SPX_EXPORT SEX oppositeSex(SEX sex);
+
+/// Male and female in turn; the first call of a process gives male. The turn is never reset.
+SPX_EXPORT SEX getEqualSex();
+
+/// Draws a sex from the process-wide random source.
+/// @param probability  that the animal is male: 0 always gives female, 1 always male. Two words are
+///                     drawn whatever the probability, so that a seeded sequence stays in step.
+SPX_EXPORT SEX getRandomSex(double probability);
+
+}  // namespace spx

@@ -1,0 +1,29 @@
+// The state of the library, in the order in which it is constructed when the library is loaded; it
+// is destroyed in the reverse order when it is unloaded. The constructors use literals,
+// constant-initialised tables and each other only, since the objects of other source files may not
+// exist yet.
+#include "spx/analyses/biology.h"
+#include "spx/analyses/project.h"
+#include "spx/core/animal_data.h"
+#include "spx/core/multi_parent.h"
+#include "spx/core/studbook.h"
+#include "spx/reports/user_fields.h"
+#include "spx/views/breeding_program.h"
+#include "spx/views/data_filter.h"
+#include "spx/views/meta_population.h"
+#include "spx/views/sub_taxa.h"
+
+namespace spx {
+
+Project ActiveProject;
+Studbook Book;
+Biology LifeHistory;
+AnimalData Animals;
+MetaPopulation MetaPop;
+BreedingProgram Management;
+SubTaxa Subspecies;
+std::vector<multi_parent> parent_list;
+DataFilter View;
+std::vector<user_field> user_field_list;
+
+}  // namespace spx

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "spx/support/export.h"
+#include "spx/support/field_type.h"
+
+namespace spx {
+
+/// The definition of a user-defined field.
+struct user_field {
+  std::string name;
+  qs_lib::FIELD_TYPE type = qs_lib::FIELD_TYPE::TEXT;
+};
+
+/// The user-defined fields of the studbook in use, filled by the host. A field is known everywhere
+/// by its position here: records hold their values, and views their filters, at the same positions.
+extern SPX_EXPORT std::vector<user_field> user_field_list;
+
+/// The name of a field; empty beyond the list.
+SPX_EXPORT std::string userFieldName(std::size_t field);
+
+/// Lists the fields with their types, in one call of the console.
+/// @return false after reporting "No user fields defined" when there are none
+SPX_EXPORT bool showUserFields();
+
+}  // namespace spx

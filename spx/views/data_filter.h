@@ -1,0 +1,148 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "spx/core/enumerations.h"
+#include "spx/support/export.h"
+#include "spx/support/julian_date.h"
+#include "spx/views/deme_id.h"
+#include "spx/views/sub_taxa.h"
+
+namespace spx {
+
+/// A test of one user-defined field.
+struct user_filter {
+  int field = 0;      ///< position in user_field_list, never negative
+  std::string value;  ///< what the record's field must equal, byte for byte
+};
+
+/// The current view: which records an analysis, listing or export takes, and the settings of the
+/// analyses. Dates are day numbers; a NaN bound is not set.
+class SPX_EXPORT DataFilter {
+ public:
+  /// Empty lists, then the defaults of clearView. At load this runs after the metapopulation is
+  /// constructed.
+  DataFilter();
+
+  // Settings
+
+  qs_lib::day_number start_date = 0;    ///< start of the period
+  qs_lib::day_number end_date = 0;      ///< end of the period
+  qs_lib::day_number monitor_date = 0;  ///< the day on which living animals are taken
+  double low_generation = 0;
+  double high_generation = 0;
+  double low_inbreeding = 0;
+  double high_inbreeding = 0;
+  double low_age = 0;
+  double high_age = 0;
+  DATE_ACCURACY birth_accuracy = DATE_ACCURACY::ALL_DATES;  ///< the worst that is accepted
+  DATE_ACCURACY death_accuracy = DATE_ACCURACY::ALL_DATES;
+  DATE_ACCURACY event_accuracy = DATE_ACCURACY::ALL_DATES;
+  SEX sex = SEX::ALL;
+  HANDLE_UNKNOWN handle_unknown = HANDLE_UNKNOWN::EQUAL;          ///< animals of unknown sex
+  HANDLE_UNKNOWN handle_parent = HANDLE_UNKNOWN::OBSERVED_RATIO;  ///< unknown parents
+  BIRTH_TYPE origin = BIRTH_TYPE::CAPTIVE_BORN;
+  REARING rearing = REARING::ALL;  ///< not stored in view files
+  BIRTH_CONTROL contraception = BIRTH_CONTROL::NO_SELECTION;
+  qs_lib::TIME_INTERVAL census_interval = qs_lib::TIME_INTERVAL::ANNUAL;
+  std::vector<taxon_handle> taxa;  ///< empty: all taxa
+  std::set<packed_deme> demes;     ///< empty: all demes
+  std::vector<MOVE_TYPE> events;   ///< reports show "all" whatever it holds; clearView leaves it
+  std::vector<user_filter> user_filters;  ///< all of them must match
+  int filter_id = 0;                      ///< the number of the view; 0 is none
+  bool generic_parents = false;           ///< assume generic unknown parents; clearView leaves it
+  double class_width = 0;                 ///< of age classes, in days
+  unsigned long number_of_classes = 0;
+  int census_day = 1;
+  int census_month = 1;  ///< 1 to 12
+  bool use_neonate = true;
+  bool use_stillbirth = true;
+  bool use_emerge = false;  ///< count from the day when animals emerge from the den
+  bool left_truncated = true;
+  bool right_censored = true;
+  bool prorating = false;
+  bool same_sex = true;  ///< count same-sex offspring
+  std::string path;      ///< directory of view files and deme files; the host sets it
+
+  // Editing
+
+  /// Sets every default and selects every deme of the metapopulation: from 1800 to today,
+  /// captive-born animals of every sex. The event list, `generic_parents` and `path` are left as
+  /// they are, on purpose.
+  void clearView();
+
+  /// Shrinks the period to whole census years: the end (and the monitor date) goes back to the last
+  /// census day, the start forward to the first one. A census day beyond its month means the
+  /// month's last day.
+  /// @return false with nothing changed when there is no end date, the census month is none, or the
+  ///         census day before the end cannot be told as a date
+  bool autoMonitorDate();
+
+  /// Adds a test of a user-defined field. @return false with nothing added for a negative field
+  bool addUserView(int field, const std::string& value);
+
+  /// Adds a deme. The first one deselects all demes of the metapopulation; each selects itself and
+  /// all within it. Scans the metapopulation. @return false with nothing changed for an unknown
+  /// deme
+  bool addDeme(packed_deme id);
+  /// The same from the dotted text; raises what DemeID::textToBlocks raises.
+  bool addDeme(const std::string& id);
+  /// The same by the names of level and deme.
+  bool addDeme(const std::string& level, const std::string& name);
+
+  /// Adds a taxon, a second time too. @return false for an unknown name and always for "generic"
+  bool addTaxon(const std::string& name);
+
+  /// The demes in ascending order of their packed identifiers, each followed by the separator, the
+  /// last one included; empty for all demes. Readers of reports rely on the last separator.
+  /// @param numeric    packed identifiers instead of names
+  /// @param separator  a character code
+  std::string createDemeString(bool numeric, int separator) const;
+
+  /// The names of the taxa in their order, each followed by the separator, the last one included;
+  /// "all" when none is selected.
+  std::string createTaxonString(int separator) const;
+
+  /// Replaces the demes by those of a text of packed identifiers separated by ";", as view files
+  /// hold it. The selection of the former demes is not undone. The numbers are read as 32-bit
+  /// integers, as they always were: an identifier with a top level raises std::out_of_range, a text
+  /// that is no number std::invalid_argument, with the demes read until then in place.
+  /// @return false with nothing changed for the empty text
+  bool extractDemeString(const std::string& text);
+
+  /// Adds the demes that a file names, one a line, `file`.fed in `path`. Empty lines and lines with
+  /// a "#" anywhere are skipped, unknown names too; 1023 characters of a line count.
+  /// @return false when it cannot be opened, after "Could not open " and its name on standard error
+  bool loadDemeFile(const std::string& file, const std::string& level);
+
+  // View files and listings
+
+  /// Writes the view to `name`.view in `path`. A failure is reported as "Could not save view
+  /// settings" and leaves the former file whole; names that would leave the directory fail
+  /// likewise. Rearing, class width, number of classes, events, user filters and the path are not
+  /// stored.
+  void save(const std::string& name) const;
+
+  /// Reads a view from `name`.view in `path`. The sex group and the taxa are not restored: the sex
+  /// is written under "SEX" but looked for under "Sex", and TAXON is never read, as older readers
+  /// of the files expect. An integer that is none raises std::invalid_argument or
+  /// std::out_of_range, as do the demes, which are read last; what was read until then is in place.
+  /// @return false, silently and with nothing changed, when there is no such file or it is no view
+  /// file
+  bool load(const std::string& name);
+
+  /// Lists the views in `path` on standard output by their base names.
+  /// @param filter  the extension to list, "view" usually
+  /// @return false with nothing written when the directory cannot be read
+  bool listViews(std::string filter) const;
+
+  /// Shows all settings in one call of the console.
+  void listView() const;
+};
+
+/// The view in use.
+extern SPX_EXPORT DataFilter View;
+
+}  // namespace spx

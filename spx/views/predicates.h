@@ -1,0 +1,120 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "spx/core/master_data.h"
+#include "spx/support/export.h"
+#include "spx/support/julian_date.h"
+
+/// Questions about one record or one identifier. None of them changes anything; those named after
+/// the view read View, MetaPop and user_field_list. Dates are day numbers.
+///
+/// Spans of days are unsigned 32-bit differences, on purpose: a difference that would be negative
+/// wraps to a huge number and so fails a test of "at most so many days", and an unknown death (0)
+/// never ends a life.
+namespace spx {
+
+// Identifiers, whole and in any letter case. Line breaks end a match: an identifier with one inside
+// is none of these.
+
+/// Begins with COLONY, GROUP, HERD, MULT, MULTI, UNK, UNKN, UNKM, UNKF, WILD or P. So every
+/// identifier that begins with P, "Pedro" too, is a pseudo individual: studbooks rely on that
+/// breadth.
+SPX_EXPORT bool isPseudoIndividual(const std::string& id);
+
+/// COLONY, GROUP, HERD, MULT or MULTI and at least one character more: "MULT" alone is no group of
+/// parents.
+SPX_EXPORT bool isMultiParent(const std::string& id);
+
+/// One of the beginnings of a pseudo individual, white space or none, and digits: "WILD 12",
+/// "unk3".
+SPX_EXPORT bool isSameLitterParent(const std::string& id);
+
+/// P or WILD, white space or none, and digits.
+SPX_EXPORT bool isPseudoFounder(const std::string& id);
+
+// Records
+
+/// Whether the animal has exactly that dam and was born at most so many days after the date.
+SPX_EXPORT bool isSameLitter(const master_data& animal, const std::string& dam,
+                             qs_lib::day_number date, double days);
+
+/// Born by the date and not dead by it. An animal is not alive on its last day.
+SPX_EXPORT bool isLiving(const master_data& animal, qs_lib::day_number date);
+
+SPX_EXPORT bool isLivingBreeder(const master_data& animal, qs_lib::day_number date);
+
+/// Alive and without offspring.
+SPX_EXPORT bool isPotentialBreeder(const master_data& animal, qs_lib::day_number date);
+
+/// A real animal with two wild parents ("WILD", exactly) that has bred.
+SPX_EXPORT bool isFounder(const master_data& animal);
+
+SPX_EXPORT bool isLivingFounder(const master_data& animal, qs_lib::day_number date);
+
+/// A living real animal with two wild parents that has not bred.
+SPX_EXPORT bool isPotentialFounder(const master_data& animal, qs_lib::day_number date);
+
+/// An animal with two wild parents that has not bred and is not alive: dead, lost, or not yet born.
+/// Pseudo individuals count, unlike in the other questions about founders; the diagnostic table has
+/// always shown them.
+SPX_EXPORT bool isLostFounder(const master_data& animal, qs_lib::day_number date);
+
+/// A parent is a numbered "WILD", such as "WILD 3"; "WILD" alone makes no litter.
+SPX_EXPORT bool isWildLitter(const master_data& animal);
+
+/// Died within so many days of its birth; animals lost to follow-up did not die.
+SPX_EXPORT bool isNeonatalDeath(const master_data& animal, double days);
+
+/// Died on the day of its birth.
+SPX_EXPORT bool isStillBirth(const master_data& animal);
+
+// Values
+
+/// Whether a value lies within bounds, both included. An unknown value (NaN) does, and so does
+/// every value when both bounds are unset (NaN). A lower bound alone is a bound; an upper bound
+/// alone accepts nothing, which saved views rely on.
+SPX_EXPORT bool isInFcoef(double value, double low, double high);
+
+/// The rule of isInFcoef for generation numbers.
+SPX_EXPORT bool isInGeneration(double value, double low, double high);
+
+/// Whether the list holds the sex or ALL; never for an empty list.
+SPX_EXPORT bool isInSex(SEX sex, const std::vector<SEX>& list);
+
+/// Whether b is a partner's sex for a: the other one of male and female, or ALL.
+SPX_EXPORT bool isOppositeSex(SEX a, SEX b);
+
+/// Whether a date lies in a span, by the four bracket texts "()", "(]", "[)" and "[]"; never by
+/// another text.
+SPX_EXPORT bool isInDates(qs_lib::day_number date, qs_lib::DateSpan span,
+                          const std::string& brackets);
+
+// The view
+
+/// Whether the view takes the animal's taxon.
+SPX_EXPORT bool isInTaxonView(const master_data& animal);
+
+/// Whether the animal's user-defined fields equal all user filters of the view. A value that the
+/// record lacks reads as the empty text. True when there are no fields or no filters.
+SPX_EXPORT bool isInUserView(const master_data& animal);
+
+/// Whether the animal moved to a selected deme within [start, end). Its birth location is not
+/// asked.
+SPX_EXPORT bool movedToDemeView(const master_data& animal, qs_lib::DateSpan span);
+
+/// The day of the first move into a selected deme; 0 when there is none. A day, not a truth value.
+SPX_EXPORT qs_lib::day_number arrivalDemeView(const master_data& animal);
+
+/// The day of the first move out of the selected demes; 0 when the animal never was in them or
+/// never left. A day, not a truth value.
+SPX_EXPORT qs_lib::day_number removalDemeView(const master_data& animal);
+
+/// Writes the answers for every record of the store into "filter_test.csv" in the working
+/// directory, for diagnosis, and names the file on the console. The view's monitor date is the date
+/// asked for; neonatal deaths are those within 30 days, whatever the life history says.
+/// @return false when the file cannot be opened or not all of it could be written
+SPX_EXPORT bool TestFilters();
+
+}  // namespace spx
