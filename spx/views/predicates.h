@@ -15,8 +15,8 @@
 /// never ends a life.
 namespace spx {
 
-// Identifiers, whole and in any letter case. Line breaks end a match: an identifier with one inside
-// is none of these.
+// Identifiers, whole and in any letter case. Line breaks are white space, but not a character that
+// may follow where anything may: "WILD\n12" is a same-litter parent and no pseudo individual.
 
 /// Begins with COLONY, GROUP, HERD, MULT, MULTI, UNK, UNKN, UNKM, UNKF, WILD or P. So every
 /// identifier that begins with P, "Pedro" too, is a pseudo individual: studbooks rely on that
