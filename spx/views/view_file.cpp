@@ -36,9 +36,10 @@ class ViewWriter {
   void number(const char* key, long value, const char* description) {
     file_.set(key, "INTEGER", std::to_string(value), description);
   }
+  // Signed, as it is read: a value beyond the enumeration comes back too.
   template <class Enumeration>
   void choice(const char* key, Enumeration value, const char* description) {
-    number(key, static_cast<long>(value), description);
+    number(key, static_cast<std::int32_t>(value), description);
   }
   void real(const char* key, double value, int decimals, const char* description) {
     file_.set(key, "REAL", qs_lib::realToString(value, decimals), description);
