@@ -18,13 +18,14 @@ bool isUnknown(const std::string& parent) {
   return parent.starts_with(UNKNOWN_PARENT);
 }
 
-// Both fields are right-aligned whatever adjustment an earlier listing left behind.
+// Both fields are right-aligned whatever adjustment an earlier listing left behind, and numbers are
+// written as texts: the stream may have been given a locale that groups digits.
 std::ostream& label(const std::string& text) {
   return std::cout << std::right << std::setw(30) << text << ": ";
 }
 
 std::ostream& countLine(const std::string& text, std::int64_t count) {
-  return label(text) << std::setw(6) << count;
+  return label(text) << std::setw(6) << std::to_string(count);
 }
 
 void plainCount(const std::string& text, std::int64_t count) {
@@ -174,7 +175,7 @@ void DataSummary::printParents() const {
 
 void DataSummary::printAccuracies(const std::string& title, const accuracy_counts& counts,
                                   std::int64_t total) const {
-  std::cout << "\n" << title << " [n=" << total << "]\n";
+  std::cout << "\n" << title << " [n=" << std::to_string(total) << "]\n";
   for (const auto& [accuracy, count] : counts) {
     shareCount(getEnumName(accuracy), count, total);
   }

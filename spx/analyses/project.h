@@ -29,11 +29,9 @@ class SPX_EXPORT Project : public qs_lib::Configuration {
   /// configuration's directory is then the would-be project's all the same, which hosts use to open
   /// it.
   /// @param directory  an existing directory; a leading "~" is the user's home, a relative path is
-  /// taken from
-  ///                   the working directory. The settings hold it as an absolute path.
+  ///                   taken from the working directory. The settings hold it as an absolute path.
   /// @return false, with nothing printed or made, for an empty or blank name, a name that would
-  /// leave the directory,
-  ///         and a directory that cannot be entered
+  ///         leave the directory, and a directory that cannot be entered
   bool create(const std::string& name, const std::string& directory);
 
   /// Announces the removal. Nothing is deleted, on purpose: the files are the user's, and the

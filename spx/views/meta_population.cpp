@@ -170,7 +170,7 @@ void MetaPopulation::listMembers(unsigned long level) const {
   if (level >= levels_.size()) {
     return;
   }
-  std::cout << std::left << "Level #" << level << " " << levels_[level].name << "\n"
+  std::cout << std::left << "Level #" << std::to_string(level) << " " << levels_[level].name << "\n"
             << qs_lib::replicateChar('-', 80) << "\n";
   for (const deme_member& member : levels_[level].members) {
     std::cout << std::setw(20) << member.name << std::setw(35) << unpacked(member.id).text()

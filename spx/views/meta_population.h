@@ -47,8 +47,7 @@ class SPX_EXPORT MetaPopulation {
 
   /// Adds a selected deme.
   /// @return the packed identifier, also of a deme that exists already, which keeps its name and
-  /// point; -1,
-  ///         with nothing added, for the root and while there are no levels
+  ///         point; -1, with nothing added, for the root and while there are no levels
   packed_deme addMember(const std::string& id, const std::string& name, gis_point point);
 
   bool memberExists(const std::string& id) const;
