@@ -1,6 +1,5 @@
 // The pedigree list: building it, ordering it, and what is read from it.
 #include <algorithm>
-#include <deque>
 
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
@@ -36,34 +35,25 @@ struct compare_pedigree_dam {
   }
 };
 
-// Puts parents before their offspring among the entries [first, last), which share a birth date. An
-// entry is placed as soon as its parents within the range are; where a cycle leaves none, the next
-// one in order is placed as it is. Linear, without recursion.
+// Puts parents before their offspring among the entries [first, last), which share a birth date.
+// The entries keep their order, but each brings its parents forward; where a cycle closes, the
+// parent that already waits is left where it is. Linear, without recursion.
 class EqualBirths {
  public:
   explicit EqualBirths(std::size_t records) : entry_of_(records, NONE) {}
 
   void order(std::vector<pedigree_record>& pedigree, std::size_t first, std::size_t last) {
-    const std::vector<pedigree_record> entries(
-        pedigree.begin() + static_cast<std::ptrdiff_t>(first),
-        pedigree.begin() + static_cast<std::ptrdiff_t>(last));
-    countParents(entries);
-    std::size_t placed = first;
-    std::size_t next = 0;
-    while (placed < last) {
-      if (ready_.empty()) {
-        while (is_placed_[next]) {
-          ++next;
-        }
-        ready_.push_back(next);
-        is_placed_[next] = true;
-      }
-      const std::size_t entry = ready_.front();
-      ready_.pop_front();
-      pedigree[placed++] = entries[entry];
-      release(entry);
+    const auto begin = pedigree.begin() + static_cast<std::ptrdiff_t>(first);
+    entries_.assign(begin, pedigree.begin() + static_cast<std::ptrdiff_t>(last));
+    is_seen_.assign(entries_.size(), false);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      entry_of_[entries_[i].animal] = i;
     }
-    for (const pedigree_record& entry : entries) {
+    place_ = begin;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      placeAfterParents(i);
+    }
+    for (const pedigree_record& entry : entries_) {
       entry_of_[entry.animal] = NONE;
     }
   }
@@ -71,45 +61,34 @@ class EqualBirths {
  private:
   static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
 
-  void countParents(const std::vector<pedigree_record>& entries) {
-    missing_parents_.assign(entries.size(), 0);
-    is_placed_.assign(entries.size(), false);
-    offspring_.assign(entries.size(), {});
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      entry_of_[entries[i].animal] = i;
-    }
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      for (const position parent : {entries[i].sire, entries[i].dam}) {
-        if (entry_of_[parent] != NONE) {
-          offspring_[entry_of_[parent]].push_back(i);
-          ++missing_parents_[i];
-        }
+  void placeAfterParents(std::size_t start) {
+    await(start);
+    while (!waiting_.empty()) {
+      const std::size_t entry = waiting_.back();
+      const bool is_ready =
+          !await(entry_of_[entries_[entry].sire]) && !await(entry_of_[entries_[entry].dam]);
+      if (is_ready) {
+        *place_++ = entries_[entry];
+        waiting_.pop_back();
       }
     }
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      placeIfReady(i);
-    }
   }
 
-  void placeIfReady(std::size_t entry) {
-    if (missing_parents_[entry] == 0 && !is_placed_[entry]) {
-      is_placed_[entry] = true;
-      ready_.push_back(entry);
+  // Lets an entry wait for its place; false when it is none of the range or was seen before.
+  bool await(std::size_t entry) {
+    if (entry == NONE || is_seen_[entry]) {
+      return false;
     }
-  }
-
-  void release(std::size_t parent) {
-    for (const std::size_t child : offspring_[parent]) {
-      --missing_parents_[child];
-      placeIfReady(child);
-    }
+    is_seen_[entry] = true;
+    waiting_.push_back(entry);
+    return true;
   }
 
   std::vector<std::size_t> entry_of_;  ///< by record: its entry in the range, or NONE
-  std::vector<std::size_t> missing_parents_;
-  std::vector<bool> is_placed_;
-  std::vector<std::vector<std::size_t>> offspring_;
-  std::deque<std::size_t> ready_;
+  std::vector<pedigree_record> entries_;
+  std::vector<bool> is_seen_;
+  std::vector<std::size_t> waiting_;  ///< the entries whose parents are being placed
+  std::vector<pedigree_record>::iterator place_;
 };
 
 }  // namespace
