@@ -1,12 +1,12 @@
 #include "spx/core/animal_data.h"
 
 #include <algorithm>
-#include <iostream>
 #include <new>
 #include <stdexcept>
 
 #include "spx/core/errors.h"
 #include "spx/core/record_order.h"
+#include "spx/support/console.h"
 #include "spx/support/number_text.h"
 
 namespace spx {
@@ -87,13 +87,13 @@ bool AnimalData::clearStudbook() {
 }
 
 void AnimalData::info() const {
-  const std::string rule(70, '=');
-  std::cout << rule << "\nMemory usage of studbook data\n"
-            << rule << "\n\nAllocated records       : " << records.capacity()
-            << "\nUsed records            : " << records.size() << " ("
-            << qs_lib::percent<std::uint64_t>(records.size(), records.capacity(), 1)
-            << ")\nMaximum records         : " << records.max_size() << "\n"
-            << std::string(70, '-') << "\n";
+  const std::string rule = qs_lib::replicateChar('=', 70) + "\n";
+  const std::string used = qs_lib::percent<std::uint64_t>(records.size(), records.capacity(), 1);
+  qs_lib::display(rule + "Memory usage of studbook data\n" + rule +
+                  "\nAllocated records       : " + std::to_string(records.capacity()) +
+                  "\nUsed records            : " + std::to_string(records.size()) + " (" + used +
+                  ")\nMaximum records         : " + std::to_string(records.max_size()) + "\n" +
+                  qs_lib::replicateChar('-', 70) + "\n");
 }
 
 bool AnimalData::createIndex(SORT_FIELD field) {
