@@ -64,8 +64,7 @@ class SPX_EXPORT AnimalData {
   /// a signed number, DAM_ID (5) by sire and EVENT (6) by dam, each one step off its name; LOCATION
   /// (7) orders nothing and is not recorded, UNKNOWN_ORDER (8) orders nothing but is recorded.
   /// @return false after "No index created" for an empty index; false without a message for
-  /// NO_ORDER and values
-  ///         above 8
+  ///         NO_ORDER and values above 8
   bool sortList(SORT_FIELD field);
 
   /// Forgets the order of the index, so that the next sort is done whatever it was.
@@ -151,7 +150,9 @@ class SPX_EXPORT AnimalData {
   bool flagBreeders();
 
   /// Selects an animal and all its ancestors, and nothing else; leaves the pedigree in birth order.
-  /// Builds it if it is empty. Reports "Animal does not exist" for an unknown ID.
+  /// One walk from the youngest to the oldest: beyond a parent that is said to be younger than its
+  /// offspring, or that is its own descendant, ancestors may be missed. Builds the pedigree if it
+  /// is empty. Reports "Animal does not exist" for an unknown ID.
   bool individualPedigree(const std::string& id);
 
   /// Checks the number of founder lineages: false without a message for 0 and above 255. The stored

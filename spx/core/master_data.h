@@ -75,10 +75,10 @@ struct master_data {
 
 /// An animal and the records of its parents.
 struct pedigree_record {
-  position animal;
-  position sire;
-  position dam;
-  std::uint64_t host_word;  ///< left undefined by the builder and not read by the library
+  position animal = 0;
+  position sire = 0;
+  position dam = 0;
+  std::uint64_t host_word = 0;  ///< not set by the builder and not read by the library
 };
 
 /// Finds a record by its studbook ID, byte for byte.
