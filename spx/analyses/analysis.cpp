@@ -1,0 +1,51 @@
+#include "spx/analyses/analysis.h"
+
+#include "spx/core/animal_data.h"
+#include "spx/core/errors.h"
+#include "spx/support/console.h"
+#include "spx/support/file_name.h"
+#include "spx/views/data_filter.h"
+
+namespace spx {
+
+Analysis::Analysis() {
+  timer_.restart();
+}
+
+Analysis::~Analysis() = default;
+
+bool Analysis::initialize() {
+  if (Animals.records.empty()) {
+    spxError("No animals in list");
+    return false;
+  }
+  return true;
+}
+
+void Analysis::defaultView() {}
+
+void Analysis::defaultSet() {}
+
+void Analysis::writeInfo() {}
+
+void Analysis::writeResults() {}
+
+void Analysis::writeTrends() {}
+
+void Analysis::report() {
+  report_file_ = report_directory_ + "/" + file_stem_;
+  if (append_sex_) {
+    report_file_ += "-" + getEnumName(View.sex);
+  }
+  qs_lib::checkHomePath(report_file_);
+  if (qs_lib::isVerbose()) {
+    reportConsole();
+  }
+  reportXml();
+}
+
+void Analysis::reportXml() {}
+
+void Analysis::reportConsole() {}
+
+}  // namespace spx

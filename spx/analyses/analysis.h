@@ -1,0 +1,77 @@
+#pragma once
+
+#include <string>
+
+#include "spx/support/export.h"
+#include "spx/support/log_file.h"
+#include "spx/support/process_clock.h"
+
+namespace spx {
+
+/// The base of the analyses and exports. All run alike: initialize(), and when that returned true
+/// the analysis's own work and report(). The timer counts processor time from the end of
+/// construction.
+class SPX_EXPORT Analysis {
+ public:
+  Analysis();
+  Analysis(const Analysis&) = delete;
+  Analysis& operator=(const Analysis&) = delete;
+  virtual ~Analysis() = 0;
+
+  /// Whether there is anything to analyse. Reports "No animals in list" and returns false for an
+  /// empty store; those that override it repeat this test first.
+  virtual bool initialize();
+
+  // Steps that do nothing unless overridden.
+  virtual void defaultView();  ///< sets up the view that the analysis needs
+  virtual void defaultSet();   ///< default settings
+  virtual void writeInfo();    ///< sections of the report
+  virtual void writeResults();
+  virtual void writeTrends();
+
+  /// Forms the name of the report file, directory, "/", stem and perhaps "-" and the sex of the
+  /// view, without an extension, then reports to the console when verbose, and to XML always. An
+  /// empty stem is not guarded against.
+  virtual void report();
+  virtual void reportXml();
+  virtual void reportConsole();
+
+  void setTitle(const std::string& title) { title_ = title; }
+  void setFileStem(const std::string& stem) { file_stem_ = stem; }
+  /// A leading "~" is the user's home. "projects", relative to the working directory, unless set.
+  void setReportDirectory(const std::string& directory) { report_directory_ = directory; }
+  /// Whether report() appends the sex of the view to the file name; true unless set.
+  void setAppendSex(bool append) { append_sex_ = append; }
+
+  const std::string& title() const { return title_; }
+  const std::string& fileStem() const { return file_stem_; }
+  const std::string& reportDirectory() const { return report_directory_; }
+  const std::string& reportFile() const { return report_file_; }  ///< formed by report()
+  bool isAppendSex() const { return append_sex_; }
+  qs_lib::LogFile& log() { return log_; }
+
+  /// The time used between the last start and stop of the timer, in seconds.
+  double secondsUsed() const { return timer_.seconds(); }
+
+  // Settings that the library carries for derived analyses and does not read.
+  bool first_switch = false;
+  int first_number = 1;
+  int second_number = 3;
+  std::string extra_text;
+  bool second_switch = true;
+  bool third_switch = true;
+  int third_number = 1;
+
+ protected:
+  qs_lib::process_timer timer_;
+
+ private:
+  qs_lib::LogFile log_;
+  std::string title_ = "Population analyses results";
+  std::string file_stem_;
+  std::string report_directory_ = "projects";
+  std::string report_file_;
+  bool append_sex_ = true;
+};
+
+}  // namespace spx

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "spx/analyses/analysis.h"
+#include "spx/core/master_data.h"
+#include "spx/reports/report_writer.h"
+#include "spx/support/data_range.h"
+#include "spx/support/export.h"
+
+namespace spx {
+
+/// Lists for every animal with an unknown or a group parent who could have been that parent: the
+/// males or females that were alive and of reproductive age, and at the animal's birth location.
+/// One XML report with an element per traced animal and a summary of counts.
+///
+///     TraceParents analysis;
+///     analysis.setReportDirectory(path);
+///     if (analysis.initialize()) analysis.trace();
+///
+/// An unknown parent begins with "UNK"; a group is what isMultiParent says. Pseudo individuals are
+/// neither traced nor candidates. With the default life history no animal is of reproductive age.
+class SPX_EXPORT TraceParents : public Analysis {
+ public:
+  TraceParents();
+  ~TraceParents() override;
+
+  /// Sorts the index by birth, gathers the candidates and zeroes the counts. The records may not
+  /// change between this and trace(). n log n.
+  /// @return false after "No animals in list" for an empty store
+  bool initialize() override;
+
+  /// Writes the report: file stem, "-" and the sex of the view as its name, in the report
+  /// directory. Leaves the index sorted by studbook ID, and the pedigree rebuilt if there was one.
+  /// Always true: a report that cannot be written does not stop the walk, which counts all the
+  /// same; see isReportWritten(). Costs a binary search per traced animal and what is written.
+  bool trace();
+
+  /// Whether the report of the last trace() is whole on the disk.
+  bool isReportWritten() const { return report_written_; }
+
+  /// Writes the possible sires of an animal into the open report. A sire was alive at the
+  /// conception, which lies 1.0625 gestation lengths before the birth, in whole days; his age is
+  /// that at the birth.
+  /// @param same_location  only animals that were at the animal's birth location then
+  /// @return the number written
+  std::uint64_t trackSire(const master_data& animal, bool same_location);
+
+  /// The same for dams, which are asked about the day of birth itself.
+  std::uint64_t trackDam(const master_data& animal, bool same_location);
+
+  /// Writes the counts as the element SUMMARY.
+  void writeUnknownCount();
+
+  // Counts of the last trace().
+  std::uint64_t sire_only = 0;     ///< animals whose sire alone is unknown
+  std::uint64_t dam_only = 0;      ///< animals whose dam alone is unknown
+  std::uint64_t both_parents = 0;  ///< animals with both parents unknown
+  std::uint64_t multi_sire = 0;    ///< animals whose sire is a group
+  std::uint64_t multi_dam = 0;     ///< animals whose dam is a group
+
+ private:
+  /// The candidates of one sex in birth order: all of them, and those that ever were at a location.
+  struct candidate_list {
+    std::vector<position> all;
+    std::unordered_map<packed_deme, std::vector<position>> at_location;
+    void clear();
+    void add(position record);
+    const std::vector<position>& listFor(packed_deme location, bool same_location) const;
+  };
+  /// What a candidate is asked about.
+  struct parent_question {
+    const char* element;
+    const candidate_list& candidates;
+    double day;  ///< on which the candidate lives; NaN admits none
+    qs_lib::DataRange<double> age_days;
+  };
+
+  std::uint64_t writeCandidates(const master_data& animal, const parent_question& question,
+                                bool same_location);
+  void writeCandidate(const char* element, const master_data& candidate, double age_days,
+                      packed_deme location);
+  void traceAnimal(const master_data& animal);
+  void gatherCandidates();
+
+  ReportWriter report_writer_;
+  candidate_list sires_;
+  candidate_list dams_;
+  bool report_written_ = false;
+};
+
+}  // namespace spx
