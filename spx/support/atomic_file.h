@@ -22,7 +22,8 @@ class SPX_EXPORT AtomicFile {
   ~AtomicFile();  ///< discards what was not committed
 
   /// Creates the empty temporary file, with the permission bits of the target if there is one.
-  /// @return false when the directory is missing or cannot be written, or the target is one
+  /// @return false when the directory is missing or cannot be written, or the target
+  ///         is a directory or protected
   bool create();
 
   /// The file to write to; empty before create().

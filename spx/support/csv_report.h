@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "spx/support/export.h"
 #include "spx/support/report.h"
@@ -35,11 +34,10 @@ class SPX_EXPORT CsvReport : public Report {
   char separator = '|';
 
  private:
-  void quoted(std::string_view text);
   void endCell(bool more);
-  bool needsQuotes(std::string_view text) const;
+  bool needsQuotes(const std::string& text) const;
 
   Table table_;
-  std::string buffer_;
+  std::string number_;  ///< the cell being written; kept so that rows need no new memory
 };
 }  // namespace qs_lib

@@ -28,6 +28,10 @@ SPX_EXPORT void checkHomePath(std::string& path);
 /// The path with its "~" replaced; see checkHomePath().
 SPX_EXPORT std::string homePath(std::string path);
 
+/// Tells whether the text can be handed to the system as a path: not empty and without NUL, at
+/// which the system would cut it off.
+SPX_EXPORT bool isPath(const std::string& path);
+
 /// Tells whether a file of this name stays in its directory: not empty, not "." or "..", and
 /// without "/" and NUL.
 SPX_EXPORT bool isPlainName(const std::string& name);

@@ -9,10 +9,10 @@ namespace qs_lib {
 /// host's locale. Every NaN gives "nan", infinities "inf" and "-inf". A negative number of digits
 /// counts as 6. Offered for float and double.
 template <typename T>
-std::string realToString(T value, int decimals);
+SPX_EXPORT std::string realToString(T value, int decimals);
 
-extern template SPX_EXPORT std::string realToString<float>(float value, int decimals);
-extern template SPX_EXPORT std::string realToString<double>(double value, int decimals);
+extern template std::string realToString<float>(float value, int decimals);
+extern template std::string realToString<double>(double value, int decimals);
 
 /// Appends what realToString gives, without a text of its own: for rows of a million.
 SPX_EXPORT void appendReal(std::string& text, double value, int decimals);

@@ -57,6 +57,7 @@ class SPX_EXPORT WriteFile : public FileName {
 
  private:
   void put(std::string_view text);
+  void openStream(const std::string& path);
   bool closeStream();
 
   std::unique_ptr<char[]> buffer_;

@@ -40,9 +40,8 @@ class SPX_EXPORT XmlReport : public Report {
   void closeRoot();
 
  private:
-  void beginElement(const std::string& name);
-  void writeAttribute(const std::string& attribute, const std::string& value);
-  void finishElement(const std::string& name, const std::string& text);
+  void openElement(const std::string& tag);
+  void writeIndented(const std::string& line);
 
   std::string root_name_;
   int nesting_ = 0;

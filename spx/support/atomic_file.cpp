@@ -1,0 +1,125 @@
+#include "spx/support/atomic_file.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "spx/support/file_name.h"
+
+namespace qs_lib {
+namespace {
+constexpr unsigned PERMISSION_BITS = 07777;
+constexpr unsigned NEW_FILE_MODE = 0666;  // less the umask
+constexpr int MOST_ATTEMPTS = 1000;
+
+std::string followLinks(const std::string& path) {
+  char* resolved = realpath(path.c_str(), nullptr);
+  if (resolved == nullptr) {
+    return path;
+  }
+  std::string target = resolved;
+  std::free(resolved);
+  return target;
+}
+
+/// A name beside the target that no other process and no other call uses. It does not contain the
+/// target's name, which may already be as long as a name can be.
+std::string temporaryName(const std::string& target) {
+  static std::atomic<unsigned> count{0};
+  const std::string name = ".spx-" + std::to_string(getpid()) + "-" + std::to_string(++count);
+  return createFileName(splitFileName(target).directory, name, "tmp");
+}
+
+bool syncPath(const std::string& path, int flags) {
+  const int file = open(path.c_str(), flags | O_CLOEXEC);
+  if (file < 0) {
+    return false;
+  }
+  const bool synced = fsync(file) == 0;
+  return close(file) == 0 && synced;
+}
+
+void syncDirectoryOf(const std::string& target) {
+  const std::string directory = splitFileName(target).directory;
+  // The new file is in place whatever comes of this; some file systems cannot sync a directory.
+  syncPath(directory.empty() ? "." : directory, O_RDONLY | O_DIRECTORY);
+}
+}  // namespace
+
+AtomicFile::AtomicFile(std::string target) : target_(std::move(target)) {}
+
+AtomicFile::~AtomicFile() {
+  discard();
+}
+
+bool AtomicFile::create() {
+  discard();
+  if (!isPath(target_)) {
+    return false;
+  }
+  target_ = followLinks(target_);
+  struct stat status {};
+  if (stat(target_.c_str(), &status) != 0) {
+    return createBeside(NEW_FILE_MODE, false);
+  }
+  // Renaming would also replace a file that its owner has protected against writing.
+  if (S_ISDIR(status.st_mode) || access(target_.c_str(), W_OK) != 0) {
+    return false;
+  }
+  if (S_ISREG(status.st_mode)) {
+    return createBeside(status.st_mode & PERMISSION_BITS, true);
+  }
+  write_path_ = target_;
+  return true;
+}
+
+bool AtomicFile::createBeside(unsigned mode, bool keep_mode) {
+  for (int attempt = 0; attempt < MOST_ATTEMPTS; ++attempt) {
+    const std::string path = temporaryName(target_);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    if (file < 0 && errno == EEXIST) {
+      continue;
+    }
+    if (file < 0) {
+      return false;
+    }
+    write_path_ = path;
+    temporary_ = true;
+    // The umask has been applied to the mode; an existing file's bits are kept whole.
+    const bool prepared = !keep_mode || fchmod(file, mode) == 0;
+    if (close(file) != 0 || !prepared) {
+      discard();
+    }
+    return temporary_;
+  }
+  return false;
+}
+
+bool AtomicFile::commit() {
+  if (!temporary_) {
+    return !write_path_.empty();
+  }
+  if (!syncPath(write_path_, O_WRONLY) || std::rename(write_path_.c_str(), target_.c_str()) != 0) {
+    discard();
+    return false;
+  }
+  temporary_ = false;
+  write_path_.clear();
+  syncDirectoryOf(target_);
+  return true;
+}
+
+void AtomicFile::discard() {
+  if (temporary_) {
+    unlink(write_path_.c_str());
+  }
+  temporary_ = false;
+  write_path_.clear();
+}
+}  // namespace qs_lib

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "spx/support/configuration.h"
+
+namespace qs_lib {
+/// Writes a key file as text; docs/key-files.md describes it for people.
+std::string keyFileText(const std::string& section, const Configuration::entry_map& entries);
+
+/// Reads the text of a key file, line by line.
+class KeyFileParser {
+ public:
+  /// Takes the next line, without its line feed.
+  /// @return false when it cannot belong to a key file
+  bool takeLine(const std::string& line);
+
+  /// Whether the end mark was read, so that nothing is missing.
+  bool isComplete() const { return state_ == parser_state::ENDED; }
+
+  const std::string& section() const { return section_; }
+  Configuration::entry_map& entries() { return entries_; }
+
+ private:
+  enum class parser_state { BEFORE_SECTION, ENTRIES, ENDED };
+
+  bool takeBracketLine(const std::string& line);
+  bool takeEntry(const std::string& line);
+
+  parser_state state_ = parser_state::BEFORE_SECTION;
+  bool first_line_ = true;
+  std::string section_;
+  std::string description_;  ///< the comment line just read
+  Configuration::entry_map entries_;
+};
+}  // namespace qs_lib

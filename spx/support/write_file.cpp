@@ -1,0 +1,87 @@
+#include "spx/support/write_file.h"
+
+#include <locale>
+
+namespace qs_lib {
+namespace {
+constexpr std::size_t BUFFER_SIZE = std::size_t{1} << 20;
+}
+
+WriteFile::WriteFile() {
+  stream_.imbue(std::locale::classic());
+}
+
+WriteFile::~WriteFile() {
+  fileClose();
+}
+
+bool WriteFile::fileOpen() {
+  fileClose();
+  std::string path = getFileName();
+  if (!isPath(path)) {
+    return false;
+  }
+  if (staged_ && !append_) {
+    stage_ = std::make_unique<AtomicFile>(path);
+    if (!stage_->create()) {
+      stage_.reset();
+      return false;
+    }
+    path = stage_->writePath();
+  }
+  openStream(path);
+  if (!isOpen()) {
+    stage_.reset();
+  }
+  return isOpen();
+}
+
+void WriteFile::openStream(const std::string& path) {
+  if (!buffer_) {
+    buffer_ = std::make_unique_for_overwrite<char[]>(BUFFER_SIZE);
+    stream_.rdbuf()->pubsetbuf(buffer_.get(), BUFFER_SIZE);
+  }
+  stream_.clear();
+  stream_.open(path, append_ ? std::ios::out | std::ios::app : std::ios::out | std::ios::trunc);
+}
+
+bool WriteFile::fileClose() {
+  if (!isOpen()) {
+    return true;
+  }
+  bool complete = closeStream();
+  if (stage_) {
+    complete = complete && stage_->commit();
+    stage_.reset();
+  }
+  return complete;
+}
+
+void WriteFile::fileDiscard() {
+  if (isOpen()) {
+    closeStream();
+    stage_.reset();
+  }
+}
+
+bool WriteFile::closeStream() {
+  const bool written = stream_.good();
+  stream_.close();
+  const bool closed = stream_.good();
+  stream_.clear();
+  return written && closed;
+}
+
+void WriteFile::writeLine(const std::string& line) {
+  write(line);
+  write("\n");
+}
+
+void WriteFile::put(std::string_view text) {
+  const auto size = static_cast<std::streamsize>(text.size());
+  // Straight into the stream's buffer: what the caller puts through the stream stays in order.
+  if (stream_.good() && stream_.rdbuf()->sputn(text.data(), size) != size) {
+    stream_.setstate(std::ios::badbit);
+  }
+}
+}  // namespace qs_lib
