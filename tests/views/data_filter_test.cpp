@@ -1,0 +1,147 @@
+#include "spx/views/data_filter.h"
+
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "spx/views/meta_population.h"
+
+#include "tests/support/temporary_home.h"
+
+namespace spx {
+namespace {
+
+class Editing : public TemporaryHome {
+ protected:
+  // Eight levels, so that demes of the last level have small packed identifiers.
+  Editing() {
+    MetaPop = MetaPopulation();
+    for (int level = 1; level <= 8; ++level) {
+      MetaPop.addLevel("level " + std::to_string(level));
+    }
+    MetaPop.addMember("3", "Europe");
+    MetaPop.addMember("5", "Asia");
+    MetaPop.addMember("3.1", "Berlin");
+    MetaPop.addMember("0.0.0.0.0.0.0.7", "seven");
+    MetaPop.addMember("0.0.0.0.0.0.0.9", "nine");
+    Subspecies.add("A");
+    Subspecies.add("B");
+    View.clearView();
+  }
+
+  std::string selected() const {
+    std::string names;
+    for (const deme_level& level : MetaPop.levels()) {
+      for (const deme_member& member : level.members) {
+        names += member.selected ? member.name + " " : "";
+      }
+    }
+    return names;
+  }
+};
+
+TEST_F(Editing, TheFirstDemeDeselectsAllOthers) {
+  EXPECT_FALSE(View.addDeme("4"));
+  EXPECT_FALSE(View.addDeme("level 2", "Europe")) << "a deme of level 1";
+  EXPECT_FALSE(View.addDeme("no level", "Europe"));
+  EXPECT_EQ(selected(), "Europe Asia Berlin seven nine ");
+  EXPECT_TRUE(View.addDeme("3"));
+  EXPECT_EQ(selected(), "Europe Berlin ");
+  EXPECT_TRUE(View.addDeme("level 1", "Asia"));
+  EXPECT_TRUE(View.addDeme(7));
+  EXPECT_FALSE(View.addDeme("4"));
+  EXPECT_EQ(selected(), "Europe Asia Berlin seven ");
+  EXPECT_EQ(View.createDemeString(false, ';'), "seven;Europe;Asia;");
+  EXPECT_EQ(View.createDemeString(true, '|'), "7|216172782113783808|360287970189639680|");
+  View.generic_parents = true;
+  View.path = "kept";
+  View.events = {MOVE_TYPE::DEATH};
+  View.clearView();
+  EXPECT_EQ(selected(), "Europe Asia Berlin seven nine ");
+  EXPECT_EQ(View.createDemeString(false, ';'), "");
+  EXPECT_TRUE(View.generic_parents && View.path == "kept" && View.events.size() == 1);
+}
+
+TEST_F(Editing, TaxaAndUserFiltersAreChecked) {
+  EXPECT_EQ(View.createTaxonString(';'), "all");
+  EXPECT_FALSE(View.addTaxon("generic"));
+  EXPECT_FALSE(View.addTaxon("C"));
+  for (const char* name : {"B", "A", "B"}) {
+    EXPECT_TRUE(View.addTaxon(name));
+  }
+  EXPECT_EQ(View.createTaxonString(';'), "B;A;B;");
+  EXPECT_FALSE(View.addUserView(-1, "red"));
+  EXPECT_TRUE(View.user_filters.empty());
+  EXPECT_TRUE(View.addUserView(0, "red"));
+}
+
+qs_lib::day_number dayOf(const char* date) {
+  return qs_lib::msToDay(qs_lib::dateToJulian(std::string(date)));
+}
+
+TEST_F(Editing, ThePeriodShrinksToCensusYears) {
+  struct {
+    int day, month;
+    const char *start, *end, *new_start, *new_end;
+  } const cases[] = {{1, 1, "1990-03-05", "2000-06-30", "1991-01-01", "2000-01-01"},
+                     {1, 1, "1990-01-01", "2000-01-01", "1990-01-01", "2000-01-01"},
+                     {1, 7, "1990-03-05", "2000-06-30", "1990-07-01", "1999-07-01"},
+                     {31, 12, "1990-12-31", "2000-12-30", "1990-12-31", "1999-12-31"},
+                     {31, 2, "1992-02-29", "2001-02-28", "1992-02-29", "2001-02-28"},
+                     {0, 3, "1990-02-28", "2001-02-28", "1990-03-01", "2000-03-01"}};
+  for (const auto& [day, month, start, end, new_start, new_end] : cases) {
+    SCOPED_TRACE(testing::Message() << day << "/" << month << " in " << start << " to " << end);
+    View.census_day = day;
+    View.census_month = month;
+    View.start_date = dayOf(start);
+    View.end_date = dayOf(end);
+    EXPECT_TRUE(View.autoMonitorDate());
+    EXPECT_EQ(View.start_date, dayOf(new_start));
+    EXPECT_EQ(View.end_date, dayOf(new_end));
+    EXPECT_EQ(View.monitor_date, dayOf(new_end));
+  }
+}
+
+TEST_F(Editing, ThePeriodStaysWithoutACensusDate) {
+  struct {
+    int month;
+    qs_lib::day_number start, end;
+  } const cases[] = {{1, 5, 0},     {0, 5, 9999}, {13, 5, 9999},
+                     {-1, 5, 9999}, {1, 5, 10},   {1, 0xFFFFFFFF, 9999}};
+  for (const auto& [month, start, end] : cases) {
+    View.census_month = month;
+    View.start_date = start;
+    View.end_date = end;
+    View.monitor_date = 77;
+    EXPECT_FALSE(View.autoMonitorDate()) << month << " " << start << " " << end;
+    EXPECT_TRUE(View.start_date == start && View.end_date == end && View.monitor_date == 77);
+  }
+}
+
+TEST_F(Editing, DemeTextsAreReadAs32BitNumbers) {
+  EXPECT_TRUE(View.addDeme("3"));
+  EXPECT_FALSE(View.extractDemeString(""));
+  EXPECT_EQ(View.createDemeString(true, ';'), "216172782113783808;");
+  EXPECT_TRUE(View.extractDemeString("9;8;7;"));
+  EXPECT_EQ(View.createDemeString(false, ' '), "seven nine ");
+  EXPECT_THROW(View.extractDemeString("7;216172782113783808;"), std::out_of_range);
+  EXPECT_EQ(View.createDemeString(false, ' '), "seven ") << "what was read stays";
+  for (const char* text : {";", "7;;9", "seven"}) {
+    EXPECT_THROW(View.extractDemeString(text), std::invalid_argument) << text;
+  }
+}
+
+TEST_F(Editing, DemeFilesNameOneDemeALine) {
+  View.path = home;
+  EXPECT_FALSE(View.loadDemeFile("zoos", "level 1"));
+  EXPECT_EQ(takeErrors(), "Could not open " + home + "/zoos.fed\n");
+  const std::string longest(1023, 'z');
+  MetaPop.addMember("8", longest);
+  writeContent(at("zoos.fed"), "# zoos\n\nAsia # the east\r\nEurope\r\nBerlin\n" + longest +
+                                   "and more\nnine\nAsia");
+  EXPECT_TRUE(View.loadDemeFile("zoos", "level 1"));
+  EXPECT_EQ(View.createDemeString(false, ';'), "Europe;Asia;" + longest + ";");
+}
+
+}  // namespace
+}  // namespace spx
