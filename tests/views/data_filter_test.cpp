@@ -11,6 +11,8 @@
 namespace spx {
 namespace {
 
+using qs_lib::day_number;
+
 class Editing : public TemporaryHome {
  protected:
   // Eight levels, so that demes of the last level have small packed identifiers.
@@ -75,46 +77,44 @@ TEST_F(Editing, TaxaAndUserFiltersAreChecked) {
   EXPECT_TRUE(View.addUserView(0, "red"));
 }
 
-qs_lib::day_number dayOf(const char* date) {
+std::vector<day_number> period() {
+  return {View.start_date, View.end_date, View.monitor_date};
+}
+
+day_number dayOf(const char* date) {
   return qs_lib::msToDay(qs_lib::dateToJulian(std::string(date)));
 }
 
 TEST_F(Editing, ThePeriodShrinksToCensusYears) {
-  struct {
-    int day, month;
-    const char *start, *end, *new_start, *new_end;
-  } const cases[] = {{1, 1, "1990-03-05", "2000-06-30", "1991-01-01", "2000-01-01"},
-                     {1, 1, "1990-01-01", "2000-01-01", "1990-01-01", "2000-01-01"},
-                     {1, 7, "1990-03-05", "2000-06-30", "1990-07-01", "1999-07-01"},
-                     {31, 12, "1990-12-31", "2000-12-30", "1990-12-31", "1999-12-31"},
-                     {31, 2, "1992-02-29", "2001-02-28", "1992-02-29", "2001-02-28"},
-                     {0, 3, "1990-02-28", "2001-02-28", "1990-03-01", "2000-03-01"}};
+  // Census day and month, the period, and the period of whole census years.
+  const std::tuple<int, int, const char*, const char*, const char*, const char*> cases[] = {
+      {1, 1, "1990-03-05", "2000-06-30", "1991-01-01", "2000-01-01"},
+      {1, 1, "1990-01-01", "2000-01-01", "1990-01-01", "2000-01-01"},
+      {1, 7, "1990-03-05", "2000-06-30", "1990-07-01", "1999-07-01"},
+      {31, 12, "1990-12-31", "2000-12-30", "1990-12-31", "1999-12-31"},
+      {31, 2, "1992-02-29", "2001-02-28", "1992-02-29", "2001-02-28"},
+      {0, 3, "1990-02-28", "2001-02-28", "1990-03-01", "2000-03-01"}};
   for (const auto& [day, month, start, end, new_start, new_end] : cases) {
-    SCOPED_TRACE(testing::Message() << day << "/" << month << " in " << start << " to " << end);
     View.census_day = day;
     View.census_month = month;
     View.start_date = dayOf(start);
     View.end_date = dayOf(end);
     EXPECT_TRUE(View.autoMonitorDate());
-    EXPECT_EQ(View.start_date, dayOf(new_start));
-    EXPECT_EQ(View.end_date, dayOf(new_end));
-    EXPECT_EQ(View.monitor_date, dayOf(new_end));
+    EXPECT_EQ(period(), std::vector({dayOf(new_start), dayOf(new_end), dayOf(new_end)}))
+        << day << "/" << month << " in " << start << " to " << end;
   }
 }
 
 TEST_F(Editing, ThePeriodStaysWithoutACensusDate) {
-  struct {
-    int month;
-    qs_lib::day_number start, end;
-  } const cases[] = {{1, 5, 0},     {0, 5, 9999}, {13, 5, 9999},
-                     {-1, 5, 9999}, {1, 5, 10},   {1, 0xFFFFFFFF, 9999}};
+  const std::tuple<int, day_number, day_number> cases[] = {
+      {1, 5, 0}, {0, 5, 9999}, {13, 5, 9999}, {-1, 5, 9999}, {1, 5, 10}, {1, 0xFFFFFFFF, 9999}};
   for (const auto& [month, start, end] : cases) {
     View.census_month = month;
     View.start_date = start;
     View.end_date = end;
     View.monitor_date = 77;
     EXPECT_FALSE(View.autoMonitorDate()) << month << " " << start << " " << end;
-    EXPECT_TRUE(View.start_date == start && View.end_date == end && View.monitor_date == 77);
+    EXPECT_EQ(period(), std::vector<day_number>({start, end, 77}));
   }
 }
 

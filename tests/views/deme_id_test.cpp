@@ -1,6 +1,7 @@
 #include "spx/views/deme_id.h"
 
 #include <stdexcept>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -59,13 +60,7 @@ TEST(DemeID, RaisesTheConversionErrors) {
   EXPECT_TRUE(isSubMember(std::string("x"), std::string("x"))) << "compared before conversion";
 }
 
-struct member_case {
-  const char* parent;
-  const char* member;
-  bool inside;
-};
-
-constexpr member_case MEMBERS[] = {
+constexpr std::tuple<const char*, const char*, bool> MEMBERS[] = {
     {"3.1", "3.1.12", true},   {"3.1.12", "3.1", false}, {"3", "4.1", false}, {"0", "5.2", true},
     {"3.1", "3.01", true},     {"3.1", "3.10", false},   {"3", "3", true},    {"0.1", "5.1", false},
     {"3.0.5", "3.1.5", false}, {"200", "200.7", true},   {"5.2", "0", false},
@@ -76,8 +71,7 @@ TEST(DemeID, IsInsideByPrefixInBothForms) {
     SCOPED_TRACE(std::string(parent) + " holds " + member);
     EXPECT_EQ(isSubMember(std::string(parent), std::string(member)), inside);
     DemeID parent_id, member_id;
-    parent_id.set(std::string(parent));
-    member_id.set(std::string(member));
+    EXPECT_TRUE(parent_id.set(std::string(parent)) && member_id.set(std::string(member)));
     EXPECT_EQ(isSubMember(parent_id.binary(), member_id.binary()), inside);
   }
 }
