@@ -1,0 +1,40 @@
+#include "spx/reports/user_fields.h"
+#include "spx/views/breeding_program.h"
+#include "spx/views/meta_population.h"
+#include "spx/views/sub_taxa.h"
+
+#include "console/command.h"
+
+namespace spx::console {
+namespace {
+
+ExitCode locations() {
+  MetaPop.listMetapopulation();
+  return ExitCode::DONE;
+}
+
+ExitCode taxa() {
+  return Subspecies.listTaxa() ? ExitCode::DONE : ExitCode::FAILED;
+}
+
+ExitCode programs() {
+  Management.listPrograms();
+  return ExitCode::DONE;
+}
+
+/// A studbook without such fields is in order; the library says that there are none.
+ExitCode userFields() {
+  showUserFields();
+  return ExitCode::DONE;
+}
+
+}  // namespace
+
+void addRegistryCommands(std::vector<command>& commands) {
+  commands.push_back({"locations", "List the locations by level", locations});
+  commands.push_back({"taxa", "List the taxa", taxa});
+  commands.push_back({"programs", "List the breeding programmes", programs});
+  commands.push_back({"user-fields", "List the fields of the studbook's own", userFields});
+}
+
+}  // namespace spx::console

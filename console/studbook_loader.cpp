@@ -1,0 +1,156 @@
+#include "console/studbook_loader.h"
+
+#include <algorithm>
+#include <functional>
+#include <iostream>
+#include <string>
+
+#include "spx/core/animal_data.h"
+#include "spx/core/studbook.h"
+#include "spx/reports/user_fields.h"
+#include "spx/support/file_name.h"
+#include "spx/views/breeding_program.h"
+#include "spx/views/data_filter.h"
+#include "spx/views/meta_population.h"
+#include "spx/views/predicates.h"
+#include "spx/views/sub_taxa.h"
+
+#include "console/failure.h"
+#include "console/loading_output.h"
+#include "console/tables/animals_table.h"
+#include "console/tables/csv_table.h"
+#include "console/tables/events_table.h"
+#include "console/tables/locations_table.h"
+#include "console/user_directories.h"
+
+namespace spx::console {
+namespace {
+
+void reserveRoom(const studbook_files& files) {
+  if (!Animals.initialize(countRecords(files.animals, files.titles))) {
+    throw Failure(files.animals + ": there is not enough memory for so many animals");
+  }
+}
+
+/// Reads one table; what is wrong with it as a whole is one more fault.
+void readTable(const std::string& file, Faults& faults, const std::function<void()>& read) {
+  if (file.empty()) return;
+  try {
+    read();
+  } catch (const TableError& error) {
+    faults.add({file, error.line(), "", "", error.what()});
+  }
+}
+
+void readTables(const studbook_files& files) {
+  LocationRegistry locations;
+  Faults faults;
+  readTable(files.locations, faults, [&] { readLocations(files.locations, locations, faults); });
+  readTable(files.programs, faults, [&] { readPrograms(files.programs, faults); });
+  readTable(files.animals, faults,
+            [&] { readAnimals(files.animals, files.titles, locations, faults); });
+  readTable(files.events, faults, [&] { readEvents(files.events, locations, faults); });
+  if (!faults.empty()) {
+    throw Failure(faults.text() + std::to_string(faults.count()) +
+                  (faults.count() == 1 ? " fault" : " faults") + "; nothing was loaded");
+  }
+}
+
+/// Only animals of the tables have a location: the pseudo parents live nowhere.
+bool isFromTable(const master_data& animal) {
+  return animal.birth.location != 0;
+}
+
+/// An end without a location happened where the animal was.
+void settleEnd(master_data& animal) {
+  if (animal.death.date == 0 || animal.death.number != 0) return;
+  animal.death.location = currentDeme(animal, animal.death.date);
+  const auto there =
+      std::find_if(animal.moves.rbegin(), animal.moves.rend(),
+                   [&](const move_data& move) { return move.location == animal.death.location; });
+  animal.death.number = there == animal.moves.rend() ? animal.birth.number : there->number;
+}
+
+void noteDates(const master_data& animal) {
+  if (animal.birth.date != 0 && (Book.first_date == 0 || animal.birth.date < Book.first_date)) {
+    Book.first_date = animal.birth.date;
+  }
+  Book.update_date = std::max({Book.update_date, animal.birth.date, animal.death.date});
+  for (const move_data& move : animal.moves) {
+    Book.update_date = std::max(Book.update_date, move.date);
+  }
+}
+
+void completeRecords(const std::string& file) {
+  std::size_t pseudo = 0;
+  for (master_data& animal : Animals.records) {
+    if (!isFromTable(animal)) continue;
+    settleEnd(animal);
+    if (isPseudoIndividual(animal.stud_id)) {
+      ++pseudo;
+    } else {
+      noteDates(animal);
+    }
+  }
+  Book.name = qs_lib::splitFileName(file).name;
+  Book.format = "CSV";
+  if (pseudo != 0) {
+    std::cerr << "spx: " << pseudo << (pseudo == 1 ? " animal counts" : " animals count")
+              << " as pseudo individuals by their identifiers (P..., WILD..., UNK..., MULT..., "
+                 "GROUP..., HERD..., COLONY...)\n";
+  }
+}
+
+void resolveParents(const LoadingOutput& output) {
+  const std::size_t loaded = Animals.records.size();
+  Animals.validate();
+  const std::size_t founders = Animals.records.size() - loaded;
+  if (founders == 0) return;
+  std::cerr << "spx: " << founders
+            << (founders == 1 ? " parent without a record became a pseudo founder"
+                              : " parents without a record became pseudo founders")
+            << " (named " << output.parentWarnings() << " times)\n";
+}
+
+void buildDerived() {
+  // In birth order at once: the keys are given in it.
+  Animals.createIndex(SORT_FIELD::BIRTH);
+  Animals.createLookup();
+  Animals.assignIdKeys();
+  Animals.populationPedigree();
+  Animals.flagBreeders();
+}
+
+void load(const studbook_files& files) {
+  const LoadingOutput output;
+  reserveRoom(files);
+  readTables(files);
+  completeRecords(files.animals);
+  resolveParents(output);
+  buildDerived();
+}
+
+}  // namespace
+
+void dropStudbook() {
+  Animals.clearStudbook();
+  MetaPop = MetaPopulation();
+  Management = BreedingProgram();
+  View.clearView();  // before the taxa, of which it may hold some
+  Subspecies = SubTaxa();
+  user_field_list.clear();
+  Book = Studbook();
+}
+
+void loadStudbook(const studbook_files& files) {
+  dropStudbook();
+  makeUserDirectories();
+  try {
+    load(resolveFiles(files));
+  } catch (...) {
+    dropStudbook();
+    throw;
+  }
+}
+
+}  // namespace spx::console

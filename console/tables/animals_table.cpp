@@ -1,0 +1,257 @@
+#include "console/tables/animals_table.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include "spx/core/animal_data.h"
+#include "spx/core/pseudo_ids.h"
+#include "spx/reports/user_fields.h"
+#include "spx/views/predicates.h"
+#include "spx/views/sub_taxa.h"
+
+#include "console/tables/event_cells.h"
+#include "console/tables/field_table.h"
+#include "console/tables/value_text.h"
+
+namespace spx::console {
+namespace {
+
+enum animal_field : std::size_t {
+  ID_CELL,
+  SIRE_CELL,
+  DAM_CELL,
+  SEX_CELL,
+  BIRTH_DATE,
+  BIRTH_ACCURACY,
+  BIRTH_RANGE,
+  BIRTH_LOCATION,
+  DEATH_DATE,
+  DEATH_ACCURACY,
+  DEATH_RANGE,
+  DEATH_LOCATION,
+  DEATH_EVENT,
+  ORIGIN_CELL,
+  REARING_CELL,
+  TAXON_CELL,
+  FCOEF_CELL,
+  FIRST_GENERATION_CELL  // the four generation numbers, in the order of the record
+};
+
+constexpr table_field ANIMAL_FIELDS[] = {
+    ID_FIELD,
+    {"sire", {"father", "sire_id"}},
+    {"dam", {"mother", "dam_id"}},
+    {"sex", {"gender"}},
+    {"birth_date", {"birthdate", "dob", "yob"}},
+    {"birth_accuracy"},
+    {"birth_range"},
+    {"birth_location", {"birthsite", "location"}},
+    {"death_date", {"deathdate", "dod"}},
+    {"death_accuracy"},
+    {"death_range"},
+    {"death_location"},
+    {"death_event", {"end_event"}},
+    {"origin", {"birth_type"}},
+    {"rearing"},
+    {"taxon", {"subspecies"}},
+    {"fcoef", {"f", "inbreeding"}},
+    {"g_cites"},
+    {"g_genetic"},
+    {"g_maternal"},
+    {"g_average"},
+};
+
+constexpr event_fields BIRTH_FIELDS = {BIRTH_DATE, BIRTH_ACCURACY, BIRTH_RANGE, BIRTH_LOCATION};
+constexpr event_fields DEATH_FIELDS = {DEATH_DATE, DEATH_ACCURACY, DEATH_RANGE, DEATH_LOCATION};
+
+/// The ID as the record has it: the identifiers of the pseudo parents are recognised in any case.
+std::string parentId(std::string_view text, const char* unknown) {
+  if (isUnknownId(text)) return unknown;
+  for (const char* pseudo :
+       {WILD_PARENT, UNKNOWN_PARENT, UNKNOWN_SIRE, UNKNOWN_DAM, GROUP_PARENT}) {
+    if (isSameWord(text, pseudo)) return pseudo;
+  }
+  return std::string(text);
+}
+
+class AnimalsReader {
+ public:
+  AnimalsReader(const std::string& file, std::span<const title_choice> choices,
+                LocationRegistry& locations, Faults& faults)
+      : table_(file, ANIMAL_FIELDS, ID_CELL, choices, faults),
+        locations_(locations),
+        guesses_(table_.otherColumns().size()) {}
+
+  void read() {
+    for (const std::size_t column : table_.otherColumns()) addUserField(column);
+    while (table_.next()) readRow();
+    for (std::size_t field = 0; field < guesses_.size(); ++field) {
+      user_field_list[field].type = guesses_[field].type();
+    }
+  }
+
+ private:
+  /// Columns without a title, as some programs write them for row numbers, and titles that occur
+  /// twice get a name of their own: no column is lost.
+  void addUserField(std::size_t column) {
+    const std::string& title = table_.title(column);
+    const std::string name = title.empty() ? "column " + std::to_string(column + 1) : title;
+    std::string free_name = name;
+    const auto is_taken = [&](const user_field& field) { return field.name == free_name; };
+    for (int copy = 2; std::any_of(user_field_list.begin(), user_field_list.end(), is_taken);) {
+      free_name = name + " " + std::to_string(copy++);
+    }
+    user_field_list.push_back({free_name, qs_lib::FIELD_TYPE::TEXT});
+  }
+
+  void readRow() {
+    master_data animal;
+    initializeMaster(animal);
+    readIdentity(animal);
+    readBirth(animal);
+    readEnd(animal);
+    readNumbers(animal);
+    readUserData(animal);
+    nameWildMate(animal);
+    Animals.addMaster(std::move(animal));
+  }
+
+  void readIdentity(master_data& animal) {
+    const std::string_view id = table_[ID_CELL];
+    if (id.empty()) {
+      table_.addFault(ID_CELL, "the ID is missing");
+    } else if (isUnknownId(id)) {
+      table_.addFault(ID_CELL, quoted(id) + " means an unknown parent and cannot be an ID");
+    }
+    animal.stud_id = id;
+    animal.sire_id = parentId(table_[SIRE_CELL], UNKNOWN_SIRE);
+    animal.dam_id = parentId(table_[DAM_CELL], UNKNOWN_DAM);
+    animal.sex = table_.read(SEX_CELL, parseSex, "sex");
+    animal.birth_type = table_.read(ORIGIN_CELL, parseOrigin, "origin");
+    animal.rearing = table_.read(REARING_CELL, parseRearing, "kind of rearing");
+    const std::string_view taxon = table_[TAXON_CELL];
+    if (!isUnknown(taxon)) animal.taxon = Subspecies.add(std::string(taxon));
+  }
+
+  void readBirth(master_data& animal) {
+    animal.birth.event = MOVE_TYPE::BIRTH;
+    readEventCells(table_, BIRTH_FIELDS, locations_, animal.birth);
+    if (animal.birth.number != 0) return;
+    const place unknown = locations_.unknown();
+    animal.birth.location = unknown.deme;
+    animal.birth.number = unknown.number;
+  }
+
+  /// A date of 0 means alive, so an end event without a date would make the dead live.
+  void readEnd(master_data& animal) {
+    readEventCells(table_, DEATH_FIELDS, locations_, animal.death);
+    const bool ended = animal.death.date != 0;
+    if (!ended) initializeMove(animal.death);
+    animal.death.event = ended ? MOVE_TYPE::DEATH : MOVE_TYPE::NO_EVENT;
+    if (isMissing(table_[DEATH_EVENT])) return;
+    const MOVE_TYPE event = table_.read(DEATH_EVENT, parseMoveType, "kind of event");
+    if (event != MOVE_TYPE::NO_EVENT && !ended) {
+      table_.addFault(DEATH_EVENT, quoted(table_[DEATH_EVENT]) + " needs a date");
+    }
+    if (ended) animal.death.event = event;
+  }
+
+  void readNumbers(master_data& animal) {
+    animal.fcoef = table_.read(FCOEF_CELL, parseReal<double>, "number");
+    for (std::size_t kind = 0; kind < std::size(animal.generation); ++kind) {
+      animal.generation[kind] =
+          table_.read(FIRST_GENERATION_CELL + kind, parseReal<float>, "number");
+    }
+  }
+
+  void readUserData(master_data& animal) {
+    const std::vector<std::size_t>& columns = table_.otherColumns();
+    animal.user_data.reserve(columns.size());
+    for (std::size_t field = 0; field < columns.size(); ++field) {
+      const std::string_view value = table_.cell(columns[field]);
+      guesses_[field].add(value);
+      animal.user_data.emplace_back(value);
+    }
+  }
+
+  /// The wild mate of a known parent gets an identity. The mate of an unknown or group parent does
+  /// not: all such offspring of the studbook would share one wild parent.
+  static void nameWildMate(master_data& animal) {
+    const bool wild_sire = animal.sire_id == WILD_PARENT;
+    if (wild_sire == (animal.dam_id == WILD_PARENT)) return;
+    if (!isPseudoIndividual(wild_sire ? animal.dam_id : animal.sire_id)) {
+      Animals.checkPseudoFounder(animal);
+    }
+  }
+
+  FieldTable table_;
+  LocationRegistry& locations_;
+  std::vector<TypeGuess> guesses_;
+};
+
+/// Counts distinct texts by their 64-bit hashes: a collision costs one record of reserved room.
+class RecordCounter {
+ public:
+  void add(std::string_view id, std::string_view sire, std::string_view dam) {
+    ids_.push_back(hash(id));
+    addParent(sire, dam);
+    addParent(dam, sire);
+  }
+
+  std::size_t count() {
+    sortUnique(missing_);
+    const std::size_t rows = ids_.size();
+    sortUnique(ids_);
+    std::vector<std::size_t> absent;
+    std::set_difference(missing_.begin(), missing_.end(), ids_.begin(), ids_.end(),
+                        std::back_inserter(absent));
+    sortUnique(mates_);
+    return rows + absent.size() + mates_.size();
+  }
+
+ private:
+  static std::size_t hash(std::string_view text) { return std::hash<std::string_view>()(text); }
+
+  void addParent(std::string_view parent, std::string_view mate) {
+    if (isUnknownId(parent)) return;
+    if (isSameWord(parent, WILD_PARENT)) {
+      if (!isUnknownId(mate)) mates_.push_back(hash(mate));
+    } else {
+      missing_.push_back(hash(parent));
+    }
+  }
+
+  static void sortUnique(std::vector<std::size_t>& hashes) {
+    std::sort(hashes.begin(), hashes.end());
+    hashes.erase(std::unique(hashes.begin(), hashes.end()), hashes.end());
+  }
+
+  std::vector<std::size_t> ids_;
+  std::vector<std::size_t> missing_;  ///< all parents at first
+  std::vector<std::size_t> mates_;
+};
+
+}  // namespace
+
+std::size_t countRecords(const std::string& file, std::span<const title_choice> choices) {
+  if (!std::filesystem::is_regular_file(file)) return 0;
+  RecordCounter counter;
+  Faults ignored;
+  try {
+    FieldTable table(file, ANIMAL_FIELDS, ID_CELL, choices, ignored);
+    while (table.next()) counter.add(table[ID_CELL], table[SIRE_CELL], table[DAM_CELL]);
+  } catch (const TableError&) {
+    return 0;  // the reading proper will tell
+  }
+  return counter.count();
+}
+
+void readAnimals(const std::string& file, std::span<const title_choice> choices,
+                 LocationRegistry& locations, Faults& faults) {
+  AnimalsReader(file, choices, locations, faults).read();
+}
+
+}  // namespace spx::console

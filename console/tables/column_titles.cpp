@@ -1,0 +1,107 @@
+#include "console/tables/column_titles.h"
+
+#include <algorithm>
+
+#include "console/failure.h"
+#include "console/tables/csv_table.h"
+#include "console/tables/faults.h"
+#include "console/tables/value_text.h"
+
+namespace spx::console {
+namespace {
+
+bool isTitleOf(const table_field& field, std::string_view title) {
+  if (isSameWord(title, field.name)) return true;
+  return std::any_of(field.other_titles.begin(), field.other_titles.end(),
+                     [&](auto other) { return !other.empty() && isSameWord(title, other); });
+}
+
+std::string fieldNames(std::span<const table_field> fields) {
+  std::string names;
+  for (const table_field& field : fields) {
+    names += (names.empty() ? "" : ", ") + std::string(field.name);
+  }
+  return names;
+}
+
+std::size_t findField(std::span<const table_field> fields, const std::string& name) {
+  const auto found = std::find_if(fields.begin(), fields.end(), [&](const table_field& field) {
+    return isSameWord(name, field.name);
+  });
+  if (found == fields.end()) {
+    throw UsageError("--map: no field " + quoted(name) + "; there are " + fieldNames(fields));
+  }
+  return static_cast<std::size_t>(found - fields.begin());
+}
+
+/// The column of exactly that title, else of the same word.
+std::size_t findTitle(const std::string& file, const std::vector<std::string>& titles,
+                      const std::string& title) {
+  auto found = std::find(titles.begin(), titles.end(), title);
+  if (found == titles.end()) {
+    found = std::find_if(titles.begin(), titles.end(),
+                         [&](const std::string& each) { return isSameWord(each, title); });
+  }
+  if (found == titles.end()) {
+    throw UsageError("--map: " + file + " has no column " + quoted(title));
+  }
+  return static_cast<std::size_t>(found - titles.begin());
+}
+
+[[noreturn]] void failClaimedTwice(const std::string& file, std::string_view field,
+                                   const std::string& first, const std::string& second) {
+  throw UsageError(file + ": the columns " + quoted(first) + " and " + quoted(second) +
+                   " both claim the field " + std::string(field) + "; choose one with --map " +
+                   std::string(field) + "=TITLE");
+}
+
+}  // namespace
+
+title_choice parseTitleChoice(const std::string& text) {
+  const std::size_t equals = text.find('=');
+  if (equals == 0 || equals == std::string::npos || equals + 1 == text.size()) {
+    throw UsageError("--map: " + quoted(text) + " is not FIELD=TITLE");
+  }
+  return {text.substr(0, equals), text.substr(equals + 1)};
+}
+
+ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
+                           std::span<const table_field> fields,
+                           std::span<const title_choice> choices)
+    : columns_(fields.size(), NONE) {
+  std::vector<bool> chosen(titles.size());
+  std::vector<bool> settled(fields.size());
+  for (const title_choice& choice : choices) {
+    const std::size_t field = findField(fields, choice.field);
+    const std::size_t column = findTitle(file, titles, choice.title);
+    if (settled[field]) {
+      failClaimedTwice(file, fields[field].name, titles[columns_[field]], choice.title);
+    }
+    if (chosen[column]) {
+      throw UsageError("--map: the column " + quoted(choice.title) + " is given to two fields");
+    }
+    columns_[field] = column;
+    settled[field] = chosen[column] = true;
+  }
+  for (std::size_t column = 0; column < titles.size(); ++column) {
+    if (chosen[column]) continue;
+    const auto known = std::find_if(fields.begin(), fields.end(), [&](const table_field& field) {
+      return isTitleOf(field, titles[column]);
+    });
+    const auto field = static_cast<std::size_t>(known - fields.begin());
+    if (known == fields.end() || settled[field]) {
+      others_.push_back(column);
+    } else if (columns_[field] != NONE) {
+      failClaimedTwice(file, known->name, titles[columns_[field]], titles[column]);
+    } else {
+      columns_[field] = column;
+    }
+  }
+  for (std::size_t field = 0; field < fields.size(); ++field) {
+    if (fields[field].required && columns_[field] == NONE) {
+      throw TableError(1, "there is no column " + quoted(fields[field].name));
+    }
+  }
+}
+
+}  // namespace spx::console

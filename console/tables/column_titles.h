@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace spx::console {
+
+/// A field that a table can have, and the titles under which it is known.
+struct table_field {
+  std::string_view name;
+  std::array<std::string_view, 5> other_titles = {};
+  bool required = false;
+};
+
+/// The user's word that a field stands under a certain title.
+struct title_choice {
+  std::string field;
+  std::string title;
+};
+
+/// Reads "FIELD=TITLE". Throws UsageError.
+title_choice parseTitleChoice(const std::string& text);
+
+/// Which column holds which field.
+class ColumnTitles {
+ public:
+  static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
+
+  /// Finds the columns of the fields. Titles are compared in any case, with blanks and hyphens as
+  /// underscores. A chosen title takes the field from all other titles. Throws UsageError, naming
+  /// both titles, when two columns claim one field, and when a choice names no field or no column;
+  /// TableError when a required field has no column.
+  ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
+               std::span<const table_field> fields, std::span<const title_choice> choices);
+
+  /// The column of a field; NONE when the table does not have it.
+  std::size_t column(std::size_t field) const { return columns_[field]; }
+
+  /// The columns that are no known field, in their order.
+  const std::vector<std::size_t>& others() const { return others_; }
+
+ private:
+  std::vector<std::size_t> columns_;
+  std::vector<std::size_t> others_;
+};
+
+}  // namespace spx::console

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+#include "spx/core/master_data.h"
+
+#include "console/tables/field_table.h"
+#include "console/tables/location_registry.h"
+
+namespace spx::console {
+
+/// The fields that tell when and where an event was.
+struct event_fields {
+  std::size_t date;
+  std::size_t accuracy;
+  std::size_t range;
+  std::size_t location;
+};
+
+/// Fills date, accuracy, range, location and number of an event from the row. The accuracy follows
+/// from the form of the date unless its column, or a range, says otherwise; it is "unknown" without
+/// a date. Location and number stay 0 when no location is given.
+void readEventCells(FieldTable& table, const event_fields& fields, LocationRegistry& locations,
+                    move_data& event);
+
+}  // namespace spx::console

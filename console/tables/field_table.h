@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console/tables/column_titles.h"
+#include "console/tables/csv_table.h"
+#include "console/tables/faults.h"
+
+namespace spx::console {
+
+/// A CSV table whose columns are known by their fields. What is wrong in a row goes to the faults,
+/// with file, line, title and animal; what is wrong with the file as a whole is thrown.
+class FieldTable {
+ public:
+  /// Opens the file. Throws TableError and UsageError; see ColumnTitles.
+  /// @param id_field  the field that names the animal in messages
+  /// @param faults    must outlive the table
+  FieldTable(std::string file, std::span<const table_field> fields, std::size_t id_field,
+             std::span<const title_choice> choices, Faults& faults);
+
+  /// Goes to the next row; rows with too few or too many cells become faults. Throws TableError.
+  bool next();
+
+  /// The cell of a field; empty when the table has no such column. Valid until next().
+  std::string_view operator[](std::size_t field) const;
+
+  /// A cell by its column.
+  std::string_view cell(std::size_t column) const { return csv_[column]; }
+  const std::string& title(std::size_t column) const { return csv_.titles()[column]; }
+  const std::vector<std::size_t>& otherColumns() const { return columns_.others(); }
+
+  /// Reads the cell of a field; a text that the reader does not take becomes the fault "... is no
+  /// `what`", and the value a default one.
+  template <typename Reader>
+  auto read(std::size_t field, Reader reader, const char* what) {
+    const auto value = reader((*this)[field]);
+    if (!value) addFault(field, quoted((*this)[field]) + " is no " + what);
+    return value.value_or(typename decltype(value)::value_type{});
+  }
+
+  void addFault(std::size_t field, const std::string& reason);
+
+ private:
+  std::string file_;
+  CsvTable csv_;
+  ColumnTitles columns_;
+  std::size_t id_field_;
+  Faults& faults_;
+};
+
+}  // namespace spx::console

@@ -1,0 +1,143 @@
+#include "console/tables/location_registry.h"
+
+#include <algorithm>
+
+#include "console/tables/faults.h"
+#include "console/tables/value_text.h"
+
+namespace spx::console {
+namespace {
+
+constexpr std::uint32_t LAST_NUMBER = 255;
+// Names met in the tables take the free top-level numbers below this one, and then lie within it.
+constexpr std::uint32_t OVERFLOW_DEME = 254;
+
+DemeID topDeme(std::uint32_t number) {
+  DemeID deme;
+  deme.blocks[0] = static_cast<std::uint8_t>(number);
+  return deme;
+}
+
+std::string shortText(const DemeID& deme) {
+  std::string text;
+  for (int level = 0; level <= deme.getLevel(); ++level) {
+    text += (level == 0 ? "" : ".") + std::to_string(deme.blocks[static_cast<std::size_t>(level)]);
+  }
+  return text;
+}
+
+}  // namespace
+
+void LocationRegistry::addLevel(const std::string& name) {
+  MetaPop.addLevel(name);
+}
+
+bool LocationRegistry::add(const DemeID& deme, const std::string& name, gis_point point) {
+  if (isKnown(deme)) return false;
+  enter(deme, name, point);
+  return true;
+}
+
+place LocationRegistry::enter(const DemeID& deme, const std::string& name, gis_point point) {
+  const place added{MetaPop.addMember(deme.text(), name, point), numbers_.size() + 1};
+  numbers_.emplace(added.deme, added.number);
+  const auto [entry, first] = names_.try_emplace(name, named_place{added, false});
+  if (!first) entry->second.ambiguous = true;
+  return added;
+}
+
+place LocationRegistry::find(std::string_view text, std::string& reason) {
+  if (const auto known = names_.find(text); known != names_.end()) {
+    if (!known->second.ambiguous) return known->second.where;
+    reason = quoted(text) + " is the name of several locations: give the identifier";
+    return {};
+  }
+  if (const auto known = identifiers_.find(text); known != identifiers_.end()) return known->second;
+  return isDemeText(text) ? findIdentifier(text, reason) : findName(text, reason);
+}
+
+place LocationRegistry::findIdentifier(std::string_view text, std::string& reason) {
+  const auto deme = parseDeme(text);
+  if (!deme) {
+    reason = quoted(text) + " is no deme identifier (numbers from 1 to 255, joined by dots)";
+    return {};
+  }
+  if (!isKnown(*deme) && complete_) {
+    reason = "the deme " + quoted(text) + " is not in the locations table";
+    return {};
+  }
+  if (!complete_ && by_name_) {
+    reason = quoted(text) + " is an identifier among names of locations: give a locations table";
+    return {};
+  }
+  if (!isKnown(*deme)) {
+    by_identifier_ = true;
+    addAbove(*deme);
+    enter(*deme, shortText(*deme), {});
+  }
+  const place found{deme->binary(), numbers_.at(deme->binary())};
+  identifiers_.emplace(text, found);
+  return found;
+}
+
+/// The demes that contain a new one, so that a view can take a region as a whole.
+void LocationRegistry::addAbove(const DemeID& deme) {
+  needLevels(deme.getLevel());
+  DemeID above;
+  for (std::size_t level = 0; static_cast<int>(level) < deme.getLevel(); ++level) {
+    above.blocks[level] = deme.blocks[level];
+    if (!isKnown(above)) enter(above, shortText(above), {});
+  }
+}
+
+void LocationRegistry::needLevels(int level) {
+  while (static_cast<int>(MetaPop.levels().size()) <= level) {
+    const std::string number = std::to_string(MetaPop.levels().size() + 1);
+    MetaPop.addLevel(number == "1" ? "Location" : "Level " + number);
+  }
+}
+
+place LocationRegistry::findName(std::string_view text, std::string& reason) {
+  if (by_identifier_) {
+    reason = quoted(text) + " is a name among identifiers of locations: give a locations table";
+    return {};
+  }
+  const DemeID deme = freeDeme();
+  if (deme.getLevel() < 0) {
+    reason = "there are too many locations: give a locations table with identifiers";
+    return {};
+  }
+  by_name_ = true;
+  needLevels(deme.getLevel());
+  return enter(deme, std::string(text), {});
+}
+
+DemeID LocationRegistry::freeDeme() {
+  constexpr std::uint32_t INNER = LAST_NUMBER * LAST_NUMBER;
+  while (++next_free_ < OVERFLOW_DEME + INNER) {
+    DemeID deme = topDeme(std::min(next_free_, OVERFLOW_DEME));
+    if (next_free_ >= OVERFLOW_DEME) {
+      const std::uint32_t inner = next_free_ - OVERFLOW_DEME;
+      deme.blocks[1] = static_cast<std::uint8_t>(inner / LAST_NUMBER + 1);
+      deme.blocks[2] = static_cast<std::uint8_t>(inner % LAST_NUMBER + 1);
+    }
+    if (!isKnown(deme)) return deme;
+  }
+  return {};
+}
+
+place LocationRegistry::unknown() {
+  if (unknown_.number != 0) return unknown_;
+  needLevels(0);
+  // From the top: the free numbers at the bottom are those that a keeper would give next.
+  for (std::uint32_t number = LAST_NUMBER; number > 0; --number) {
+    const DemeID deme = topDeme(number);
+    if (isKnown(deme)) continue;
+    unknown_ = enter(deme, "unknown", {});
+    return unknown_;
+  }
+  const DemeID last = topDeme(LAST_NUMBER);
+  return {last.binary(), numbers_.at(last.binary())};
+}
+
+}  // namespace spx::console

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "spx/views/deme_id.h"
+#include "spx/views/meta_population.h"
+
+namespace spx::console {
+
+/// A deme as events hold it: its packed identifier and its running number, counted from 1 in the
+/// order of registration.
+struct place {
+  packed_deme deme = 0;
+  std::uint64_t number = 0;
+};
+
+/// Registers the demes of a studbook in the metapopulation while its tables are read, and finds
+/// them by what the tables call them.
+class LocationRegistry {
+ public:
+  /// Says that a locations table lists the demes: identifiers that it does not list are faults from
+  /// now on. Otherwise they are registered where they occur, with the demes above them.
+  void setComplete() { complete_ = true; }
+
+  void addLevel(const std::string& name);
+
+  /// Registers a deme whose level exists. @return false, with nothing changed, for a known one
+  bool add(const DemeID& deme, const std::string& name, gis_point point);
+
+  /// The place that a cell means, by name or by identifier. A new name is registered as a deme of
+  /// the top level. Expected constant time.
+  /// @param reason  set where there is no place, to what is wrong with the text
+  /// @return the place; deme 0 when there is none
+  place find(std::string_view text, std::string& reason);
+
+  /// The deme of the animals whose location is not known, "unknown"; registered at the first call.
+  place unknown();
+
+ private:
+  struct text_hash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+      return std::hash<std::string_view>()(text);
+    }
+  };
+  struct named_place {
+    place where;
+    bool ambiguous = false;
+  };
+  template <typename Value>
+  using text_map = std::unordered_map<std::string, Value, text_hash, std::equal_to<>>;
+
+  place findIdentifier(std::string_view text, std::string& reason);
+  place findName(std::string_view text, std::string& reason);
+  place enter(const DemeID& deme, const std::string& name, gis_point point);
+  void addAbove(const DemeID& deme);
+  void needLevels(int level);
+  bool isKnown(const DemeID& deme) const { return numbers_.count(deme.binary()) != 0; }
+  DemeID freeDeme();
+
+  bool complete_ = false;
+  bool by_identifier_ = false;  ///< demes were registered by identifiers met in a table
+  bool by_name_ = false;        ///< demes were registered by names met in a table
+  std::uint32_t next_free_ = 0;
+  place unknown_;
+  std::unordered_map<packed_deme, std::uint64_t> numbers_;
+  text_map<named_place> names_;
+  text_map<place> identifiers_;  ///< texts that were read once
+};
+
+}  // namespace spx::console

@@ -1,0 +1,165 @@
+#include "console/tables/value_text.h"
+
+#include <algorithm>
+
+namespace spx::console {
+namespace {
+
+char folded(char letter) {
+  if (letter >= 'A' && letter <= 'Z') return static_cast<char>(letter - 'A' + 'a');
+  return letter == ' ' || letter == '-' ? '_' : letter;
+}
+
+bool isDigit(char letter) {
+  return letter >= '0' && letter <= '9';
+}
+
+/// The value of that display name, up to the last one that a record can have.
+template <typename Enum>
+std::optional<Enum> parseName(std::string_view text, Enum last) {
+  static const std::vector<std::string> names = [last] {
+    std::vector<std::string> all;
+    for (std::uint32_t value = 0; value <= static_cast<std::uint32_t>(last); ++value) {
+      all.push_back(getEnumName(static_cast<Enum>(value)));
+    }
+    return all;
+  }();
+  for (std::size_t value = 0; value < names.size(); ++value) {
+    if (isSameWord(text, names[value])) return static_cast<Enum>(value);
+  }
+  return std::nullopt;
+}
+
+std::optional<SEX> parseSexLetter(char letter) {
+  switch (letter) {
+    case 'm':
+    case 'M':
+    case '1':
+      return SEX::MALE;
+    case 'f':
+    case 'F':
+    case '2':
+      return SEX::FEMALE;
+    case 'h':
+    case 'H':
+      return SEX::HERMAPHRODITE;
+    case 'u':
+    case 'U':
+    case '0':
+      return SEX::UNKNOWN;
+    default:
+      return std::nullopt;
+  }
+}
+
+template <typename Number>
+bool isNumber(std::string_view text) {
+  Number number = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, number);
+  return result.ec == std::errc() && result.ptr == end;
+}
+
+bool hasLeadingZero(std::string_view text) {
+  if (!text.empty() && text.front() == '-') text.remove_prefix(1);
+  return text.size() > 1 && text[0] == '0' && isDigit(text[1]);
+}
+
+}  // namespace
+
+bool isSameWord(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [](char x, char y) { return folded(x) == folded(y); });
+}
+
+bool isMissing(std::string_view text) {
+  return text.empty() || text == "." || isSameWord(text, "NA") || isSameWord(text, "N/A");
+}
+
+bool isUnknown(std::string_view text) {
+  return isMissing(text) || isSameWord(text, "unknown");
+}
+
+bool isUnknownId(std::string_view text) {
+  return text == "0" || isUnknown(text);
+}
+
+std::optional<SEX> parseSex(std::string_view text) {
+  if (isUnknown(text)) return SEX::UNKNOWN;
+  return text.size() == 1 ? parseSexLetter(text[0]) : parseName(text, SEX::UNKNOWN);
+}
+
+std::optional<dated_text> parseDate(std::string_view text) {
+  if (isUnknown(text)) return dated_text{};
+  const auto day = qs_lib::msToDay(qs_lib::dateToJulian(std::string(text)));
+  if (day == 0) return std::nullopt;
+  constexpr std::size_t YEAR = 4;
+  constexpr std::size_t YEAR_AND_MONTH = 7;
+  const auto accuracy = text.size() == YEAR             ? DATE_ACCURACY::BY_YEAR
+                        : text.size() == YEAR_AND_MONTH ? DATE_ACCURACY::BY_MONTH
+                                                        : DATE_ACCURACY::ACCURATE;
+  return dated_text{day, accuracy};
+}
+
+std::optional<DATE_ACCURACY> parseAccuracy(std::string_view text) {
+  return parseName(text, DATE_ACCURACY::UNKNOWN);
+}
+
+std::optional<MOVE_TYPE> parseMoveType(std::string_view text) {
+  return parseName(text, MOVE_TYPE::NO_EVENT);
+}
+
+std::optional<BIRTH_TYPE> parseOrigin(std::string_view text) {
+  if (isUnknown(text)) return BIRTH_TYPE::UNKNOWN;
+  if (isSameWord(text, "wild")) return BIRTH_TYPE::WILD_BORN;
+  if (isSameWord(text, "captive")) return BIRTH_TYPE::CAPTIVE_BORN;
+  return parseName(text, BIRTH_TYPE::UNKNOWN);
+}
+
+std::optional<REARING> parseRearing(std::string_view text) {
+  return isUnknown(text) ? REARING::UNKNOWN : parseName(text, REARING::UNKNOWN);
+}
+
+std::optional<std::uint64_t> parseDays(std::string_view text) {
+  if (isUnknown(text)) return 0;
+  std::uint64_t days = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, days);
+  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+  return days;
+}
+
+bool isDemeText(std::string_view text) {
+  if (text.empty() || text.find_first_not_of("0123456789.") != std::string_view::npos) return false;
+  return text.find('.') != std::string_view::npos || isNumber<std::uint8_t>(text);
+}
+
+std::optional<DemeID> parseDeme(std::string_view text) {
+  DemeID deme;
+  for (std::size_t level = 0;; ++level) {
+    const std::size_t dot = std::min(text.find('.'), text.size());
+    const std::string_view block = text.substr(0, dot);
+    if (level >= deme.blocks.size() || !isNumber<std::uint8_t>(block)) return std::nullopt;
+    std::from_chars(block.data(), block.data() + block.size(), deme.blocks[level]);
+    if (level > 0 && deme.blocks[level] != 0 && deme.blocks[level - 1] == 0) return std::nullopt;
+    if (dot == text.size()) break;
+    text.remove_prefix(dot + 1);
+  }
+  DemeID unpacked;
+  unpacked.set(deme.binary());
+  if (deme.getLevel() < 0 || unpacked.blocks != deme.blocks) return std::nullopt;
+  return deme;
+}
+
+void TypeGuess::add(std::string_view value) {
+  using qs_lib::FIELD_TYPE;
+  if (isMissing(value) || type_ == FIELD_TYPE::TEXT) return;
+  met_ = true;
+  if (hasLeadingZero(value)) {
+    type_ = FIELD_TYPE::TEXT;
+  } else if (!isNumber<std::int64_t>(value)) {
+    type_ = isNumber<double>(value) ? FIELD_TYPE::REAL : FIELD_TYPE::TEXT;
+  }
+}
+
+}  // namespace spx::console
