@@ -1,0 +1,89 @@
+#include "bench/loaded_studbook.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <random>
+#include <streambuf>
+#include <unistd.h>
+
+#include "spx/core/animal_data.h"
+#include "spx/support/console.h"
+
+#include "console/studbook_loader.h"
+
+namespace spx::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The tables of one run.
+class Tables {
+ public:
+  Tables() : directory_(fs::temp_directory_path() / ("spx-bench-" + std::to_string(::getpid()))) {
+    fs::create_directories(directory_);
+  }
+  ~Tables() {
+    std::error_code ignored;
+    fs::remove_all(directory_, ignored);
+  }
+  std::string path(long animals) const {
+    return (directory_ / (std::to_string(animals) + ".csv")).string();
+  }
+
+ private:
+  fs::path directory_;
+};
+
+class NullBuffer : public std::streambuf {
+ protected:
+  int_type overflow(int_type letter) override { return traits_type::not_eof(letter); }
+  std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+};
+
+NullBuffer nowhere;
+long held_animals = 0;
+
+}  // namespace
+
+Quiet::Quiet() : output_(std::cout.rdbuf(&nowhere)) {}
+
+Quiet::~Quiet() {
+  std::cout.rdbuf(static_cast<std::streambuf*>(output_));
+}
+
+std::string tableOf(long animals) {
+  static const Tables tables;
+  const std::string path = tables.path(animals);
+  if (!fs::exists(path)) {
+    const std::string command =
+        std::string(SPX_MAKE_STUDBOOK) + " " + std::to_string(animals) + " > '" + path + "'";
+    if (std::system(command.c_str()) != 0) {
+      std::fprintf(stderr, "spx_bench: cannot write %s\n", path.c_str());
+      std::exit(1);
+    }
+  }
+  return path;
+}
+
+void holdStudbook(long animals) {
+  if (held_animals == animals) return;
+  console::studbook_files files;
+  files.animals = tableOf(animals);
+  console::loadStudbook(files);
+  held_animals = animals;
+}
+
+void forgetStudbook() {
+  held_animals = 0;
+}
+
+void shuffleIndex() {
+  std::sort(Animals.index.begin(), Animals.index.end());
+  std::shuffle(Animals.index.begin(), Animals.index.end(), std::mt19937(1));
+  Animals.resetOrder();
+}
+
+}  // namespace spx::bench

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+namespace spx::bench {
+
+/// The path of a generated table of so many animals, written at the first call of the process and
+/// removed at its end. Exits when it cannot be written.
+std::string tableOf(long animals);
+
+/// Makes the process-wide objects hold the checked studbook of that table with its pedigree, as the
+/// program loads it. Loads only when another size was held before, or after forgetStudbook.
+void holdStudbook(long animals);
+
+/// The objects were changed: the next holdStudbook loads again.
+void forgetStudbook();
+
+/// Puts the index into one and the same random order.
+void shuffleIndex();
+
+/// While it lives, what the library writes to standard output goes nowhere.
+class Quiet {
+ public:
+  Quiet();
+  ~Quiet();
+  Quiet(const Quiet&) = delete;
+  Quiet& operator=(const Quiet&) = delete;
+
+ private:
+  void* output_;
+};
+
+}  // namespace spx::bench

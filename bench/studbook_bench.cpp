@@ -1,0 +1,124 @@
+// Loading, checking, ordering and describing studbooks of 10,000 to 1,000,000 animals. Each row is
+// named after what a person waits for; ten times the animals may take at most twelve times the
+// time, sorts fourteen.
+#include <benchmark/benchmark.h>
+
+#include "spx/analyses/data_summary.h"
+#include "spx/analyses/listings.h"
+#include "spx/core/animal_data.h"
+#include "spx/views/data_filter.h"
+
+#include "bench/loaded_studbook.h"
+#include "console/studbook_loader.h"
+#include "console/tables/animals_table.h"
+
+namespace spx::bench {
+namespace {
+
+void allSizes(benchmark::internal::Benchmark* row) {
+  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+}
+
+/// Measures one operation on a held studbook.
+template <class Operation>
+void measure(benchmark::State& state, Operation operation) {
+  holdStudbook(state.range(0));
+  const Quiet quiet;
+  for ([[maybe_unused]] auto step : state) {
+    operation();
+  }
+}
+
+/// Measures a sort of the index out of a random order.
+void measureSort(benchmark::State& state, SORT_FIELD field) {
+  holdStudbook(state.range(0));
+  for ([[maybe_unused]] auto step : state) {
+    state.PauseTiming();
+    shuffleIndex();
+    state.ResumeTiming();
+    Animals.sortList(field);
+  }
+}
+
+void ReadTable(benchmark::State& state) {
+  const std::string table = tableOf(state.range(0));
+  forgetStudbook();
+  for ([[maybe_unused]] auto step : state) {
+    state.PauseTiming();
+    console::dropStudbook();
+    state.ResumeTiming();
+    console::LocationRegistry locations;
+    console::Faults faults;
+    Animals.initialize(console::countRecords(table, {}));
+    console::readAnimals(table, {}, locations, faults);
+    if (!faults.empty()) state.SkipWithError(faults.text().c_str());
+  }
+}
+BENCHMARK(ReadTable)->Apply(allSizes);
+
+void LoadStudbook(benchmark::State& state) {
+  console::studbook_files files;
+  files.animals = tableOf(state.range(0));
+  for ([[maybe_unused]] auto step : state) {
+    console::loadStudbook(files);
+  }
+  forgetStudbook();
+}
+BENCHMARK(LoadStudbook)->Apply(allSizes);
+
+void Validate(benchmark::State& state) {
+  measure(state, [] { Animals.validate(); });
+}
+BENCHMARK(Validate)->Apply(allSizes);
+
+void PopulationPedigree(benchmark::State& state) {
+  measure(state, [] { Animals.populationPedigree(); });
+}
+BENCHMARK(PopulationPedigree)->Apply(allSizes);
+
+void FlagBreeders(benchmark::State& state) {
+  measure(state, [] { Animals.flagBreeders(); });
+}
+BENCHMARK(FlagBreeders)->Apply(allSizes);
+
+void SortBirth(benchmark::State& state) {
+  measureSort(state, SORT_FIELD::BIRTH);
+}
+BENCHMARK(SortBirth)->Apply(allSizes);
+
+void SortStudbookId(benchmark::State& state) {
+  measureSort(state, SORT_FIELD::STUDBOOK_ID);
+}
+BENCHMARK(SortStudbookId)->Apply(allSizes);
+
+/// The pedigree comes in studbook-ID order, so each round sorts it anew: by birth, then by sire.
+void SortPedigree(benchmark::State& state) {
+  measure(state, [] {
+    Animals.sortPedigree(SORT_FIELD::BIRTH);
+    Animals.sortPedigree(SORT_FIELD::DAM_ID);
+  });
+}
+BENCHMARK(SortPedigree)->Apply(allSizes);
+
+void SortLookup(benchmark::State& state) {
+  measure(state, [] { Animals.createLookup(); });
+}
+BENCHMARK(SortLookup)->Apply(allSizes);
+
+void Summary(benchmark::State& state) {
+  measure(state, [] {
+    DataSummary summary;
+    summary.initialize();
+    summary.analyse();
+    summary.reportConsole();
+  });
+}
+BENCHMARK(Summary)->Apply(allSizes);
+
+void ListStudbook(benchmark::State& state) {
+  measure(state, [] { listStudbookData(true); });
+}
+BENCHMARK(ListStudbook)->Apply(allSizes);
+
+}  // namespace
+}  // namespace spx::bench
