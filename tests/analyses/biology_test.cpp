@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "tests/support/expected_file.h"
 #include "tests/support/temporary_home.h"
 
 namespace spx {
@@ -11,37 +12,26 @@ using LifeHistoryParameters = TemporaryHome;
 
 TEST_F(LifeHistoryParameters, AreSavedWithTheirTypesAndDescriptions) {
   Biology biology;
-  EXPECT_EQ(biology.getDirectory(), "") << "the host's affair";
   biology.setDirectory(home);
   EXPECT_TRUE(biology.save());
-  const std::string defaults =
-      contentOf(SPX_SOURCE_DIR "/tests/analyses/expected/defaults.biology");
-  EXPECT_EQ(contentOf(at("taxon.biology")), defaults);
-
+  expectFile(contentOf(at("taxon.biology")), "analyses/expected/defaults.biology");
   biology.setReproductiveSeason(REPRODUCTIVE_SEASON::BIRTH_FLOW);
   EXPECT_EQ(biology.get("REPRODUCTIVE_SEASON").description, "Reproductive season: birth-flow");
   biology.setReproductiveSystem(REPRODUCTIVE_SYSTEM{77});
   EXPECT_EQ(biology.get("REPRODUCTIVE_SYSTEM").value, "77") << "stored though it has no name";
-  biology.initialize();
-  EXPECT_TRUE(biology.save());
-  EXPECT_EQ(contentOf(at("taxon.biology")), defaults);
 }
 
 TEST_F(LifeHistoryParameters, BelongToTheTwoSexes) {
   Biology biology;
-  biology.setReproductiveAge(SEX::MALE, {1, 2});
-  biology.setReproductiveAge(SEX::FEMALE, {3, 4});
-  biology.setLongevity(SEX::MALE, 5);
-  biology.setLongevity(SEX::FEMALE, 6);
-  for (std::uint32_t sex = 2; sex < 7; ++sex) {
-    biology.setReproductiveAge(SEX{sex}, {7, 8});
-    biology.setLongevity(SEX{sex}, 9);
+  for (std::uint32_t sex = 0; sex < 7; ++sex) {
+    biology.setReproductiveAge(SEX{sex}, {10.0 + sex, 20.0 + sex});
+    biology.setLongevity(SEX{sex}, 30.0 + sex);
   }
-  constexpr double expected[][3] = {{3, 4, 6}, {1, 2, 5}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
-  for (std::uint32_t sex = 0; sex < 5; ++sex) {
-    EXPECT_EQ(biology.getReproductiveAge(SEX{sex}).lower, expected[sex][0]) << sex;
-    EXPECT_EQ(biology.getReproductiveAge(SEX{sex}).upper, expected[sex][1]) << sex;
-    EXPECT_EQ(biology.getLongevity(SEX{sex}), expected[sex][2]) << sex;
+  for (std::uint32_t sex = 0; sex < 7; ++sex) {
+    const auto [lower, upper] = biology.getReproductiveAge(SEX{sex});
+    EXPECT_EQ(lower, sex < 2 ? 10.0 + sex : 0);
+    EXPECT_EQ(upper, sex < 2 ? 20.0 + sex : 0);
+    EXPECT_EQ(biology.getLongevity(SEX{sex}), sex < 2 ? 30.0 + sex : 0);
   }
   EXPECT_EQ(biology.entries().size(), Biology().entries().size());
 }

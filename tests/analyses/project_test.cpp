@@ -4,6 +4,7 @@
 
 #include "spx/support/julian_date.h"
 
+#include "tests/support/expected_file.h"
 #include "tests/support/temporary_home.h"
 
 namespace spx {
@@ -17,21 +18,11 @@ class Projects : public TemporaryHome {
   }
 
   static std::string here() { return std::filesystem::current_path().string(); }
-
-  // The key file with the home directory as PARENT and the present time as CREATION.
-  std::string keyFile(const std::string& path, const std::string& parent) const {
-    std::string text = contentOf(path);
-    for (std::size_t i; (i = text.find(parent + "/")) != std::string::npos;) {
-      text.replace(i, parent.size(), "PARENT");
-    }
-    return std::regex_replace(text, std::regex("= \\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\n"),
-                              "= CREATION\n");
-  }
 };
 
 // Absolute, by "~", with a final slash and relative to the working directory.
 TEST_F(Projects, AreCreatedWithTreeAndKeyFile) {
-  const std::string farm = at("farm");
+  const std::string farm = at("farm"), today = qs_lib::getTodayAsISO();
   const std::pair<std::string, std::string> parents[] = {
       {farm, farm}, {"~/farm", farm}, {farm + "/", farm + "/"}, {"farm", farm}};
   for (const auto& [given, parent] : parents) {
@@ -41,9 +32,10 @@ TEST_F(Projects, AreCreatedWithTreeAndKeyFile) {
     EXPECT_TRUE(project.create("  herd 1 ", given)) << given;
     EXPECT_EQ(here(), at("spx/projects")) << "the directory before the call";
     EXPECT_EQ(takeOutput() + takeErrors(), parent + "/herd 1\nCreated new project herd 1\n");
+    const std::string file = contentOf(farm + "/herd 1/herd 1.project");
+    expectFile(masked(std::regex_replace(file, std::regex(parent + "/"), "PARENT/"), today),
+               "analyses/expected/herd_1.project");
     EXPECT_FALSE(qs_lib::isUseTime());
-    EXPECT_EQ(keyFile(farm + "/herd 1/herd 1.project", parent),
-              contentOf(SPX_SOURCE_DIR "/tests/analyses/expected/herd_1.project"));
     for (const char* name : {"views", "reports", "export", "graphics"}) {
       EXPECT_TRUE(std::filesystem::remove(farm + "/herd 1/" + name)) << name;
     }
@@ -74,7 +66,6 @@ TEST_F(Projects, ThatExistAreLeftAlone) {
   EXPECT_EQ(takeOutput() + takeErrors(), "Project already exists\n");
   EXPECT_EQ(here(), at("farm"));
   EXPECT_EQ(project.getDirectory(), at("farm/herd")) << "hosts open it so";
-  EXPECT_EQ(project.projectName(), "former");
   EXPECT_TRUE(std::filesystem::is_empty(at("farm/herd")));
   EXPECT_TRUE(project.remove());
   EXPECT_EQ(takeOutput(), "Removed project former\n");

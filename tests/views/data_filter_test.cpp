@@ -1,12 +1,13 @@
 #include "spx/views/data_filter.h"
 
 #include <stdexcept>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "spx/views/meta_population.h"
 
-#include "tests/support/temporary_home.h"
+#include "tests/core/family.h"
 
 namespace spx {
 namespace {
@@ -79,10 +80,6 @@ TEST_F(Editing, TaxaAndUserFiltersAreChecked) {
 
 std::vector<day_number> period() {
   return {View.start_date, View.end_date, View.monitor_date};
-}
-
-day_number dayOf(const char* date) {
-  return qs_lib::msToDay(qs_lib::dateToJulian(std::string(date)));
 }
 
 TEST_F(Editing, ThePeriodShrinksToCensusYears) {

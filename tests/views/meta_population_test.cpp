@@ -5,6 +5,7 @@
 #include "spx/views/breeding_program.h"
 #include "spx/views/sub_taxa.h"
 
+#include "tests/support/expected_file.h"
 #include "tests/support/temporary_home.h"
 
 namespace spx {
@@ -95,7 +96,7 @@ TEST_F(Registries, ListSortedLevels) {
   population.selectMember("2", false);
   population.listMetapopulation();
   population.listMembers(2);
-  EXPECT_EQ(takeOutput(), contentOf(SPX_SOURCE_DIR "/tests/views/expected/metapopulation.txt"));
+  expectFile(takeOutput(), "views/expected/metapopulation.txt");
 }
 
 TEST_F(Registries, NumberProgrammes) {

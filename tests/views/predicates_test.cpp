@@ -6,12 +6,12 @@
 #include <regex>
 #include <tuple>
 
-#include "spx/core/animal_data.h"
 #include "spx/reports/user_fields.h"
 #include "spx/views/data_filter.h"
 #include "spx/views/meta_population.h"
 
-#include "tests/support/temporary_home.h"
+#include "tests/core/family.h"
+#include "tests/support/expected_file.h"
 
 namespace spx {
 namespace {
@@ -81,16 +81,6 @@ TEST(Identifiers, AgreeWithTheExpressionsAtEveryLength) {
   }
 }
 
-master_data animal(const char* id, day_number birth, day_number death) {
-  master_data record;
-  initializeMaster(record);
-  record.stud_id = id;
-  record.birth.date = birth;
-  record.death.date = death;
-  record.death.event = MOVE_TYPE::DEATH;
-  return record;
-}
-
 TEST(Lives, EndOnTheDayOfDeathAndNeverWithoutOne) {
   // Birth, death, the day asked for, and whether the animal is living then.
   const std::tuple<day_number, day_number, day_number, bool> cases[] = {
@@ -101,7 +91,7 @@ TEST(Lives, EndOnTheDayOfDeathAndNeverWithoutOne) {
       {200, 100, 150, false},        {LAST_DAY, 0, LAST_DAY, true},
       {0, LAST_DAY, LAST_DAY, false}};
   for (const auto& [birth, death, day, living] : cases) {
-    master_data record = animal("1", birth, death);
+    master_data record = animalOf("1", "", "", SEX::MALE, birth, death);
     for (const bool breeder : {false, true}) {
       record.breeder = breeder;
       EXPECT_EQ(answers("lbp", {isLiving(record, day), isLivingBreeder(record, day),
@@ -120,12 +110,12 @@ TEST(Lives, SpansThatWouldBeNegativeAreHuge) {
       {0, MOVE_TYPE::DEATH, 1e10, "--"},          {99, MOVE_TYPE::DEATH, 4294967294.0, "--"},
       {99, MOVE_TYPE::DEATH, 4294967295.0, "n-"}, {101, MOVE_TYPE::DEATH, NAN, "--"}};
   for (const auto& [death, end, days, expected] : cases) {
-    master_data record = animal("1", 100, death);
+    master_data record = animalOf("1", "", "", SEX::MALE, 100, death);
     record.death.event = end;
     EXPECT_EQ(answers("ns", {isNeonatalDeath(record, days), isStillBirth(record)}), expected)
         << death << " within " << days;
   }
-  const master_data mate = animal("2", 100, 0);
+  const master_data mate = animalOf("2", "", "UNKF", SEX::MALE, 100);
   EXPECT_TRUE(isSameLitter(mate, "UNKF", 95, 5));
   EXPECT_FALSE(isSameLitter(mate, "UNKF", 94, 5));
   EXPECT_FALSE(isSameLitter(mate, "UNKF", 101, 1e9)) << "born before the date";
@@ -142,9 +132,7 @@ TEST(Founders, HaveTwoWildParents) {
       {"1", "WILD 3", "UNKF", true, 0, "----w"},   {"1", "UNKM", "WILD12", false, 0, "----w"},
       {"1", "wild 3", "WILDX", false, 0, "-----"}, {"1", "WIL", "", false, 0, "-----"}};
   for (const auto& [id, sire, dam, bred, death, expected] : cases) {
-    master_data record = animal(id, 100, death);
-    record.sire_id = sire;
-    record.dam_id = dam;
+    master_data record = animalOf(id, sire, dam, SEX::MALE, 100, death);
     record.breeder = bred;
     EXPECT_EQ(answers("flpow", {isFounder(record), isLivingFounder(record, 150),
                                 isPotentialFounder(record, 150), isLostFounder(record, 150),
@@ -185,7 +173,7 @@ TEST(Sexes, MatchListsAndPartners) {
   }
 }
 
-class ViewPredicates : public TemporaryHome {
+class ViewPredicates : public StoreTest {
  protected:
   ViewPredicates() {
     MetaPop = MetaPopulation();
@@ -208,7 +196,7 @@ TEST_F(ViewPredicates, FollowTheMovesInRecordedOrder) {
       {"ooi", 20, 0, true}, {"iio", 10, 20, false}, {"ooooi", 40, 0, false}, {"oioi", 10, 20, true},
       {"xxx", 0, 0, false}, {"ix", 0, 10, false}};
   for (const auto& [places, arrival, removal, moved] : cases) {
-    master_data record = animal("1", 0, 0);
+    master_data record = animalOf("1", "", "", SEX::MALE, 0);
     for (const char place : places) {
       move_data move;
       move.date = 10 * record.moves.size();
@@ -224,7 +212,7 @@ TEST_F(ViewPredicates, FollowTheMovesInRecordedOrder) {
 }
 
 TEST_F(ViewPredicates, FilterByUserFieldsAndTaxa) {
-  master_data record = animal("1", 1, 0);
+  master_data record = animalOf("1", "", "", SEX::MALE, 1);
   record.user_data = {"red", ""};
   View.addUserView(0, "RED");
   EXPECT_TRUE(isInUserView(record)) << "no fields are defined";
@@ -244,18 +232,13 @@ TEST_F(ViewPredicates, FilterByUserFieldsAndTaxa) {
 }
 
 TEST_F(ViewPredicates, AreDumpedForEveryRecord) {
-  Animals.clearStudbook();
-  master_data record = animal("wild 4", 100, 131);
-  record.birth.location = in_view;
-  record.sire_id = "WILD 12";
-  record.dam_id = "UNK";
-  Animals.addMaster(record);
+  Animals.addMaster(animalOf("wild 4", "WILD 12", "UNK", SEX::UNKNOWN, 100, 131));
+  Animals.records[0].birth.location = in_view;
   View.monitor_date = 130;
   std::filesystem::current_path(home);
   EXPECT_TRUE(TestFilters());
   EXPECT_EQ(takeOutput(), "Writing filter to: filter_test.csv\n");
-  EXPECT_EQ(contentOf("filter_test.csv"),
-            contentOf(SPX_SOURCE_DIR "/tests/views/expected/filter_test.csv"));
+  expectFile(contentOf("filter_test.csv"), "views/expected/filter_test.csv");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "spx/views/data_filter.h"
 #include "spx/views/meta_population.h"
 
+#include "tests/support/expected_file.h"
 #include "tests/support/temporary_home.h"
 
 namespace spx {
@@ -25,9 +26,8 @@ class ViewFiles : public TemporaryHome {
     view.path = home;
   }
 
-  static std::string expected(const std::string& name) {
-    return contentOf(SPX_SOURCE_DIR "/tests/views/expected/" + name);
-  }
+  const std::string all_settings =
+      contentOf(SPX_SOURCE_DIR "/tests/views/expected/all_settings.view");
 
   static void change(const std::string& key, const std::string& value) {
     qs_lib::Configuration file;
@@ -43,17 +43,17 @@ class ViewFiles : public TemporaryHome {
 };
 
 TEST_F(ViewFiles, ComeBackWithoutSexAndTaxa) {
-  writeContent("v.view", expected("all_settings.view"));
+  writeContent("v.view", all_settings);
   EXPECT_TRUE(view.load("v"));
   EXPECT_EQ(view.sex, SEX::ALL);
   EXPECT_TRUE(view.taxa.empty());
   view.sex = SEX::MALE;
   view.taxa = {Subspecies.add("A")};
   view.save("again");
-  EXPECT_EQ(contentOf("again.view"), expected("all_settings.view"));
+  expectFile(contentOf("again.view"), "views/expected/all_settings.view");
   EXPECT_TRUE(view.addDeme("3"));
   view.listView();
-  EXPECT_EQ(takeOutput(), expected("all_settings.txt"));
+  expectFile(takeOutput(), "views/expected/all_settings.txt");
   change("Sex", "0");
   EXPECT_TRUE(view.load("v"));
   EXPECT_EQ(view.sex, SEX::FEMALE) << "the key that is looked for";
@@ -62,9 +62,9 @@ TEST_F(ViewFiles, ComeBackWithoutSexAndTaxa) {
 TEST_F(ViewFiles, OfFreshViewsHoldTheDefaults) {
   view.start_date = view.end_date = view.monitor_date = 0;
   view.save("v");
-  EXPECT_EQ(contentOf("v.view"), expected("defaults.view"));
+  expectFile(contentOf("v.view"), "views/expected/defaults.view");
   view.listView();
-  EXPECT_EQ(takeOutput(), expected("defaults.txt"));
+  expectFile(takeOutput(), "views/expected/defaults.txt");
 }
 
 TEST_F(ViewFiles, WithDemesRaiseAnErrorAtTheEndOfLoading) {
@@ -96,10 +96,10 @@ TEST_F(ViewFiles, WithWrongValuesFollowTheConversions) {
 }
 
 TEST_F(ViewFiles, OfOtherKindsChangeNothing) {
-  const std::string good = expected("all_settings.view");
   std::filesystem::create_directory("folder.view");
-  for (const std::string& content : {std::string(), good.substr(0, good.size() / 2),
-                                     std::string(2000, '\0'), "[BIOLOGY]" + good.substr(6)}) {
+  for (const std::string& content :
+       {std::string(), all_settings.substr(0, all_settings.size() / 2), std::string(2000, '\0'),
+        "[BIOLOGY]" + all_settings.substr(6)}) {
     writeContent("bad.view", content);
     EXPECT_FALSE(view.load("bad")) << content;
   }
@@ -129,9 +129,6 @@ TEST_F(ViewFiles, AreOldOrNewWhenSavingFails) {
   EXPECT_EXIT(std::signal(SIGXFSZ, SIG_IGN); setrlimit(RLIMIT_FSIZE, &small); view.save("v");
               std::_Exit(takeErrors() == FAILED ? 3 : 4), testing::ExitedWithCode(3), "");
   EXPECT_EQ(contentOf("v.view"), old);
-  view.path += "/missing";
-  view.save("v");
-  EXPECT_EQ(takeErrors(), FAILED);
 }
 
 TEST_F(ViewFiles, AreListedByName) {
