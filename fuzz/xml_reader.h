@@ -1,0 +1,27 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace spx::fuzz {
+
+/// An element of a document. Text between child elements is dropped.
+struct xml_element {
+  std::string name;
+  std::map<std::string, std::string> attributes;
+  std::string text;
+  std::vector<xml_element> children;
+};
+
+/// Reads a document in UTF-8 and gives its root. Line breaks are made line feeds in texts and
+/// blanks in attributes, as the language demands of every reader. Whatever is not well-formed ends
+/// the process.
+xml_element readXml(std::string_view document);
+
+/// What is left of a text in XML: bytes that are no UTF-8 are Latin-1, characters that the language
+/// forbids are dropped.
+std::string xmlCharacters(std::string_view text);
+
+}  // namespace spx::fuzz
