@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "spx/support/export.h"
@@ -23,8 +24,9 @@ class SPX_EXPORT Tokenizer {
 
   std::size_t size() const { return tokens_.size(); }
 
-  /// All tokens in order; valid until the next split().
-  const std::vector<std::string>& tokens() const { return tokens_; }
+  /// All tokens in order; valid until the next split(). A temporary tokenizer hands them over.
+  const std::vector<std::string>& tokens() const& { return tokens_; }
+  std::vector<std::string> tokens() && { return std::move(tokens_); }
 
  private:
   std::vector<std::string> tokens_;

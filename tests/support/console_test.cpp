@@ -7,7 +7,6 @@
 #include "tests/support/temporary_home.h"
 
 namespace qs_lib {
-namespace {
 class Console : public TemporaryHome {};
 
 constexpr char SCALE[] =
@@ -68,5 +67,4 @@ TEST_F(Console, TextsGoWhereTheyBelong) {
   pauseKey();
   EXPECT_EQ(pauses, 1);
 }
-}  // namespace
 }  // namespace qs_lib

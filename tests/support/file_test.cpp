@@ -1,4 +1,4 @@
-#include <unistd.h>
+#include <regex>
 
 #include <sys/stat.h>
 
@@ -12,7 +12,6 @@
 #include "tests/support/temporary_home.h"
 
 namespace qs_lib {
-namespace {
 class Files : public TemporaryHome {
  protected:
   /// The names of all files in the home directory, temporary ones included.
@@ -27,27 +26,21 @@ class Files : public TemporaryHome {
 };
 
 TEST_F(Files, NamesSplitAndJoin) {
-  struct name_case {
-    const char *path, *directory, *name, *extension;
-  };
-  constexpr name_case CASES[] = {
-      {"~/spx/a.b.xml", "~/spx", "a.b", "xml"},
-      {"/x", "/", "x", ""},
-      {"x", "", "x", ""},
-      {"a.d/x", "a.d", "x", ""},
-      {"a//x.y", "a/", "x", "y"},
-      {"a/", "a", "", ""},
-      {".view", "", "", "view"},
-      {"a/..", "a", "..", ""},
-      {"x.", "", "x.", ""},
-      {"", "", "", ""},
-      {"/", "/", "", ""},
-  };
-  for (const auto& [path, directory, name, extension] : CASES) {
-    const name_of_file parts = splitFileName(path);
-    EXPECT_EQ(parts.directory, directory) << path;
-    EXPECT_EQ(parts.name, name) << path;
-    EXPECT_EQ(parts.extension, extension) << path;
+  // A path; its directory, name and extension.
+  constexpr std::pair<const char*, const char*> CASES[] = {{"~/spx/a.b.xml", "~/spx|a.b|xml"},
+                                                           {"/x", "/|x|"},
+                                                           {"x", "|x|"},
+                                                           {"a.d/x", "a.d|x|"},
+                                                           {"a//x.y", "a/|x|y"},
+                                                           {"a/", "a||"},
+                                                           {".view", "||view"},
+                                                           {"a/..", "a|..|"},
+                                                           {"x.", "|x.|"},
+                                                           {"", "||"},
+                                                           {"/", "/||"}};
+  for (const auto& [path, expected] : CASES) {
+    const auto& [directory, name, extension] = splitFileName(path);
+    EXPECT_EQ(directory + "|" + name + "|" + extension, expected);
     EXPECT_EQ(createFileName(directory, name, extension), path);
   }
   for (const char* name : {"", ".", "..", "a/b", "/"}) {
@@ -61,7 +54,7 @@ TEST_F(Files, HomeReplacesATildeInFrontOnly) {
   EXPECT_EQ(homePath("~/spx/studbooks"), home + "/spx/studbooks");
   EXPECT_EQ(homePath("/tmp/~x"), "/tmp/~x");
   setenv("HOME", "", 1);
-  EXPECT_EQ(homePath("~/x"), "~/x");
+  EXPECT_EQ(homePath("~/x"), "~/x") << "not the root directory";
   unsetenv("HOME");
   EXPECT_EQ(homePath("~/x"), "~/x");
 }
@@ -140,7 +133,6 @@ TEST_F(Files, FailedCommitLeavesNothing) {
   ASSERT_TRUE(file.create());
   std::filesystem::remove_all(at("gone"));
   EXPECT_FALSE(file.commit());
-  EXPECT_FALSE(AtomicFile(at("never created")).commit());
   EXPECT_TRUE(filesAtHome().empty());
 }
 
@@ -187,13 +179,7 @@ TEST_F(Files, LogAddsStampedLines) {
   EXPECT_TRUE(log.write("inert without a file"));
   log.setFileName("~/log.txt");
   EXPECT_TRUE(log.write("one\nline") && log.write("two"));
-  const std::string day = getTodayAsISO();
-  const std::string text = contentOf(at("log.txt"));
-  EXPECT_EQ(text.substr(0, 10), day);
-  EXPECT_EQ(text.substr(20, 9), "one line\n");
-  EXPECT_EQ(text.substr(text.size() - 4), "two\n");
-  log.setFileName("/dev/full");
-  EXPECT_FALSE(log.write("lost"));
+  EXPECT_TRUE(std::regex_match(contentOf(at("log.txt")),
+                               std::regex("([-\\d]{10} [:\\d]{8} (one line|two)\n){2}")));
 }
-}  // namespace
 }  // namespace qs_lib

