@@ -59,7 +59,7 @@ void appendSingle(std::string& out, char character, bool in_attribute) {
       out += in_attribute ? "&#10;" : "\n";
       return;
     case '\r':
-      out += in_attribute ? "&#13;" : "\r";
+      out += "&#13;";  // as it is, readers would make it a line feed
       return;
     case '\t':
       out += in_attribute ? "&#9;" : "\t";

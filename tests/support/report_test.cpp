@@ -63,6 +63,7 @@ TEST_F(Reports, XmlTextIsAlwaysValidUtf8) {
       {"\xF4\x90\x80\x80", "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80", "beyond the last character"},
       {"\xEF\xBF\xBF.\xEF\xBF\xBE.\xEF\xBF\xBD", "..\xEF\xBF\xBD", "no characters"},
       {"a\x01\x1F\tb\nc", "a\tb\nc", "control characters"},
+      {"a\rb\r\nc", "a&#13;b&#13;\nc", "readers make a bare CR a line feed"},
   };
   for (const auto& [text, expected, why] : CASES) {
     std::string out;
