@@ -47,7 +47,7 @@ class SPX_EXPORT XmlReport : public Report {
   int nesting_ = 0;
 };
 
-/// Appends the text as XML content, CR as a reference; with in_attribute, quotes, TAB and line feeds
-/// are escaped too.
+/// Appends the text as XML content, CR as a reference; with in_attribute, quotes, TAB and line
+/// feeds are escaped too.
 SPX_EXPORT void appendXmlText(std::string& out, std::string_view text, bool in_attribute);
 }  // namespace qs_lib
