@@ -1,0 +1,102 @@
+#include "spx/core/animal_data.h"
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+#include "spx/core/record_index.h"
+
+#include "tests/core/family.h"
+
+namespace spx {
+namespace {
+
+using Store = FamilyTest;
+
+TEST_F(StoreTest, ReportsThatItIsEmpty) {
+  EXPECT_FALSE(Animals.createIndex(SORT_FIELD::BIRTH) || Animals.createLookup() ||
+               Animals.assignIdKeys() || Animals.validate() || Animals.flagBreeders() ||
+               Animals.individualPedigree("1") || Animals.initializeLineages(1));
+  const std::string none = "No animals in list\n";
+  EXPECT_EQ(takeErrors(), none + none + none + none + none + none + none);
+  EXPECT_FALSE(Animals.initializeLineages(0) || Animals.sortList(SORT_FIELD::STUDBOOK_ID));
+  EXPECT_EQ(takeErrors(), "No index created\n");
+}
+
+TEST_F(StoreTest, ReservesRoomOrSaysThatThereIsNone) {
+  AnimalData store;
+  EXPECT_FALSE(store.initialize(SIZE_MAX));
+  EXPECT_EQ(takeErrors(), "Cannot reserve room for animals\n");
+  EXPECT_TRUE(store.records.empty() && store.initialize(100));
+  store.info();
+  const std::string rule = std::string(70, '=') + "\n", last = std::string(70, '-') + "\n";
+  const std::string most = std::to_string(PTRDIFF_MAX / sizeof(master_data)) + "\n";
+  EXPECT_EQ(takeOutput(),
+            rule + "Memory usage of studbook data\n" + rule +
+                "\nAllocated records       : 105\nUsed records            : 5 (4.8%)\n"
+                "Maximum records         : " +
+                most + last);
+}
+
+TEST_F(Store, OrdersFollowTheNumbersOfTheFields) {
+  const char* const orders[] = {"12 9 20 21 21 30 31 40 ", "9 12 21 20 21 30 40 31 ",
+                                "12 9 20 21 30 31 40 21 ", "12 20 21 21 30 31 40 9 ",
+                                "31 9 12 21 20 21 30 40 ", "20 21 21 40 31 30 12 9 ",
+                                "30 31 40 20 21 21 12 9 ", "12 9 20 21 21 30 31 40 ",
+                                "12 9 20 21 21 30 31 40 ", "12 9 20 21 21 30 31 40 "};
+  Animals.assignIdKeys();
+  Animals.records[6].id_key = UINT64_MAX;  // as a signed number before all others
+  for (std::uint32_t field = 0; field < std::size(orders); ++field) {
+    Animals.resetOrder();
+    Animals.createIndex(SORT_FIELD::NO_ORDER);
+    EXPECT_EQ(Animals.sortList(SORT_FIELD{field}), field < 9);
+    EXPECT_EQ(idsOf(Animals.index), orders[field]) << field;
+    EXPECT_EQ(Animals.sortField(), SORT_FIELD{field == 7 || field == 9 ? 0 : field});
+  }
+  Animals.createIndex(SORT_FIELD::DEATH);
+  Animals.createIndex(SORT_FIELD::DEATH);
+  EXPECT_EQ(idsOf(Animals.index), orders[0]) << "a recorded order is not sorted again";
+  Animals.addMaster(Animals.records[0]);
+  EXPECT_TRUE(Animals.sortList(SORT_FIELD::DEATH));
+  EXPECT_EQ(idsOf(Animals.index), orders[2]) << "adding forgets the order";
+}
+
+TEST_F(Store, OfTwoAnimalsTheLookupKeepsTheLaterAndTheScanTheEarlier) {
+  EXPECT_TRUE(Animals.createLookup());
+  EXPECT_TRUE(Animals.lookup.at("21") == 4 && Animals.findMaster("21") == 3);
+  EXPECT_FALSE(Animals.animalExists("21 "));
+  Animals.clearStudbook();
+  EXPECT_TRUE(Animals.lookup.empty() && Animals.sortField() == SORT_FIELD::STUDBOOK_ID);
+}
+
+// Short texts and texts of a megabyte, with zeros, line breaks and bytes beyond ASCII, most of them
+// several times: the index of IDs, which grows with them, must find what a scan finds.
+TEST_F(StoreTest, SearchesAndOrdersTakeAnyBytes) {
+  std::mt19937 random(7);
+  RecordIndex known(Animals.records);
+  for (int animal = 0; animal < 2000; ++animal) {
+    std::string id(animal % 500 == 9 ? 1 << 20 : random() % 12, 'a');
+    std::generate_n(id.rbegin(), id.size() % 11, [&] { return "a\0\xFF\n"[random() % 4]; });
+    ASSERT_EQ(known.find(id), Animals.findMaster(id));
+    Animals.addMaster(animalOf(id, id, id, SEX::MALE, random() % 50));
+    known.add(Animals.records.size() - 1);
+  }
+  const RecordIndex whole(Animals.records);
+  for (const master_data& animal : Animals.records) {
+    const find_id has_id{animal.stud_id};
+    const position record = Animals.findMaster(animal.stud_id);
+    const bool twice = std::count_if(Animals.records.begin(), Animals.records.end(), has_id) > 1;
+    ASSERT_TRUE(known.find(animal.stud_id) == record && known.isDuplicate(record) == twice);
+    ASSERT_TRUE(whole.find(animal.stud_id) == record && whole.isDuplicate(record) == twice);
+  }
+  Animals.createIndex(SORT_FIELD::STUDBOOK_ID);
+  const auto later = [](position a, position b) {
+    return Animals.records[a].stud_id > Animals.records[b].stud_id;
+  };
+  EXPECT_EQ(std::adjacent_find(Animals.index.begin(), Animals.index.end(), later),
+            Animals.index.end());
+  EXPECT_EQ(std::set(Animals.index.begin(), Animals.index.end()).size(), 2000U);
+}
+
+}  // namespace
+}  // namespace spx
