@@ -7,15 +7,15 @@ namespace qs_lib {
 namespace {
 constexpr char HEADER_SEPARATOR[] = "|";
 
-std::string quoted(const std::string& text) {
-  std::string out = "\"";
+void appendQuoted(std::string& out, const std::string& text) {
+  out += '"';
   for (const char character : text) {
     if (character == '"') {
       out += '"';
     }
     out += character;
   }
-  return out + "\"";
+  out += '"';
 }
 }  // namespace
 
@@ -36,29 +36,29 @@ void CsvReport::writeHeader(const std::string& header) {
 
 void CsvReport::cell(const std::string& value, bool more) {
   if (needsQuotes(value)) {
-    write(quoted(value));
+    appendQuoted(cell_, value);
   } else {
-    write(value);
+    cell_ = value;
   }
   endCell(more);
 }
 
 void CsvReport::cell(int value, bool more) {
-  write(std::to_string(value));
+  cell_ = std::to_string(value);
   endCell(more);
 }
 
 void CsvReport::cell(double value, int digits, bool more) {
-  number_.clear();
-  appendReal(number_, value, digits);
-  write(number_);
+  appendReal(cell_, value, digits);
   endCell(more);
 }
 
 void CsvReport::endCell(bool more) {
   if (more && table_.isDeclared()) {
-    write({&separator, 1});
+    cell_ += separator;
   }
+  write(cell_);
+  cell_.clear();
 }
 
 bool CsvReport::needsQuotes(const std::string& text) const {

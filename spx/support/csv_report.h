@@ -38,6 +38,6 @@ class SPX_EXPORT CsvReport : public Report {
   bool needsQuotes(const std::string& text) const;
 
   Table table_;
-  std::string number_;  ///< the cell being written; kept so that rows need no new memory
+  std::string cell_;  ///< the text being made; empty between cells, its memory is kept
 };
 }  // namespace qs_lib
