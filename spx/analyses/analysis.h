@@ -23,37 +23,44 @@ class SPX_EXPORT Analysis {
   virtual bool initialize();
 
   // Steps that do nothing unless overridden.
-  virtual void defaultView();  ///< sets up the view that the analysis needs
-  virtual void defaultSet();   ///< default settings
-  virtual void writeInfo();    ///< sections of the report
-  virtual void writeResults();
-  virtual void writeTrends();
+  virtual void defaultView();   ///< sets up the view that the analysis needs
+  virtual void defaultSet();    ///< default settings
+  virtual void writeInfo();     ///< sections of the report
+  virtual void writeResults();  ///< the results themselves
+  virtual void writeTrends();   ///< what changes over the years
 
   /// Forms the name of the report file, directory, "/", stem and perhaps "-" and the sex of the
   /// view, without an extension, then reports to the console when verbose, and to XML always. An
   /// empty stem is not guarded against.
   virtual void report();
+  /// @{
+  /// One of the two forms of the report; nothing unless overridden.
   virtual void reportXml();
   virtual void reportConsole();
+  /// @}
 
+  /// The title of the report; "Population analyses results" unless set.
   void setTitle(const std::string& title) { title_ = title; }
+  /// The start of the report file's name; report() forms the rest.
   void setFileStem(const std::string& stem) { file_stem_ = stem; }
   /// A leading "~" is the user's home. "projects", relative to the working directory, unless set.
   void setReportDirectory(const std::string& directory) { report_directory_ = directory; }
   /// Whether report() appends the sex of the view to the file name; true unless set.
   void setAppendSex(bool append) { append_sex_ = append; }
 
-  const std::string& title() const { return title_; }
-  const std::string& fileStem() const { return file_stem_; }
-  const std::string& reportDirectory() const { return report_directory_; }
-  const std::string& reportFile() const { return report_file_; }  ///< formed by report()
-  bool isAppendSex() const { return append_sex_; }
+  const std::string& title() const { return title_; }         ///< shown on top of the report
+  const std::string& fileStem() const { return file_stem_; }  ///< empty at first
+  const std::string& reportDirectory() const { return report_directory_; }  ///< as it was set
+  const std::string& reportFile() const { return report_file_; }            ///< formed by report()
+  bool isAppendSex() const { return append_sex_; }                          ///< see setAppendSex()
+  /// The log of the analysis; lives as long as the analysis.
   qs_lib::LogFile& log() { return log_; }
 
   /// The time used between the last start and stop of the timer, in seconds.
   double secondsUsed() const { return timer_.seconds(); }
 
-  // Settings that the library carries for derived analyses and does not read.
+  /// @{
+  /// Settings that the library carries for derived analyses and does not read.
   bool first_switch = false;
   int first_number = 1;
   int second_number = 3;
@@ -61,8 +68,10 @@ class SPX_EXPORT Analysis {
   bool second_switch = true;
   bool third_switch = true;
   int third_number = 1;
+  /// @}
 
  protected:
+  /// Processor time; derived analyses restart and stop it around their work.
   qs_lib::process_timer timer_;
 
  private:

@@ -21,18 +21,24 @@ class SPX_EXPORT Biology : public qs_lib::Configuration {
   /// observations.
   void initialize();
 
+  /// The scientific name of the species.
   void setLatinName(const std::string& name);
+  /// The name of the species in everyday use.
   void setCommonName(const std::string& name);
+  /// How the species bears its young; the entry holds the display name.
   void setReproductiveSystem(REPRODUCTIVE_SYSTEM system);
+  /// Whether births have a season; the entry holds the display name.
   void setReproductiveSeason(REPRODUCTIVE_SEASON season);
-  void setGestation(double days);
+  void setGestation(double days);  ///< the length of gestation or incubation
   /// Days after birth when offspring emerges from the den.
   void setDenEmerge(double days);
   /// Delayed implantation, in days before birth.
   void setImplantation(double days);
+  /// The shortest and longest observed interval between births, in days.
   void setBirthInterval(qs_lib::DataRange<double> days);
   /// The range in birth dates of one litter or clutch.
   void setBirthDateRange(double days);
+  /// The largest observed number of offspring of one litter or clutch.
   void setMaxLitterSize(int size);
   /// The youngest and oldest observed age at reproduction; a sex other than male and female sets
   /// nothing.
@@ -44,7 +50,9 @@ class SPX_EXPORT Biology : public qs_lib::Configuration {
 
   // A text that is no number reads as NaN.
 
+  /// In days.
   double getGestation() const;
+  /// In days.
   qs_lib::DataRange<double> getBirthInterval() const;
   /// 0 for a sex other than male and female.
   double getLongevity(SEX sex) const;

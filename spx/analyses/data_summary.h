@@ -20,7 +20,9 @@ namespace spx {
 ///     if (summary.initialize() && summary.analyse()) summary.reportConsole();
 class SPX_EXPORT DataSummary {
  public:
+  /// Records by sex.
   using sex_counts = std::map<SEX, std::int64_t, qs_lib::map_key<SEX>>;
+  /// Records by the accuracy of a date.
   using accuracy_counts = std::map<DATE_ACCURACY, std::int64_t, qs_lib::map_key<DATE_ACCURACY>>;
 
   /// All counts 0, for the five sexes and seven accuracies too.
@@ -38,25 +40,25 @@ class SPX_EXPORT DataSummary {
   /// Prints the summary on standard output.
   void reportConsole() const;
 
-  std::int64_t records = 0;  ///< without pseudo individuals
-  std::int64_t living = 0;
-  std::int64_t died = 0;
-  std::int64_t disappeared = 0;  ///< not living, lost to follow-up
-  std::int64_t breeders = 0;
-  std::int64_t living_breeders = 0;
-  double oldest_age = 0;  ///< in days
-  std::string oldest_id;  ///< the first of several of that age
-  sex_counts sexes;
-  accuracy_counts birth_accuracy;
-  accuracy_counts death_accuracy;  ///< of the records that are not living and have a death date
-  std::int64_t unknown_sire = 0;   ///< the sire alone
-  std::int64_t unknown_dam = 0;    ///< the dam alone
-  std::int64_t unknown_both = 0;
-  std::int64_t group_sire = 0;
-  std::int64_t group_dam = 0;
-  std::int64_t wild_origin = 0;  ///< founders: two wild parents, bred
-  std::int64_t living_wild_origin = 0;
-  std::int64_t bred_founders = 0;
+  std::int64_t records = 0;          ///< without pseudo individuals
+  std::int64_t living = 0;           ///< on the reference date
+  std::int64_t died = 0;             ///< not living, and not lost to follow-up
+  std::int64_t disappeared = 0;      ///< not living, lost to follow-up
+  std::int64_t breeders = 0;         ///< records with offspring
+  std::int64_t living_breeders = 0;  ///< of the breeders, those living
+  double oldest_age = 0;             ///< in days
+  std::string oldest_id;             ///< the first of several of that age
+  sex_counts sexes;                  ///< of all records
+  accuracy_counts birth_accuracy;    ///< of all records
+  accuracy_counts death_accuracy;    ///< of the records that are not living and have a death date
+  std::int64_t unknown_sire = 0;     ///< the sire alone
+  std::int64_t unknown_dam = 0;      ///< the dam alone
+  std::int64_t unknown_both = 0;     ///< sire and dam
+  std::int64_t group_sire = 0;       ///< the sire is a group
+  std::int64_t group_dam = 0;        ///< the dam is a group
+  std::int64_t wild_origin = 0;      ///< founders: two wild parents, bred
+  std::int64_t living_wild_origin = 0;  ///< of the founders, those living
+  std::int64_t bred_founders = 0;       ///< founders that have bred
   /// Living founders that have not bred. Founders have bred by definition, so this is 0; the line
   /// stays in the report for those who read it by its place.
   std::int64_t potential_founders = 0;

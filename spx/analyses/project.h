@@ -38,6 +38,7 @@ class SPX_EXPORT Project : public qs_lib::Configuration {
   /// host's affair. Always true.
   bool remove();
 
+  /// The name of the project; empty while it has none.
   const std::string& projectName() const { return project_name_; }
 
  private:

@@ -160,7 +160,9 @@ class SPX_EXPORT AnimalData {
   /// setFounderLineage.
   bool initializeLineages(std::uint64_t lineages);
 
+  /// The order of the index that is recorded; see sortList().
   SORT_FIELD sortField() const { return sort_field_; }
+  /// The order of the pedigree list that is recorded; see sortPedigree().
   SORT_FIELD pedigreeSortField() const { return pedigree_sort_field_; }
 
   /// True until flagBreeders has run; true again after clearStudbook.

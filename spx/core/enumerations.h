@@ -99,6 +99,7 @@ enum class HANDLE_UNKNOWN : std::uint32_t { IGNORE, EQUAL, OBSERVED_RATIO };
 /// Which offspring count as viable.
 enum class OFFSPRING_VIABILITY : std::uint32_t { ALL, STILLBIRTHS, NON_VIABLE, NEONATAL, VIABLE };
 
+/// @{
 /// The display name of a value, lower case as listings, reports and exports print it.
 /// A value beyond the table, as a damaged file may hold, gives the empty text.
 SPX_EXPORT std::string getEnumName(SEX value);
@@ -108,12 +109,16 @@ SPX_EXPORT std::string getEnumName(DATE_ACCURACY value);
 SPX_EXPORT std::string getEnumName(BIRTH_TYPE value);
 SPX_EXPORT std::string getEnumName(REARING value);
 SPX_EXPORT std::string getEnumName(SORT_FIELD value);
+/// @}
 /// "ascending" for ASCENDING and "descending" for every other value.
 SPX_EXPORT std::string getEnumName(SORT_ORDER value);
+/// @{
+/// The display name, or the empty text beyond the table.
 SPX_EXPORT std::string getEnumName(REPRODUCTIVE_SYSTEM value);
 SPX_EXPORT std::string getEnumName(REPRODUCTIVE_SEASON value);
 SPX_EXPORT std::string getEnumName(HANDLE_UNKNOWN value);
 SPX_EXPORT std::string getEnumName(OFFSPRING_VIABILITY value);
 SPX_EXPORT std::string getEnumName(qs_lib::TIME_INTERVAL value);
+/// @}
 
 }  // namespace spx

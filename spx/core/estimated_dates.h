@@ -10,9 +10,12 @@
 /// Dates that are known roughly, and spans of days, as people read them.
 namespace spx {
 
+/// @{
+/// The units of convertDays() and ageError(), in days.
 inline constexpr double DAYS_PER_WEEK = 7.0;
 inline constexpr double DAYS_PER_MONTH = 30.6001;
 inline constexpr double DAYS_PER_YEAR = 365.25;
+/// @}
 
 /// The text of an estimated date.
 ///

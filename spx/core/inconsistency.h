@@ -12,13 +12,13 @@ enum class INCONSISTENCY : std::uint32_t {
   DUPLICATE_ID,    ///< more than one record has the animal's ID
   SIRE_NOT_MALE,   ///< the sire's sex is not male; unknown counts as not male
   SIRE_NOT_OLDER,  ///< the animal was not born later than its sire
-  DAM_NOT_FEMALE,
-  DAM_NOT_OLDER
+  DAM_NOT_FEMALE,  ///< unknown counts as not female
+  DAM_NOT_OLDER    ///< the animal was not born later than its dam
 };
 
 /// One finding of AnimalData::validate.
 struct inconsistency {
-  INCONSISTENCY code;
+  INCONSISTENCY code;  ///< what is wrong
   std::string animal;  ///< the studbook ID of the record that was checked
   std::string parent;  ///< the studbook ID of the parent concerned; empty for DUPLICATE_ID
 };

@@ -23,24 +23,24 @@ using position = std::size_t;
 
 /// One life event.
 struct move_data {
-  qs_lib::day_number date = 0;
-  DATE_ACCURACY accuracy = DATE_ACCURACY::ACCURATE;
-  std::uint64_t range = 0;   ///< uncertainty in days, for DATE_ACCURACY::DATE_RANGE
-  packed_deme location = 0;  ///< a deme of the metapopulation
-  MOVE_TYPE event = MOVE_TYPE::BIRTH;
-  std::string first_text;    ///< the host's; carried and copied only
-  std::uint64_t number = 0;  ///< the running number of the location, for the .TRF export
-  std::string second_text;   ///< the host's; carried and copied only
+  qs_lib::day_number date = 0;                       ///< 0 is unknown
+  DATE_ACCURACY accuracy = DATE_ACCURACY::ACCURATE;  ///< how exact the date is
+  std::uint64_t range = 0;             ///< uncertainty in days, for DATE_ACCURACY::DATE_RANGE
+  packed_deme location = 0;            ///< a deme of the metapopulation
+  MOVE_TYPE event = MOVE_TYPE::BIRTH;  ///< what happened
+  std::string first_text;              ///< the host's; carried and copied only
+  std::uint64_t number = 0;            ///< the running number of the location, for the .TRF export
+  std::string second_text;             ///< the host's; carried and copied only
 };
 
 /// A management event: the host's four words, of which the fourth survives a reset.
 struct managed_data {
-  std::uint64_t words[4] = {0, 0, 0, 0};
+  std::uint64_t words[4] = {0, 0, 0, 0};  ///< the host's
 };
 
 /// A birth-control event, the host's.
 struct BirthControl {
-  std::uint64_t word = 0;
+  std::uint64_t word = 0;  ///< carried and copied only
 };
 
 /// The entries of master_data::generation.
@@ -48,21 +48,21 @@ enum GENERATION : std::size_t { G_CITES, G_GENETIC, G_MATERNAL, G_AVERAGE };
 
 /// One animal of the studbook.
 struct master_data {
-  static constexpr std::size_t LINEAGES = 256;
+  static constexpr std::size_t LINEAGES = 256;  ///< founder lineages that can be told apart
 
   std::uint64_t id_key = 0;  ///< numeric key given by the store; all bits set: none yet
-  std::string stud_id;
-  std::string sire_id;  ///< a studbook ID or the identifier of a pseudo individual
-  std::string dam_id;   ///< likewise
-  taxon_handle taxon;
-  SEX sex = SEX::FEMALE;
-  BIRTH_TYPE birth_type = BIRTH_TYPE::WILD_BORN;
-  REARING rearing = REARING::PARENT;
-  move_data birth;
+  std::string stud_id;       ///< any bytes, compared as they are
+  std::string sire_id;       ///< a studbook ID or the identifier of a pseudo individual
+  std::string dam_id;        ///< likewise
+  taxon_handle taxon;        ///< an entry of Subspecies
+  SEX sex = SEX::FEMALE;     ///< never SEX::ALL
+  BIRTH_TYPE birth_type = BIRTH_TYPE::WILD_BORN;  ///< the origin
+  REARING rearing = REARING::PARENT;              ///< by whom it was reared
+  move_data birth;                                ///< its location is where the animal was born
   move_data death;               ///< a death, or the day on which the animal was lost to follow-up
   std::vector<move_data> moves;  ///< between birth and end, in the order of recording
-  std::vector<managed_data> managed;
-  std::vector<BirthControl> birth_control;
+  std::vector<managed_data> managed;        ///< the host's
+  std::vector<BirthControl> birth_control;  ///< the host's
   float generation[4] = {0, 0, 0, 0};  ///< generation numbers, see GENERATION; NaN is not computed
   double fcoef = 0;                    ///< inbreeding coefficient; NaN is not computed
   bool breeder = false;                ///< a parent of at least one record of the pedigree
@@ -75,15 +75,16 @@ struct master_data {
 
 /// An animal and the records of its parents.
 struct pedigree_record {
-  position animal = 0;
-  position sire = 0;
-  position dam = 0;
+  position animal = 0;          ///< of the animal itself
+  position sire = 0;            ///< of the sire's record, maybe a pseudo individual's
+  position dam = 0;             ///< likewise of the dam
   std::uint64_t host_word = 0;  ///< not set by the builder and not read by the library
 };
 
 /// Finds a record by its studbook ID, byte for byte.
 struct find_id {
-  const std::string& id;
+  const std::string& id;  ///< must live as long as the search
+  /// Whether it is the animal.
   bool operator()(const master_data& animal) const { return animal.stud_id == id; }
 };
 

@@ -10,8 +10,8 @@ namespace spx {
 
 /// The definition of a user-defined field.
 struct user_field {
-  std::string name;
-  qs_lib::FIELD_TYPE type = qs_lib::FIELD_TYPE::TEXT;
+  std::string name;                                    ///< the title of the column
+  qs_lib::FIELD_TYPE type = qs_lib::FIELD_TYPE::TEXT;  ///< for display; values are texts
 };
 
 /// The user-defined fields of the studbook in use, filled by the host. A field is known everywhere

@@ -16,6 +16,7 @@ namespace qs_lib {
 /// A symbolic link stays; the file that it names is replaced.
 class SPX_EXPORT AtomicFile {
  public:
+  /// Takes the path of the file to replace; nothing is touched before create().
   explicit AtomicFile(std::string target);
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;

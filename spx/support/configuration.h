@@ -10,9 +10,9 @@ namespace qs_lib {
 /// One entry of a key file. The type word ("TEXT", "INTEGER", ...) is kept as it is; nothing checks
 /// that the value fits it.
 struct ConfigElement {
-  String value;
-  std::string type;
-  std::string description;
+  String value;             ///< the value as text
+  std::string type;         ///< the type word
+  std::string description;  ///< for people
 };
 
 /// A key file held in memory. The file is text that a person can read and edit: the section in
@@ -20,13 +20,17 @@ struct ConfigElement {
 /// of these texts come back exactly.
 class SPX_EXPORT Configuration {
  public:
+  /// Entries by key, in byte order of the keys.
   using entry_map = std::map<std::string, ConfigElement, map_key<std::string>>;
 
   Configuration();
+  /// @{
+  /// A copy has the same entries, name and flags; the file is not touched.
   Configuration(const Configuration&) = default;
   Configuration(Configuration&&) = default;
   Configuration& operator=(const Configuration&) = default;
   Configuration& operator=(Configuration&&) = default;
+  /// @}
   virtual ~Configuration();
 
   /// Reads the file named by directory, name and extension and replaces the entries by its own.
@@ -47,8 +51,10 @@ class SPX_EXPORT Configuration {
 
   /// The entries in key order; valid until they are changed.
   const entry_map& entries() const { return entries_; }
-  void clearEntries() { entries_.clear(); }
+  void clearEntries() { entries_.clear(); }  ///< removes every entry; the file stays
 
+  /// @{
+  /// One part of the path, with "~" as it was given, or the section.
   void setDirectory(const std::string& directory) { directory_ = directory; }
   void setName(const std::string& name) { name_ = name; }
   void setExtension(const std::string& extension) { extension_ = extension; }
@@ -57,18 +63,23 @@ class SPX_EXPORT Configuration {
   const std::string& getName() const { return name_; }
   const std::string& getExtension() const { return extension_; }
   const std::string& getSection() const { return section_; }
+  /// @}
 
   /// The path of the file, with "~" replaced.
   std::string getFileName() const;
 
+  /// @{
   /// Whether the owner saves the file when it is done with it; false at first.
   void setSaveOnClose(bool save) { save_on_close_ = save; }
   bool isSaveOnClose() const { return save_on_close_; }
+  /// @}
 
+  /// @{
   /// Whether load() accepts only files of this section; true at first. Without a section every
   /// key file is accepted.
   void setMatchSection(bool match) { match_section_ = match; }
   bool isMatchSection() const { return match_section_; }
+  /// @}
 
  private:
   entry_map entries_;

@@ -19,9 +19,11 @@ SPX_EXPORT void errorMessage(const std::string& text);
 /// output are terminals. The terminal's state is restored; keys typed ahead are dropped.
 SPX_EXPORT void pauseKey();
 
+/// @{
 /// Whether progress is to be shown; false at first. Progress bars obey it, messages do not.
 SPX_EXPORT bool isVerbose();
 SPX_EXPORT void setVerbose(bool verbose);
+/// @}
 
 /// Sets what pauseKey() does instead of waiting; an empty handler restores the waiting.
 SPX_EXPORT void setPauseHandler(std::function<void()> handler);

@@ -23,9 +23,11 @@ class SPX_EXPORT CsvReport : public Report {
   /// @param header  the names joined by "|", whatever the separator of the file is
   void writeHeader(const std::string& header);
 
+  /// @{
   /// Writes one cell. In a declared table the separator follows when more cells of the row do.
   void cell(const std::string& value, bool more);
   void cell(int value, bool more);
+  /// @}
 
   /// Writes a number in fixed notation; NaN gives "nan".
   void cell(double value, int digits, bool more);

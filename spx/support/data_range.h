@@ -6,8 +6,8 @@ namespace qs_lib {
 /// A pair of bounds; what belongs to it depends on the brackets that are asked for.
 template <typename T>
 struct DataRange {
-  T lower{};
-  T upper{};
+  T lower{};  ///< the lower bound
+  T upper{};  ///< the upper bound
 
   /// Tells whether the value lies between the bounds.
   /// @param bracket  "()", "(]", "[)" or "[]": a square bracket admits the bound itself; with any

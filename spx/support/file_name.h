@@ -7,9 +7,9 @@
 namespace qs_lib {
 /// The parts of a file name. The extension stands without its point.
 struct name_of_file {
-  std::string directory;
-  std::string name;
-  std::string extension;
+  std::string directory;  ///< without "/" at its end
+  std::string name;       ///< the base name
+  std::string extension;  ///< without its point
 };
 
 /// Splits a path: the directory ends before the last "/", the extension follows the last "." of
@@ -40,10 +40,13 @@ SPX_EXPORT bool isPlainName(const std::string& name);
 class SPX_EXPORT FileName {
  public:
   FileName() = default;
+  /// @{
+  /// Copies and moves the three parts.
   FileName(const FileName&) = default;
   FileName(FileName&&) = default;
   FileName& operator=(const FileName&) = default;
   FileName& operator=(FileName&&) = default;
+  /// @}
   virtual ~FileName();
 
   /// Replaces all three parts by those of the path.
@@ -52,12 +55,15 @@ class SPX_EXPORT FileName {
   /// The whole path, with "~" replaced.
   std::string getFileName() const;
 
+  /// @{
+  /// One part of the path, as it was given.
   void setDirectory(const std::string& directory) { file_.directory = directory; }
   void setName(const std::string& name) { file_.name = name; }
   void setExtension(const std::string& extension) { file_.extension = extension; }
   const std::string& getDirectory() const { return file_.directory; }
   const std::string& getName() const { return file_.name; }
   const std::string& getExtension() const { return file_.extension; }
+  /// @}
 
  private:
   name_of_file file_;

@@ -14,8 +14,10 @@ using day_number = std::uint32_t;
 /// A moment in milliseconds: the day number times MS_PER_DAY, and the time since midnight.
 using julian_ms = std::uint64_t;
 
+/// The length of a day, in milliseconds.
 inline constexpr julian_ms MS_PER_DAY = 86400000;
 
+/// The moment at which a day begins.
 constexpr julian_ms dayToMs(day_number day) {
   return julian_ms{day} * MS_PER_DAY;
 }
@@ -28,9 +30,9 @@ constexpr day_number msToDay(julian_ms moment) {
 /// A calendar day whose year is never narrowed. Year 0 comes before year 1; years before it are
 /// negative.
 struct civil_date {
-  std::int64_t year = 0;
-  unsigned month = 0;
-  unsigned day = 0;
+  std::int64_t year = 0;  ///< astronomical: 0 is 1 BC
+  unsigned month = 0;     ///< 1 to 12
+  unsigned day = 0;       ///< of the month, from 1
 };
 
 /// Gives the calendar day of any day number, 0 (a day of the year -4713) included.
@@ -46,6 +48,9 @@ SPX_EXPORT unsigned daysInMonth(std::int64_t year, unsigned month);
 /// A calendar breakdown of a moment. Years that 16 bits cannot hold come out modulo 65536;
 /// civilFromDay gives them whole.
 struct date_time_record {
+  /// @{
+  /// A part of the date, counted from 1, or of the time of day, counted from 0; all are 0 for no
+  /// date.
   std::uint16_t month = 0;
   std::uint16_t year = 0;
   std::uint16_t day = 0;
@@ -53,20 +58,22 @@ struct date_time_record {
   std::uint16_t minute = 0;
   std::uint16_t second = 0;
   std::uint16_t millisecond = 0;
+  /// @}
 };
 
+/// The order in which the parts of a date are displayed.
 enum class DATE_ORDER : std::uint32_t { YEAR_MONTH_DAY, DAY_MONTH_YEAR, MONTH_DAY_YEAR };
 
 /// How dates are displayed: the order of the parts and the character between them.
 struct date_time_set {
-  DATE_ORDER order = DATE_ORDER::YEAR_MONTH_DAY;
-  char separator = '-';
+  DATE_ORDER order = DATE_ORDER::YEAR_MONTH_DAY;  ///< of year, month and day
+  char separator = '-';                           ///< between the parts
 };
 
 /// A span of days; whether the ends belong to it is up to the user.
 struct DateSpan {
-  day_number start = 0;
-  day_number end = 0;
+  day_number start = 0;  ///< the first bound
+  day_number end = 0;    ///< the second bound
 };
 
 /// Writes a moment as "YYYY-MM-DD", followed by "Thh:mm:ss" when isUseTime() and the moment has a
@@ -88,14 +95,18 @@ SPX_EXPORT julian_ms dateToJulian(const std::string& text);
 /// Joins a record; 0 when its day or its time of day does not exist.
 SPX_EXPORT julian_ms dateToJulian(const date_time_record& record);
 
+/// @{
 /// Writes a moment for display in the current format, with " hh:mm:ss" where julianToISO would add
 /// the time. Day 0 gives the empty text.
 SPX_EXPORT std::string formatJulianDate(julian_ms moment);
 SPX_EXPORT std::string formatJulianDate(julian_ms moment, date_time_set format);
+/// @}
 
+/// @{
 /// The process-wide display format; at first year, month and day with "-" between them.
 SPX_EXPORT date_time_set getDateTimeFormat();
 SPX_EXPORT void setDateTimeFormat(date_time_set format);
+/// @}
 
 /// Fills the record with the present local date and time.
 SPX_EXPORT void getToday(date_time_record& record);
@@ -106,9 +117,11 @@ SPX_EXPORT std::string getTodayAsISO();
 /// Sets every part of the record to 0.
 SPX_EXPORT void resetDateTime(date_time_record& record);
 
+/// @{
 /// Switches for the whole process whether times of day are shown with dates; off at first.
 SPX_EXPORT void setUseTime(bool use);
 SPX_EXPORT bool isUseTime();
+/// @}
 
 /// The English name of a month counted from 1: "January" when full, else "Jan"; the empty text for
 /// any other number.

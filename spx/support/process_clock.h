@@ -7,9 +7,9 @@
 namespace qs_lib {
 /// Measures the processor time that the process uses, in ticks of a millionth of a second.
 struct SPX_EXPORT process_timer {
-  std::uint64_t start = 0;
-  std::uint64_t end = 0;
-  double excluded = 0;  ///< ticks that do not count
+  std::uint64_t start = 0;  ///< when it began
+  std::uint64_t end = 0;    ///< when it stopped last
+  double excluded = 0;      ///< ticks that do not count
 
   /// Begins a new measurement, with nothing excluded.
   void restart();

@@ -17,7 +17,7 @@ class SPX_EXPORT RandomSource {
   /// outputs of the engine, the first one being the lower half.
   double uniform();
 
-  std::mt19937 engine;
+  std::mt19937 engine;  ///< for distributions of the host's own
 };
 
 /// The random source of the process.

@@ -23,6 +23,7 @@ class SPX_EXPORT ReadFile : public FileName {
   /// Closes the file; false when reading had failed before the end. True for a closed file.
   bool fileClose();
 
+  /// Whether a file is open.
   bool isOpen() const { return stream_.is_open(); }
 
   /// Reads the next line without its line feed; a CR before it is kept.

@@ -12,8 +12,11 @@ class SPX_EXPORT Report : public WriteFile {
   Report();
   ~Report() override;
 
+  /// @{
+  /// The title of the report; empty at first.
   void setTitle(const std::string& title) { title_ = title; }
   const std::string& getTitle() const { return title_; }
+  /// @}
 
  private:
   std::string title_;

@@ -12,6 +12,7 @@ class SPX_EXPORT String : public std::string {
  public:
   using std::string::string;
   String() = default;
+  /// Any text is a String.
   String(std::string text) : std::string(std::move(text)) {}  // NOLINT: a text is a String
 
   /// Reads the number at the start of the text, leading blanks skipped, with "." as the point.
@@ -23,6 +24,7 @@ class SPX_EXPORT String : public std::string {
 /// The ordering of the maps: byte by byte for texts, a prefix before the longer text.
 template <typename T>
 struct map_key {
+  /// Whether a comes before b.
   bool operator()(const T& a, const T& b) const { return a < b; }
 };
 

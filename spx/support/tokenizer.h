@@ -22,11 +22,14 @@ class SPX_EXPORT Tokenizer {
   /// Token number index, counted from 0; the empty text beyond the last.
   std::string getToken(std::size_t index) const;
 
+  /// The number of tokens.
   std::size_t size() const { return tokens_.size(); }
 
+  /// @{
   /// All tokens in order; valid until the next split(). A temporary tokenizer hands them over.
   const std::vector<std::string>& tokens() const& { return tokens_; }
   std::vector<std::string> tokens() && { return std::move(tokens_); }
+  /// @}
 
  private:
   std::vector<std::string> tokens_;

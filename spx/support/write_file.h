@@ -31,6 +31,7 @@ class SPX_EXPORT WriteFile : public FileName {
   /// Closes the file and, when it is staged, leaves the target as it was before fileOpen().
   void fileDiscard();
 
+  /// Whether a file is open.
   bool isOpen() const { return stream_.is_open(); }
 
   /// Writes the text and a line feed.
@@ -46,9 +47,11 @@ class SPX_EXPORT WriteFile : public FileName {
   /// The output stream, in the classic locale; valid as long as this object.
   std::ofstream& stream() { return stream_; }
 
+  /// @{
   /// When set, the next fileOpen() adds to the end of the file. Off at first.
   void setAppend(bool append) { append_ = append; }
   bool isAppend() const { return append_; }
+  /// @}
 
   /// When set, a file opened without the append flag is written beside its final place and moved
   /// there by a successful fileClose(): a full disk or a killed process leaves the old file. Off

@@ -24,14 +24,19 @@ class SPX_EXPORT XmlReport : public Report {
   /// Writes the link to a style sheet, without a blank before its end.
   void styleSheet(const std::string& href);
 
+  /// @{
+  /// Opens or closes an element on a line of its own.
   void openTag(const std::string& name);
   void openTag(const std::string& name, const std::string& attribute, const std::string& value);
   void closeTag(const std::string& name);
+  /// @}
 
+  /// @{
   /// Writes a whole element.
   void createTag(const std::string& name, const std::string& text);
   void createTag(const std::string& name, const std::string& attribute, const std::string& value,
                  const std::string& text);
+  /// @}
 
   /// Opens the root at column 0, whatever was written before, and keeps its name.
   void openRoot(const std::string& name);

@@ -31,40 +31,40 @@ class SPX_EXPORT DataFilter {
   qs_lib::day_number start_date = 0;    ///< start of the period
   qs_lib::day_number end_date = 0;      ///< end of the period
   qs_lib::day_number monitor_date = 0;  ///< the day on which living animals are taken
-  double low_generation = 0;
-  double high_generation = 0;
-  double low_inbreeding = 0;
-  double high_inbreeding = 0;
-  double low_age = 0;
-  double high_age = 0;
-  DATE_ACCURACY birth_accuracy = DATE_ACCURACY::ALL_DATES;  ///< the worst that is accepted
-  DATE_ACCURACY death_accuracy = DATE_ACCURACY::ALL_DATES;
-  DATE_ACCURACY event_accuracy = DATE_ACCURACY::ALL_DATES;
-  SEX sex = SEX::ALL;
+  double low_generation = 0;            ///< generation number; NaN is not set
+  double high_generation = 0;           ///< likewise
+  double low_inbreeding = 0;            ///< inbreeding coefficient; NaN is not set
+  double high_inbreeding = 0;           ///< likewise
+  double low_age = 0;                   ///< lower bound of age; NaN is not set
+  double high_age = 0;                  ///< likewise
+  DATE_ACCURACY birth_accuracy = DATE_ACCURACY::ALL_DATES;        ///< the worst that is accepted
+  DATE_ACCURACY death_accuracy = DATE_ACCURACY::ALL_DATES;        ///< likewise
+  DATE_ACCURACY event_accuracy = DATE_ACCURACY::ALL_DATES;        ///< likewise
+  SEX sex = SEX::ALL;                                             ///< the sex group
   HANDLE_UNKNOWN handle_unknown = HANDLE_UNKNOWN::EQUAL;          ///< animals of unknown sex
   HANDLE_UNKNOWN handle_parent = HANDLE_UNKNOWN::OBSERVED_RATIO;  ///< unknown parents
-  BIRTH_TYPE origin = BIRTH_TYPE::CAPTIVE_BORN;
-  REARING rearing = REARING::ALL;  ///< not stored in view files
-  BIRTH_CONTROL contraception = BIRTH_CONTROL::NO_SELECTION;
-  qs_lib::TIME_INTERVAL census_interval = qs_lib::TIME_INTERVAL::ANNUAL;
-  std::vector<taxon_handle> taxa;  ///< empty: all taxa
-  std::set<packed_deme> demes;     ///< empty: all demes
-  std::vector<MOVE_TYPE> events;   ///< reports show "all" whatever it holds; clearView leaves it
+  BIRTH_TYPE origin = BIRTH_TYPE::CAPTIVE_BORN;               ///< wild-born, captive-born or ALL
+  REARING rearing = REARING::ALL;                             ///< not stored in view files
+  BIRTH_CONTROL contraception = BIRTH_CONTROL::NO_SELECTION;  ///< the method of birth control
+  qs_lib::TIME_INTERVAL census_interval = qs_lib::TIME_INTERVAL::ANNUAL;  ///< between two censuses
+  std::vector<taxon_handle> taxa;                                         ///< empty: all taxa
+  std::set<packed_deme> demes;                                            ///< empty: all demes
+  std::vector<MOVE_TYPE> events;  ///< reports show "all" whatever it holds; clearView leaves it
   std::vector<user_filter> user_filters;  ///< all of them must match
   int filter_id = 0;                      ///< the number of the view; 0 is none
   bool generic_parents = false;           ///< assume generic unknown parents; clearView leaves it
   double class_width = 0;                 ///< of age classes, in days
-  unsigned long number_of_classes = 0;
-  int census_day = 1;
-  int census_month = 1;  ///< 1 to 12
-  bool use_neonate = true;
-  bool use_stillbirth = true;
-  bool use_emerge = false;  ///< count from the day when animals emerge from the den
-  bool left_truncated = true;
-  bool right_censored = true;
-  bool prorating = false;
-  bool same_sex = true;  ///< count same-sex offspring
-  std::string path;      ///< directory of view files and deme files; the host sets it
+  unsigned long number_of_classes = 0;    ///< of age
+  int census_day = 1;                     ///< 1 to 31
+  int census_month = 1;                   ///< 1 to 12
+  bool use_neonate = true;                ///< include neonates
+  bool use_stillbirth = true;             ///< include stillbirths
+  bool use_emerge = false;                ///< count from the day when animals emerge from the den
+  bool left_truncated = true;             ///< left truncation of life tables
+  bool right_censored = true;             ///< right censoring of life tables
+  bool prorating = false;                 ///< the host's; stored and listed only
+  bool same_sex = true;                   ///< count same-sex offspring
+  std::string path;  ///< directory of view files and deme files; the host sets it
 
   // Editing
 

@@ -17,7 +17,7 @@ using packed_deme = long long;
 /// as numbers separated by dots. 3.1.12 is deme 12 inside deme 1 inside deme 3.
 class SPX_EXPORT DemeID {
  public:
-  static constexpr int LEVELS = 8;
+  static constexpr int LEVELS = 8;  ///< blocks of an identifier
 
   /// The root: all blocks 0.
   DemeID();

@@ -14,21 +14,21 @@ namespace spx {
 
 /// A point on earth in degrees. NaN in both means that the place is unknown.
 struct gis_point {
-  double latitude = std::numeric_limits<double>::quiet_NaN();
-  double longitude = std::numeric_limits<double>::quiet_NaN();
+  double latitude = std::numeric_limits<double>::quiet_NaN();   ///< north is positive
+  double longitude = std::numeric_limits<double>::quiet_NaN();  ///< east is positive
 };
 
 /// One deme of the metapopulation.
 struct deme_member {
-  packed_deme id = 0;
-  std::string name;
-  gis_point point;
+  packed_deme id = 0;    ///< unique in the registry
+  std::string name;      ///< for listings; several demes may share it
+  gis_point point;       ///< where it is
   bool selected = true;  ///< whether the current view takes the deme
 };
 
 /// One level of the hierarchy, such as region, institution or enclosure.
 struct deme_level {
-  std::string name;
+  std::string name;                  ///< of several levels of one name the first is found
   std::vector<deme_member> members;  ///< in the order of insertion until sorted
 };
 
@@ -50,12 +50,17 @@ class SPX_EXPORT MetaPopulation {
   ///         point; -1, with nothing added, for the root and while there are no levels
   packed_deme addMember(const std::string& id, const std::string& name, gis_point point);
 
+  /// @{
+  /// Whether the deme is registered.
   bool memberExists(const std::string& id) const;
   bool memberExists(packed_deme id) const;
+  /// @}
 
+  /// @{
   /// The depth of the identifier counted from 0, whether or not the deme exists; -1 for the root.
   int getDemeLevel(const std::string& id) const;
   int getDemeLevel(packed_deme id) const;
+  /// @}
 
   /// The index of the first level of that name; 4294967295 (all bits set) when there is none.
   std::uint32_t getLevel(const std::string& name) const;
@@ -63,9 +68,11 @@ class SPX_EXPORT MetaPopulation {
   /// Whether the deme exists and is selected.
   bool isMemberSelected(packed_deme id) const;
 
+  /// @{
   /// The identifier of the first member of the level with that name; -1 when there is none.
   packed_deme getMemberID(unsigned long level, const std::string& name) const;
   packed_deme getMemberID(const std::string& level, const std::string& name) const;
+  /// @}
 
   /// The name of the deme; empty when it does not exist.
   std::string getMemberName(packed_deme id) const;
@@ -73,18 +80,22 @@ class SPX_EXPORT MetaPopulation {
   /// The place of the deme; NaN, NaN when it does not exist.
   gis_point getMemberGIS(packed_deme id) const;
 
+  /// @{
   /// The number of members of a level. Reports "Level does not exist" and returns 0 beyond the
   /// last.
   std::size_t getNumberOfMembers(unsigned long level) const;
   std::size_t getNumberOfMembers(const std::string& level) const;
+  /// @}
 
   /// Sorts the members of a level by identifier; nothing beyond the last level. Sorting cost.
   void sortMembers(unsigned long level);
 
+  /// @{
   /// Sets the flag of a deme and of all demes within it, in its own level and the deeper ones;
   /// shallower levels are never touched. The root stands for the last level. Scans those levels.
   void selectMember(packed_deme id, bool selected);
   void selectMember(const std::string& id, bool selected);
+  /// @}
 
   /// Sets the flag of every deme.
   void selectMembers(bool selected);

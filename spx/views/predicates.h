@@ -43,6 +43,7 @@ SPX_EXPORT bool isSameLitter(const master_data& animal, const std::string& dam,
 /// Born by the date and not dead by it. An animal is not alive on its last day.
 SPX_EXPORT bool isLiving(const master_data& animal, qs_lib::day_number date);
 
+/// Alive on the date, and has offspring.
 SPX_EXPORT bool isLivingBreeder(const master_data& animal, qs_lib::day_number date);
 
 /// Alive and without offspring.
@@ -51,6 +52,7 @@ SPX_EXPORT bool isPotentialBreeder(const master_data& animal, qs_lib::day_number
 /// A real animal with two wild parents ("WILD", exactly) that has bred.
 SPX_EXPORT bool isFounder(const master_data& animal);
 
+/// A founder that is alive on the date.
 SPX_EXPORT bool isLivingFounder(const master_data& animal, qs_lib::day_number date);
 
 /// A living real animal with two wild parents that has not bred.

@@ -42,7 +42,9 @@ class SPX_EXPORT SubTaxa {
   /// Removes every name, "generic" included. All handles become invalid: clear the records first.
   void clear();
 
+  /// The handle of no taxon.
   taxon_handle end() const { return names_.end(); }
+  /// All names in byte-wise order; valid as long as the registry.
   const std::set<std::string>& names() const { return names_; }
 
  private:
