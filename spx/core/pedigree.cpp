@@ -199,6 +199,7 @@ bool AnimalData::individualPedigree(const std::string& id) {
     spxError("Animal does not exist");
     return false;
   }
+  const std::string wanted = id;  // may belong to a record, which moves when parents are added
   if (pedigree.empty()) {
     populationPedigree();
   }
@@ -206,7 +207,7 @@ bool AnimalData::individualPedigree(const std::string& id) {
   sortPedigree(SORT_FIELD::BIRTH);
   for (auto entry = pedigree.rbegin(); entry != pedigree.rend(); ++entry) {
     master_data& animal = records[entry->animal];
-    if (animal.stud_id == id) {
+    if (animal.stud_id == wanted) {
       animal.selected = true;
     }
     if (animal.selected) {
