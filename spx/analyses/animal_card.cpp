@@ -5,6 +5,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/estimated_dates.h"
 #include "spx/reports/user_fields.h"
+#include "spx/reports/view_labels.h"
 #include "spx/support/console.h"
 #include "spx/support/number_text.h"
 #include "spx/views/meta_population.h"
@@ -27,10 +28,6 @@ std::string placeText(const move_data& event) {
 template <typename T>
 std::string computedText(T value, int decimals) {
   return std::isnan(value) ? "n/c" : qs_lib::realToString(value, decimals);
-}
-
-std::string truthText(bool value) {
-  return value ? "true" : "false";
 }
 
 std::string eventsText(const master_data& animal) {

@@ -8,6 +8,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
 #include "spx/core/pseudo_ids.h"
+#include "spx/reports/view_labels.h"
 #include "spx/support/number_text.h"
 #include "spx/support/progress_bar.h"
 #include "spx/views/data_filter.h"
@@ -48,6 +49,7 @@ bool TraceParents::initialize() {
     return false;
   }
   if (Animals.index.empty()) {
+    Animals.resetOrder();
     Animals.createIndex(SORT_FIELD::BIRTH);
   }
   Animals.sortList(SORT_FIELD::BIRTH);
@@ -211,7 +213,7 @@ void TraceParents::writeCandidate(const char* element, const master_data& candid
   report_writer_.createTag("ID", candidate.stud_id);
   report_writer_.createTag("AGE", qs_lib::realToString(age_days, 0));
   report_writer_.createTag("LOCATION", MetaPop.getMemberName(location));
-  report_writer_.createTag("BREEDER", candidate.breeder ? "true" : "false");
+  report_writer_.createTag("BREEDER", truthText(candidate.breeder));
   report_writer_.closeTag(element);
 }
 
