@@ -32,6 +32,8 @@ bool ReportWriter::beginReport() {
   if (getExtension().empty()) {
     setExtension("xml");
   }
+  // What was begun and never ended may not take the place of a former report.
+  fileDiscard();
   setAppend(false);
   begun_ = fileOpen();
   if (!begun_) {
@@ -42,12 +44,19 @@ bool ReportWriter::beginReport() {
   stream().precision(2);
   declaration("UTF-8", "yes");
   if (!style_sheet_.empty()) {
-    styleSheet(qs_lib::homePath(style_directory_ + "/" + style_sheet_));
+    linkStyleSheet();
   }
   openRoot("ANALYSIS");
   createTag("TITLE", "describe", "Report title", getTitle());
   writeProject();
   return true;
+}
+
+// Readers of the link resolve the escapes of an attribute; without them a name could end it.
+void ReportWriter::linkStyleSheet() {
+  std::string reference;
+  qs_lib::appendXmlText(reference, qs_lib::homePath(style_directory_ + "/" + style_sheet_), true);
+  styleSheet(reference);
 }
 
 void ReportWriter::writeProject() {

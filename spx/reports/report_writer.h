@@ -29,6 +29,7 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
 
   /// A name that the owning analysis may keep here; not written. "result" by default.
   void setResultName(const std::string& name) { result_name_ = name; }
+  /// The name set by setResultName().
   const std::string& resultName() const { return result_name_; }
 
   /// Opens a new file and writes declaration, style sheet and head. The file stays open.
@@ -41,8 +42,7 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   /// end.
   /// @param seconds  the time used, written with 4 decimals
   /// @return false after "Cannot re-open report file to write footer", also when no report was
-  /// begun; false, too,
-  ///         when not all of the report could be written
+  ///         begun; false without a message when not all of the report could be written
   bool endReport(double seconds);
 
   /// FILTER with the attribute `set`.
@@ -51,9 +51,11 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   /// FEATURE with the attribute `type`.
   void writeFeature(const std::string& type, const std::string& value);
 
+  /// @{
   /// Opens a block VIEW with the attribute `system`; closeView closes it.
   void openView(const std::string& name);
   void closeView();
+  /// @}
 
   /// Writes the settings of the active view as one block. "Events" is "all" whatever the view
   /// selects, since readers compare it with earlier reports. Bounds that are not set are left out.
@@ -64,10 +66,12 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   /// Writes the user-field filters of the active view as one block, which may be empty.
   void writeUserView();
 
+  /// @{
   /// An element with a text, and with the attribute `describe`.
   void writeStatResult(const std::string& tag, const std::string& value);
   void writeStatResult(const std::string& tag, const std::string& description,
                        const std::string& value);
+  /// @}
 
   /// LEVEL, LOWER and UPPER of a confidence interval. @param alpha  0.05 is written as level 95.00
   void writeStatConfidence(double alpha, qs_lib::DataRange<double> range);
@@ -80,6 +84,7 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   void writeFrequency(unsigned long group, long observed, double rate);
 
  private:
+  void linkStyleSheet();
   void writeProject();
   void writeViewDates(bool monitor);
   void writeViewBounds();

@@ -1,5 +1,7 @@
 #include "spx/reports/view_to_r.h"
 
+#include <algorithm>
+
 #include "spx/core/studbook.h"
 #include "spx/reports/view_labels.h"
 #include "spx/support/number_text.h"
@@ -64,7 +66,11 @@ std::string boundsText() {
 std::string writeComment(const std::string& label, const std::string& value, int width) {
   const auto wanted = static_cast<std::size_t>(width < 0 ? 0 : width);
   const std::size_t padding = label.size() < wanted ? wanted - label.size() : 0;
-  return "# " + label + std::string(padding, ' ') + ": " + value + "\n";
+  std::string line = "# " + label + std::string(padding, ' ') + ": " + value;
+  // A name with a line break would end the comment and run as a command.
+  std::replace(line.begin(), line.end(), '\n', ' ');
+  std::replace(line.begin(), line.end(), '\r', ' ');
+  return line + "\n";
 }
 
 std::string viewToR(bool monitor, bool settings) {
