@@ -35,8 +35,7 @@ class SPX_EXPORT ExportDattrf : public Analysis {
   /// pseudo individuals and animals outside its dates are written, and the living have a death
   /// line, too. One pass.
   /// @return false after "No animals in list" for an empty store; false without a message when a
-  /// file
-  ///         cannot be opened or not all of it could be written
+  ///         file cannot be opened or not all of it could be written
   bool exportData();
 };
 

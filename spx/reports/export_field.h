@@ -23,8 +23,7 @@ class SPX_EXPORT ExportField : public Analysis {
   /// Writes the file; a former one is replaced as a whole. When no animal qualifies it is empty.
   /// One pass.
   /// @return false after "No animals in list" for an empty store; false without a message when the
-  /// file
-  ///         cannot be opened or not all of it could be written, and then a former file is whole
+  ///         file cannot be opened or not all of it could be written; a former file is whole then
   bool exportToR();
 };
 

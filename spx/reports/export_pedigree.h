@@ -22,8 +22,7 @@ class SPX_EXPORT ExportPedigree : public Analysis {
   /// Writes the file; a former one is replaced as a whole. One pass. Without a pedigree only the
   /// header is written.
   /// @return false after "No animals in list" for an empty store; false without a message when the
-  /// file
-  ///         cannot be opened or not all of it could be written, and then a former file is whole
+  ///         file cannot be opened or not all of it could be written; a former file is whole then
   bool exportToR();
 };
 
