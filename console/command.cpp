@@ -5,7 +5,12 @@ namespace spx::console {
 std::vector<command> allCommands() {
   std::vector<command> commands;
   addStudbookCommands(commands);
+  addListingCommands(commands);
   addRegistryCommands(commands);
+  addProjectCommands(commands);
+  addViewCommands(commands);
+  addLifeHistoryCommands(commands);
+  addTraceCommands(commands);
   addFilterCommands(commands);
   return commands;
 }

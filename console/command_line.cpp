@@ -13,7 +13,7 @@
 
 #include "console/command.h"
 #include "console/failure.h"
-#include "console/studbook_loader.h"
+#include "console/session.h"
 
 namespace spx::console {
 namespace {
@@ -22,15 +22,11 @@ constexpr char EXIT_CODES[] =
     "Exit codes: 0 done, 1 the operation failed, 2 wrong usage, 3 the studbook has "
     "inconsistencies (check).";
 
-struct global_options {
-  studbook_files files;
-  std::vector<std::string> titles;
-};
-
-void addGlobalOptions(CLI::App& app, global_options& options) {
+void addGlobalOptions(CLI::App& app, session_options& options) {
   const auto add_file = [&](const char* name, std::string& file, const char* help) {
     app.add_option(name, file, help)->type_name("FILE");
   };
+  app.add_option("--project", options.project, "The project to work in")->type_name("NAME");
   add_file("--studbook", options.files.animals,
            "Table of animals (CSV), or a directory with animals.csv and the other tables");
   add_file("--events", options.files.events, "Table of events");
@@ -43,22 +39,26 @@ void addGlobalOptions(CLI::App& app, global_options& options) {
                        std::string("spx ") + libraryVersion() + "\n" + versionRecord());
 }
 
-studbook_files chosenFiles(const global_options& options) {
-  studbook_files files = options.files;
-  if (files.animals.empty())
-    throw UsageError("no studbook is given; name one with --studbook FILE");
-  for (const std::string& text : options.titles) files.titles.push_back(parseTitleChoice(text));
-  return files;
+/// Obeys the word that was typed, or one of the words of its group.
+ExitCode runCommand(const CLI::App& app, const std::vector<command>& commands, Session& session) {
+  for (const command& each : commands) {
+    const CLI::App* word = app.get_subcommand(each.name);
+    if (!word->parsed()) continue;
+    return each.words.empty() ? each.run(session) : runCommand(*word, each.words, session);
+  }
+  throw UsageError("no command is given; spx " +
+                   (app.get_parent() == nullptr ? "" : app.get_name() + " ") + "--help lists them");
 }
 
-ExitCode runCommand(const CLI::App& app, const global_options& options,
-                    const std::vector<command>& commands) {
+void addCommands(CLI::App& app, const std::vector<command>& commands) {
+  // A word that is no command gets a message of its own.
+  app.require_subcommand(0, 1);
   for (const command& each : commands) {
-    if (!app.got_subcommand(each.name)) continue;
-    loadStudbook(chosenFiles(options));
-    return each.run();
+    CLI::App& word = *app.add_subcommand(each.name, each.help);
+    word.fallthrough();
+    each.add_options(word);
+    if (!each.words.empty()) addCommands(word, each.words);
   }
-  throw UsageError("no command is given");
 }
 
 /// Help that was asked for is a result and goes to standard output.
@@ -74,21 +74,18 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
 ExitCode parseAndRun(int argument_count, const char* const* arguments) {
   CLI::App app("Genetic and demographic management of captive populations kept in studbooks",
                "spx");
-  global_options options;
+  session_options options;
   addGlobalOptions(app, options);
   app.footer(EXIT_CODES);
-  app.fallthrough();
-  app.require_subcommand(1);
   const std::vector<command> commands = allCommands();
-  for (const command& each : commands) {
-    each.add_options(*app.add_subcommand(each.name, each.help));
-  }
+  addCommands(app, commands);
   try {
     app.parse(argument_count, arguments);
   } catch (const CLI::ParseError& error) {
     return explain(app, error);
   }
-  return runCommand(app, options, commands);
+  Session session(options);
+  return runCommand(app, commands, session);
 }
 
 ExitCode fail(ExitCode code, const std::string& message) {

@@ -15,7 +15,7 @@ void makeUserDirectories() {
     std::cerr << "spx: HOME is not set, so there is no place for ~/spx/projects\n";
     return;
   }
-  for (const char* directory : {"~/spx", "~/spx/projects"}) {
+  for (const char* directory : {"~/spx", "~/spx/projects", "~/spx/studbooks"}) {
     errno = 0;
     if (qs_lib::createDir(directory)) continue;
     std::cerr << "spx: cannot create " << directory << " in " << home << ": "

@@ -48,11 +48,12 @@ class WorkDirectory {
   fs::path path_;
 };
 
-ExitCode writeFilters(const filter_options& options) {
+ExitCode writeFilters(Session& session, const filter_options& options) {
   const fs::path target = fs::absolute(fs::path(options.directory) / TABLE);
   if (!options.overwrite && fs::exists(fs::symlink_status(target))) {
     throw Failure(target.string() + " is there already; --overwrite replaces it");
   }
+  session.loadStudbook();
   const WorkDirectory work(options.directory);
   if (!TestFilters()) throw Failure(target.string() + ": cannot be written");
   fs::rename(TABLE, target);
@@ -64,7 +65,7 @@ ExitCode writeFilters(const filter_options& options) {
 void addFilterCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<filter_options>();
   commands.push_back({"filters", "Write the answer of every predicate for every animal",
-                      [options] { return writeFilters(*options); },
+                      [options](Session& session) { return writeFilters(session, *options); },
                       [options](CLI::App& app) {
                         app.add_option("--to", options->directory,
                                        "Directory of filter_test.csv (default: this one)");

@@ -8,22 +8,26 @@
 namespace spx::console {
 namespace {
 
-ExitCode locations() {
+ExitCode locations(Session& session) {
+  session.loadStudbook();
   MetaPop.listMetapopulation();
   return ExitCode::DONE;
 }
 
-ExitCode taxa() {
+ExitCode taxa(Session& session) {
+  session.loadStudbook();
   return Subspecies.listTaxa() ? ExitCode::DONE : ExitCode::FAILED;
 }
 
-ExitCode programs() {
+ExitCode programs(Session& session) {
+  session.loadStudbook();
   Management.listPrograms();
   return ExitCode::DONE;
 }
 
 /// A studbook without such fields is in order; the library says that there are none.
-ExitCode userFields() {
+ExitCode userFields(Session& session) {
+  session.loadStudbook();
   showUserFields();
   return ExitCode::DONE;
 }

@@ -9,7 +9,8 @@
 namespace spx::console {
 namespace {
 
-ExitCode check() {
+ExitCode check(Session& session) {
+  session.loadStudbook();
   for (const inconsistency& finding : Animals.inconsistencies) {
     std::cout << inconsistencyText(finding) << "\n";
   }
@@ -19,7 +20,8 @@ ExitCode check() {
   return count == 0 ? ExitCode::DONE : ExitCode::DATA_FAULTS;
 }
 
-ExitCode summary() {
+ExitCode summary(Session& session) {
+  session.loadStudbook();
   DataSummary data;
   if (!data.initialize()) return ExitCode::FAILED;
   data.analyse();
@@ -27,7 +29,8 @@ ExitCode summary() {
   return ExitCode::DONE;
 }
 
-ExitCode info() {
+ExitCode info(Session& session) {
+  session.loadStudbook();
   Animals.info();
   return ExitCode::DONE;
 }

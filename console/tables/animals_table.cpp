@@ -124,7 +124,7 @@ class AnimalsReader {
     if (id.empty()) {
       table_.addFault(ID_CELL, "the ID is missing");
     } else if (isUnknownId(id)) {
-      table_.addFault(ID_CELL, quoted(id) + " means an unknown parent and cannot be an ID");
+      table_.addFault(ID_CELL, quotedText(id) + " means an unknown parent and cannot be an ID");
     }
     animal.stud_id = id;
     animal.sire_id = parentId(table_[SIRE_CELL], UNKNOWN_SIRE);
@@ -154,7 +154,7 @@ class AnimalsReader {
     if (isMissing(table_[DEATH_EVENT])) return;
     const MOVE_TYPE event = table_.read(DEATH_EVENT, parseMoveType, "kind of event");
     if (event != MOVE_TYPE::NO_EVENT && !ended) {
-      table_.addFault(DEATH_EVENT, quoted(table_[DEATH_EVENT]) + " needs a date");
+      table_.addFault(DEATH_EVENT, quotedText(table_[DEATH_EVENT]) + " needs a date");
     }
     if (ended) animal.death.event = event;
   }

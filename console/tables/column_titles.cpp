@@ -29,7 +29,7 @@ std::size_t findField(std::span<const table_field> fields, const std::string& na
     return isSameWord(name, field.name);
   });
   if (found == fields.end()) {
-    throw UsageError("--map: no field " + quoted(name) + "; there are " + fieldNames(fields));
+    throw UsageError("--map: no field " + quotedText(name) + "; there are " + fieldNames(fields));
   }
   return static_cast<std::size_t>(found - fields.begin());
 }
@@ -43,14 +43,14 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
                          [&](const std::string& each) { return isSameWord(each, title); });
   }
   if (found == titles.end()) {
-    throw UsageError("--map: " + file + " has no column " + quoted(title));
+    throw UsageError("--map: " + file + " has no column " + quotedText(title));
   }
   return static_cast<std::size_t>(found - titles.begin());
 }
 
 [[noreturn]] void failClaimedTwice(const std::string& file, std::string_view field,
                                    const std::string& first, const std::string& second) {
-  throw UsageError(file + ": the columns " + quoted(first) + " and " + quoted(second) +
+  throw UsageError(file + ": the columns " + quotedText(first) + " and " + quotedText(second) +
                    " both claim the field " + std::string(field) + "; choose one with --map " +
                    std::string(field) + "=TITLE");
 }
@@ -60,7 +60,7 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
 title_choice parseTitleChoice(const std::string& text) {
   const std::size_t equals = text.find('=');
   if (equals == 0 || equals == std::string::npos || equals + 1 == text.size()) {
-    throw UsageError("--map: " + quoted(text) + " is not FIELD=TITLE");
+    throw UsageError("--map: " + quotedText(text) + " is not FIELD=TITLE");
   }
   return {text.substr(0, equals), text.substr(equals + 1)};
 }
@@ -78,7 +78,7 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
       failClaimedTwice(file, fields[field].name, titles[columns_[field]], choice.title);
     }
     if (chosen[column]) {
-      throw UsageError("--map: the column " + quoted(choice.title) + " is given to two fields");
+      throw UsageError("--map: the column " + quotedText(choice.title) + " is given to two fields");
     }
     columns_[field] = column;
     settled[field] = chosen[column] = true;
@@ -99,7 +99,7 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
   }
   for (std::size_t field = 0; field < fields.size(); ++field) {
     if (fields[field].required && columns_[field] == NONE) {
-      throw TableError(1, "there is no column " + quoted(fields[field].name));
+      throw TableError(1, "there is no column " + quotedText(fields[field].name));
     }
   }
 }

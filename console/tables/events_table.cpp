@@ -49,7 +49,7 @@ class EventsReader {
     readEventCells(table_, DATED_FIELDS, locations_, event);
     if (isUnknown(table_[DATE])) table_.addFault(DATE, "the date is missing");
     if (isSameWord(table_[KIND], "birth") || isSameWord(table_[KIND], "death")) {
-      table_.addFault(KIND, quoted(table_[KIND]) + " belongs in the table of animals");
+      table_.addFault(KIND, quotedText(table_[KIND]) + " belongs in the table of animals");
     }
     const auto animal = animals_.find(table_[ANIMAL]);
     if (animal == animals_.end()) {

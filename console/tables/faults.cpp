@@ -18,8 +18,8 @@ std::string faultText(const fault& found) {
   std::string text = found.file;
   if (found.line != 0) text += ":" + std::to_string(found.line);
   text += ": ";
-  if (!found.title.empty()) text += "column " + quoted(found.title) + ", ";
-  if (!found.animal.empty()) text += "animal " + quoted(found.animal) + ", ";
+  if (!found.title.empty()) text += "column " + quotedText(found.title) + ", ";
+  if (!found.animal.empty()) text += "animal " + quotedText(found.animal) + ", ";
   if (text.compare(text.size() - 2, 2, ", ") == 0) text.replace(text.size() - 2, 2, ": ");
   return text + found.reason + "\n";
 }
@@ -37,7 +37,7 @@ std::string Faults::text() const {
   return lines;
 }
 
-std::string quoted(std::string_view text) {
+std::string quotedText(std::string_view text) {
   const bool cut = text.size() > LONGEST_TEXT;
   std::string shown(cut ? shortened(text) : text);
   for (char& letter : shown) {

@@ -34,6 +34,6 @@ class Faults {
 };
 
 /// A text from a table as messages show it: in quotes, without control characters, and shortened.
-std::string quoted(std::string_view text);
+std::string quotedText(std::string_view text);
 
 }  // namespace spx::console

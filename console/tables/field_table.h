@@ -39,7 +39,7 @@ class FieldTable {
   template <typename Reader>
   auto read(std::size_t field, Reader reader, const char* what) {
     const auto value = reader((*this)[field]);
-    if (!value) addFault(field, quoted((*this)[field]) + " is no " + what);
+    if (!value) addFault(field, quotedText((*this)[field]) + " is no " + what);
     return value.value_or(typename decltype(value)::value_type{});
   }
 

@@ -49,7 +49,7 @@ place LocationRegistry::enter(const DemeID& deme, const std::string& name, gis_p
 place LocationRegistry::find(std::string_view text, std::string& reason) {
   if (const auto known = names_.find(text); known != names_.end()) {
     if (!known->second.ambiguous) return known->second.where;
-    reason = quoted(text) + " is the name of several locations: give the identifier";
+    reason = quotedText(text) + " is the name of several locations: give the identifier";
     return {};
   }
   if (const auto known = identifiers_.find(text); known != identifiers_.end()) return known->second;
@@ -59,15 +59,16 @@ place LocationRegistry::find(std::string_view text, std::string& reason) {
 place LocationRegistry::findIdentifier(std::string_view text, std::string& reason) {
   const auto deme = parseDeme(text);
   if (!deme) {
-    reason = quoted(text) + " is no deme identifier (numbers from 1 to 255, joined by dots)";
+    reason = quotedText(text) + " is no deme identifier (numbers from 1 to 255, joined by dots)";
     return {};
   }
   if (!isKnown(*deme) && complete_) {
-    reason = "the deme " + quoted(text) + " is not in the locations table";
+    reason = "the deme " + quotedText(text) + " is not in the locations table";
     return {};
   }
   if (!complete_ && by_name_) {
-    reason = quoted(text) + " is an identifier among names of locations: give a locations table";
+    reason =
+        quotedText(text) + " is an identifier among names of locations: give a locations table";
     return {};
   }
   if (!isKnown(*deme)) {
@@ -99,7 +100,7 @@ void LocationRegistry::needLevels(int level) {
 
 place LocationRegistry::findName(std::string_view text, std::string& reason) {
   if (by_identifier_) {
-    reason = quoted(text) + " is a name among identifiers of locations: give a locations table";
+    reason = quotedText(text) + " is a name among identifiers of locations: give a locations table";
     return {};
   }
   const DemeID deme = freeDeme();

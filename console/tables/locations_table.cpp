@@ -63,7 +63,7 @@ class LocationsReader {
   double readDegrees(std::size_t field, double limit) {
     const double degrees = table_.read(field, parseReal<double>, "number of degrees");
     if (std::abs(degrees) > limit) {
-      table_.addFault(field, quoted(table_[field]) + " lies beyond " +
+      table_.addFault(field, quotedText(table_[field]) + " lies beyond " +
                                  std::to_string(static_cast<int>(limit)) + " degrees");
     }
     return degrees;
@@ -75,7 +75,7 @@ class LocationsReader {
     if (levels_[level].empty()) levels_[level] = name;
     if (!name.empty() && name != levels_[level]) {
       table_.addFault(LEVEL, "identifiers of this depth belong to the level " +
-                                 quoted(levels_[level]) + ", not " + quoted(name));
+                                 quotedText(levels_[level]) + ", not " + quotedText(name));
     }
   }
 

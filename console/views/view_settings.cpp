@@ -22,7 +22,7 @@ constexpr char NONE[] = "none";
 
 [[noreturn]] void refuse(const view_setting& setting, const std::string& value,
                          const std::string& reason) {
-  throw UsageError(std::string(setting.name) + ": " + quoted(value) + " " + reason);
+  throw UsageError(std::string(setting.name) + ": " + quotedText(value) + " " + reason);
 }
 
 template <auto MEMBER>
@@ -150,7 +150,7 @@ constexpr char ACCURACIES[] = "ACCURACY";
 const std::vector<view_setting>& viewSettings() {
   static const std::vector<view_setting> settings = {
       {"from", DATES, "First day of the period", false, applyDate<&DataFilter::start_date>},
-      {"to", DATES, "Last day of the period", false, applyDate<&DataFilter::end_date>},
+      {"until", DATES, "Last day of the period", false, applyDate<&DataFilter::end_date>},
       {"monitor", DATES, "The day on which living animals are taken", false,
        applyDate<&DataFilter::monitor_date>},
       {"sex", "SEX", "Only animals of this sex", false, applyChoice<&DataFilter::sex>},
@@ -212,10 +212,11 @@ const std::vector<view_setting>& viewSettings() {
 }
 
 void setViewSetting(const std::string& name, const std::string& value) {
+  const std::string wanted = isSameWord(name, "to") ? "until" : name;
   for (const view_setting& setting : viewSettings()) {
-    if (isSameWord(name, setting.name)) return setting.apply(setting, value);
+    if (isSameWord(wanted, setting.name)) return setting.apply(setting, value);
   }
-  throw UsageError("there is no view setting " + quoted(name));
+  throw UsageError("there is no view setting " + quotedText(name));
 }
 
 void setStartView() {

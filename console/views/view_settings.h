@@ -20,8 +20,9 @@ struct view_setting {
 /// All settings in the order of the help text.
 const std::vector<view_setting>& viewSettings();
 
-/// Sets one setting of View. Demes, taxa and user-defined fields have to be those of the loaded
-/// studbook. Throws UsageError, also for an unknown name, and then leaves View as it was.
+/// Sets one setting of View; "to" is another word for "until". Demes, taxa and user-defined fields
+/// have to be those of the loaded studbook. Throws UsageError, also for an unknown name, and then
+/// leaves View as it was.
 void setViewSetting(const std::string& name, const std::string& value);
 
 /// Sets View to what the program starts from: the library's defaults with animals of every origin,

@@ -183,7 +183,7 @@ void loadEntries(const qs_lib::Configuration& file) {
 
 void saveView(const std::string& directory, const std::string& name) {
   if (!qs_lib::isPlainName(name))
-    throw UsageError(console::quoted(name) + " cannot be the name of a view");
+    throw UsageError(quotedText(name) + " cannot be the name of a view");
   const Workshop workshop;
   {
     const ViewPath path(workshop.path());

@@ -1,0 +1,117 @@
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/analyses/biology.h"
+#include "spx/support/file_name.h"
+
+#include "console/command.h"
+#include "console/failure.h"
+#include "console/life_history.h"
+#include "console/output_file.h"
+#include "console/tables/faults.h"
+
+namespace spx::console {
+namespace {
+
+struct life_history_words {
+  std::vector<std::string> assignments;
+  std::string file;
+  bool overwrite = false;
+};
+
+/// The same parameters under another file name.
+Biology copyAt(const std::string& path) {
+  Biology copy = LifeHistory;
+  const qs_lib::name_of_file parts = qs_lib::splitFileName(path);
+  copy.setDirectory(parts.directory);
+  copy.setName(parts.name);
+  copy.setExtension(parts.extension);
+  return copy;
+}
+
+void keep(Biology& parameters) {
+  if (!parameters.save()) throw Failure(parameters.getFileName() + ": cannot be written");
+}
+
+ExitCode show(Session& session) {
+  session.openProjectIfNamed();
+  for (const life_history_setting& setting : lifeHistorySettings()) {
+    const std::string name = typedName(setting.key);
+    const qs_lib::ConfigElement entry = LifeHistory.get(setting.key);
+    std::cout << name << std::string(28 - name.size(), ' ') << entry.value
+              << std::string(entry.value.size() < 12 ? 12 - entry.value.size() : 1, ' ')
+              << entry.description << "\n";
+  }
+  return ExitCode::DONE;
+}
+
+ExitCode set(Session& session, const life_history_words& words) {
+  session.openProject();
+  for (const std::string& assignment : words.assignments) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == std::string::npos) {
+      throw UsageError(console::quotedText(assignment) + " is not KEY=VALUE");
+    }
+    setLifeHistory(assignment.substr(0, equals), assignment.substr(equals + 1));
+  }
+  keep(LifeHistory);
+  return ExitCode::DONE;
+}
+
+ExitCode load(Session& session, const life_history_words& words) {
+  session.openProject();
+  Biology other = copyAt(words.file);
+  if (!other.load()) throw Failure(words.file + ": is no life-history file, or cannot be read");
+  Biology changed = other;
+  changed.setDirectory(LifeHistory.getDirectory());
+  changed.setName(LifeHistory.getName());
+  changed.setExtension(LifeHistory.getExtension());
+  keep(changed);
+  return ExitCode::DONE;
+}
+
+ExitCode save(Session& session, const life_history_words& words) {
+  session.openProject();
+  refuseToOverwrite(words.file, words.overwrite);
+  Biology copy = copyAt(words.file);
+  keep(copy);
+  return ExitCode::DONE;
+}
+
+std::string settingsText() {
+  std::string text = "Parameters (KEY=VALUE):\n";
+  for (const life_history_setting& setting : lifeHistorySettings()) {
+    text += "  " + typedName(setting.key) + "=" + setting.values + "\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+void addLifeHistoryCommands(std::vector<command>& commands) {
+  const auto words = std::make_shared<life_history_words>();
+  command_group group("life-history", "Show and set the life history of the project's species");
+  group.add({"show", "Show all parameters", [](Session& session) { return show(session); }});
+  group.add({"set", "Set parameters", [words](Session& session) { return set(session, *words); },
+             [words](CLI::App& app) {
+               app.add_option("KEY=VALUE", words->assignments, "Parameters")->required();
+               app.footer(settingsText());
+             }});
+  group.add({"load", "Take all parameters from a file",
+             [words](Session& session) { return load(session, *words); },
+             [words](CLI::App& app) {
+               app.add_option("FILE", words->file, "A life-history file")->required();
+             }});
+  group.add({"save", "Write all parameters to a file",
+             [words](Session& session) { return save(session, *words); },
+             [words](CLI::App& app) {
+               app.add_option("FILE", words->file, "The file to write")->required();
+               app.add_flag("--overwrite", words->overwrite, "Replace a file that is there");
+             }});
+  commands.push_back(group.asCommand());
+}
+
+}  // namespace spx::console

@@ -1,0 +1,113 @@
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/analyses/listings.h"
+#include "spx/core/animal_data.h"
+
+#include "console/command.h"
+#include "console/failure.h"
+#include "console/tables/faults.h"
+#include "console/views/view_options.h"
+
+namespace spx::console {
+namespace {
+
+struct listing_options {
+  view_choice view;
+  std::string id;
+  bool all = false;
+};
+
+void openListing(Session& session, const listing_options& options) {
+  session.loadStudbook();
+  useView(session, options.view);
+}
+
+ExitCode exitCode(bool done) {
+  return done ? ExitCode::DONE : ExitCode::FAILED;
+}
+
+/// An empty listing may be right, but the one who typed it wants to know why.
+void explainEmptyListing() {
+  const auto is_listed = [](const master_data& animal) { return animal.print; };
+  if (std::none_of(Animals.records.begin(), Animals.records.end(), is_listed)) {
+    std::cout.flush();
+    std::cerr << "spx: no animal passes the view; spx view show tells what it asks for\n";
+  }
+}
+
+ExitCode list(Session& session, const listing_options& options) {
+  openListing(session, options);
+  const bool done = listStudbookData(options.all);
+  explainEmptyListing();
+  return exitCode(done);
+}
+
+ExitCode living(Session& session, const listing_options& options) {
+  openListing(session, options);
+  const bool done = listLiving();
+  explainEmptyListing();
+  return exitCode(done);
+}
+
+/// The library lists what was selected before when there is no such animal.
+void needAnimal(const std::string& id) {
+  if (!Animals.animalExists(id)) throw Failure("there is no animal " + quotedText(id));
+}
+
+ExitCode offspring(Session& session, const listing_options& options) {
+  session.loadStudbook();
+  needAnimal(options.id);
+  return exitCode(listOffspring(options.id));
+}
+
+ExitCode pedigree(Session& session, const listing_options& options) {
+  session.loadStudbook();
+  needAnimal(options.id);
+  return exitCode(listPedigree(options.id));
+}
+
+ExitCode show(Session& session, const listing_options& options) {
+  session.loadStudbook();
+  needAnimal(options.id);
+  return exitCode(listAnimal(options.id));
+}
+
+using listing = ExitCode (*)(Session&, const listing_options&);
+
+void addTable(std::vector<command>& commands, const char* name, const char* help, listing run) {
+  const auto options = std::make_shared<listing_options>();
+  commands.push_back({name, help,
+                      [options, run](Session& session) { return run(session, *options); },
+                      [options, run](CLI::App& app) {
+                        if (run == list) {
+                          app.add_flag("--all", options->all,
+                                       "Every record, whatever the view, pseudo individuals too");
+                        }
+                        addViewOptions(app, options->view);
+                      }});
+}
+
+void addAnimal(std::vector<command>& commands, const char* name, const char* help, listing run) {
+  const auto options = std::make_shared<listing_options>();
+  commands.push_back(
+      {name, help, [options, run](Session& session) { return run(session, *options); },
+       [options](CLI::App& app) {
+         app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
+       }});
+}
+
+}  // namespace
+
+void addListingCommands(std::vector<command>& commands) {
+  addTable(commands, "list", "List the animals of the view", list);
+  addTable(commands, "living", "List the living animals of the view", living);
+  addAnimal(commands, "offspring", "List the offspring of an animal", offspring);
+  addAnimal(commands, "pedigree", "List an animal and its ancestors", pedigree);
+  addAnimal(commands, "show", "Show the card of an animal", show);
+}
+
+}  // namespace spx::console

@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/analyses/project.h"
+#include "spx/support/file_name.h"
+#include "spx/support/julian_date.h"
+#include "spx/support/text.h"
+
+#include "console/command.h"
+#include "console/failure.h"
+#include "console/tables/faults.h"
+#include "console/user_directories.h"
+
+namespace spx::console {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path keyFile(const fs::path& directory) {
+  return directory / (directory.filename().string() + ".project");
+}
+
+/// The working directory, which the library changes while it makes a project.
+class SameDirectory {
+ public:
+  SameDirectory() : former_(fs::current_path()) {}
+  ~SameDirectory() {
+    std::error_code ignored;
+    fs::current_path(former_, ignored);
+  }
+  SameDirectory(const SameDirectory&) = delete;
+  SameDirectory& operator=(const SameDirectory&) = delete;
+
+ private:
+  fs::path former_;
+};
+
+/// The library makes what it can and says yes; this says what is missing.
+void checkProject(const fs::path& directory) {
+  for (const char* part : {"views", "reports", "export", "graphics"}) {
+    if (!fs::is_directory(directory / part)) {
+      throw Failure((directory / part).string() + ": could not be created");
+    }
+  }
+  if (!fs::is_regular_file(keyFile(directory))) {
+    throw Failure(keyFile(directory).string() + ": could not be written");
+  }
+}
+
+ExitCode create(const std::string& typed_name) {
+  makeUserDirectories();
+  const SameDirectory stay;
+  const std::string name = qs_lib::allTrim(typed_name);
+  if (!qs_lib::isPlainName(name)) {
+    throw UsageError(console::quotedText(typed_name) + " cannot be the name of a project");
+  }
+  if (!fs::is_directory(projectsDirectory())) {
+    throw Failure(projectsDirectory() + ": there is no such directory");
+  }
+  if (!ActiveProject.create(name, projectsDirectory())) return ExitCode::FAILED;
+  checkProject(fs::path(projectsDirectory()) / name);
+  return ExitCode::DONE;
+}
+
+ExitCode list() {
+  makeUserDirectories();
+  std::vector<std::string> names;
+  std::error_code failed;
+  for (const fs::directory_entry& entry : fs::directory_iterator(projectsDirectory(), failed)) {
+    if (fs::exists(keyFile(entry.path()))) names.push_back(entry.path().filename().string());
+  }
+  if (failed) throw Failure(projectsDirectory() + ": cannot be read: " + failed.message());
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names) std::cout << name << "\n";
+  if (names.empty()) std::cerr << "spx: there are no projects; spx project create NAME makes one\n";
+  return ExitCode::DONE;
+}
+
+ExitCode show(const std::string& name) {
+  openProjectFile(name);
+  for (const auto& [key, entry] : ActiveProject.entries()) {
+    std::cout << key << std::string(key.size() < 18 ? 18 - key.size() : 1, ' ') << entry.value
+              << "\n";
+  }
+  return ExitCode::DONE;
+}
+
+/// Out of the way, but not lost: a project may hold the only copy of a view or a report.
+fs::path setAside(const fs::path& directory) {
+  const fs::path store = qs_lib::homePath("~/spx/removed");
+  fs::create_directories(store);
+  const std::string stamp = qs_lib::julianToYYYYMMDD(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
+  const std::string name = directory.filename().string() + "-" + stamp;
+  fs::path target = store / name;
+  for (int copy = 2; fs::exists(fs::symlink_status(target)); ++copy) {
+    target = store / (name + "-" + std::to_string(copy));
+  }
+  fs::rename(directory, target);
+  return target;
+}
+
+ExitCode remove(const std::string& name) {
+  openProjectFile(name);
+  const fs::path kept = setAside(ActiveProject.getDirectory());
+  ActiveProject.remove();
+  std::cout.flush();
+  std::cerr << "spx: its files are kept in " << kept.string() << "\n";
+  return ExitCode::DONE;
+}
+
+}  // namespace
+
+void addProjectCommands(std::vector<command>& commands) {
+  const auto name = std::make_shared<std::string>();
+  const auto add_name = [name](CLI::App& app) {
+    app.add_option("NAME", *name, "Name of the project")->required();
+  };
+  command_group group("project", "Create, list, show and remove projects");
+  group.add({"create", "Make a new project with its directories",
+             [name](Session&) { return create(*name); }, add_name});
+  group.add({"list", "List the projects", [](Session&) { return list(); }});
+  group.add({"show", "Show the settings of a project", [name](Session&) { return show(*name); },
+             add_name});
+  group.add({"remove", "Take a project out of the list; its files are kept aside",
+             [name](Session&) { return remove(*name); }, add_name});
+  commands.push_back(group.asCommand());
+}
+
+}  // namespace spx::console

@@ -1,0 +1,89 @@
+#include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/analyses/biology.h"
+#include "spx/analyses/trace_parents.h"
+#include "spx/support/file_name.h"
+#include "spx/views/data_filter.h"
+
+#include "console/command.h"
+#include "console/failure.h"
+#include "console/life_history.h"
+#include "console/loading_output.h"
+#include "console/output_file.h"
+#include "console/views/view_options.h"
+
+namespace spx::console {
+namespace {
+
+struct trace_options {
+  view_choice view;
+  output_options output;
+  std::vector<std::string> parameters;
+};
+
+void setParameters(const trace_options& options) {
+  for (const std::string& assignment : options.parameters) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == std::string::npos) throw UsageError("--life-history takes KEY=VALUE");
+    setLifeHistory(assignment.substr(0, equals), assignment.substr(equals + 1));
+  }
+  if (lacksReproductiveAges()) {
+    std::cerr << "spx: no reproductive ages are set, so no animal can be a parent; set "
+                 "male-reproductive-lower, -upper and those of females (spx life-history set)\n";
+  }
+}
+
+void printCount(const char* label, std::uint64_t count) {
+  std::cout << label << count << "\n";
+}
+
+void printCounts(const TraceParents& analysis, const std::string& report) {
+  printCount("Only sire unknown    : ", analysis.sire_only);
+  printCount("Only dam unknown     : ", analysis.dam_only);
+  printCount("Both parents unknown : ", analysis.both_parents);
+  printCount("Sire in group        : ", analysis.multi_sire);
+  printCount("Dam in group         : ", analysis.multi_dam);
+  std::cout << "Report               : " << report << "\n";
+}
+
+ExitCode traceParents(Session& session, const trace_options& options) {
+  const std::string directory = outputDirectory(session, options.output, &Session::reportDirectory);
+  session.loadStudbook();
+  useView(session, options.view);
+  setParameters(options);
+  TraceParents analysis;
+  const std::string report =
+      directory + "/" + analysis.fileStem() + "-" + getEnumName(View.sex) + ".xml";
+  checkTarget(options.output, report);
+  analysis.setReportDirectory(directory);
+  if (!analysis.initialize()) return ExitCode::FAILED;
+  {
+    const LoadingOutput progress;
+    analysis.trace();
+  }
+  if (!analysis.isReportWritten()) throw Failure(report + ": could not be written");
+  printCounts(analysis, report);
+  return ExitCode::DONE;
+}
+
+}  // namespace
+
+void addTraceCommands(std::vector<command>& commands) {
+  const auto options = std::make_shared<trace_options>();
+  commands.push_back({"trace-parents", "List the possible parents where they are unknown",
+                      [options](Session& session) { return traceParents(session, *options); },
+                      [options](CLI::App& app) {
+                        addOutputOptions(app, options->output);
+                        app.add_option("--life-history", options->parameters,
+                                       "A parameter for this run (spx life-history set --help "
+                                       "lists them)")
+                            ->type_name("KEY=VALUE")
+                            ->allow_extra_args(false);
+                        addViewOptions(app, options->view);
+                      }});
+}
+
+}  // namespace spx::console
