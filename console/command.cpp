@@ -11,6 +11,7 @@ std::vector<command> allCommands() {
   addViewCommands(commands);
   addLifeHistoryCommands(commands);
   addTraceCommands(commands);
+  addExportCommands(commands);
   addFilterCommands(commands);
   return commands;
 }

@@ -1,62 +1,31 @@
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
+#include <iostream>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 
-#include "spx/views/predicates.h"
-
 #include "console/command.h"
-#include "console/failure.h"
+#include "console/filter_table.h"
+#include "console/output_file.h"
+#include "console/views/view_options.h"
 
 namespace spx::console {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr char TABLE[] = "filter_test.csv";
 
 struct filter_options {
-  std::string directory = ".";
-  bool overwrite = false;
-};
-
-/// A directory inside another one that is the working directory while it lives, and is removed
-/// with what was left in it: a table that is not finished never appears under its name.
-class WorkDirectory {
- public:
-  explicit WorkDirectory(const fs::path& parent) : former_(fs::current_path()) {
-    std::string path = (parent / ".spx-XXXXXX").string();
-    if (::mkdtemp(path.data()) == nullptr) {
-      throw Failure(parent.string() + ": cannot be written to: " + std::strerror(errno));
-    }
-    path_ = fs::absolute(path);
-    fs::current_path(path_);
-  }
-  ~WorkDirectory() {
-    std::error_code ignored;
-    fs::current_path(former_, ignored);
-    fs::remove_all(path_, ignored);
-  }
-  WorkDirectory(const WorkDirectory&) = delete;
-  WorkDirectory& operator=(const WorkDirectory&) = delete;
-
- private:
-  fs::path former_;
-  fs::path path_;
+  output_options output{".", false};
+  view_choice view;
 };
 
 ExitCode writeFilters(Session& session, const filter_options& options) {
-  const fs::path target = fs::absolute(fs::path(options.directory) / TABLE);
-  if (!options.overwrite && fs::exists(fs::symlink_status(target))) {
-    throw Failure(target.string() + " is there already; --overwrite replaces it");
-  }
+  const std::string path =
+      outputDirectory(session, options.output, &Session::exportDirectory) + "/" + TABLE;
+  checkTarget(options.output, path);
   session.loadStudbook();
-  const WorkDirectory work(options.directory);
-  if (!TestFilters()) throw Failure(target.string() + ": cannot be written");
-  fs::rename(TABLE, target);
+  useView(session, options.view);
+  writeFilterTable(path);
+  std::cerr << "spx: wrote " << path << "\n";
   return ExitCode::DONE;
 }
 
@@ -67,10 +36,8 @@ void addFilterCommands(std::vector<command>& commands) {
   commands.push_back({"filters", "Write the answer of every predicate for every animal",
                       [options](Session& session) { return writeFilters(session, *options); },
                       [options](CLI::App& app) {
-                        app.add_option("--to", options->directory,
-                                       "Directory of filter_test.csv (default: this one)");
-                        app.add_flag("--overwrite", options->overwrite,
-                                     "Replace a filter_test.csv that is there");
+                        addOutputOptions(app, options->output);
+                        addViewOptions(app, options->view);
                       }});
 }
 

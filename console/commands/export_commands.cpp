@@ -1,0 +1,143 @@
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/reports/export_dattrf.h"
+#include "spx/reports/export_field.h"
+#include "spx/reports/export_pedigree.h"
+#include "spx/reports/view_to_r.h"
+#include "spx/support/write_file.h"
+
+#include "console/command.h"
+#include "console/failure.h"
+#include "console/filter_table.h"
+#include "console/output_file.h"
+#include "console/r_loader.h"
+#include "console/views/view_options.h"
+
+namespace spx::console {
+namespace {
+
+struct export_options {
+  view_choice view;
+  output_options output;
+  bool monitor = false;
+  bool settings = false;
+};
+
+/// Opens the studbook and the view, and makes sure that the files may be written.
+/// @return their paths
+std::vector<std::string> openExport(Session& session, const export_options& options,
+                                    const std::vector<std::string>& files) {
+  const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
+  std::vector<std::string> paths;
+  for (const std::string& file : files) {
+    paths.push_back(directory + "/" + file);
+    checkTarget(options.output, paths.back());
+  }
+  session.loadStudbook();
+  useView(session, options.view);
+  return paths;
+}
+
+/// The library opens and writes silently; what it could not do is told here.
+ExitCode report(bool written, const std::vector<std::string>& paths) {
+  if (!written) {
+    throw Failure(paths.front() + ": could not be written; a former file is as it was");
+  }
+  for (const std::string& path : paths) std::cerr << "spx: wrote " << path << "\n";
+  return ExitCode::DONE;
+}
+
+template <class Export>
+ExitCode runExport(Session& session, const export_options& options,
+                   const std::vector<std::string>& files, bool (Export::*write)()) {
+  const std::vector<std::string> paths = openExport(session, options, files);
+  Export table;
+  table.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
+  return report((table.*write)(), paths);
+}
+
+bool writeText(const std::string& path, const std::string& text) {
+  qs_lib::WriteFile file;
+  file.setFileName(path);
+  file.setStaged(true);
+  if (!file.fileOpen()) return false;
+  file.write(text);
+  return file.fileClose();
+}
+
+ExitCode exportPedigree(Session& session, const export_options& options) {
+  return runExport(session, options, {"pedigree.csv"}, &ExportPedigree::exportToR);
+}
+
+ExitCode exportFields(Session& session, const export_options& options) {
+  return runExport(session, options, {"animal_data.csv"}, &ExportField::exportToR);
+}
+
+ExitCode exportDattrf(Session& session, const export_options& options) {
+  return runExport(session, options, {"STUDBOOK.DAT", "STUDBOOK.TRF"}, &ExportDattrf::exportData);
+}
+
+ExitCode exportView(Session& session, const export_options& options) {
+  const std::vector<std::string> paths = openExport(session, options, {"view.R"});
+  return report(writeText(paths.front(), viewToR(options.monitor, options.settings)), paths);
+}
+
+ExitCode exportLoader(Session& session, const export_options& options) {
+  const std::vector<std::string> paths = openExport(session, options, {"load_studbook.R"});
+  return report(writeText(paths.front(), viewToR(options.monitor, options.settings) + rLoader()),
+                paths);
+}
+
+ExitCode exportFilters(Session& session, const export_options& options) {
+  const std::vector<std::string> paths = openExport(session, options, {"filter_test.csv"});
+  writeFilterTable(paths.front());
+  return report(true, paths);
+}
+
+using export_function = ExitCode (*)(Session&, const export_options&);
+
+command exportCommand(const char* name, const char* help, export_function run,
+                      bool has_block = false) {
+  const auto options = std::make_shared<export_options>();
+  return {name, help, [options, run](Session& session) { return run(session, *options); },
+          [options, has_block](CLI::App& app) {
+            addOutputOptions(app, options->output);
+            if (has_block) {
+              app.add_flag("--by-monitor-date", options->monitor,
+                           "Describe the monitor date instead of the period");
+              app.add_flag("--analysis-settings", options->settings,
+                           "Describe the settings of the analyses");
+            }
+            addViewOptions(app, options->view);
+          }};
+}
+
+}  // namespace
+
+void addExportCommands(std::vector<command>& commands) {
+  command_group group("export", "Write tables for R and other programs");
+  group.add(
+      exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree));
+  group.add(exportCommand("fields",
+                          "animal_data.csv: every field of the animals of the view that "
+                          "died or were lost in its period",
+                          exportFields));
+  group.add(
+      exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
+  group.add(exportCommand("view", "view.R: the view as comments for the head of an R script",
+                          exportView, true));
+  group.add(exportCommand("r-loader", "load_studbook.R: reads the exported tables in R",
+                          exportLoader, true));
+  group.add(exportCommand("filters",
+                          "filter_test.csv: the answer of every predicate for every "
+                          "animal",
+                          exportFilters));
+  commands.push_back(group.asCommand());
+}
+
+}  // namespace spx::console
