@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -13,14 +14,20 @@
 
 #include "console/command.h"
 #include "console/failure.h"
+#include "console/help/command_pages.h"
+#include "console/help/completion.h"
+#include "console/help/man_page.h"
+#include "console/help/wrong_words.h"
 #include "console/session.h"
 
 namespace spx::console {
 namespace {
 
-constexpr char EXIT_CODES[] =
-    "Exit codes: 0 done, 1 the operation failed, 2 wrong usage, 3 the studbook has "
-    "inconsistencies (check).";
+/// What the program is asked to tell of itself instead of running a command.
+struct self_description {
+  bool man = false;
+  std::string shell;
+};
 
 void addGlobalOptions(CLI::App& app, session_options& options) {
   const auto add_file = [&](const char* name, std::string& file, const char* help) {
@@ -37,6 +44,32 @@ void addGlobalOptions(CLI::App& app, session_options& options) {
       ->allow_extra_args(false);
   app.set_version_flag("--version",
                        std::string("spx ") + libraryVersion() + "\n" + versionRecord());
+}
+
+void addSelfDescription(CLI::App& app, self_description& wanted) {
+  app.add_flag("--man", wanted.man, "Write the man page");
+  app.add_option("--completion", wanted.shell, "Write the completion script of a shell")
+      ->type_name("bash|zsh|fish");
+}
+
+bool describeSelf(const CLI::App& app, const self_description& wanted) {
+  if (wanted.man) std::cout << manPage(app);
+  if (!wanted.shell.empty()) std::cout << completionScript(app, wanted.shell);
+  return wanted.man || !wanted.shell.empty();
+}
+
+/// `help COMMAND` is `COMMAND --help` for those who try the word first.
+command helpCommand(const CLI::App& app) {
+  const auto words = std::make_shared<std::vector<std::string>>();
+  return {
+      "help", "Explain a command",
+      [&app, words](Session&) {
+        const CLI::App& found = findCommand(app, *words);
+        std::cout << app.get_formatter()->make_help(&found, typedWords(found),
+                                                    CLI::AppFormatMode::Normal);
+        return ExitCode::DONE;
+      },
+      [words](CLI::App& word) { word.add_option("COMMAND", *words, "The words of a command"); }};
 }
 
 /// Obeys the word that was typed, or one of the words of its group.
@@ -67,7 +100,9 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
     app.exit(error, std::cout, std::cerr);
     return ExitCode::DONE;
   }
-  std::cerr << "spx: " << error.what() << "\nRun spx --help for the commands and options.\n";
+  const std::string wrong_word = wrongWordText(app);
+  std::cerr << "spx: " << (wrong_word.empty() ? error.what() : wrong_word)
+            << "\nRun spx --help for the commands and options.\n";
   return ExitCode::WRONG_USAGE;
 }
 
@@ -75,15 +110,19 @@ ExitCode parseAndRun(int argument_count, const char* const* arguments) {
   CLI::App app("Genetic and demographic management of captive populations kept in studbooks",
                "spx");
   session_options options;
+  self_description wanted;
   addGlobalOptions(app, options);
-  app.footer(EXIT_CODES);
-  const std::vector<command> commands = allCommands();
+  addSelfDescription(app, wanted);
+  std::vector<command> commands = allCommands();
+  commands.push_back(helpCommand(app));
   addCommands(app, commands);
+  addPages(app);
   try {
     app.parse(argument_count, arguments);
   } catch (const CLI::ParseError& error) {
     return explain(app, error);
   }
+  if (describeSelf(app, wanted)) return ExitCode::DONE;
   Session session(options);
   return runCommand(app, commands, session);
 }

@@ -9,6 +9,8 @@
 
 #include "console/command.h"
 #include "console/failure.h"
+#include "console/output/animal_records.h"
+#include "console/output/output_format.h"
 #include "console/tables/faults.h"
 #include "console/views/view_options.h"
 
@@ -17,6 +19,7 @@ namespace {
 
 struct listing_options {
   view_choice view;
+  OUTPUT_FORMAT format = OUTPUT_FORMAT::TEXT;
   std::string id;
   bool all = false;
 };
@@ -39,18 +42,42 @@ void explainEmptyListing() {
   }
 }
 
+// For scripts the animals are flagged as the library's own listings flag them.
+
+void flagAnimals(bool (*flag)(master_data&)) {
+  for (master_data& animal : Animals.records) flag(animal);
+}
+
 ExitCode list(Session& session, const listing_options& options) {
   openListing(session, options);
-  const bool done = listStudbookData(options.all);
+  bool done = true;
+  if (options.format == OUTPUT_FORMAT::TEXT) {
+    done = listStudbookData(options.all);
+  } else {
+    options.all ? static_cast<void>(Animals.print(true)) : flagAnimals(inListing);
+    writeAnimals(std::cout, options.format);
+  }
   explainEmptyListing();
   return exitCode(done);
 }
 
 ExitCode living(Session& session, const listing_options& options) {
   openListing(session, options);
-  const bool done = listLiving();
+  bool done = true;
+  if (options.format == OUTPUT_FORMAT::TEXT) {
+    done = listLiving();
+  } else {
+    flagAnimals(inLiving);
+    writeAnimals(std::cout, options.format);
+  }
   explainEmptyListing();
   return exitCode(done);
+}
+
+void writeSelected(OUTPUT_FORMAT format) {
+  Animals.sortList(SORT_FIELD::BIRTH);
+  flagAnimals(inPedigree);
+  writeAnimals(std::cout, format);
 }
 
 /// The library lists what was selected before when there is no such animal.
@@ -61,19 +88,29 @@ void needAnimal(const std::string& id) {
 ExitCode offspring(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  return exitCode(listOffspring(options.id));
+  if (options.format == OUTPUT_FORMAT::TEXT) return exitCode(listOffspring(options.id));
+  for (master_data& animal : Animals.records) {
+    animal.selected = animal.sire_id == options.id || animal.dam_id == options.id;
+  }
+  writeSelected(options.format);
+  return ExitCode::DONE;
 }
 
 ExitCode pedigree(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  return exitCode(listPedigree(options.id));
+  if (options.format == OUTPUT_FORMAT::TEXT) return exitCode(listPedigree(options.id));
+  Animals.individualPedigree(options.id);
+  writeSelected(options.format);
+  return ExitCode::DONE;
 }
 
 ExitCode show(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  return exitCode(listAnimal(options.id));
+  if (options.format == OUTPUT_FORMAT::TEXT) return exitCode(listAnimal(options.id));
+  writeCard(std::cout, options.format, Animals.records[Animals.findMaster(options.id)]);
+  return ExitCode::DONE;
 }
 
 using listing = ExitCode (*)(Session&, const listing_options&);
@@ -87,6 +124,7 @@ void addTable(std::vector<command>& commands, const char* name, const char* help
                           app.add_flag("--all", options->all,
                                        "Every record, whatever the view, pseudo individuals too");
                         }
+                        addFormatOption(app, options->format);
                         addViewOptions(app, options->view);
                       }});
 }
@@ -97,6 +135,7 @@ void addAnimal(std::vector<command>& commands, const char* name, const char* hel
       {name, help, [options, run](Session& session) { return run(session, *options); },
        [options](CLI::App& app) {
          app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
+         addFormatOption(app, options->format);
        }});
 }
 

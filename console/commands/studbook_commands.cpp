@@ -1,31 +1,123 @@
+#include <algorithm>
 #include <iostream>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "spx/analyses/data_summary.h"
 #include "spx/core/animal_data.h"
 #include "spx/core/inconsistency.h"
+#include "spx/views/data_filter.h"
 
 #include "console/command.h"
+#include "console/output/output_format.h"
+#include "console/output/record_stream.h"
 
 namespace spx::console {
 namespace {
 
-ExitCode check(Session& session) {
-  session.loadStudbook();
+std::string codeName(INCONSISTENCY code) {
+  switch (code) {
+    case INCONSISTENCY::DUPLICATE_ID:
+      return "duplicate_id";
+    case INCONSISTENCY::SIRE_NOT_MALE:
+      return "sire_not_male";
+    case INCONSISTENCY::SIRE_NOT_OLDER:
+      return "sire_not_older";
+    case INCONSISTENCY::DAM_NOT_FEMALE:
+      return "dam_not_female";
+    case INCONSISTENCY::DAM_NOT_OLDER:
+      break;
+  }
+  return "dam_not_older";
+}
+
+fact_record findingFacts(const inconsistency& finding) {
+  fact_record facts;
+  facts["code"] = codeName(finding.code);
+  facts["animal"] = finding.animal;
+  facts["parent"] = nullptr;
+  if (finding.code != INCONSISTENCY::DUPLICATE_ID) facts["parent"] = finding.parent;
+  facts["text"] = inconsistencyText(finding);
+  return facts;
+}
+
+void writeFindings(OUTPUT_FORMAT format) {
+  RecordStream records(std::cout, format, findingFacts({INCONSISTENCY::DUPLICATE_ID, "", ""}));
+  for (const inconsistency& finding : Animals.inconsistencies) records.write(findingFacts(finding));
+  records.end();
+}
+
+void listFindings() {
   for (const inconsistency& finding : Animals.inconsistencies) {
     std::cout << inconsistencyText(finding) << "\n";
   }
   const std::size_t count = Animals.inconsistencies.size();
   std::cout << (count == 0 ? "No" : std::to_string(count))
             << (count == 1 ? " inconsistency" : " inconsistencies") << " found\n";
-  return count == 0 ? ExitCode::DONE : ExitCode::DATA_FAULTS;
 }
 
-ExitCode summary(Session& session) {
+ExitCode check(Session& session, OUTPUT_FORMAT format) {
+  session.loadStudbook();
+  format == OUTPUT_FORMAT::TEXT ? listFindings() : writeFindings(format);
+  return Animals.inconsistencies.empty() ? ExitCode::DONE : ExitCode::DATA_FAULTS;
+}
+
+/// "by month" as `by_month`.
+std::string factName(std::string text) {
+  std::replace(text.begin(), text.end(), ' ', '_');
+  return text;
+}
+
+template <typename Counts>
+fact_record countFacts(const Counts& counts) {
+  fact_record facts = fact_record::object();
+  for (const auto& [kind, count] : counts) facts[factName(getEnumName(kind))] = count;
+  return facts;
+}
+
+/// The day for which living animals are counted: the end of the view's period, or its start.
+fact_record referenceDate() {
+  const qs_lib::day_number day = View.end_date != 0 ? View.end_date : View.start_date;
+  if (day == 0) return nullptr;
+  return qs_lib::julianToISO(qs_lib::dayToMs(day));
+}
+
+fact_record summaryFacts(const DataSummary& data) {
+  return {{"reference_date", referenceDate()},
+          {"records", data.records},
+          {"living", data.living},
+          {"died", data.died},
+          {"disappeared", data.disappeared},
+          {"sexes", countFacts(data.sexes)},
+          {"unknown_both", data.unknown_both},
+          {"unknown_sire", data.unknown_sire},
+          {"unknown_dam", data.unknown_dam},
+          {"group_sire", data.group_sire},
+          {"group_dam", data.group_dam},
+          {"birth_accuracy", countFacts(data.birth_accuracy)},
+          {"death_accuracy", countFacts(data.death_accuracy)},
+          {"oldest_age_days", data.oldest_age},
+          {"oldest_id", data.oldest_id},
+          {"breeders", data.breeders},
+          {"living_breeders", data.living_breeders},
+          {"wild_origin", data.wild_origin},
+          {"living_wild_origin", data.living_wild_origin},
+          {"bred_founders", data.bred_founders},
+          {"potential_founders", data.potential_founders}};
+}
+
+ExitCode summary(Session& session, OUTPUT_FORMAT format) {
   session.loadStudbook();
   DataSummary data;
   if (!data.initialize()) return ExitCode::FAILED;
   data.analyse();
-  data.reportConsole();
+  if (format == OUTPUT_FORMAT::TEXT) {
+    data.reportConsole();
+  } else {
+    writeRecord(std::cout, format, summaryFacts(data));
+  }
   return ExitCode::DONE;
 }
 
@@ -38,9 +130,13 @@ ExitCode info(Session& session) {
 }  // namespace
 
 void addStudbookCommands(std::vector<command>& commands) {
-  commands.push_back({"check", "List the inconsistencies of the studbook", check});
-  commands.push_back(
-      {"summary", "Summarise the studbook: numbers, parentage, dates, ages", summary});
+  const auto format = std::make_shared<OUTPUT_FORMAT>(OUTPUT_FORMAT::TEXT);
+  const auto add_format = [format](CLI::App& app) { addFormatOption(app, *format); };
+  commands.push_back({"check", "List the inconsistencies of the studbook",
+                      [format](Session& session) { return check(session, *format); }, add_format});
+  commands.push_back({"summary", "Summarise the studbook: numbers, parentage, dates, ages",
+                      [format](Session& session) { return summary(session, *format); },
+                      add_format});
   commands.push_back({"info", "Show how much room the records take", info});
 }
 

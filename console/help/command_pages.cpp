@@ -1,0 +1,66 @@
+#include "console/help/command_pages.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+namespace spx::console {
+namespace {
+
+std::string indented(std::string text) {
+  for (std::size_t end = text.find('\n'); end != std::string::npos;
+       end = text.find('\n', end + 3)) {
+    text.insert(end + 1, "  ");
+  }
+  return "  " + text;
+}
+
+std::string pageText(const CLI::App& app, const std::string& words) {
+  std::string text = app.get_footer();
+  if (!text.empty() && text.back() != '\n') text += '\n';
+  if (const command_page* page = findPage(words); page != nullptr) {
+    text += (text.empty() ? "" : "\n") + std::string(page->about) + "\n\nExample:\n" +
+            indented(page->example) + "\n\n";
+  } else if (!app.get_subcommands({}).empty()) {
+    text += "spx " + words + (words.empty() ? "" : " ") + "COMMAND --help explains a command.\n\n";
+  }
+  return text + exitCodesText(words) +
+         (words.empty() ? "" : "\nspx --help tells how to name a studbook and a project.");
+}
+
+}  // namespace
+
+const command_page* findPage(const std::string& words) {
+  const std::vector<command_page>& pages = commandPages();
+  const auto found = std::find_if(pages.begin(), pages.end(),
+                                  [&](const command_page& page) { return page.words == words; });
+  return found == pages.end() ? nullptr : &*found;
+}
+
+std::string commandWords(const CLI::App& app) {
+  if (app.get_parent() == nullptr) return std::string();
+  const std::string before = commandWords(*app.get_parent());
+  return before + (before.empty() ? "" : " ") + app.get_name();
+}
+
+std::string typedWords(const CLI::App& app) {
+  const std::string words = commandWords(app);
+  return words.empty() ? "spx" : "spx " + words;
+}
+
+std::string exitCodesText(const std::string& words) {
+  const std::string codes = "Exit codes: 0 done, 1 the operation failed, 2 wrong usage";
+  if (words.empty()) return codes + ", 3 the studbook has inconsistencies (check).";
+  return codes + (words == "check" ? ", 3 the studbook has inconsistencies." : ".");
+}
+
+void addPages(CLI::App& app) {
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.footer(pageText(app, commandWords(app)));
+  for (CLI::App* word : app.get_subcommands({})) {
+    word->group("Commands");
+    addPages(*word);
+  }
+}
+
+}  // namespace spx::console

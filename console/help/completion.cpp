@@ -1,0 +1,235 @@
+#include "console/help/completion.h"
+
+#include <map>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "console/failure.h"
+#include "console/help/command_pages.h"
+#include "console/help/nearest_word.h"
+#include "console/help/option_facts.h"
+#include "console/tables/faults.h"
+
+// Each script goes through the words that were typed and finds the command that they lead to, such
+// as " project create"; then it offers what may follow. The word after an option that takes a value
+// is no command.
+namespace spx::console {
+namespace {
+
+std::string joined(const std::vector<std::string>& words, const std::string& between) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : between) + word;
+  return text;
+}
+
+/// In single quotes, for all three shells.
+std::string quoted(const std::string& text) {
+  std::string safe;
+  for (const char letter : text) {
+    if (letter != '\'' && letter != '\\') safe += letter;
+  }
+  return "'" + safe + "'";
+}
+
+/// The way to a command as the scripts note it: each word after a blank.
+std::string pathTo(const CLI::App& app) {
+  const std::string words = commandWords(app);
+  return words.empty() ? words : " " + words;
+}
+
+std::vector<std::string> pathsBelow(const CLI::App& app) {
+  std::vector<std::string> paths;
+  for (const CLI::App* command : commandsBelow(app)) {
+    if (command != &app) paths.push_back(quoted(pathTo(*command)));
+  }
+  return paths;
+}
+
+/// What the options take: name to kind, one entry per name. Where commands differ, names of files
+/// are offered, since what is no file is typed anyway.
+std::map<std::string, option_facts> optionsWithValues(const CLI::App& app) {
+  std::map<std::string, option_facts> options;
+  for (const CLI::App* command : commandsBelow(app)) {
+    for (const option_facts& option : optionsOf(*command)) {
+      if (option.value.empty()) continue;
+      for (const std::string& name : option.names) {
+        const bool is_new = options.emplace(name, option).second;
+        if (!is_new && (option.value == "FILE" || option.value == "DIR")) options[name] = option;
+      }
+    }
+  }
+  return options;
+}
+
+/// The lines of a shell's `case` over all options that take a value.
+std::string valueCases(const CLI::App& app, const std::string& files,
+                       const std::string& directories, const std::string& words,
+                       const std::string& end) {
+  std::map<std::string, std::vector<std::string>> names_by_action;
+  for (const auto& [name, option] : optionsWithValues(app)) {
+    const std::vector<std::string> choices = choicesOf(option);
+    std::string action = ":";
+    if (option.value == "FILE") action = files;
+    if (option.value == "DIR") action = directories;
+    if (!choices.empty()) action = words + " " + joined(choices, " ") + end;
+    names_by_action[action].push_back(name);
+  }
+  std::string cases;
+  for (const auto& [action, names] : names_by_action) {
+    cases += "    " + joined(names, "|") + ") " + action + "; return;;\n";
+  }
+  return cases;
+}
+
+std::vector<std::string> namesOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* word : app.get_subcommands({})) names.push_back(word->get_name());
+  for (const option_facts& option : optionsOf(app)) {
+    names.insert(names.end(), option.names.begin(), option.names.end());
+  }
+  return names;
+}
+
+std::string valueNames(const CLI::App& app, const std::string& between) {
+  std::vector<std::string> names;
+  for (const auto& entry : optionsWithValues(app)) names.push_back(entry.first);
+  return joined(names, between);
+}
+
+// A `=` is a word of its own in bash: `--format=json` are three.
+std::string bashScript(const CLI::App& app) {
+  std::string script =
+      "# bash completion of spx\n"
+      "_spx() {\n"
+      "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}\n"
+      "  local word way= skip= words=\n"
+      "  if [[ $current == '=' ]]; then current=\n"
+      "  elif [[ $previous == '=' ]]; then previous=${COMP_WORDS[COMP_CWORD-2]}; fi\n"
+      "  COMPREPLY=()\n"
+      "  case $previous in\n" +
+      valueCases(app, "COMPREPLY=($(compgen -f -- \"$current\"))",
+                 "COMPREPLY=($(compgen -d -- \"$current\"))", "COMPREPLY=($(compgen -W '",
+                 "' -- \"$current\"))") +
+      "  esac\n"
+      "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+      "    if [[ -n $skip ]]; then [[ $word == '=' ]] || skip=; continue; fi\n"
+      "    case $word in " +
+      valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
+      joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
+  for (const CLI::App* command : commandsBelow(app)) {
+    script += "    " + quoted(pathTo(*command)) +
+              ") words=" + quoted(joined(namesOf(*command), " ")) + ";;\n";
+  }
+  return script +
+         "  esac\n"
+         "  COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n"
+         "}\n"
+         "complete -o filenames -o bashdefault -F _spx spx\n";
+}
+
+/// The words that may follow a command with their explanations, as zsh describes them.
+std::string zshWords(const CLI::App& app) {
+  std::vector<std::string> words;
+  for (const CLI::App* word : app.get_subcommands({})) {
+    words.push_back(quoted(word->get_name() + ":" + word->get_description()));
+  }
+  for (const option_facts& option : optionsOf(app)) {
+    words.push_back(quoted(option.names.back() + ":" + option.help));
+  }
+  return joined(words, "\n      ");
+}
+
+std::string zshScript(const CLI::App& app) {
+  std::string script =
+      "#compdef spx\n"
+      "_spx() {\n"
+      "  local word way= skip=\n"
+      "  local -a offered\n"
+      "  case ${words[CURRENT-1]} in\n" +
+      valueCases(app, "_files", "_files -/", "compadd", "") +
+      "  esac\n"
+      "  for word in \"${(@)words[2,CURRENT-1]}\"; do\n"
+      "    if [[ -n $skip ]]; then skip=; continue; fi\n"
+      "    case $word in " +
+      valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
+      joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
+  for (const CLI::App* command : commandsBelow(app)) {
+    script +=
+        "    " + quoted(pathTo(*command)) + ") offered=(\n      " + zshWords(*command) + ");;\n";
+  }
+  return script +
+         "  esac\n"
+         "  _describe -o 'spx' offered\n"
+         "}\n"
+         "if [[ $zsh_eval_context[-1] == loadautofunc ]]; then _spx \"$@\"; else compdef _spx spx; "
+         "fi\n";
+}
+
+std::string fishOption(const std::string& condition, const option_facts& option) {
+  std::string line = condition;
+  for (const std::string& name : option.names) {
+    line += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
+  }
+  const std::vector<std::string> choices = choicesOf(option);
+  if (option.value == "FILE") {
+    line += " -r -F";
+  } else if (option.value == "DIR") {
+    line += " -x -a '(__fish_complete_directories)'";
+  } else if (!choices.empty()) {
+    line += " -x -a " + quoted(joined(choices, " "));
+  } else if (!option.value.empty()) {
+    line += " -x";
+  }
+  return line + " -d " + quoted(option.help) + "\n";
+}
+
+std::string fishScript(const CLI::App& app) {
+  std::string script =
+      "# fish completion of spx\n"
+      "function __spx_way\n"
+      "  set -l way ''\n"
+      "  set -l skip\n"
+      "  for word in (commandline -opc)[2..-1]\n"
+      "    if test -n \"$skip\"\n"
+      "      set skip\n"
+      "      continue\n"
+      "    end\n"
+      "    switch $word\n"
+      "      case " +
+      valueNames(app, " ") +
+      "\n        set skip 1\n"
+      "        continue\n"
+      "    end\n"
+      "    switch \"$way $word\"\n"
+      "      case " +
+      joined(pathsBelow(app), " ") +
+      "\n        set way \"$way $word\"\n"
+      "    end\n"
+      "  end\n"
+      "  test \"$way\" = \"$argv[1]\"\n"
+      "end\n"
+      "complete -c spx -f\n";
+  for (const CLI::App* command : commandsBelow(app)) {
+    const std::string condition =
+        "complete -c spx -n \"__spx_way " + quoted(pathTo(*command)) + "\"";
+    for (const CLI::App* word : command->get_subcommands({})) {
+      script +=
+          condition + " -a " + word->get_name() + " -d " + quoted(word->get_description()) + "\n";
+    }
+    for (const option_facts& option : optionsOf(*command)) script += fishOption(condition, option);
+  }
+  return script;
+}
+
+}  // namespace
+
+std::string completionScript(const CLI::App& app, const std::string& shell) {
+  if (shell == "bash") return bashScript(app);
+  if (shell == "zsh") return zshScript(app);
+  if (shell == "fish") return fishScript(app);
+  throw UsageError("--completion: " + quotedText(shell) + " is none of bash, zsh, fish" +
+                   suggestion(shell, {"bash", "zsh", "fish"}));
+}
+
+}  // namespace spx::console

@@ -1,0 +1,103 @@
+// The texts of the commands. Each example is run by a test, in this order.
+#include "console/help/command_pages.h"
+
+namespace spx::console {
+
+const std::vector<command_page>& commandPages() {
+  static const std::vector<command_page> pages = {
+      {"help", "Without a word it explains the program. The same as COMMAND --help.",
+       "spx help view set"},
+      {"check",
+       "Tells of IDs that several animals have, of sires that are not male, of dams that are not\n"
+       "female, and of parents that are not older than their offspring. For scripts each has a\n"
+       "code (duplicate_id, sire_not_male, sire_not_older, dam_not_female, dam_not_older), the\n"
+       "animal, the parent and the text of the listing.",
+       "spx --studbook examples/studbook check\n"
+       "spx --studbook examples/studbook check --format json"},
+      {"summary",
+       "Counts all animals of the studbook, whatever the view; pseudo individuals are no animals.",
+       "spx --studbook examples/studbook summary\n"
+       "spx --studbook examples/studbook summary --format json"},
+      {"info", "Counts the records, pseudo individuals among them, and what there is room for.",
+       "spx --studbook examples/studbook info"},
+      {"list",
+       "Lists the animals that pass the view: without any of its options every animal. For\n"
+       "scripts the columns are those of an animals table, so a listing can be read again.",
+       "spx --studbook examples/studbook list --sex male --from 1990-01-01\n"
+       "spx --studbook examples/studbook list --format csv"},
+      {"living",
+       "Lists the animals of the view that are alive and in one of its locations on the day of\n"
+       "--monitor (default: today).",
+       "spx --studbook examples/studbook living --monitor 2010-12-31"},
+      {"offspring", "Lists all offspring, whatever the view, in the order of their births.",
+       "spx --studbook examples/studbook offspring 0003"},
+      {"pedigree",
+       "Lists the animal and all ancestors, whatever the view, in the order of their births.",
+       "spx --studbook examples/studbook pedigree 0120"},
+      {"show", "Shows all that is known of one animal: parents, events, numbers, its own fields.",
+       "spx --studbook examples/studbook show 0001\n"
+       "spx --studbook examples/studbook show 0001 --format json"},
+      {"locations", "Lists the locations of each level with their identifiers.",
+       "spx --studbook examples/studbook locations"},
+      {"taxa", "Lists the taxa of the animals; \"generic\" stands for none.",
+       "spx --studbook examples/studbook taxa"},
+      {"programs", "Lists the breeding programmes of the table of programmes.",
+       "spx --studbook examples/studbook programs"},
+      {"user-fields", "Lists the columns of the animals table that are not the program's own.",
+       "spx --studbook examples/studbook user-fields"},
+      {"project create",
+       "Makes the directories and the settings of a project in ~/spx/projects. What is made for "
+       "it\n"
+       "then goes there: views, reports, exports.",
+       "spx project create tarrow"},
+      {"project list", "Lists the names of the projects in ~/spx/projects.", "spx project list"},
+      {"project show", "Shows where the project keeps its files, and its other settings.",
+       "spx project show tarrow"},
+      {"view show",
+       "Shows the view that the other commands would use: the one of --view, or the current view\n"
+       "of the project, or that of every animal, with the settings of this command line.",
+       "spx --studbook examples/studbook view show --sex female"},
+      {"view set",
+       "Changes the current view of the project, from which every command in it starts.",
+       "spx --project tarrow --studbook examples/studbook view set sex=female from=1990-01-01"},
+      {"view save", "Saves the current view with the settings of this command line.",
+       "spx --project tarrow view save females"},
+      {"view list", "Lists the views that were saved in the project.",
+       "spx --project tarrow view list"},
+      {"view load", "Takes a saved view; the former current view is gone unless it was saved.",
+       "spx --project tarrow view load females"},
+      {"view clear", "Removes the current view of the project; saved views stay.",
+       "spx --project tarrow view clear"},
+      {"life-history show", "Shows the parameters of the project, or those of a new project.",
+       "spx --project tarrow life-history show"},
+      {"life-history set", "Sets parameters of the project; those not named stay.",
+       "spx --project tarrow life-history set male-reproductive-lower=2 "
+       "female-reproductive-lower=2"},
+      {"life-history save", "Writes the parameters of the project to a file of your own.",
+       "spx --project tarrow life-history save ~/tarrow.biology"},
+      {"life-history load", "Takes all parameters of a file that life-history save has written.",
+       "spx --project tarrow life-history load ~/tarrow.biology"},
+      {"trace-parents",
+       "Finds for the animals of the view whose sire or dam is unknown all animals that could be\n"
+       "it, by sex, age, place and season, and writes a report (XML).",
+       "spx --project tarrow --studbook examples/studbook trace-parents --sex male"},
+      {"export pedigree", "Writes the animals of the view and their ancestors.",
+       "spx --project tarrow --studbook examples/studbook export pedigree"},
+      {"export fields", "Writes each animal with its dates, numbers and own fields.",
+       "spx --project tarrow --studbook examples/studbook export fields --from 1980-01-01"},
+      {"export dattrf", "Writes animals and events in columns of fixed width.",
+       "spx --project tarrow --studbook examples/studbook export dattrf"},
+      {"export view", "Writes what the view asks for, to go with the tables made by it.",
+       "spx --project tarrow --studbook examples/studbook export view --sex female"},
+      {"export r-loader", "Writes an R script that reads the exported tables into data frames.",
+       "spx --project tarrow --studbook examples/studbook export r-loader"},
+      {"export filters", "Writes a row per animal with the answer of every predicate, to compare.",
+       "spx --project tarrow --studbook examples/studbook export filters"},
+      {"project remove",
+       "Moves the project to ~/spx/removed: nothing is lost, and the name is free again.",
+       "spx project remove tarrow"},
+  };
+  return pages;
+}
+
+}  // namespace spx::console
