@@ -41,7 +41,7 @@ void measureSort(benchmark::State& state, SORT_FIELD field) {
 }
 
 void ReadTable(benchmark::State& state) {
-  const std::string table = tableOf(state.range(0));
+  const console::table_source table = console::csvSource(tableOf(state.range(0)));
   forgetStudbook();
   for ([[maybe_unused]] auto step : state) {
     state.PauseTiming();
