@@ -47,6 +47,12 @@ bool matches(const std::string& id, const std::regex& expression, IDENTIFIER_KIN
                                              : matchesIdentifier(id, kind);
 }
 
+// What most parents without a record are called; no expression has to be asked.
+bool isPseudoParent(const std::string& id) {
+  return id == UNKNOWN_SIRE || id == UNKNOWN_DAM || id == WILD_PARENT || id == UNKNOWN_PARENT ||
+         id == GROUP_PARENT;
+}
+
 std::uint32_t daysBetween(qs_lib::day_number from, qs_lib::day_number to) {
   return to - from;
 }
@@ -72,7 +78,7 @@ std::string userValue(const master_data& animal, int field) {
 }  // namespace
 
 bool isPseudoIndividual(const std::string& id) {
-  return matches(id, pseudoAnimal, IDENTIFIER_KIND::PSEUDO_ANIMAL);
+  return isPseudoParent(id) || matches(id, pseudoAnimal, IDENTIFIER_KIND::PSEUDO_ANIMAL);
 }
 
 bool isMultiParent(const std::string& id) {
