@@ -1,7 +1,6 @@
 #include "console/tables/animals_table.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -79,9 +78,9 @@ std::string parentId(std::string_view text, const char* unknown) {
 
 class AnimalsReader {
  public:
-  AnimalsReader(const std::string& file, std::span<const title_choice> choices,
+  AnimalsReader(const table_source& source, std::span<const title_choice> choices,
                 LocationRegistry& locations, Faults& faults)
-      : table_(file, ANIMAL_FIELDS, ID_CELL, choices, faults),
+      : table_(source, ANIMAL_FIELDS, ID_CELL, choices, faults),
         locations_(locations),
         guesses_(table_.otherColumns().size()) {}
 
@@ -236,12 +235,16 @@ class RecordCounter {
 
 }  // namespace
 
-std::size_t countRecords(const std::string& file, std::span<const title_choice> choices) {
-  if (!std::filesystem::is_regular_file(file)) return 0;
+std::span<const table_field> animalFields() {
+  return ANIMAL_FIELDS;
+}
+
+std::size_t countRecords(const table_source& source, std::span<const title_choice> choices) {
+  if (!source.open_ahead) return 0;
   RecordCounter counter;
   Faults ignored;
   try {
-    FieldTable table(file, ANIMAL_FIELDS, ID_CELL, choices, ignored);
+    FieldTable table(source.name, source.open_ahead(), ANIMAL_FIELDS, ID_CELL, choices, ignored);
     while (table.next()) counter.add(table[ID_CELL], table[SIRE_CELL], table[DAM_CELL]);
   } catch (const TableError&) {
     return 0;  // the reading proper will tell
@@ -249,9 +252,9 @@ std::size_t countRecords(const std::string& file, std::span<const title_choice> 
   return counter.count();
 }
 
-void readAnimals(const std::string& file, std::span<const title_choice> choices,
+void readAnimals(const table_source& source, std::span<const title_choice> choices,
                  LocationRegistry& locations, Faults& faults) {
-  AnimalsReader(file, choices, locations, faults).read();
+  AnimalsReader(source, choices, locations, faults).read();
 }
 
 }  // namespace spx::console

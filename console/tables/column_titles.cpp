@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "console/failure.h"
-#include "console/tables/csv_table.h"
 #include "console/tables/faults.h"
+#include "console/tables/row_source.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -97,6 +97,26 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
       columns_[field] = column;
     }
   }
+  checkRequired(fields);
+}
+
+ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields,
+                           std::span<const table_field> fields)
+    : columns_(fields.size(), NONE) {
+  for (std::size_t column = 0; column < column_fields.size(); ++column) {
+    const auto known = std::find_if(fields.begin(), fields.end(), [&](const table_field& field) {
+      return field.name == column_fields[column];
+    });
+    if (known == fields.end()) {
+      others_.push_back(column);
+    } else {
+      columns_[static_cast<std::size_t>(known - fields.begin())] = column;
+    }
+  }
+  checkRequired(fields);
+}
+
+void ColumnTitles::checkRequired(std::span<const table_field> fields) const {
   for (std::size_t field = 0; field < fields.size(); ++field) {
     if (fields[field].required && columns_[field] == NONE) {
       throw TableError(1, "there is no column " + quotedText(fields[field].name));

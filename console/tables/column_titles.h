@@ -37,6 +37,9 @@ class ColumnTitles {
   ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
                std::span<const table_field> fields, std::span<const title_choice> choices);
 
+  /// Takes the fields that the columns hold as settled. Throws TableError likewise.
+  ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields);
+
   /// The column of a field; NONE when the table does not have it.
   std::size_t column(std::size_t field) const { return columns_[field]; }
 
@@ -44,6 +47,8 @@ class ColumnTitles {
   const std::vector<std::size_t>& others() const { return others_; }
 
  private:
+  void checkRequired(std::span<const table_field> fields) const;
+
   std::vector<std::size_t> columns_;
   std::vector<std::size_t> others_;
 };

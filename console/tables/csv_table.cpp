@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <optional>
 
 #include <csv.h>
@@ -17,6 +18,7 @@ constexpr std::size_t CHUNK = 256 * 1024;
 // Far above any row of a studbook; keeps a quote that is never closed from filling the memory.
 constexpr std::size_t LONGEST_ROW = 64 * 1024 * 1024;
 constexpr std::size_t MOST_CELLS = 65536;
+constexpr std::size_t FIRST_BLOCK = 4096;
 constexpr std::string_view SEPARATORS = ",;\t|";
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
@@ -46,7 +48,6 @@ class CsvTable::Parser {
     std::setvbuf(file_.get(), nullptr, _IONBF, 0);
     constexpr unsigned char OPTIONS = CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL;
     if (csv_init(&csv_, OPTIONS) != 0) throw std::bad_alloc();
-    csv_set_blk_size(&csv_, 4096);
   }
   ~Parser() { csv_free(&csv_); }
   Parser(const Parser&) = delete;
@@ -113,6 +114,9 @@ class CsvTable::Parser {
   }
 
   void parse(std::string_view chunk) {
+    // By default libcsv lengthens its cell by 128 bytes at a time: a huge cell would be copied
+    // over and over.
+    csv_set_blk_size(&csv_, std::max(FIRST_BLOCK, csv_get_buffer_size(&csv_)));
     const std::string_view text = chunk.substr(0, chunk.find('\0'));
     const std::size_t done = csv_parse(&csv_, text.data(), text.size(), &onCell, &onRow, this);
     if (out_of_memory_) throw std::bad_alloc();
@@ -193,25 +197,27 @@ class CsvTable::Parser {
 };
 
 CsvTable::CsvTable(const std::string& file) : parser_(std::make_unique<Parser>(file)) {
-  if (!parser_->next()) throw TableError(0, "is empty: a header line is needed");
-  for (std::size_t cell = 0; cell < cells(); ++cell) {
-    titles_.push_back(qs_lib::allTrim(std::string((*this)[cell])));
+  if (!nextLine()) throw TableError(0, "is empty: a header line is needed");
+  for (const std::string_view cell : cells_) {
+    titles_.push_back(qs_lib::allTrim(std::string(cell)));
   }
 }
 
 CsvTable::~CsvTable() = default;
 
 bool CsvTable::next() {
-  while (parser_->next()) {
-    if (!isEmptyRow()) return true;
+  while (nextLine()) {
+    if (std::any_of(cells_.begin(), cells_.end(), [](auto cell) { return !cell.empty(); })) {
+      return true;
+    }
   }
   return false;
 }
 
-bool CsvTable::isEmptyRow() const {
-  for (std::size_t cell = 0; cell < cells(); ++cell) {
-    if (!(*this)[cell].empty()) return false;
-  }
+bool CsvTable::nextLine() {
+  if (!parser_->next()) return false;
+  cells_.resize(parser_->cells());
+  for (std::size_t cell = 0; cell < cells_.size(); ++cell) cells_[cell] = parser_->cell(cell);
   return true;
 }
 
@@ -219,12 +225,10 @@ std::size_t CsvTable::line() const {
   return parser_->line();
 }
 
-std::size_t CsvTable::cells() const {
-  return parser_->cells();
-}
-
-std::string_view CsvTable::operator[](std::size_t cell) const {
-  return parser_->cell(cell);
+table_source csvSource(const std::string& file) {
+  if (file.empty()) return {};
+  const table_source::opener open = [file] { return std::make_unique<CsvTable>(file); };
+  return {file, open, std::filesystem::is_regular_file(file) ? open : nullptr};
 }
 
 }  // namespace spx::console

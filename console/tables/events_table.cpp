@@ -28,8 +28,8 @@ constexpr event_fields DATED_FIELDS = {DATE, ACCURACY, RANGE, LOCATION};
 
 class EventsReader {
  public:
-  EventsReader(const std::string& file, LocationRegistry& locations, Faults& faults)
-      : table_(file, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations) {
+  EventsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
+      : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations) {
     animals_.reserve(Animals.records.size());
     for (master_data& animal : Animals.records) {
       // Only animals of the tables have a location; the pseudo parents take no events.
@@ -77,8 +77,12 @@ class EventsReader {
 
 }  // namespace
 
-void readEvents(const std::string& file, LocationRegistry& locations, Faults& faults) {
-  EventsReader(file, locations, faults).read();
+std::span<const table_field> eventFields() {
+  return EVENT_FIELDS;
+}
+
+void readEvents(const table_source& source, LocationRegistry& locations, Faults& faults) {
+  EventsReader(source, locations, faults).read();
 }
 
 }  // namespace spx::console

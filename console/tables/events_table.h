@@ -1,9 +1,11 @@
 #pragma once
 
-#include <string>
+#include <span>
 
+#include "console/tables/column_titles.h"
 #include "console/tables/faults.h"
 #include "console/tables/location_registry.h"
+#include "console/tables/row_source.h"
 
 namespace spx::console {
 
@@ -11,6 +13,9 @@ namespace spx::console {
 /// the moves of its animal, in the order of the table. An event without a location happens where
 /// the animal is. Births and deaths belong in the table of animals and are faults here. Of several
 /// animals with one ID the first one has the events. Throws TableError and UsageError.
-void readEvents(const std::string& file, LocationRegistry& locations, Faults& faults);
+void readEvents(const table_source& source, LocationRegistry& locations, Faults& faults);
+
+/// The fields of that table.
+std::span<const table_field> eventFields();
 
 }  // namespace spx::console

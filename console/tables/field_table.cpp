@@ -4,32 +4,46 @@
 
 namespace spx::console {
 
-FieldTable::FieldTable(std::string file, std::span<const table_field> fields, std::size_t id_field,
+namespace {
+
+ColumnTitles findColumns(const std::string& name, const RowSource& rows,
+                         std::span<const table_field> fields,
+                         std::span<const title_choice> choices) {
+  if (!rows.fields().empty()) return ColumnTitles(rows.fields(), fields);
+  return ColumnTitles(name, rows.titles(), fields, choices);
+}
+
+}  // namespace
+
+FieldTable::FieldTable(std::string name, std::unique_ptr<RowSource> rows,
+                       std::span<const table_field> fields, std::size_t id_field,
                        std::span<const title_choice> choices, Faults& faults)
-    : file_(std::move(file)),
-      csv_(file_),
-      columns_(file_, csv_.titles(), fields, choices),
+    : name_(std::move(name)),
+      rows_(std::move(rows)),
+      columns_(findColumns(name_, *rows_, fields, choices)),
       id_field_(id_field),
-      faults_(faults) {}
+      faults_(faults) {
+  rows_->settleColumns(fields, columns_);
+}
 
 bool FieldTable::next() {
-  while (csv_.next()) {
-    if (csv_.cells() == csv_.titles().size()) return true;
-    faults_.add({file_, csv_.line(), "", "",
-                 "the row has " + std::to_string(csv_.cells()) + " cells, the header line has " +
-                     std::to_string(csv_.titles().size())});
+  while (rows_->next()) {
+    if (rows_->cells() == rows_->titles().size()) return true;
+    faults_.add({name_, rows_->line(), "", "",
+                 "the row has " + std::to_string(rows_->cells()) + " cells, the header line has " +
+                     std::to_string(rows_->titles().size())});
   }
   return false;
 }
 
 std::string_view FieldTable::operator[](std::size_t field) const {
   const std::size_t column = columns_.column(field);
-  return column == ColumnTitles::NONE ? std::string_view() : csv_[column];
+  return column == ColumnTitles::NONE ? std::string_view() : (*rows_)[column];
 }
 
 void FieldTable::addFault(std::size_t field, const std::string& reason) {
   const std::size_t column = columns_.column(field);
-  faults_.add({file_, csv_.line(), column == ColumnTitles::NONE ? "" : title(column),
+  faults_.add({name_, rows_->line(), column == ColumnTitles::NONE ? "" : title(column),
                std::string((*this)[id_field_]), reason});
 }
 

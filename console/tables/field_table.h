@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -8,20 +9,26 @@
 #include <vector>
 
 #include "console/tables/column_titles.h"
-#include "console/tables/csv_table.h"
 #include "console/tables/faults.h"
+#include "console/tables/row_source.h"
 
 namespace spx::console {
 
-/// A CSV table whose columns are known by their fields. What is wrong in a row goes to the faults,
-/// with file, line, title and animal; what is wrong with the file as a whole is thrown.
+/// A table whose columns are known by their fields. What is wrong in a row goes to the faults,
+/// with file, line, title and animal; what is wrong with the table as a whole is thrown.
 class FieldTable {
  public:
-  /// Opens the file. Throws TableError and UsageError; see ColumnTitles.
+  /// Opens the table. Throws TableError and UsageError; see ColumnTitles.
   /// @param id_field  the field that names the animal in messages
+  /// @param choices   not asked where the source has settled its columns
   /// @param faults    must outlive the table
-  FieldTable(std::string file, std::span<const table_field> fields, std::size_t id_field,
-             std::span<const title_choice> choices, Faults& faults);
+  FieldTable(const table_source& source, std::span<const table_field> fields, std::size_t id_field,
+             std::span<const title_choice> choices, Faults& faults)
+      : FieldTable(source.name, source.open(), fields, id_field, choices, faults) {}
+
+  /// The same with rows that are open.
+  FieldTable(std::string name, std::unique_ptr<RowSource> rows, std::span<const table_field> fields,
+             std::size_t id_field, std::span<const title_choice> choices, Faults& faults);
 
   /// Goes to the next row; rows with too few or too many cells become faults. Throws TableError.
   bool next();
@@ -30,8 +37,8 @@ class FieldTable {
   std::string_view operator[](std::size_t field) const;
 
   /// A cell by its column.
-  std::string_view cell(std::size_t column) const { return csv_[column]; }
-  const std::string& title(std::size_t column) const { return csv_.titles()[column]; }
+  std::string_view cell(std::size_t column) const { return (*rows_)[column]; }
+  const std::string& title(std::size_t column) const { return rows_->titles()[column]; }
   const std::vector<std::size_t>& otherColumns() const { return columns_.others(); }
 
   /// Reads the cell of a field; a text that the reader does not take becomes the fault "... is no
@@ -46,8 +53,8 @@ class FieldTable {
   void addFault(std::size_t field, const std::string& reason);
 
  private:
-  std::string file_;
-  CsvTable csv_;
+  std::string name_;
+  std::unique_ptr<RowSource> rows_;
   ColumnTitles columns_;
   std::size_t id_field_;
   Faults& faults_;

@@ -32,8 +32,8 @@ struct location {
 
 class LocationsReader {
  public:
-  LocationsReader(const std::string& file, LocationRegistry& locations, Faults& faults)
-      : table_(file, LOCATION_FIELDS, DEME, {}, faults), locations_(locations) {}
+  LocationsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
+      : table_(source, LOCATION_FIELDS, DEME, {}, faults), locations_(locations) {}
 
   /// All rows first: a level exists only when its name is known, and deep demes may come first.
   void read() {
@@ -88,12 +88,20 @@ class LocationsReader {
 
 }  // namespace
 
-void readLocations(const std::string& file, LocationRegistry& locations, Faults& faults) {
-  LocationsReader(file, locations, faults).read();
+std::span<const table_field> locationFields() {
+  return LOCATION_FIELDS;
 }
 
-void readPrograms(const std::string& file, Faults& faults) {
-  FieldTable table(file, PROGRAM_FIELDS, 0, {}, faults);
+std::span<const table_field> programFields() {
+  return PROGRAM_FIELDS;
+}
+
+void readLocations(const table_source& source, LocationRegistry& locations, Faults& faults) {
+  LocationsReader(source, locations, faults).read();
+}
+
+void readPrograms(const table_source& source, Faults& faults) {
+  FieldTable table(source, PROGRAM_FIELDS, 0, {}, faults);
   while (table.next()) {
     if (table[0].empty()) {
       table.addFault(0, "the name is missing");

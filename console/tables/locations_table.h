@@ -1,18 +1,24 @@
 #pragma once
 
-#include <string>
+#include <span>
 
+#include "console/tables/column_titles.h"
 #include "console/tables/faults.h"
 #include "console/tables/location_registry.h"
+#include "console/tables/row_source.h"
 
 namespace spx::console {
 
 /// Reads the table of locations (level, id, name, latitude, longitude) and registers levels and
 /// demes. The level named with an identifier of depth n is the n-th one; depths without a name are
 /// "Level n". Throws TableError and UsageError.
-void readLocations(const std::string& file, LocationRegistry& locations, Faults& faults);
+void readLocations(const table_source& source, LocationRegistry& locations, Faults& faults);
 
 /// Reads the table of breeding programmes (name) and registers them; likewise.
-void readPrograms(const std::string& file, Faults& faults);
+void readPrograms(const table_source& source, Faults& faults);
+
+/// The fields of these tables.
+std::span<const table_field> locationFields();
+std::span<const table_field> programFields();
 
 }  // namespace spx::console

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace spx::console {
+
+struct table_field;
+class ColumnTitles;
+
+/// A table that cannot be read on: unreadable, no text, or with broken quotes.
+class TableError : public std::runtime_error {
+ public:
+  TableError(std::size_t line, const std::string& reason)
+      : std::runtime_error(reason), line_(line) {}
+  /// The line, from 1, in which the row begins; 0 when it is the table as a whole.
+  std::size_t line() const { return line_; }
+
+ private:
+  std::size_t line_;
+};
+
+/// The rows of a table in their order, wherever the table is kept; read in constant memory.
+class RowSource {
+ public:
+  virtual ~RowSource() = default;
+  RowSource(const RowSource&) = delete;
+  RowSource& operator=(const RowSource&) = delete;
+
+  const std::vector<std::string>& titles() const { return titles_; }
+
+  /// For each column the name of the field that it holds, where that was settled when the table was
+  /// stored; a name that is no field's stands for another column. Empty where the titles have to
+  /// tell.
+  const std::vector<std::string>& fields() const { return fields_; }
+
+  /// Hears, before the first row, which columns hold which fields.
+  virtual void settleColumns(std::span<const table_field> /*fields*/,
+                             const ColumnTitles& /*columns*/) {}
+
+  /// Goes to the next row. @return false at the end. Throws TableError.
+  virtual bool next() = 0;
+
+  /// Where the row stands, from 1: the line in which it begins, or its row number.
+  virtual std::size_t line() const = 0;
+
+  // The cells of the row, valid until next().
+
+  std::size_t cells() const { return cells_.size(); }
+  std::string_view operator[](std::size_t cell) const { return cells_[cell]; }
+  std::span<const std::string_view> row() const { return cells_; }
+
+ protected:
+  RowSource() = default;
+
+  std::vector<std::string> titles_;
+  std::vector<std::string> fields_;
+  std::vector<std::string_view> cells_;
+};
+
+/// One table of a studbook, which may not be given.
+struct table_source {
+  using opener = std::function<std::unique_ptr<RowSource>()>;
+
+  std::string name;   ///< as messages show it
+  opener open;        ///< throws TableError; null for a table that is not given
+  opener open_ahead;  ///< opens at least the IDs and parents once more, for a pass ahead of the
+                      ///< reading; null for a table that can be read only once, such as a pipe
+};
+
+}  // namespace spx::console
