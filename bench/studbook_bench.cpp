@@ -11,6 +11,7 @@
 #include "bench/loaded_studbook.h"
 #include "console/studbook_loader.h"
 #include "console/tables/animals_table.h"
+#include "console/tables/csv_table.h"
 
 namespace spx::bench {
 namespace {

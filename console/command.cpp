@@ -5,6 +5,8 @@ namespace spx::console {
 std::vector<command> allCommands() {
   std::vector<command> commands;
   addStudbookCommands(commands);
+  addImportCommands(commands);
+  addEditCommands(commands);
   addListingCommands(commands);
   addRegistryCommands(commands);
   addProjectCommands(commands);

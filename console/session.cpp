@@ -10,6 +10,7 @@
 #include "spx/views/data_filter.h"
 
 #include "console/failure.h"
+#include "console/studbook_file/studbook_file.h"
 #include "console/studbook_loader.h"
 #include "console/user_directories.h"
 
@@ -66,12 +67,7 @@ void Session::loadStudbook() {
   if (studbook_loaded_) return;
   openProjectIfNamed();
   const studbook_files files = chosenFiles();
-  if (files.animals.empty()) {
-    throw UsageError(hasProject()
-                         ? "the project has no studbook in " + projectEntry("STUDBOOK_PATH") +
-                               "; name one with --studbook FILE"
-                         : "no studbook is given; name one with --studbook FILE");
-  }
+  if (files.animals.empty()) failWithoutStudbook();
   console::loadStudbook(files);
   studbook_loaded_ = true;
 }
@@ -81,11 +77,40 @@ void Session::loadStudbookIfNamed() {
   if (!chosenFiles().animals.empty()) loadStudbook();
 }
 
-studbook_files Session::chosenFiles() const {
+void Session::failWithoutStudbook() const {
+  throw UsageError(hasProject()
+                       ? "the project has no studbook in " + projectEntry("STUDBOOK_PATH") +
+                             "; name one with --studbook FILE"
+                       : "no studbook is given; name one with --studbook FILE");
+}
+
+std::string Session::importTarget() {
+  openProjectIfNamed();
+  if (!options_.files.animals.empty()) return options_.files.animals;
+  if (!hasProject()) failWithoutStudbook();
+  return projectEntry("STUDBOOK_PATH") + "/" + options_.project + ".studbook";
+}
+
+std::string Session::writableStudbook() {
+  openProjectIfNamed();
+  const std::string file = chosenFiles().animals;
+  if (file.empty()) failWithoutStudbook();
+  if (fs::exists(file) && !isStudbookFile(file)) {
+    throw Failure(file + ": is no studbook file; spx import makes one from tables");
+  }
+  return file;
+}
+
+studbook_files Session::filesBeside(const std::string& animals) const {
   studbook_files files = options_.files;
-  if (files.animals.empty() && hasProject()) files.animals = projectStudbook();
+  files.animals = animals;
   for (const std::string& text : options_.titles) files.titles.push_back(parseTitleChoice(text));
   return files;
+}
+
+studbook_files Session::chosenFiles() const {
+  const std::string& typed = options_.files.animals;
+  return filesBeside(typed.empty() && hasProject() ? projectStudbook() : typed);
 }
 
 // A file or directory named after the project where the project keeps its studbook.

@@ -29,6 +29,17 @@ class Session {
   /// The same when a project was named; nothing otherwise.
   void openProjectIfNamed();
 
+  /// The tables of the command line with that one, or that directory, in place of the studbook.
+  studbook_files filesBeside(const std::string& animals) const;
+
+  /// The studbook file that an import makes: that of the command line, or the project's.
+  /// Opens the project. Throws UsageError when there is neither.
+  std::string importTarget();
+
+  /// The studbook file to write to, which has to exist: likewise. Throws UsageError when there is
+  /// none, and Failure when it is something else, such as a table.
+  std::string writableStudbook();
+
   /// Loads the studbook of the command line, or that of the project; opens the project first.
   /// Throws UsageError when there is none, and what loadStudbook throws.
   void loadStudbook();
@@ -44,6 +55,7 @@ class Session {
   std::string exportDirectory() const;
 
  private:
+  [[noreturn]] void failWithoutStudbook() const;
   studbook_files chosenFiles() const;
   std::string projectStudbook() const;
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "spx/core/animal_data.h"
 #include "spx/core/studbook.h"
@@ -17,8 +18,8 @@
 
 #include "console/failure.h"
 #include "console/loading_output.h"
+#include "console/open_tables.h"
 #include "console/tables/animals_table.h"
-#include "console/tables/csv_table.h"
 #include "console/tables/events_table.h"
 #include "console/tables/locations_table.h"
 #include "console/user_directories.h"
@@ -26,33 +27,33 @@
 namespace spx::console {
 namespace {
 
-void reserveRoom(const studbook_files& files) {
-  if (!Animals.initialize(countRecords(files.animals, files.titles))) {
-    throw Failure(files.animals + ": there is not enough memory for so many animals");
+void reserveRoom(const studbook_tables& tables) {
+  if (!Animals.initialize(countRecords(tables.animals, tables.titles))) {
+    throw Failure(tables.file + ": there is not enough memory for so many animals");
   }
 }
 
 /// Reads one table; what is wrong with it as a whole is one more fault.
-void readTable(const std::string& file, Faults& faults, const std::function<void()>& read) {
-  if (file.empty()) return;
+void readTable(const table_source& table, Faults& faults, const std::function<void()>& read) {
+  if (!table.open) return;
   try {
     read();
   } catch (const TableError& error) {
-    faults.add({file, error.line(), "", "", error.what()});
+    faults.add({table.name, error.line(), "", "", error.what()});
   }
 }
 
-void readTables(const studbook_files& files) {
+void readTables(const studbook_tables& tables, const char* refused) {
   LocationRegistry locations;
   Faults faults;
-  readTable(files.locations, faults, [&] { readLocations(files.locations, locations, faults); });
-  readTable(files.programs, faults, [&] { readPrograms(files.programs, faults); });
-  readTable(files.animals, faults,
-            [&] { readAnimals(files.animals, files.titles, locations, faults); });
-  readTable(files.events, faults, [&] { readEvents(files.events, locations, faults); });
+  readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
+  readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
+  readTable(tables.animals, faults,
+            [&] { readAnimals(tables.animals, tables.titles, locations, faults); });
+  readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults); });
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) +
-                  (faults.count() == 1 ? " fault" : " faults") + "; nothing was loaded");
+                  (faults.count() == 1 ? " fault; " : " faults; ") + refused);
   }
 }
 
@@ -81,7 +82,7 @@ void noteDates(const master_data& animal) {
   }
 }
 
-void completeRecords(const std::string& file) {
+void completeRecords(const std::string& file, const std::string& format) {
   std::size_t pseudo = 0;
   for (master_data& animal : Animals.records) {
     if (!isFromTable(animal)) continue;
@@ -93,7 +94,7 @@ void completeRecords(const std::string& file) {
     }
   }
   Book.name = qs_lib::splitFileName(file).name;
-  Book.format = "CSV";
+  Book.format = format;
   if (pseudo != 0) {
     std::cerr << "spx: " << pseudo << (pseudo == 1 ? " animal counts" : " animals count")
               << " as pseudo individuals by their identifiers (P..., WILD..., UNK..., MULT..., "
@@ -121,11 +122,12 @@ void buildDerived() {
   Animals.flagBreeders();
 }
 
-void load(const studbook_files& files) {
+void load(studbook_tables tables) {
   const LoadingOutput output;
-  reserveRoom(files);
-  readTables(files);
-  completeRecords(files.animals);
+  reserveRoom(tables);
+  readTables(tables, "nothing was loaded");
+  completeRecords(tables.file, tables.format);
+  tables = {};
   resolveParents(output);
   buildDerived();
 }
@@ -144,13 +146,31 @@ void dropStudbook() {
 
 void loadStudbook(const studbook_files& files) {
   dropStudbook();
+  loadStudbook(openTables(files));
+}
+
+void loadStudbook(studbook_tables tables) {
+  dropStudbook();
   makeUserDirectories();
   try {
-    load(resolveFiles(files));
+    load(std::move(tables));
   } catch (...) {
     dropStudbook();
     throw;
   }
+}
+
+void checkTables(const studbook_tables& tables, const char* refused) {
+  dropStudbook();
+  try {
+    const LoadingOutput output;
+    reserveRoom(tables);
+    readTables(tables, refused);
+  } catch (...) {
+    dropStudbook();
+    throw;
+  }
+  dropStudbook();
 }
 
 }  // namespace spx::console

@@ -1,0 +1,85 @@
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <numeric>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/core/animal_data.h"
+#include "spx/views/breeding_program.h"
+#include "spx/views/meta_population.h"
+
+#include "console/command.h"
+#include "console/open_tables.h"
+#include "console/studbook_file/new_studbook.h"
+#include "console/studbook_loader.h"
+
+namespace spx::console {
+namespace {
+
+struct import_options {
+  std::string animals;
+  bool dry_run = false;
+};
+
+void printCount(const char* what, std::size_t count) {
+  std::cout << std::left << std::setw(18) << what << count << "\n";
+}
+
+std::size_t countLocations() {
+  std::size_t count = 0;
+  for (std::size_t level = 0; level < MetaPop.levels().size(); ++level) {
+    count += MetaPop.getNumberOfMembers(level);
+  }
+  return count;
+}
+
+void reportLoaded() {
+  std::size_t animals = 0;
+  std::size_t events = 0;
+  for (const master_data& animal : Animals.records) {
+    animals += animal.birth.location != 0 ? 1 : 0;  // the pseudo parents live nowhere
+    events += animal.moves.size();
+  }
+  printCount("animals", animals);
+  printCount("events", events);
+  printCount("locations", countLocations());
+  printCount("programmes", Management.programs().size());
+  printCount("pseudo founders", Animals.records.size() - animals);
+  printCount("inconsistencies", Animals.inconsistencies.size());
+}
+
+ExitCode import(Session& session, const import_options& options) {
+  const std::string target = options.dry_run ? std::string() : session.importTarget();
+  const studbook_tables tables = openTables(session.filesBeside(options.animals));
+  if (options.dry_run) {
+    loadStudbook(tables);
+    reportLoaded();
+    return ExitCode::DONE;
+  }
+  NewStudbook book(target);
+  loadStudbook(book.copying(tables));
+  const bool replaced = book.finish();
+  reportLoaded();
+  std::cout.flush();
+  std::cerr << "spx: wrote " << target << "\n";
+  if (replaced) std::cerr << "spx: the former studbook is kept as " << target << ".bak\n";
+  return ExitCode::DONE;
+}
+
+}  // namespace
+
+void addImportCommands(std::vector<command>& commands) {
+  const auto options = std::make_shared<import_options>();
+  commands.push_back(
+      {"import", "Make a studbook file from tables",
+       [options](Session& session) { return import(session, *options); },
+       [options](CLI::App& app) {
+         app.add_option("ANIMALS", options->animals,
+                        "Table of animals (CSV), or a directory with animals.csv and the others")
+             ->required();
+         app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
+       }});
+}
+
+}  // namespace spx::console

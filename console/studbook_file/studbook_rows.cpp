@@ -1,0 +1,113 @@
+#include "console/studbook_file/studbook_rows.h"
+
+#include <algorithm>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+
+#include "console/studbook_file/studbook_schema.h"
+
+namespace spx::console {
+namespace {
+
+using statement = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>;
+
+/// An event has the row of its animal; its table shows the ID.
+std::string expression(const std::string& table, const std::string& field) {
+  if (table == "events" && field == "id") {
+    return "(SELECT id FROM animals WHERE animals.\"row\" = events.animal)";
+  }
+  // Without the table's name an unknown column would be taken as a text.
+  return table + "." + quotedName(field);
+}
+
+class StudbookRows : public RowSource {
+ public:
+  StudbookRows(std::shared_ptr<StudbookFile> file, const std::string& table,
+               const std::vector<std::string>& only)
+      : file_(std::move(file)), rows_(nullptr, &sqlite3_finalize) {
+    std::string query = "SELECT \"row\"";
+    for (const stored_column& column : readColumns(table)) {
+      if (!only.empty() && std::find(only.begin(), only.end(), column.field) == only.end()) {
+        continue;
+      }
+      query += ", " + expression(table, column.field);
+      titles_.push_back(column.title);
+      fields_.push_back(column.field);
+    }
+    prepare(query + " FROM " + table + " ORDER BY \"row\"");
+    cells_.resize(titles_.size());
+  }
+
+  bool next() override {
+    const int result = sqlite3_step(rows_.get());
+    if (result == SQLITE_ROW) {
+      for (std::size_t cell = 0; cell < cells_.size(); ++cell) cells_[cell] = read(cell);
+      return true;
+    }
+    if (result != SQLITE_DONE) fail();
+    return false;
+  }
+
+  std::size_t line() const override {
+    return static_cast<std::size_t>(sqlite3_column_int64(rows_.get(), 0));
+  }
+
+ private:
+  std::vector<stored_column> readColumns(const std::string& table) {
+    try {
+      return storedColumns(file_->database(), table);
+    } catch (const SQLite::Exception& error) {
+      throw TableError(0, error.what());
+    }
+  }
+
+  void prepare(const std::string& query) {
+    sqlite3_stmt* prepared = nullptr;
+    const int result = sqlite3_prepare_v2(handle(), query.c_str(), -1, &prepared, nullptr);
+    rows_.reset(prepared);
+    if (result != SQLITE_OK) fail();
+  }
+
+  /// The bytes where SQLite has them; as text it would copy those without a final NUL.
+  std::string_view read(std::size_t cell) {
+    const int column = static_cast<int>(cell) + 1;
+    const void* bytes = sqlite3_column_blob(rows_.get(), column);
+    const int size = sqlite3_column_bytes(rows_.get(), column);
+    return {static_cast<const char*>(bytes), static_cast<std::size_t>(size)};
+  }
+
+  sqlite3* handle() { return file_->database().getHandle(); }
+  [[noreturn]] void fail() { throw TableError(0, sqlite3_errmsg(handle())); }
+
+  std::shared_ptr<StudbookFile> file_;
+  statement rows_;  // before the file is closed
+};
+
+table_source source(const std::shared_ptr<StudbookFile>& file, const std::string& table) {
+  if (!file->hasTable(table)) return {};
+  return {file->path() + " (" + table + ")", [=] { return openRows(file, table); },
+          [=] {
+            return openRows(file, table, {"id", "sire", "dam"});
+          }};
+}
+
+}  // namespace
+
+std::unique_ptr<RowSource> openRows(const std::shared_ptr<StudbookFile>& file,
+                                    const std::string& table,
+                                    const std::vector<std::string>& only) {
+  return std::make_unique<StudbookRows>(file, table, only);
+}
+
+studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file) {
+  return {file->path(),
+          "SQLite",
+          source(file, "animals"),
+          source(file, "events"),
+          source(file, "locations"),
+          source(file, "programs"),
+          {}};
+}
+
+}  // namespace spx::console

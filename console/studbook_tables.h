@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console/tables/column_titles.h"
+#include "console/tables/row_source.h"
+
+namespace spx::console {
+
+/// The tables of a studbook, wherever they are kept.
+struct studbook_tables {
+  std::string file;    ///< the studbook file, or the table of animals
+  std::string format;  ///< as reports show it
+  table_source animals;
+  table_source events;
+  table_source locations;
+  table_source programs;
+  std::vector<title_choice> titles;  ///< of the table of animals
+};
+
+}  // namespace spx::console
