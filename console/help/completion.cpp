@@ -12,8 +12,8 @@
 #include "console/tables/faults.h"
 
 // Each script goes through the words that were typed and finds the command that they lead to, such
-// as " project create"; then it offers what may follow. The word after an option that takes a value
-// is no command.
+// as " project create"; then it offers what may follow: commands, and options once a dash is typed.
+// The word after an option that takes a value is no command.
 namespace spx::console {
 namespace {
 
@@ -38,10 +38,13 @@ std::string pathTo(const CLI::App& app) {
   return words.empty() ? words : " " + words;
 }
 
+/// Without `help`, so that after it the same words follow as without it.
 std::vector<std::string> pathsBelow(const CLI::App& app) {
   std::vector<std::string> paths;
   for (const CLI::App* command : commandsBelow(app)) {
-    if (command != &app) paths.push_back(quoted(pathTo(*command)));
+    if (command != &app && command->get_name() != "help") {
+      paths.push_back(quoted(pathTo(*command)));
+    }
   }
   return paths;
 }
@@ -82,13 +85,28 @@ std::string valueCases(const CLI::App& app, const std::string& files,
   return cases;
 }
 
-std::vector<std::string> namesOf(const CLI::App& app) {
+/// The options that may follow a command: those of the program may stand anywhere.
+std::vector<option_facts> optionsAfter(const CLI::App& command, const CLI::App& app) {
+  std::vector<option_facts> options = optionsOf(command);
+  if (&command == &app) return options;
+  for (const option_facts& option : optionsOf(app)) {
+    if (option.names.back() != "--help") options.push_back(option);
+  }
+  return options;
+}
+
+std::string commandNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* word : app.get_subcommands({})) names.push_back(word->get_name());
-  for (const option_facts& option : optionsOf(app)) {
+  return joined(names, " ");
+}
+
+std::string optionNames(const CLI::App& command, const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const option_facts& option : optionsAfter(command, app)) {
     names.insert(names.end(), option.names.begin(), option.names.end());
   }
-  return names;
+  return joined(names, " ");
 }
 
 std::string valueNames(const CLI::App& app, const std::string& between) {
@@ -103,7 +121,7 @@ std::string bashScript(const CLI::App& app) {
       "# bash completion of spx\n"
       "_spx() {\n"
       "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}\n"
-      "  local word way= skip= words=\n"
+      "  local word way= skip= commands= options=\n"
       "  if [[ $current == '=' ]]; then current=\n"
       "  elif [[ $previous == '=' ]]; then previous=${COMP_WORDS[COMP_CWORD-2]}; fi\n"
       "  COMPREPLY=()\n"
@@ -118,26 +136,31 @@ std::string bashScript(const CLI::App& app) {
       valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
       joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
   for (const CLI::App* command : commandsBelow(app)) {
-    script += "    " + quoted(pathTo(*command)) +
-              ") words=" + quoted(joined(namesOf(*command), " ")) + ";;\n";
+    script += "    " + quoted(pathTo(*command)) + ") commands=" + quoted(commandNames(*command)) +
+              " options=" + quoted(optionNames(*command, app)) + ";;\n";
   }
   return script +
          "  esac\n"
-         "  COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n"
+         "  [[ $current == -* ]] || options=\n"
+         "  COMPREPLY=($(compgen -W \"$commands $options\" -- \"$current\"))\n"
          "}\n"
          "complete -o filenames -o bashdefault -F _spx spx\n";
 }
 
-/// The words that may follow a command with their explanations, as zsh describes them.
-std::string zshWords(const CLI::App& app) {
-  std::vector<std::string> words;
+std::string zshCommands(const CLI::App& app) {
+  std::string words;
   for (const CLI::App* word : app.get_subcommands({})) {
-    words.push_back(quoted(word->get_name() + ":" + word->get_description()));
+    words += "\n      " + quoted(word->get_name() + ":" + word->get_description());
   }
-  for (const option_facts& option : optionsOf(app)) {
-    words.push_back(quoted(option.names.back() + ":" + option.help));
+  return words;
+}
+
+std::string zshOptions(const CLI::App& command, const CLI::App& app) {
+  std::string words;
+  for (const option_facts& option : optionsAfter(command, app)) {
+    words += "\n      " + quoted(option.names.back() + ":" + option.help);
   }
-  return joined(words, "\n      ");
+  return words;
 }
 
 std::string zshScript(const CLI::App& app) {
@@ -145,7 +168,7 @@ std::string zshScript(const CLI::App& app) {
       "#compdef spx\n"
       "_spx() {\n"
       "  local word way= skip=\n"
-      "  local -a offered\n"
+      "  local -a commands options\n"
       "  case ${words[CURRENT-1]} in\n" +
       valueCases(app, "_files", "_files -/", "compadd", "") +
       "  esac\n"
@@ -155,15 +178,17 @@ std::string zshScript(const CLI::App& app) {
       valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
       joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
   for (const CLI::App* command : commandsBelow(app)) {
-    script +=
-        "    " + quoted(pathTo(*command)) + ") offered=(\n      " + zshWords(*command) + ");;\n";
+    script += "    " + quoted(pathTo(*command)) + ")\n    commands=(" + zshCommands(*command) +
+              ")\n    options=(" + zshOptions(*command, app) + ");;\n";
   }
   return script +
          "  esac\n"
-         "  _describe -o 'spx' offered\n"
+         "  _describe command commands\n"
+         "  _describe -o option options\n"
+         "  (( $#commands )) || _files\n"
          "}\n"
-         "if [[ $zsh_eval_context[-1] == loadautofunc ]]; then _spx \"$@\"; else compdef _spx spx; "
-         "fi\n";
+         "if [[ $zsh_eval_context[-1] == loadautofunc ]]; then _spx \"$@\"\n"
+         "else compdef _spx spx; fi\n";
 }
 
 std::string fishOption(const std::string& condition, const option_facts& option) {
@@ -217,7 +242,8 @@ std::string fishScript(const CLI::App& app) {
       script +=
           condition + " -a " + word->get_name() + " -d " + quoted(word->get_description()) + "\n";
     }
-    for (const option_facts& option : optionsOf(*command)) script += fishOption(condition, option);
+    for (const option_facts& option : optionsAfter(*command, app))
+      script += fishOption(condition, option);
   }
   return script;
 }
