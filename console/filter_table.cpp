@@ -9,6 +9,7 @@
 #include "spx/views/predicates.h"
 
 #include "console/failure.h"
+#include "console/output/staged_files.h"
 
 namespace spx::console {
 namespace {
@@ -22,7 +23,7 @@ constexpr char TABLE[] = "filter_test.csv";  // as the library names it, in the 
 class WorkDirectory {
  public:
   explicit WorkDirectory(const fs::path& parent) : former_(fs::current_path()) {
-    std::string path = (parent / ".spx-XXXXXX").string();
+    std::string path = (parent / (stagedPrefix() + "XXXXXX")).string();
     if (::mkdtemp(path.data()) == nullptr) {
       throw Failure(parent.string() + ": cannot be written to: " + std::strerror(errno));
     }

@@ -7,6 +7,7 @@
 #include "spx/support/file_name.h"
 
 #include "console/failure.h"
+#include "console/output/staged_files.h"
 
 namespace spx::console {
 
@@ -33,6 +34,7 @@ std::string outputDirectory(Session& session, const output_options& options,
   const std::string directory = options.directory.empty() ? (session.*project_directory)()
                                                           : qs_lib::homePath(options.directory);
   if (!fs::is_directory(directory)) throw Failure(directory + ": there is no such directory");
+  removeStagedWhenEnded(directory);
   return directory;
 }
 

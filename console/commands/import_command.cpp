@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -11,6 +12,7 @@
 
 #include "console/command.h"
 #include "console/open_tables.h"
+#include "console/output/staged_files.h"
 #include "console/studbook_file/new_studbook.h"
 #include "console/studbook_loader.h"
 
@@ -57,6 +59,7 @@ ExitCode import(Session& session, const import_options& options) {
     reportLoaded();
     return ExitCode::DONE;
   }
+  removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());
   NewStudbook book(target);
   loadStudbook(book.copying(tables));
   const bool replaced = book.finish();

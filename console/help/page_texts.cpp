@@ -20,6 +20,23 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook examples/studbook summary --format json"},
       {"info", "Counts the records, pseudo individuals among them, and what there is room for.",
        "spx --studbook examples/studbook info"},
+      {"import",
+       "Checks tables and makes a studbook file of them: the one of --studbook, or the project's "
+       "own.\n"
+       "A file that is there is replaced as a whole, and kept as FILE.bak. Nothing is written "
+       "when\n"
+       "the tables have faults.",
+       "spx import examples/studbook --dry-run\n"
+       "spx --studbook ~/tarrow.studbook import examples/studbook"},
+      {"animal set",
+       "Changes fields of an animal in a studbook file; an empty value makes a field unknown.\n"
+       "Everything is checked first, and all is changed or nothing.",
+       "spx --studbook ~/tarrow.studbook animal set 0003 rearing=hand house_name=Marla"},
+      {"animal add", "Adds an animal to a studbook file; what is not given is unknown.",
+       "spx --studbook ~/tarrow.studbook animal add 0200 dam=0003 sex=f birth_date=1992-05"},
+      {"event add", "Adds an event to an animal of a studbook file.",
+       "spx --studbook ~/tarrow.studbook event add 0200 date=1995-02-01 event=social-in "
+       "location=2.1.1"},
       {"list",
        "Lists the animals that pass the view: without any of its options every animal. For\n"
        "scripts the columns are those of an animals table, so a listing can be read again.",
@@ -93,6 +110,8 @@ const std::vector<command_page>& commandPages() {
        "spx --project tarrow --studbook examples/studbook export r-loader"},
       {"export filters", "Writes a row per animal with the answer of every predicate, to compare.",
        "spx --project tarrow --studbook examples/studbook export filters"},
+      {"filters", "The same as export filters.",
+       "spx --project tarrow --studbook examples/studbook filters"},
       {"project remove",
        "Moves the project to ~/spx/removed: nothing is lost, and the name is free again.",
        "spx project remove tarrow"},
