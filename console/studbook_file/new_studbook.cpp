@@ -31,7 +31,7 @@ void keepAs(const std::string& path, const std::string& kept) {
 table_source copied(const table_source& source, SQLite::Database& database, const char* table) {
   if (!source.open) return {};
   return {source.name, [=, &database] { return copyRows(source.open(), database, table); },
-          source.open_ahead};
+          source.estimate_rows};
 }
 
 }  // namespace
@@ -58,7 +58,8 @@ void NewStudbook::checkTarget() const {
 }
 
 void NewStudbook::create() {
-  database_ = std::make_unique<SQLite::Database>(stage_.writePath(), SQLite::OPEN_READWRITE);
+  database_ = std::make_unique<SQLite::Database>(stage_.writePath(),
+                                                 SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
   // Nobody sees the file before it is complete and synced as a whole.
   database_->exec("PRAGMA journal_mode = OFF");
   database_->exec("PRAGMA synchronous = OFF");

@@ -15,6 +15,7 @@ namespace spx::console {
 namespace {
 
 constexpr int WAIT_MS = 5000;
+constexpr int ONE_THREAD = SQLITE_OPEN_NOMUTEX;  // else every cell takes a lock
 constexpr std::string_view FIRST_BYTES("SQLite format 3\0", 16);
 
 int pragma(SQLite::Database& database, const char* name) {
@@ -79,7 +80,7 @@ StudbookFile::~StudbookFile() = default;
 void StudbookFile::open(FILE_ACCESS access) {
   const bool write = access == FILE_ACCESS::WRITE;
   database_ = std::make_unique<SQLite::Database>(
-      path_, write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY, WAIT_MS);
+      path_, (write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | ONE_THREAD, WAIT_MS);
   database_->exec("PRAGMA trusted_schema = OFF");
   database_->exec("PRAGMA foreign_keys = ON");
   // Another program may have given the file a log of its own, which would outlive a replaced file.
@@ -104,6 +105,15 @@ void StudbookFile::check() {
 bool StudbookFile::hasTable(const std::string& table) {
   try {
     return !storedColumns(*database_, table).empty();
+  } catch (const SQLite::Exception& error) {
+    failFor(path_, error);
+  }
+}
+
+std::size_t StudbookFile::countRows(const std::string& table) {
+  try {
+    return static_cast<std::size_t>(
+        database_->execAndGet("SELECT coalesce(max(\"row\"), 0) FROM " + table).getInt64());
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
   }

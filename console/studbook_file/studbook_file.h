@@ -36,6 +36,9 @@ class StudbookFile {
   /// Whether the studbook has that table: one that was imported or written to.
   bool hasTable(const std::string& table);
 
+  /// The highest row number of a table that there is: the rows are numbered without gaps.
+  std::size_t countRows(const std::string& table);
+
   void commit();
 
  private:

@@ -1,7 +1,5 @@
 #include "console/studbook_file/studbook_rows.h"
 
-#include <algorithm>
-
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
@@ -23,14 +21,10 @@ std::string expression(const std::string& table, const std::string& field) {
 
 class StudbookRows : public RowSource {
  public:
-  StudbookRows(std::shared_ptr<StudbookFile> file, const std::string& table,
-               const std::vector<std::string>& only)
+  StudbookRows(std::shared_ptr<StudbookFile> file, const std::string& table)
       : file_(std::move(file)), rows_(nullptr, &sqlite3_finalize) {
     std::string query = "SELECT \"row\"";
     for (const stored_column& column : readColumns(table)) {
-      if (!only.empty() && std::find(only.begin(), only.end(), column.field) == only.end()) {
-        continue;
-      }
       query += ", " + expression(table, column.field);
       titles_.push_back(column.title);
       fields_.push_back(column.field);
@@ -69,12 +63,12 @@ class StudbookRows : public RowSource {
     if (result != SQLITE_OK) fail();
   }
 
-  /// The bytes where SQLite has them; as text it would copy those without a final NUL.
+  /// The bytes where SQLite has them; as text it would copy those without a final NUL. The value
+  /// may be asked itself, since the connection belongs to one thread.
   std::string_view read(std::size_t cell) {
-    const int column = static_cast<int>(cell) + 1;
-    const void* bytes = sqlite3_column_blob(rows_.get(), column);
-    const int size = sqlite3_column_bytes(rows_.get(), column);
-    return {static_cast<const char*>(bytes), static_cast<std::size_t>(size)};
+    sqlite3_value* value = sqlite3_column_value(rows_.get(), static_cast<int>(cell) + 1);
+    const void* bytes = sqlite3_value_blob(value);
+    return {static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_value_bytes(value))};
   }
 
   sqlite3* handle() { return file_->database().getHandle(); }
@@ -87,17 +81,14 @@ class StudbookRows : public RowSource {
 table_source source(const std::shared_ptr<StudbookFile>& file, const std::string& table) {
   if (!file->hasTable(table)) return {};
   return {file->path() + " (" + table + ")", [=] { return openRows(file, table); },
-          [=] {
-            return openRows(file, table, {"id", "sire", "dam"});
-          }};
+          [=] { return file->countRows(table); }};
 }
 
 }  // namespace
 
 std::unique_ptr<RowSource> openRows(const std::shared_ptr<StudbookFile>& file,
-                                    const std::string& table,
-                                    const std::vector<std::string>& only) {
-  return std::make_unique<StudbookRows>(file, table, only);
+                                    const std::string& table) {
+  return std::make_unique<StudbookRows>(file, table);
 }
 
 studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file) {

@@ -10,10 +10,8 @@ namespace spx::console {
 
 /// Opens a table of a studbook file: its rows in the order of their numbers, with the titles and
 /// the cells that the source had. Throws TableError.
-/// @param only  the fields to read, where not all are needed
 std::unique_ptr<RowSource> openRows(const std::shared_ptr<StudbookFile>& file,
-                                    const std::string& table,
-                                    const std::vector<std::string>& only = {});
+                                    const std::string& table);
 
 /// The tables of a studbook file; they keep it open.
 studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file);

@@ -191,65 +191,10 @@ class AnimalsReader {
   std::vector<TypeGuess> guesses_;
 };
 
-/// Counts distinct texts by their 64-bit hashes: a collision costs one record of reserved room.
-class RecordCounter {
- public:
-  void add(std::string_view id, std::string_view sire, std::string_view dam) {
-    ids_.push_back(hash(id));
-    addParent(sire, dam);
-    addParent(dam, sire);
-  }
-
-  std::size_t count() {
-    sortUnique(missing_);
-    const std::size_t rows = ids_.size();
-    sortUnique(ids_);
-    std::vector<std::size_t> absent;
-    std::set_difference(missing_.begin(), missing_.end(), ids_.begin(), ids_.end(),
-                        std::back_inserter(absent));
-    sortUnique(mates_);
-    return rows + absent.size() + mates_.size();
-  }
-
- private:
-  static std::size_t hash(std::string_view text) { return std::hash<std::string_view>()(text); }
-
-  void addParent(std::string_view parent, std::string_view mate) {
-    if (isUnknownId(parent)) return;
-    if (isSameWord(parent, WILD_PARENT)) {
-      if (!isUnknownId(mate)) mates_.push_back(hash(mate));
-    } else {
-      missing_.push_back(hash(parent));
-    }
-  }
-
-  static void sortUnique(std::vector<std::size_t>& hashes) {
-    std::sort(hashes.begin(), hashes.end());
-    hashes.erase(std::unique(hashes.begin(), hashes.end()), hashes.end());
-  }
-
-  std::vector<std::size_t> ids_;
-  std::vector<std::size_t> missing_;  ///< all parents at first
-  std::vector<std::size_t> mates_;
-};
-
 }  // namespace
 
 std::span<const table_field> animalFields() {
   return ANIMAL_FIELDS;
-}
-
-std::size_t countRecords(const table_source& source, std::span<const title_choice> choices) {
-  if (!source.open_ahead) return 0;
-  RecordCounter counter;
-  Faults ignored;
-  try {
-    FieldTable table(source.name, source.open_ahead(), ANIMAL_FIELDS, ID_CELL, choices, ignored);
-    while (table.next()) counter.add(table[ID_CELL], table[SIRE_CELL], table[DAM_CELL]);
-  } catch (const TableError&) {
-    return 0;  // the reading proper will tell
-  }
-  return counter.count();
 }
 
 void readAnimals(const table_source& source, std::span<const title_choice> choices,

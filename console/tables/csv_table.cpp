@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 
 #include <csv.h>
@@ -35,6 +36,29 @@ char findSeparator(std::string_view text) {
     if (!quoted && which != std::string_view::npos) ++counts[which];
   }
   return SEPARATORS[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
+}
+
+constexpr std::size_t SAMPLES = 8;
+constexpr std::size_t SAMPLE_SIZE = 64 * 1024;
+
+/// The number of lines by those of some parts of the file; 0 for a file that can be read only once.
+std::size_t estimateRows(const std::string& file) {
+  std::error_code failed;
+  const std::uintmax_t size = std::filesystem::file_size(file, failed);
+  std::ifstream in(file, std::ios::binary);
+  if (failed || !in) return 0;
+  std::vector<char> part(SAMPLE_SIZE);
+  std::uintmax_t read = 0;
+  std::uintmax_t lines = 1;
+  for (std::size_t sample = 0; sample < SAMPLES; ++sample) {
+    in.clear();
+    in.seekg(static_cast<std::streamoff>(size / SAMPLES * sample));
+    in.read(part.data(), static_cast<std::streamsize>(std::min(SAMPLE_SIZE, size / SAMPLES + 1)));
+    read += static_cast<std::uintmax_t>(in.gcount());
+    lines += static_cast<std::uintmax_t>(std::count(part.data(), part.data() + in.gcount(), '\n'));
+  }
+  const double share = read == 0 ? 0 : static_cast<double>(size) / static_cast<double>(read);
+  return static_cast<std::size_t>(static_cast<double>(lines) * share);
 }
 
 }  // namespace
@@ -110,22 +134,79 @@ class CsvTable::Parser {
     if (chunk.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
       chunk.remove_prefix(BYTE_ORDER_MARK.size());
     }
-    csv_set_delim(&csv_, static_cast<unsigned char>(findSeparator(chunk)));
+    separator_ = findSeparator(chunk);
+    csv_set_delim(&csv_, static_cast<unsigned char>(separator_));
   }
 
   void parse(std::string_view chunk) {
-    // By default libcsv lengthens its cell by 128 bytes at a time: a huge cell would be copied
-    // over and over.
-    csv_set_blk_size(&csv_, std::max(FIRST_BLOCK, csv_get_buffer_size(&csv_)));
     const std::string_view text = chunk.substr(0, chunk.find('\0'));
-    const std::size_t done = csv_parse(&csv_, text.data(), text.size(), &onCell, &onRow, this);
-    if (out_of_memory_) throw std::bad_alloc();
-    if (done < text.size()) return failInCsv();
+    std::string_view rest = text;
+    while (!rest.empty() && !failure_) {
+      if (isBetweenRows()) readPlainLines(rest);
+      if (!rest.empty()) parseLine(rest);
+    }
+    if (failure_) return;
     if (text.size() < chunk.size()) return fail(rowLine(), "holds a NUL byte: it is no text table");
     if (csv_get_buffer_size(&csv_) > LONGEST_ROW || text_.size() > LONGEST_ROW ||
         ends_.size() - begunCell() > MOST_CELLS) {
       fail(rowLine(), "has a row that is too long (is a quote not closed?)");
     }
+  }
+
+  /// Whether libcsv holds no part of a row.
+  bool isBetweenRows() const { return csv_.pstate == 0; }
+
+  /// Cuts whole lines without quotes at their separators, which is all that most lines of large
+  /// tables need, several times as fast; stops at the first other line.
+  void readPlainLines(std::string_view& text) {
+    const std::string_view plain = text.substr(0, text.find('"'));
+    std::size_t start = 0;
+    for (std::size_t end = plain.find('\n'); end != std::string_view::npos;
+         end = plain.find('\n', start)) {
+      std::string_view line = plain.substr(start, end - start);
+      const bool is_crlf = line.ends_with('\r');
+      if (is_crlf) line.remove_suffix(1);
+      if (line.find('\r') != std::string_view::npos) break;  // a line end, too
+      addPlainCells(line);
+      if (is_crlf) endLine('\r');
+      endLine('\n');
+      start = end + 1;
+    }
+    text.remove_prefix(start);
+  }
+
+  bool isBlank(char letter) const {
+    return (letter == ' ' || letter == '\t') && letter != separator_;
+  }
+
+  std::string_view trimmed(std::string_view cell) const {
+    while (!cell.empty() && isBlank(cell.front())) cell.remove_prefix(1);
+    while (!cell.empty() && isBlank(cell.back())) cell.remove_suffix(1);
+    return cell;
+  }
+
+  void addPlainCells(std::string_view line) {
+    if (trimmed(line).empty()) return;
+    row_line_ = line_;
+    after_return_ = false;
+    for (std::size_t start = 0, end = 0; end != std::string_view::npos; start = end + 1) {
+      end = line.find(separator_, start);
+      text_ += trimmed(line.substr(start, end == std::string_view::npos ? end : end - start));
+      ends_.push_back(text_.size());
+    }
+  }
+
+  /// One line, or what the chunk holds of it, through libcsv.
+  void parseLine(std::string_view& text) {
+    const std::size_t end = text.find('\n');
+    const std::string_view line = end == std::string_view::npos ? text : text.substr(0, end + 1);
+    // By default libcsv lengthens its cell by 128 bytes at a time: a huge cell would be copied
+    // over and over.
+    csv_set_blk_size(&csv_, std::max(FIRST_BLOCK, csv_get_buffer_size(&csv_)));
+    const std::size_t done = csv_parse(&csv_, line.data(), line.size(), &onCell, &onRow, this);
+    if (out_of_memory_) throw std::bad_alloc();
+    if (done < line.size()) failInCsv();
+    text.remove_prefix(line.size());
   }
 
   void finish() {
@@ -182,6 +263,7 @@ class CsvTable::Parser {
 
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
   csv_parser csv_{};
+  char separator_ = ',';
   std::vector<char> buffer_;
   std::string text_;
   std::vector<std::size_t> ends_;
@@ -228,7 +310,7 @@ std::size_t CsvTable::line() const {
 table_source csvSource(const std::string& file) {
   if (file.empty()) return {};
   const table_source::opener open = [file] { return std::make_unique<CsvTable>(file); };
-  return {file, open, std::filesystem::is_regular_file(file) ? open : nullptr};
+  return {file, open, [file] { return estimateRows(file); }};
 }
 
 }  // namespace spx::console

@@ -68,10 +68,9 @@ class RowSource {
 struct table_source {
   using opener = std::function<std::unique_ptr<RowSource>()>;
 
-  std::string name;   ///< as messages show it
-  opener open;        ///< throws TableError; null for a table that is not given
-  opener open_ahead;  ///< opens at least the IDs and parents once more, for a pass ahead of the
-                      ///< reading; null for a table that can be read only once, such as a pipe
+  std::string name;  ///< as messages show it
+  opener open;       ///< throws TableError; null for a table that is not given
+  std::function<std::size_t()> estimate_rows;  ///< roughly how many rows there are; 0 for unknown
 };
 
 }  // namespace spx::console
