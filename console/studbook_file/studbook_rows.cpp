@@ -22,8 +22,8 @@ std::string expression(const std::string& table, const std::string& field) {
 class StudbookRows : public RowSource {
  public:
   StudbookRows(std::shared_ptr<StudbookFile> file, const std::string& table)
-      : file_(std::move(file)), rows_(nullptr, &sqlite3_finalize) {
-    std::string query = "SELECT \"row\"";
+      : file_(std::move(file)), rows_(nullptr, &sqlite3_finalize), has_animal_(table == "events") {
+    std::string query = has_animal_ ? "SELECT \"row\", animal" : "SELECT \"row\"";
     for (const stored_column& column : readColumns(table)) {
       query += ", " + expression(table, column.field);
       titles_.push_back(column.title);
@@ -47,6 +47,10 @@ class StudbookRows : public RowSource {
     return static_cast<std::size_t>(sqlite3_column_int64(rows_.get(), 0));
   }
 
+  std::size_t animalRow() const override {
+    return has_animal_ ? static_cast<std::size_t>(sqlite3_column_int64(rows_.get(), 1)) : 0;
+  }
+
  private:
   std::vector<stored_column> readColumns(const std::string& table) {
     try {
@@ -66,7 +70,8 @@ class StudbookRows : public RowSource {
   /// The bytes where SQLite has them; as text it would copy those without a final NUL. The value
   /// may be asked itself, since the connection belongs to one thread.
   std::string_view read(std::size_t cell) {
-    sqlite3_value* value = sqlite3_column_value(rows_.get(), static_cast<int>(cell) + 1);
+    sqlite3_value* value =
+        sqlite3_column_value(rows_.get(), static_cast<int>(cell) + (has_animal_ ? 2 : 1));
     const void* bytes = sqlite3_value_blob(value);
     return {static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_value_bytes(value))};
   }
@@ -75,7 +80,8 @@ class StudbookRows : public RowSource {
   [[noreturn]] void fail() { throw TableError(0, sqlite3_errmsg(handle())); }
 
   std::shared_ptr<StudbookFile> file_;
-  statement rows_;  // before the file is closed
+  statement rows_;   // before the file is closed
+  bool has_animal_;  ///< the second column is the row of the animal
 };
 
 table_source source(const std::shared_ptr<StudbookFile>& file, const std::string& table) {

@@ -2,6 +2,7 @@
 
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "spx/core/animal_data.h"
 
@@ -30,10 +31,9 @@ class EventsReader {
  public:
   EventsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
       : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations) {
-    animals_.reserve(Animals.records.size());
+    // Only animals of the tables have a location; the pseudo parents take no events.
     for (master_data& animal : Animals.records) {
-      // Only animals of the tables have a location; the pseudo parents take no events.
-      if (animal.birth.location != 0) animals_.try_emplace(animal.stud_id, &animal);
+      if (animal.birth.location != 0) rows_.push_back(&animal);
     }
   }
 
@@ -45,17 +45,29 @@ class EventsReader {
   void readRow() {
     move_data event;
     initializeMove(event);
-    event.event = table_.read(KIND, parseMoveType, "kind of event");
+    event.event = table_.read(KIND, parseMoveType, KIND_OF_EVENT);
     readEventCells(table_, DATED_FIELDS, locations_, event);
     if (isUnknown(table_[DATE])) table_.addFault(DATE, "the date is missing");
     if (isSameWord(table_[KIND], "birth") || isSameWord(table_[KIND], "death")) {
       table_.addFault(KIND, quotedText(table_[KIND]) + " belongs in the table of animals");
     }
-    const auto animal = animals_.find(table_[ANIMAL]);
-    if (animal == animals_.end()) {
+    master_data* animal = findAnimal(table_[ANIMAL]);
+    if (animal == nullptr) {
       return table_.addFault(ANIMAL, "the animal is not in the table of animals");
     }
-    append(*animal->second, event);
+    append(*animal, event);
+  }
+
+  /// By its row, where that is known; nothing is indexed then.
+  master_data* findAnimal(std::string_view id) {
+    const std::size_t row = table_.animalRow();
+    if (row != 0 && row <= rows_.size() && rows_[row - 1]->stud_id == id) return rows_[row - 1];
+    if (animals_.empty()) {
+      animals_.reserve(rows_.size());
+      for (master_data* animal : rows_) animals_.try_emplace(animal->stud_id, animal);
+    }
+    const auto found = animals_.find(id);
+    return found == animals_.end() ? nullptr : found->second;
   }
 
   static void append(master_data& animal, move_data& event) {
@@ -72,6 +84,7 @@ class EventsReader {
   FieldTable table_;
   LocationRegistry& locations_;
   // The records do not move while events are read, so the texts may be theirs.
+  std::vector<master_data*> rows_;
   std::unordered_map<std::string_view, master_data*> animals_;
 };
 

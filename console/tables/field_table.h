@@ -36,6 +36,9 @@ class FieldTable {
   /// The cell of a field; empty when the table has no such column. Valid until next().
   std::string_view operator[](std::size_t field) const;
 
+  /// See RowSource.
+  std::size_t animalRow() const { return rows_->animalRow(); }
+
   /// A cell by its column.
   std::string_view cell(std::size_t column) const { return (*rows_)[column]; }
   const std::string& title(std::size_t column) const { return rows_->titles()[column]; }
@@ -52,12 +55,16 @@ class FieldTable {
 
   void addFault(std::size_t field, const std::string& reason);
 
+  /// What messages call a row, with its name; at first an animal.
+  void callRows(const char* kind) { row_kind_ = kind; }
+
  private:
   std::string name_;
   std::unique_ptr<RowSource> rows_;
   ColumnTitles columns_;
   std::size_t id_field_;
   Faults& faults_;
+  const char* row_kind_ = "animal";
 };
 
 }  // namespace spx::console

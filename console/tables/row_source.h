@@ -50,6 +50,10 @@ class RowSource {
   /// Where the row stands, from 1: the line in which it begins, or its row number.
   virtual std::size_t line() const = 0;
 
+  /// Of an event: the number of its animal among the rows of the animals table, from 1, where that
+  /// was found out when the event was stored; else 0.
+  virtual std::size_t animalRow() const { return 0; }
+
   // The cells of the row, valid until next().
 
   std::size_t cells() const { return cells_.size(); }
