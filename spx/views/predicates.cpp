@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <regex>
+#include <string_view>
 
 #include "spx/core/animal_data.h"
 #include "spx/core/pseudo_ids.h"
@@ -38,19 +39,22 @@ const std::regex pseudoFounder = compiled(pseudo_founder);
 // The standard expressions recurse once per character.
 constexpr std::size_t LONGEST_FOR_EXPRESSION = 256;
 
+// What most parents without a record are called; no expression has to be asked.
+bool isPseudoParent(std::string_view id) {
+  return id == UNKNOWN_SIRE || id == UNKNOWN_DAM || id == WILD_PARENT || id == UNKNOWN_PARENT ||
+         id == GROUP_PARENT;
+}
+
 bool matches(const std::string& id, const std::regex& expression, IDENTIFIER_KIND kind) {
   // Most studbooks number their animals: the first letter settles nearly every question.
   if (!canBeginIdentifier(id, kind)) {
     return false;
   }
+  if (kind == IDENTIFIER_KIND::PSEUDO_ANIMAL && isPseudoParent(id)) {
+    return true;
+  }
   return id.size() <= LONGEST_FOR_EXPRESSION ? std::regex_match(id, expression)
                                              : matchesIdentifier(id, kind);
-}
-
-// What most parents without a record are called; no expression has to be asked.
-bool isPseudoParent(const std::string& id) {
-  return id == UNKNOWN_SIRE || id == UNKNOWN_DAM || id == WILD_PARENT || id == UNKNOWN_PARENT ||
-         id == GROUP_PARENT;
 }
 
 std::uint32_t daysBetween(qs_lib::day_number from, qs_lib::day_number to) {
@@ -78,7 +82,7 @@ std::string userValue(const master_data& animal, int field) {
 }  // namespace
 
 bool isPseudoIndividual(const std::string& id) {
-  return isPseudoParent(id) || matches(id, pseudoAnimal, IDENTIFIER_KIND::PSEUDO_ANIMAL);
+  return matches(id, pseudoAnimal, IDENTIFIER_KIND::PSEUDO_ANIMAL);
 }
 
 bool isMultiParent(const std::string& id) {
