@@ -63,6 +63,12 @@ constexpr table_field ANIMAL_FIELDS[] = {
     {"g_average"},
 };
 
+// What a refused text should have been.
+constexpr char SEX_WORDS[] =
+    "sex (male, female, hermaphrodite, abnormal, unknown; m, f, h, u; 1, 2, 0)";
+constexpr char REARING_WORDS[] =
+    "kind of rearing (parent, hand, foster, colony, supplemental, peer, none, unknown)";
+
 constexpr event_fields BIRTH_FIELDS = {BIRTH_DATE, BIRTH_ACCURACY, BIRTH_RANGE, BIRTH_LOCATION};
 constexpr event_fields DEATH_FIELDS = {DEATH_DATE, DEATH_ACCURACY, DEATH_RANGE, DEATH_LOCATION};
 
@@ -128,9 +134,10 @@ class AnimalsReader {
     animal.stud_id = id;
     animal.sire_id = parentId(table_[SIRE_CELL], UNKNOWN_SIRE);
     animal.dam_id = parentId(table_[DAM_CELL], UNKNOWN_DAM);
-    animal.sex = table_.read(SEX_CELL, parseSex, "sex");
-    animal.birth_type = table_.read(ORIGIN_CELL, parseOrigin, "origin");
-    animal.rearing = table_.read(REARING_CELL, parseRearing, "kind of rearing");
+    animal.sex = table_.read(SEX_CELL, parseSex, SEX_WORDS);
+    animal.birth_type =
+        table_.read(ORIGIN_CELL, parseOrigin, "origin (wild-born, captive-born, unknown)");
+    animal.rearing = table_.read(REARING_CELL, parseRearing, REARING_WORDS);
     const std::string_view taxon = table_[TAXON_CELL];
     if (!isUnknown(taxon)) animal.taxon = Subspecies.add(std::string(taxon));
   }
@@ -151,7 +158,7 @@ class AnimalsReader {
     if (!ended) initializeMove(animal.death);
     animal.death.event = ended ? MOVE_TYPE::DEATH : MOVE_TYPE::NO_EVENT;
     if (isMissing(table_[DEATH_EVENT])) return;
-    const MOVE_TYPE event = table_.read(DEATH_EVENT, parseMoveType, "kind of event");
+    const MOVE_TYPE event = table_.read(DEATH_EVENT, parseMoveType, KIND_OF_EVENT);
     if (event != MOVE_TYPE::NO_EVENT && !ended) {
       table_.addFault(DEATH_EVENT, quotedText(table_[DEATH_EVENT]) + " needs a date");
     }

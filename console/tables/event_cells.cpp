@@ -8,7 +8,9 @@ namespace {
 DATE_ACCURACY accuracyOf(FieldTable& table, const event_fields& fields, const move_data& event,
                          DATE_ACCURACY by_form) {
   if (!isMissing(table[fields.accuracy])) {
-    return table.read(fields.accuracy, parseAccuracy, "accuracy of a date");
+    return table.read(
+        fields.accuracy, parseAccuracy,
+        "accuracy of a date (accurate, by day, by week, by month, by year, date range, unknown)");
   }
   return event.date != 0 && event.range != 0 ? DATE_ACCURACY::DATE_RANGE : by_form;
 }

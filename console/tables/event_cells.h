@@ -9,6 +9,11 @@
 
 namespace spx::console {
 
+/// What the text of an event should have been when it is refused.
+inline constexpr char KIND_OF_EVENT[] =
+    "kind of event (from wild, arrival, released, lost-to-follow-up, death, surplus; population, "
+    "social or management, each with in or out)";
+
 /// The fields that tell when and where an event was.
 struct event_fields {
   std::size_t date;

@@ -19,7 +19,8 @@ std::string faultText(const fault& found) {
   if (found.line != 0) text += ":" + std::to_string(found.line);
   text += ": ";
   if (!found.title.empty()) text += "column " + quotedText(found.title) + ", ";
-  if (!found.animal.empty()) text += "animal " + quotedText(found.animal) + ", ";
+  if (!found.animal.empty())
+    text += std::string(found.row_kind) + " " + quotedText(found.animal) + ", ";
   if (text.compare(text.size() - 2, 2, ", ") == 0) text.replace(text.size() - 2, 2, ": ");
   return text + found.reason + "\n";
 }

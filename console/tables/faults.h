@@ -12,8 +12,9 @@ struct fault {
   std::string file;
   std::size_t line = 0;
   std::string title;   ///< of the column
-  std::string animal;  ///< the studbook ID in the row
+  std::string animal;  ///< the studbook ID in the row, or what else names it
   std::string reason;
+  const char* row_kind = "animal";  ///< what the rows of the table are
 };
 
 /// Collects what is wrong with the tables, so that all of it is told at once.

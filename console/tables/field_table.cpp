@@ -29,9 +29,12 @@ FieldTable::FieldTable(std::string name, std::unique_ptr<RowSource> rows,
 bool FieldTable::next() {
   while (rows_->next()) {
     if (rows_->cells() == rows_->titles().size()) return true;
-    faults_.add({name_, rows_->line(), "", "",
+    const std::size_t id = columns_.column(id_field_);
+    const bool has_id = id != ColumnTitles::NONE && id < rows_->cells();
+    faults_.add({name_, rows_->line(), "", has_id ? std::string((*rows_)[id]) : "",
                  "the row has " + std::to_string(rows_->cells()) + " cells, the header line has " +
-                     std::to_string(rows_->titles().size())});
+                     std::to_string(rows_->titles().size()),
+                 row_kind_});
   }
   return false;
 }
@@ -44,7 +47,7 @@ std::string_view FieldTable::operator[](std::size_t field) const {
 void FieldTable::addFault(std::size_t field, const std::string& reason) {
   const std::size_t column = columns_.column(field);
   faults_.add({name_, rows_->line(), column == ColumnTitles::NONE ? "" : title(column),
-               std::string((*this)[id_field_]), reason});
+               std::string((*this)[id_field_]), reason, row_kind_});
 }
 
 }  // namespace spx::console

@@ -33,7 +33,9 @@ struct location {
 class LocationsReader {
  public:
   LocationsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
-      : table_(source, LOCATION_FIELDS, DEME, {}, faults), locations_(locations) {}
+      : table_(source, LOCATION_FIELDS, DEME, {}, faults), locations_(locations) {
+    table_.callRows("location");
+  }
 
   /// All rows first: a level exists only when its name is known, and deep demes may come first.
   void read() {
@@ -102,6 +104,7 @@ void readLocations(const table_source& source, LocationRegistry& locations, Faul
 
 void readPrograms(const table_source& source, Faults& faults) {
   FieldTable table(source, PROGRAM_FIELDS, 0, {}, faults);
+  table.callRows("programme");
   while (table.next()) {
     if (table[0].empty()) {
       table.addFault(0, "the name is missing");

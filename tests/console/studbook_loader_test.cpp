@@ -9,6 +9,7 @@
 #include "spx/views/meta_population.h"
 
 #include "console/failure.h"
+#include "console/tables/event_cells.h"
 #include "tests/console/console_fixture.h"
 
 namespace spx::console {
@@ -93,8 +94,9 @@ TEST_F(LoaderTest, MovesFollowTheTableAndEndsFollowTheMoves) {
                  "1,1999,social in,,by month,\n"
                  "2,1998-01-01,release d,1.1,,\n",
                  "level,id,name\npen,2.1,Far\npen,1.1,Near\nzoo,1,Home\nzoo,2,Away\n"),
-            at("e.csv") +
-                ":4: column \"event\", animal \"2\": \"release d\" is no kind of event\n"
+            at("e.csv") + ":4: column \"event\", animal \"2\": \"release d\" is no " +
+                KIND_OF_EVENT +
+                "\n"
                 "1 fault; nothing was loaded");
   EXPECT_TRUE(Animals.records.empty());
   EXPECT_TRUE(MetaPop.levels().empty());
@@ -160,11 +162,14 @@ struct fault_case {
 
 TEST_F(LoaderTest, FaultsNameThePlace) {
   const fault_case cases[] = {
-      {"id,sex\n1,m\n2,x\n", "", "", "a.csv:3: column \"sex\", animal \"2\": \"x\" is no sex"},
+      {"id,sex\n1,m\n2,x\n", "", "",
+       "a.csv:3: column \"sex\", animal \"2\": \"x\" is no sex (male, female, hermaphrodite, "
+       "abnormal, "
+       "unknown; m, f, h, u; 1, 2, 0)"},
       {"id,sex\n,m\n", "", "", "a.csv:2: column \"id\": the ID is missing"},
       {"id,sex\n0,m\n", "", "",
        "a.csv:2: column \"id\", animal \"0\": \"0\" means an unknown parent and cannot be an ID"},
-      {"id,sex\n1\n", "", "", "a.csv:2: the row has 1 cells, the header line has 2"},
+      {"id,sex\n1\n", "", "", "a.csv:2: animal \"1\": the row has 1 cells, the header line has 2"},
       {"name\nx\n", "", "", "a.csv:1: there is no column \"id\""},
       {"id,YOB\n\"1\n\",1\n2,1976-31\n", "", "",
        "a.csv:2: column \"YOB\", animal \"1?\": \"1\" is no date (YYYY-MM-DD, YYYY-MM or YYYY)"},
@@ -185,12 +190,12 @@ TEST_F(LoaderTest, FaultsNameThePlace) {
        "a.csv:2: column \"location\", animal \"1\": \"x\" is the name of several locations: give "
        "the identifier"},
       {"id\n1\n", "", "level,id,name,lat\nzoo,1,x,91\n",
-       "l.csv:2: column \"lat\", animal \"1\": \"91\" lies beyond 90 degrees"},
+       "l.csv:2: column \"lat\", location \"1\": \"91\" lies beyond 90 degrees"},
       {"id\n1\n", "", "level,id,name\nzoo,1,x\npen,2,y\n",
-       "l.csv:3: column \"level\", animal \"2\": identifiers of this depth belong to the level "
+       "l.csv:3: column \"level\", location \"2\": identifiers of this depth belong to the level "
        "\"zoo\", not \"pen\""},
       {"id\n1\n", "", "id,name\n1,x\n001,y\n",
-       "l.csv:3: column \"id\", animal \"001\": the location is listed twice"},
+       "l.csv:3: column \"id\", location \"001\": the location is listed twice"},
       {"id\n1\n", "id,date,event\n2,2000,arrival\n", "",
        "e.csv:2: column \"id\", animal \"2\": the animal is not in the table of animals"},
       {"id\n1\n", "id,date,event\n1,,arrival\n", "",
