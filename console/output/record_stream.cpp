@@ -1,6 +1,8 @@
 #include "console/output/record_stream.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -107,11 +109,23 @@ void addCell(std::string& line, std::string_view text) {
   line += ',';
 }
 
+/// The shortest text that is read as the same number.
+template <typename Number>
+void addNumber(std::string& line, Number number) {
+  char text[32];
+  line.append(text, std::to_chars(text, std::end(text), number).ptr);
+  line += ',';
+}
+
 void addCells(std::string& line, const fact_record& value) {
   if (value.is_structured()) {
     for (const fact_record& part : value) addCells(line, part);
   } else if (value.is_string()) {
     addCell(line, value.get_ref<const std::string&>());
+  } else if (value.is_number_float()) {
+    addNumber(line, value.get<double>());
+  } else if (value.is_number_unsigned()) {
+    addNumber(line, value.get<std::uint64_t>());
   } else {
     addCell(line, value.is_null() ? "" : value.dump());
   }
