@@ -91,6 +91,13 @@ std::string Session::importTarget() {
   return projectEntry("STUDBOOK_PATH") + "/" + options_.project + ".studbook";
 }
 
+std::string Session::studbook() {
+  openProjectIfNamed();
+  const std::string file = chosenFiles().animals;
+  if (file.empty()) failWithoutStudbook();
+  return file;
+}
+
 std::string Session::writableStudbook() {
   openProjectIfNamed();
   const std::string file = chosenFiles().animals;

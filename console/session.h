@@ -36,6 +36,10 @@ class Session {
   /// Opens the project. Throws UsageError when there is neither.
   std::string importTarget();
 
+  /// The studbook that loadStudbook loads, as the command line or the project names it.
+  /// Opens the project. Throws UsageError when there is none.
+  std::string studbook();
+
   /// The studbook file to write to, which has to exist: likewise. Throws UsageError when there is
   /// none, and Failure when it is something else, such as a table.
   std::string writableStudbook();

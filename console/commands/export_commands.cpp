@@ -16,6 +16,7 @@
 #include "console/filter_table.h"
 #include "console/output_file.h"
 #include "console/r_loader.h"
+#include "console/studbook_file/write_tables.h"
 #include "console/views/view_options.h"
 
 namespace spx::console {
@@ -99,21 +100,36 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(true, paths);
 }
 
+/// The tables that a studbook file was imported from, with the changes that were made since.
+ExitCode exportTables(Session& session, const export_options& options) {
+  const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
+  const std::string studbook = session.studbook();
+  std::vector<std::string> paths;
+  for (const std::string& file : tableFiles(studbook)) {
+    paths.push_back(directory + "/" + file);
+    checkTarget(options.output, paths.back());
+  }
+  writeTables(studbook, directory);
+  return report(true, paths);
+}
+
 using export_function = ExitCode (*)(Session&, const export_options&);
 
+enum class DESCRIBES { NO_VIEW, VIEW, VIEW_BLOCK };
+
 command exportCommand(const char* name, const char* help, export_function run,
-                      bool has_block = false) {
+                      DESCRIBES describes = DESCRIBES::VIEW) {
   const auto options = std::make_shared<export_options>();
   return {name, help, [options, run](Session& session) { return run(session, *options); },
-          [options, has_block](CLI::App& app) {
+          [options, describes](CLI::App& app) {
             addOutputOptions(app, options->output);
-            if (has_block) {
+            if (describes == DESCRIBES::VIEW_BLOCK) {
               app.add_flag("--by-monitor-date", options->monitor,
                            "Describe the monitor date instead of the period");
               app.add_flag("--analysis-settings", options->settings,
                            "Describe the settings of the analyses");
             }
-            addViewOptions(app, options->view);
+            if (describes != DESCRIBES::NO_VIEW) addViewOptions(app, options->view);
           }};
 }
 
@@ -130,13 +146,15 @@ void addExportCommands(std::vector<command>& commands) {
   group.add(
       exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
   group.add(exportCommand("view", "view.R: the view as comments for the head of an R script",
-                          exportView, true));
+                          exportView, DESCRIBES::VIEW_BLOCK));
   group.add(exportCommand("r-loader", "load_studbook.R: reads the exported tables in R",
-                          exportLoader, true));
+                          exportLoader, DESCRIBES::VIEW_BLOCK));
   group.add(exportCommand("filters",
                           "filter_test.csv: the answer of every predicate for every "
                           "animal",
                           exportFilters));
+  group.add(exportCommand("tables", "animals.csv and the other tables of a studbook file",
+                          exportTables, DESCRIBES::NO_VIEW));
   commands.push_back(group.asCommand());
 }
 
