@@ -5,6 +5,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
+#include "console/studbook_file/studbook_file.h"
 #include "console/studbook_file/studbook_schema.h"
 #include "console/tables/column_titles.h"
 
@@ -13,10 +14,12 @@ namespace {
 
 class CopyingRows : public RowSource {
  public:
-  CopyingRows(std::unique_ptr<RowSource> rows, SQLite::Database& database, std::string table)
+  CopyingRows(std::unique_ptr<RowSource> rows, SQLite::Database& database, std::string table,
+              std::string path)
       : rows_(std::move(rows)),
         database_(database),
         table_(std::move(table)),
+        path_(std::move(path)),
         insert_(nullptr, &sqlite3_finalize) {
     titles_ = rows_->titles();
     fields_ = rows_->fields();
@@ -33,7 +36,7 @@ class CopyingRows : public RowSource {
         names[column] = addColumn(database_, table_, titles_[column], names[column]);
       }
     } catch (const SQLite::Exception& error) {
-      throw TableError(0, error.what());
+      failFor(path_, error);
     }
     if (table_ == "events") createAnimalIndex(database_);
     prepare(names);
@@ -83,19 +86,20 @@ class CopyingRows : public RowSource {
     sqlite3_reset(insert_.get());
   }
 
-  [[noreturn]] void fail() { throw TableError(0, sqlite3_errmsg(database_.getHandle())); }
+  [[noreturn]] void fail() { failFor(path_, SQLite::Exception(database_.getHandle())); }
 
   std::unique_ptr<RowSource> rows_;
   SQLite::Database& database_;
   std::string table_;
+  std::string path_;
   std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> insert_;
 };
 
 }  // namespace
 
 std::unique_ptr<RowSource> copyRows(std::unique_ptr<RowSource> rows, SQLite::Database& database,
-                                    const std::string& table) {
-  return std::make_unique<CopyingRows>(std::move(rows), database, table);
+                                    const std::string& table, const std::string& path) {
+  return std::make_unique<CopyingRows>(std::move(rows), database, table, path);
 }
 
 }  // namespace spx::console

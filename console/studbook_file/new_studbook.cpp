@@ -28,9 +28,10 @@ void keepAs(const std::string& path, const std::string& kept) {
 }
 
 /// The source with its rows stored as they are read.
-table_source copied(const table_source& source, SQLite::Database& database, const char* table) {
+table_source copied(const table_source& source, SQLite::Database& database, const char* table,
+                    const std::string& path) {
   if (!source.open) return {};
-  return {source.name, [=, &database] { return copyRows(source.open(), database, table); },
+  return {source.name, [=, &database] { return copyRows(source.open(), database, table, path); },
           source.estimate_rows};
 }
 
@@ -70,10 +71,10 @@ void NewStudbook::create() {
 
 studbook_tables NewStudbook::copying(const studbook_tables& tables) {
   studbook_tables copies = tables;
-  copies.animals = copied(tables.animals, *database_, "animals");
-  copies.events = copied(tables.events, *database_, "events");
-  copies.locations = copied(tables.locations, *database_, "locations");
-  copies.programs = copied(tables.programs, *database_, "programs");
+  copies.animals = copied(tables.animals, *database_, "animals", path_);
+  copies.events = copied(tables.events, *database_, "events", path_);
+  copies.locations = copied(tables.locations, *database_, "locations", path_);
+  copies.programs = copied(tables.programs, *database_, "programs", path_);
   return copies;
 }
 

@@ -28,8 +28,8 @@ class NewStudbook {
   NewStudbook(const NewStudbook&) = delete;
   NewStudbook& operator=(const NewStudbook&) = delete;
 
-  /// The same tables, of which every row is stored when it is read. What cannot be stored makes the
-  /// reading fail with TableError. The object must outlive them.
+  /// The same tables, of which every row is stored when it is read; reading them throws Failure
+  /// when that cannot be done. The object must outlive them.
   studbook_tables copying(const studbook_tables& tables);
 
   /// Completes the file, brings it to the disk and puts it in its place. A former studbook file is
