@@ -42,10 +42,6 @@ std::string inbreedingText(const master_data& animal) {
   return std::isnan(animal.fcoef) ? "     " : qs_lib::realToString(animal.fcoef, 4);
 }
 
-bool isNotWorse(DATE_ACCURACY accuracy, DATE_ACCURACY worst) {
-  return static_cast<std::int32_t>(accuracy) <= static_cast<std::int32_t>(worst);
-}
-
 bool hasViewKind(const master_data& animal) {
   return !isPseudoIndividual(animal.stud_id) &&
          (View.origin == BIRTH_TYPE::ALL || View.origin == animal.birth_type) &&

@@ -36,7 +36,7 @@ bool enter(const std::string& directory) {
 std::string todayWithTime() {
   const bool use_time = qs_lib::isUseTime();
   qs_lib::setUseTime(true);
-  const std::string today = qs_lib::getTodayAsISO();
+  std::string today = qs_lib::getTodayAsISO();
   qs_lib::setUseTime(use_time);
   return today;
 }

@@ -1,7 +1,5 @@
 #include "spx/reports/export_dattrf.h"
 
-#include <ios>
-
 #include "spx/core/animal_data.h"
 #include "spx/support/write_file.h"
 #include "spx/views/predicates.h"
@@ -51,9 +49,7 @@ bool openFile(qs_lib::WriteFile& file, const Analysis& analysis, const std::stri
   file.setExtension(extension);
   file.setAppend(false);
   file.setStaged(true);
-  const bool opened = file.fileOpen();
-  file.stream().setf(std::ios::left, std::ios::adjustfield);
-  return opened;
+  return file.fileOpen();
 }
 
 // Both files or none, as far as two files can be: neither takes its place before both are written.

@@ -2,16 +2,12 @@
 
 #include "spx/core/animal_data.h"
 #include "spx/core/master_map.h"
-#include "spx/support/csv_report.h"
+#include "spx/reports/export_table.h"
 #include "spx/views/data_filter.h"
 #include "spx/views/predicates.h"
 
 namespace spx {
 namespace {
-
-bool isNotWorse(DATE_ACCURACY accuracy, DATE_ACCURACY worst) {
-  return static_cast<std::int32_t>(accuracy) <= static_cast<std::int32_t>(worst);
-}
 
 void writeCell(qs_lib::CsvReport& table, const std::string& text) {
   table.cell(text, true);
@@ -57,11 +53,7 @@ bool ExportField::exportToR() {
     return false;
   }
   timer_.restart();
-  table.setDirectory(reportDirectory());
-  table.setName(fileStem());
-  table.setExtension("csv");
-  table.setStaged(true);
-  if (!table.fileOpen()) {
+  if (!openExportTable(table, *this)) {
     return false;
   }
   table.separator = '\t';

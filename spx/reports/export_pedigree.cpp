@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "spx/core/animal_data.h"
-#include "spx/support/csv_report.h"
+#include "spx/reports/export_table.h"
 #include "spx/views/meta_population.h"
 #include "spx/views/predicates.h"
 
@@ -83,11 +83,7 @@ bool ExportPedigree::exportToR() {
     return false;
   }
   timer_.restart();
-  table.setDirectory(reportDirectory());
-  table.setName(fileStem());
-  table.setExtension("csv");
-  table.setStaged(true);
-  if (!table.fileOpen()) {
+  if (!openExportTable(table, *this)) {
     return false;
   }
   table.writeHeader(HEADER);

@@ -19,6 +19,19 @@ bool isPrefix(const DemeID& parent, const DemeID& member) {
   return true;
 }
 
+// Equal forms are not converted: the same text lies within itself whatever it is.
+template <class Form>
+bool isWithin(const Form& parent, const Form& member) {
+  if (parent == member) {
+    return true;
+  }
+  DemeID parent_id;
+  DemeID member_id;
+  parent_id.set(parent);
+  member_id.set(member);
+  return isPrefix(parent_id, member_id);
+}
+
 }  // namespace
 
 DemeID::DemeID() {
@@ -84,25 +97,11 @@ int DemeID::getLevel() const {
 }
 
 bool isSubMember(packed_deme parent, packed_deme member) {
-  if (parent == member) {
-    return true;
-  }
-  DemeID parent_id;
-  DemeID member_id;
-  parent_id.set(parent);
-  member_id.set(member);
-  return isPrefix(parent_id, member_id);
+  return isWithin(parent, member);
 }
 
 bool isSubMember(const std::string& parent, const std::string& member) {
-  if (parent == member) {
-    return true;
-  }
-  DemeID parent_id;
-  DemeID member_id;
-  parent_id.set(parent);
-  member_id.set(member);
-  return isPrefix(parent_id, member_id);
+  return isWithin(parent, member);
 }
 
 }  // namespace spx

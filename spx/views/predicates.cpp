@@ -159,6 +159,10 @@ bool isInGeneration(double value, double low, double high) {
   return isInFcoef(value, low, high);
 }
 
+bool isNotWorse(DATE_ACCURACY accuracy, DATE_ACCURACY worst) {
+  return static_cast<std::int32_t>(accuracy) <= static_cast<std::int32_t>(worst);
+}
+
 bool isInSex(SEX sex, const std::vector<SEX>& list) {
   return std::any_of(list.begin(), list.end(),
                      [sex](SEX listed) { return listed == sex || listed == SEX::ALL; });

@@ -82,6 +82,10 @@ SPX_EXPORT bool isInFcoef(double value, double low, double high);
 /// The rule of isInFcoef for generation numbers.
 SPX_EXPORT bool isInGeneration(double value, double low, double high);
 
+/// Whether an accuracy is at least as good as the worst one that is accepted; damaged values
+/// compare as signed numbers.
+SPX_EXPORT bool isNotWorse(DATE_ACCURACY accuracy, DATE_ACCURACY worst);
+
 /// Whether the list holds the sex or ALL; never for an empty list.
 SPX_EXPORT bool isInSex(SEX sex, const std::vector<SEX>& list);
 
