@@ -14,24 +14,30 @@ namespace {
 
 constexpr std::size_t PSEUDO_PARENTS = 5;
 
-// The orders of the index.
+// The orders of the index: the key, and where it is read.
 struct compare_birth {
   static std::uint64_t key(const master_data& animal) { return animal.birth.date; }
+  static const void* place(const master_data& animal) { return &animal.birth.date; }
 };
 struct compare_death {
   static std::uint64_t key(const master_data& animal) { return animal.death.date; }
+  static const void* place(const master_data& animal) { return &animal.death.date; }
 };
 struct compare_stud_id {
   static const std::string& key(const master_data& animal) { return animal.stud_id; }
+  static const void* place(const master_data& animal) { return &animal.stud_id; }
 };
 struct compare_id_key {
   static std::uint64_t key(const master_data& animal) { return signedOrder(animal.id_key); }
+  static const void* place(const master_data& animal) { return &animal.id_key; }
 };
 struct compare_sire {
   static const std::string& key(const master_data& animal) { return animal.sire_id; }
+  static const void* place(const master_data& animal) { return &animal.sire_id; }
 };
 struct compare_dam {
   static const std::string& key(const master_data& animal) { return animal.dam_id; }
+  static const void* place(const master_data& animal) { return &animal.dam_id; }
 };
 
 bool reportEmpty() {
@@ -111,8 +117,9 @@ bool AnimalData::createIndex(SORT_FIELD field) {
 
 template <class Order>
 void AnimalData::sortIndex() {
-  sortByKey(index,
-            [this](position record) -> decltype(auto) { return Order::key(records[record]); });
+  sortByKey(
+      index, [this](position record) -> decltype(auto) { return Order::key(records[record]); },
+      [this](position record) { __builtin_prefetch(Order::place(records[record])); });
 }
 
 bool AnimalData::sortList(SORT_FIELD field) {
@@ -168,8 +175,9 @@ bool AnimalData::createLookup() {
   for (position record = 0; record < records.size(); ++record) {
     by_id[record] = record;
   }
-  sortByKey(by_id,
-            [this](position record) -> const std::string& { return records[record].stud_id; });
+  sortByKey(
+      by_id, [this](position record) -> const std::string& { return records[record].stud_id; },
+      [this](position record) { __builtin_prefetch(&records[record].stud_id); });
   for (const position record : by_id) {
     lookup.insert_or_assign(lookup.end(), records[record].stud_id, record);
   }

@@ -183,6 +183,7 @@ class SPX_EXPORT AnimalData {
   template <class Order>
   void sortPedigreeBy();
   void orderEqualBirths();
+  void fetchParents(const RecordIndex& known, std::size_t entry) const;
 
   position search(const std::string& id, const RecordIndex* known) const;
   void appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day);

@@ -121,7 +121,8 @@ position AnimalData::resolveParent(const std::string& id, SEX sex, RecordIndex* 
   if (found != records.size()) {
     return found;
   }
-  const std::string missing = id;  // the ID may lie in a record that moves
+  // The ID may belong to a record, which moves when parents are added.
+  const std::string missing = id;  // NOLINT(performance-unnecessary-copy-initialization)
   const std::string substitute = substituteOf(missing, sex);
   position parent = search(substitute, known);
   if (parent == records.size()) {
@@ -148,6 +149,10 @@ bool AnimalData::validate() {
   qs_lib::ProgressBar bar(records.size(), "");
   for (position record = 0; record < records.size(); ++record) {
     bar.progress();
+    if (record + 16 < records.size()) {
+      known.fetchParentSlots(records[record + 16]);
+      known.fetchParentRecords(records[record + 8]);
+    }
     validateRecord(record, known);
   }
   writeInconsistencies();

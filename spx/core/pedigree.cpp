@@ -102,7 +102,9 @@ bool AnimalData::populationPedigree() {
   pedigree.reserve(records.size());
   sortList(SORT_FIELD::STUDBOOK_ID);
   RecordIndex known(records);
-  for (const position animal : index) {
+  for (std::size_t i = 0; i < index.size(); ++i) {
+    fetchParents(known, i);
+    const position animal = index[i];
     pedigree_record entry;
     entry.animal = animal;
     entry.sire = resolveParent(records[animal].sire_id, SEX::MALE, &known);
@@ -113,9 +115,30 @@ bool AnimalData::populationPedigree() {
   return true;
 }
 
+// The memory of the lookups to come, in the order in which one leads to the next.
+void AnimalData::fetchParents(const RecordIndex& known, std::size_t entry) const {
+  const auto ahead = [this, entry](std::size_t distance, auto fetch) {
+    if (entry + distance < index.size()) {
+      fetch(records[index[entry + distance]]);
+    }
+  };
+  ahead(24, [](const master_data& animal) {
+    __builtin_prefetch(&animal.sire_id);
+    __builtin_prefetch(&animal.dam_id);
+  });
+  ahead(16, [&known](const master_data& animal) { known.fetchParentSlots(animal); });
+  ahead(8, [&known](const master_data& animal) { known.fetchParentRecords(animal); });
+}
+
 template <class Order>
 void AnimalData::sortPedigreeBy() {
-  sortByKey(pedigree, [this](const pedigree_record& entry) { return Order::key(records, entry); });
+  sortByKey(
+      pedigree, [this](const pedigree_record& entry) { return Order::key(records, entry); },
+      [this](const pedigree_record& entry) {
+        __builtin_prefetch(&records[entry.animal].birth);
+        __builtin_prefetch(&records[entry.sire].stud_id);
+        __builtin_prefetch(&records[entry.dam].stud_id);
+      });
 }
 
 bool AnimalData::sortPedigree(SORT_FIELD field) {
@@ -174,12 +197,14 @@ bool AnimalData::flagBreeders() {
   if (pedigree.empty()) {
     populationPedigree();
   }
-  for (master_data& animal : records) {
-    animal.breeder = false;
-  }
+  // Parents lie all over the records; the marks of all of them fit a cache.
+  std::vector<bool> is_parent(records.size(), false);
   for (const pedigree_record& entry : pedigree) {
-    records[entry.sire].breeder = true;
-    records[entry.dam].breeder = true;
+    is_parent[entry.sire] = true;
+    is_parent[entry.dam] = true;
+  }
+  for (position record = 0; record < records.size(); ++record) {
+    records[record].breeder = is_parent[record];
   }
   breeders_stale_ = false;
   return true;
@@ -199,7 +224,8 @@ bool AnimalData::individualPedigree(const std::string& id) {
     spxError("Animal does not exist");
     return false;
   }
-  const std::string wanted = id;  // may belong to a record, which moves when parents are added
+  // The ID may belong to a record, which moves when parents are added.
+  const std::string wanted = id;  // NOLINT(performance-unnecessary-copy-initialization)
   if (pedigree.empty()) {
     populationPedigree();
   }

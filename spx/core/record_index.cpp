@@ -9,12 +9,16 @@ namespace {
 
 constexpr position EMPTY = std::numeric_limits<position>::max();
 constexpr std::size_t SMALLEST = 64;
+constexpr position FETCH_AHEAD = 16;
 
 }  // namespace
 
 RecordIndex::RecordIndex(const std::vector<master_data>& records) : records_(records) {
   slots_.assign(std::bit_ceil(records.size() * 2 + SMALLEST), {0, EMPTY});
   for (position record = 0; record < records.size(); ++record) {
+    if (record + FETCH_AHEAD < records.size()) {
+      fetchSlot(records[record + FETCH_AHEAD].stud_id);
+    }
     add(record);
   }
 }
@@ -37,6 +41,31 @@ void RecordIndex::add(position record) {
 position RecordIndex::find(std::string_view id) const {
   const slot& place = slots_[slotFor(std::hash<std::string_view>()(id), id)];
   return place.record == EMPTY ? records_.size() : place.record;
+}
+
+void RecordIndex::fetchSlot(std::string_view id) const {
+  const std::size_t hash = std::hash<std::string_view>()(id);
+  __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]);
+}
+
+void RecordIndex::fetchRecord(std::string_view id) const {
+  const std::size_t hash = std::hash<std::string_view>()(id);
+  const slot& place = slots_[hash & (slots_.size() - 1)];
+  if (place.record != EMPTY && place.hash == hash) {
+    __builtin_prefetch(&records_[place.record].stud_id);
+    __builtin_prefetch(&records_[place.record].taxon);
+    __builtin_prefetch(&records_[place.record].birth);
+  }
+}
+
+void RecordIndex::fetchParentSlots(const master_data& animal) const {
+  fetchSlot(animal.sire_id);
+  fetchSlot(animal.dam_id);
+}
+
+void RecordIndex::fetchParentRecords(const master_data& animal) const {
+  fetchRecord(animal.sire_id);
+  fetchRecord(animal.dam_id);
 }
 
 bool RecordIndex::isDuplicate(position record) const {

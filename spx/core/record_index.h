@@ -23,6 +23,14 @@ class RecordIndex {
   /// The first record with the ID; the number of records when there is none.
   position find(std::string_view id) const;
 
+  /// Has the memory fetched that find(id) will read, in two steps of which the second wants to come
+  /// some lookups after the first: a studbook of a million animals fits no cache, and a pass knows
+  /// its next lookups.
+  void fetchSlot(std::string_view id) const;
+  void fetchRecord(std::string_view id) const;
+  void fetchParentSlots(const master_data& animal) const;
+  void fetchParentRecords(const master_data& animal) const;
+
   /// Whether another record bears the same ID as the one at this position.
   bool isDuplicate(position record) const;
 

@@ -28,9 +28,13 @@ inline std::uint64_t textPrefix(const std::string& text) {
 }
 
 /// Reorders elements so that the keys ascend; elements of equal keys keep their order.
-/// @param keyOf  gives an element's key: a number, or a text by value or by reference
-template <class Element, class KeyOf>
-void sortByKey(std::vector<Element>& elements, KeyOf keyOf) {
+/// @param keyOf   gives an element's key: a number, or a text by value or by reference
+/// @param fetch  has the memory fetched that an element's key is read from; called some elements
+/// ahead, since a
+///               large studbook fits no cache and the elements point all over it
+template <class Element, class KeyOf, class Fetch>
+void sortByKey(std::vector<Element>& elements, KeyOf keyOf, Fetch fetch) {
+  constexpr std::size_t FETCH_AHEAD = 16;
   using key_result = decltype(keyOf(elements.front()));
   constexpr bool IS_NUMBER = std::is_integral_v<std::remove_reference_t<key_result>>;
   // A text that lives elsewhere is pointed to, one that was made for the sort is kept.
@@ -43,7 +47,11 @@ void sortByKey(std::vector<Element>& elements, KeyOf keyOf) {
   };
   std::vector<entry> entries;
   entries.reserve(elements.size());
-  for (const Element& element : elements) {
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    const Element& element = elements[i];
+    if (i + FETCH_AHEAD < elements.size()) {
+      fetch(elements[i + FETCH_AHEAD]);
+    }
     if constexpr (IS_NUMBER) {
       entries.push_back({keyOf(element), 0, element});
     } else if constexpr (std::is_reference_v<key_result>) {

@@ -12,7 +12,6 @@
 namespace spx {
 namespace {
 
-using qs_lib::civil_date;
 using qs_lib::day_number;
 
 constexpr double NOT_SET = std::numeric_limits<double>::quiet_NaN();

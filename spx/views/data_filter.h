@@ -136,7 +136,7 @@ class SPX_EXPORT DataFilter {
   /// Lists the views in `path` on standard output by their base names.
   /// @param filter  the extension to list, "view" usually
   /// @return false with nothing written when the directory cannot be read
-  bool listViews(std::string filter) const;
+  bool listViews(const std::string& filter) const;
 
   /// Shows all settings in one call of the console.
   void listView() const;

@@ -171,7 +171,7 @@ bool DataFilter::load(const std::string& name) {
   return true;
 }
 
-bool DataFilter::listViews(std::string filter) const {
+bool DataFilter::listViews(const std::string& filter) const {
   std::vector<std::string> names;
   if (!qs_lib::listDir(path, filter, true, names)) {
     return false;
