@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <new>
@@ -149,6 +150,8 @@ int runCommandLine(int argument_count, const char* const* arguments) {
     code = parseAndRun(argument_count, arguments);
   } catch (const UsageError& error) {
     code = fail(ExitCode::WRONG_USAGE, error.what());
+  } catch (const std::filesystem::filesystem_error& error) {
+    code = fail(ExitCode::FAILED, error.path1().string() + ": " + error.code().message());
   } catch (const std::bad_alloc&) {
     code = fail(ExitCode::FAILED, "there is not enough memory");
   } catch (const std::exception& error) {

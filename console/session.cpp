@@ -20,7 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string projectEntry(const char* key) {
-  return qs_lib::homePath(ActiveProject.get(key).value);
+  const std::string entry = ActiveProject.get(key).value;
+  if (entry.empty()) throw Failure(ActiveProject.getFileName() + ": has no " + key);
+  return qs_lib::homePath(entry);
 }
 
 void openLifeHistory(const std::string& directory) {
@@ -36,13 +38,17 @@ std::string projectsDirectory() {
   return qs_lib::homePath("~/spx/projects");
 }
 
-void openProjectFile(const std::string& name) {
+void nameProject(const std::string& name) {
   const std::string directory = projectsDirectory() + "/" + name;
   if (!qs_lib::isPlainName(name) || !fs::is_directory(directory)) {
     throw Failure("there is no project \"" + name + "\" in " + projectsDirectory());
   }
   ActiveProject.setDirectory(directory);
   ActiveProject.setName(name);
+}
+
+void openProjectFile(const std::string& name) {
+  nameProject(name);
   if (!ActiveProject.load()) {
     throw Failure(ActiveProject.getFileName() + ": is no project file, or cannot be read");
   }

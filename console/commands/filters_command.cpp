@@ -14,11 +14,12 @@ namespace {
 constexpr char TABLE[] = "filter_test.csv";
 
 struct filter_options {
-  output_options output{".", false};
+  output_options output;
   view_choice view;
 };
 
-ExitCode writeFilters(Session& session, const filter_options& options) {
+ExitCode writeFilters(Session& session, filter_options options) {
+  if (!session.hasProject() && options.output.directory.empty()) options.output.directory = ".";
   const std::string path =
       outputDirectory(session, options.output, &Session::exportDirectory) + "/" + TABLE;
   checkTarget(options.output, path);

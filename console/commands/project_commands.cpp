@@ -55,7 +55,7 @@ ExitCode create(const std::string& typed_name) {
   makeUserDirectories();
   const SameDirectory stay;
   const std::string name = qs_lib::allTrim(typed_name);
-  if (!qs_lib::isPlainName(name)) {
+  if (!qs_lib::isPlainName(name) || name.starts_with("~")) {
     throw UsageError(console::quotedText(typed_name) + " cannot be the name of a project");
   }
   if (!fs::is_directory(projectsDirectory())) {
@@ -71,7 +71,9 @@ ExitCode list() {
   std::vector<std::string> names;
   std::error_code failed;
   for (const fs::directory_entry& entry : fs::directory_iterator(projectsDirectory(), failed)) {
-    if (fs::exists(keyFile(entry.path()))) names.push_back(entry.path().filename().string());
+    std::error_code unreadable;  // another user's directory, a link to itself
+    if (fs::exists(keyFile(entry.path()), unreadable))
+      names.push_back(entry.path().filename().string());
   }
   if (failed) throw Failure(projectsDirectory() + ": cannot be read: " + failed.message());
   std::sort(names.begin(), names.end());
@@ -103,8 +105,9 @@ fs::path setAside(const fs::path& directory) {
   return target;
 }
 
+/// Also a project whose key file is missing or damaged.
 ExitCode remove(const std::string& name) {
-  openProjectFile(name);
+  nameProject(name);
   const fs::path kept = setAside(ActiveProject.getDirectory());
   ActiveProject.remove();
   std::cout.flush();

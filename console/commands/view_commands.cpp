@@ -52,6 +52,7 @@ ExitCode save(Session& session, const view_words& words) {
 }
 
 ExitCode load(Session& session, const view_words& words) {
+  if (words.name.empty()) throw UsageError("a view has a name");
   view_choice choice = words.view;
   choice.name = words.name;
   openView(session, choice);

@@ -38,9 +38,10 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook ~/tarrow.studbook event add 0200 date=1995-02-01 event=social-in "
        "location=2.1.1"},
       {"list",
-       "Lists the animals that pass the view: without any of its options every animal. For\n"
-       "scripts the columns are those of an animals table, so a listing can be read again.",
-       "spx --studbook examples/studbook list --sex male --from 1990-01-01\n"
+       "Lists the animals that pass the view: without any of its options every animal. A\n"
+       "listing obeys sex, origin, taxon, user fields, generation, inbreeding and the accuracies\n"
+       "of a view; its period is for reports and exports.",
+       "spx --studbook examples/studbook list --sex male --birth-accuracy accurate\n"
        "spx --studbook examples/studbook list --format csv"},
       {"living",
        "Lists the animals of the view that are alive and in one of its locations on the day of\n"
@@ -88,8 +89,8 @@ const std::vector<command_page>& commandPages() {
       {"life-history show", "Shows the parameters of the project, or those of a new project.",
        "spx --project tarrow life-history show"},
       {"life-history set", "Sets parameters of the project; those not named stay.",
-       "spx --project tarrow life-history set male-reproductive-lower=2 "
-       "female-reproductive-lower=2"},
+       "spx --project tarrow life-history set male-reproductive-lower=700 "
+       "female-reproductive-lower=700"},
       {"life-history save", "Writes the parameters of the project to a file of your own.",
        "spx --project tarrow life-history save ~/tarrow.biology"},
       {"life-history load", "Takes all parameters of a file that life-history save has written.",

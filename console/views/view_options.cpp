@@ -30,6 +30,7 @@ void addViewOptions(CLI::App& app, view_choice& choice) {
   constexpr char GROUP[] = "View";
   app.add_option("--view", choice.name, "A saved view of the project")
       ->type_name("NAME")
+      ->check([](const std::string& name) { return name.empty() ? "a view has a name" : ""; })
       ->group(GROUP);
   for (const view_setting& setting : viewSettings()) {
     app.add_option_function<std::vector<std::string>>(

@@ -34,6 +34,24 @@ constexpr double DataFilter::*BOUNDS[] = {&DataFilter::low_generation, &DataFilt
                                           &DataFilter::low_inbreeding, &DataFilter::high_inbreeding,
                                           &DataFilter::low_age,        &DataFilter::high_age};
 
+/// Entries whose text is what the setting takes.
+constexpr std::pair<const char*, const char*> TYPED_ENTRIES[] = {
+    {"START_DATE", "from"},
+    {"END_DATE", "until"},
+    {"MONITOR_DATE", "monitor"},
+    {"CENSUS_DAY", "census-day"},
+    {"CENSUS_MONTH", "census-month"},
+    {"FILTER_ID", "filter-id"},
+    {"USE_NEONATE", "neonates"},
+    {"USE_STILLBIRTH", "stillbirths"},
+    {"USE_EMERGE", "den-emerge"},
+    {"LEFT_TRUNCATED", "left-truncated"},
+    {"RIGHT_CENSORED", "right-censored"},
+    {"PRORATING", "prorating"},
+    {"SAME_SEX", "same-sex"},
+    {"GENERIC_PARENTS", "generic-parents"},
+};
+
 /// A directory for the library's own form of the file, removed when it goes.
 class Workshop {
  public:
@@ -171,8 +189,23 @@ void loadKnownEntries(qs_lib::Configuration file) {
   }
 }
 
+/// The library takes what it can of a damaged file; here each text has to be one that a person may
+/// type.
+void checkEntries(const qs_lib::Configuration& file) {
+  for (const auto& [key, setting] : TYPED_ENTRIES) setViewSetting(setting, text(file, key));
+  setViewSetting("origin", choiceName<BIRTH_TYPE>(file, "ORIGIN"));
+  setViewSetting("contraception", choiceName<BIRTH_CONTROL>(file, "CONTRACEPTION"));
+  setViewSetting("census-interval", choiceName<qs_lib::TIME_INTERVAL>(file, "CENSUS_INTERVAL"));
+  setViewSetting("handle-unknown", choiceName<HANDLE_UNKNOWN>(file, "HANDLE_UNKNOWN"));
+  setViewSetting("handle-parent", choiceName<HANDLE_UNKNOWN>(file, "HANDLE_PARENT"));
+  setViewSetting("birth-accuracy", choiceName<DATE_ACCURACY>(file, "BIRTH_DATE_ACCURACY"));
+  setViewSetting("death-accuracy", choiceName<DATE_ACCURACY>(file, "DEATH_DATE_ACCURACY"));
+  setViewSetting("event-accuracy", choiceName<DATE_ACCURACY>(file, "EVENT_DATE_ACCURACY"));
+}
+
 void loadEntries(const qs_lib::Configuration& file) {
   loadKnownEntries(file);
+  checkEntries(file);
   setViewSetting("sex", choiceName<SEX>(file, "SEX"));
   restoreMissingEntries(file);
   restoreTaxa(file);
@@ -206,9 +239,10 @@ void loadView(const std::string& directory, const std::string& name) {
   setStartView();
   try {
     loadEntries(file);
-  } catch (const std::logic_error&) {  // a number that is none
+  } catch (const std::logic_error&) {  // a number that is none, or that stands for nothing
     setStartView();
-    throw Failure(file.getFileName() + ": is damaged: a number in it is none");
+    throw Failure(file.getFileName() +
+                  ": is damaged: a number in it is none, or stands for nothing");
   } catch (const std::runtime_error& error) {
     setStartView();
     throw Failure(file.getFileName() + ": " + error.what());
