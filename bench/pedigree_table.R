@@ -10,7 +10,14 @@ dam <- match(animals$dam, animals$id)
 breeder <- logical(nrow(animals))
 breeder[sire[!is.na(sire)]] <- TRUE
 breeder[dam[!is.na(dam)]] <- TRUE
-compact <- function(day) gsub("-", "", day, fixed = TRUE)
+compact <- function(day) {
+  day <- gsub("-", "", day, fixed = TRUE)
+  day[is.na(day)] <- ""
+  size <- nchar(day)
+  day[size == 4] <- paste0(day[size == 4], "0101")
+  day[size == 6] <- paste0(day[size == 6], "01")
+  day
+}
 pedigree <- animals[, .(ID = id, DAM = fifelse(is.na(..dam), NA_character_, dam),
                         SIRE = fifelse(is.na(..sire), NA_character_, sire),
                         SEX = fcase(sex == "male", 1L, sex == "female", 2L, default = 3L),
