@@ -37,7 +37,7 @@ table_source copied(const table_source& source, SQLite::Database& database, cons
 
 }  // namespace
 
-NewStudbook::NewStudbook(std::string path)
+NewStudbook::NewStudbook(const std::string& path)
     // What a symbolic link names is replaced, and not the link.
     : path_(fs::weakly_canonical(path).string()), stage_(path_) {
   checkTarget();

@@ -23,7 +23,7 @@ class NewStudbook {
  public:
   /// Begins a file that will be at that path. Throws Failure when it cannot be written there, or
   /// when something is there that is no studbook file, or a damaged one: it is not replaced.
-  explicit NewStudbook(std::string path);
+  explicit NewStudbook(const std::string& path);
   ~NewStudbook();
   NewStudbook(const NewStudbook&) = delete;
   NewStudbook& operator=(const NewStudbook&) = delete;

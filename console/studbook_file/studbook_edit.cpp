@@ -190,7 +190,7 @@ std::vector<std::string> setAnimal(const std::string& file, const std::string& i
                                    const std::vector<field_value>& values) {
   return change(file, "animals", [&](StudbookEdit& edit) {
     edit.update(edit.needAnimal(id), values);
-    const auto parents = edit.parentsWithoutRecord(values);
+    auto parents = edit.parentsWithoutRecord(values);
     edit.finish();
     return parents;
   });
@@ -204,7 +204,7 @@ std::vector<std::string> addAnimal(const std::string& file, const std::string& i
     }
     const std::int64_t row = edit.insert("id", id);
     if (!values.empty()) edit.update(row, values);
-    const auto parents = edit.parentsWithoutRecord(values);
+    auto parents = edit.parentsWithoutRecord(values);
     edit.finish();
     return parents;
   });

@@ -72,7 +72,7 @@ std::vector<stored_column> storedColumns(SQLite::Database& database, const std::
 std::string addColumn(SQLite::Database& database, const std::string& table,
                       const std::string& title, const std::string& field) {
   const std::size_t position = storedColumns(database, table).size() + 1;
-  const std::string name = field.empty() ? "user_" + std::to_string(position) : field;
+  std::string name = field.empty() ? "user_" + std::to_string(position) : field;
   if (field.empty()) {
     database.exec("ALTER TABLE " + table + " ADD COLUMN " + quotedName(name) +
                   " TEXT NOT NULL DEFAULT ''");

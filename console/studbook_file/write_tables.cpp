@@ -1,5 +1,7 @@
 #include "console/studbook_file/write_tables.h"
 
+#include <filesystem>
+
 #include "console/failure.h"
 #include "console/studbook_file/studbook_file.h"
 #include "console/studbook_file/studbook_rows.h"
@@ -18,11 +20,17 @@ std::vector<std::string> tableNames(StudbookFile& file) {
   return names;
 }
 
-void writeTable(RowSource& rows, const std::string& file) {
-  TableWriter writer(file);
-  writer.addTitles(rows.titles());
-  while (rows.next()) writer.addRow(rows.row());
-  writer.finish();
+void writeTable(const std::shared_ptr<StudbookFile>& file, const std::string& table,
+                const std::string& target) {
+  try {
+    const std::unique_ptr<RowSource> rows = openRows(file, table);
+    TableWriter writer(target);
+    writer.addTitles(rows->titles());
+    while (rows->next()) writer.addRow(rows->row());
+    writer.finish();
+  } catch (const TableError& error) {
+    throw Failure(file->path() + " (" + table + "): " + error.what());
+  }
 }
 
 }  // namespace
@@ -37,11 +45,7 @@ std::vector<std::string> tableFiles(const std::string& studbook_file) {
 void writeTables(const std::string& studbook_file, const std::string& directory) {
   const auto file = std::make_shared<StudbookFile>(studbook_file, FILE_ACCESS::READ);
   for (const std::string& name : tableNames(*file)) {
-    try {
-      writeTable(*openRows(file, name), directory + "/" + name + ".csv");
-    } catch (const TableError& error) {
-      throw Failure(studbook_file + " (" + name + "): " + error.what());
-    }
+    writeTable(file, name, std::filesystem::path(directory) / (name + ".csv"));
   }
 }
 
