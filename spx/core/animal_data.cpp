@@ -14,30 +14,27 @@ namespace {
 
 constexpr std::size_t PSEUDO_PARENTS = 5;
 
-// The orders of the index: the key, and where it is read.
+// The orders of the index: a number, and the text where it is the beginning of one.
 struct compare_birth {
-  static std::uint64_t key(const master_data& animal) { return animal.birth.date; }
-  static const void* place(const master_data& animal) { return &animal.birth.date; }
+  static std::uint64_t number(const master_data& animal) { return animal.birth.date; }
 };
 struct compare_death {
-  static std::uint64_t key(const master_data& animal) { return animal.death.date; }
-  static const void* place(const master_data& animal) { return &animal.death.date; }
+  static std::uint64_t number(const master_data& animal) { return animal.death.date; }
 };
 struct compare_stud_id {
-  static const std::string& key(const master_data& animal) { return animal.stud_id; }
-  static const void* place(const master_data& animal) { return &animal.stud_id; }
+  static std::uint64_t number(const master_data& animal) { return beginningOf(animal.stud_id); }
+  static const std::string& text(const master_data& animal) { return animal.stud_id; }
 };
 struct compare_id_key {
-  static std::uint64_t key(const master_data& animal) { return signedOrder(animal.id_key); }
-  static const void* place(const master_data& animal) { return &animal.id_key; }
+  static std::uint64_t number(const master_data& animal) { return signedOrder(animal.id_key); }
 };
 struct compare_sire {
-  static const std::string& key(const master_data& animal) { return animal.sire_id; }
-  static const void* place(const master_data& animal) { return &animal.sire_id; }
+  static std::uint64_t number(const master_data& animal) { return beginningOf(animal.sire_id); }
+  static const std::string& text(const master_data& animal) { return animal.sire_id; }
 };
 struct compare_dam {
-  static const std::string& key(const master_data& animal) { return animal.dam_id; }
-  static const void* place(const master_data& animal) { return &animal.dam_id; }
+  static std::uint64_t number(const master_data& animal) { return beginningOf(animal.dam_id); }
+  static const std::string& text(const master_data& animal) { return animal.dam_id; }
 };
 
 bool reportEmpty() {
@@ -117,9 +114,20 @@ bool AnimalData::createIndex(SORT_FIELD field) {
 
 template <class Order>
 void AnimalData::sortIndex() {
-  sortByKey(
-      index, [this](position record) -> decltype(auto) { return Order::key(records[record]); },
-      [this](position record) { __builtin_prefetch(Order::place(records[record])); });
+  const std::vector<std::uint64_t> of_records = factsOf(records, Order::number);
+  std::vector<std::uint64_t> numbers;
+  numbers.reserve(index.size());
+  for (const position record : index) {
+    numbers.push_back(of_records[record]);
+  }
+  if constexpr (requires { &Order::text; }) {
+    index = reordered(index, ascendingOrder(
+                                 numbers, [this](std::size_t place) -> auto& {
+                                   return Order::text(records[index[place]]);
+                                 }));
+  } else {
+    index = reordered(index, ascendingOrder(numbers));
+  }
 }
 
 bool AnimalData::sortList(SORT_FIELD field) {
@@ -171,14 +179,10 @@ bool AnimalData::createLookup() {
   }
   lookup.clear();
   // In ID order every insertion is at the end; of equal IDs the last one stays.
-  std::vector<position> by_id(records.size());
-  for (position record = 0; record < records.size(); ++record) {
-    by_id[record] = record;
-  }
-  sortByKey(
-      by_id, [this](position record) -> const std::string& { return records[record].stud_id; },
-      [this](position record) { __builtin_prefetch(&records[record].stud_id); });
-  for (const position record : by_id) {
+  const auto idAt = [this](position record) -> auto& {
+    return records[record].stud_id;
+  };
+  for (const position record : ascendingOrder(factsOf(records, compare_stud_id::number), idAt)) {
     lookup.insert_or_assign(lookup.end(), records[record].stud_id, record);
   }
   return true;

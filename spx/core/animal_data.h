@@ -180,17 +180,19 @@ class SPX_EXPORT AnimalData {
  private:
   template <class Order>
   void sortIndex();
-  template <class Order>
-  void sortPedigreeBy();
-  void orderEqualBirths();
+  void sortPedigreeBy(const std::vector<std::uint64_t>& numbers_of_records);
+  void sortPedigreeByBirth();
+  void sortPedigreeByParent(position pedigree_record::*parent);
+  void orderEqualBirths(const std::vector<std::uint64_t>& days);
   void fetchParents(const RecordIndex& known, std::size_t entry) const;
 
   position search(const std::string& id, const RecordIndex* known) const;
   void appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day);
   position resolveParent(const std::string& id, SEX sex, RecordIndex* known);
-  void validateRecord(position record, RecordIndex& known);
-  taxon_handle validateParent(position record, SEX sex, RecordIndex& known);
-  void inheritTaxon(master_data& animal, taxon_handle sire_taxon, taxon_handle dam_taxon);
+  struct Validation;
+  void validateRecord(position record, Validation& pass);
+  taxon_handle validateParent(position record, SEX sex, Validation& pass);
+  void setTaxon(position record, taxon_handle taxon, Validation& pass);
   void writeInconsistencies() const;
 
   SORT_FIELD sort_field_ = SORT_FIELD::STUDBOOK_ID;

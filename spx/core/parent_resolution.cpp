@@ -1,8 +1,7 @@
 // Parents: pseudo parents and founders, the search for a parent, and the checks of a loaded
 // studbook.
-#include <iomanip>
+#include <algorithm>
 #include <limits>
-#include <sstream>
 
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
@@ -55,11 +54,30 @@ std::string substituteOf(const std::string& id, SEX sex) {
 }
 
 void warnOfMissing(const std::string& id, const std::string& substitute) {
-  std::ostringstream warning;
-  warning << "Warning: record of parent id #" << std::setw(8) << id << " does not exist, assume "
-          << substitute << "\n";
-  qs_lib::display(warning.str());
+  constexpr std::size_t WIDTH = 8;
+  const std::string indent(WIDTH - std::min(id.size(), WIDTH), ' ');
+  qs_lib::display("Warning: record of parent id #" + indent + id + " does not exist, assume " +
+                  substitute + "\n");
 }
+
+// What an offspring's check asks of a parent. The records of a large studbook fit no cache, these
+// do; `taxon` follows the record's.
+struct parent_facts {
+  taxon_handle taxon;
+  qs_lib::day_number birth_day;
+  bool is_male;
+  bool is_female;
+  bool is_pseudo;
+  bool is_unknown;
+
+  explicit parent_facts(const master_data& animal)
+      : taxon(animal.taxon),
+        birth_day(animal.birth.date),
+        is_male(animal.sex == SEX::MALE),
+        is_female(animal.sex == SEX::FEMALE),
+        is_pseudo(isPseudoIndividual(animal.stud_id)),
+        is_unknown(animal.stud_id == UNKNOWN_PARENT) {}
+};
 
 }  // namespace
 
@@ -128,7 +146,7 @@ position AnimalData::resolveParent(const std::string& id, SEX sex, RecordIndex* 
   if (parent == records.size()) {
     appendPseudo(substitute, sex, dayOf(FOUNDER_BIRTH));
     if (known != nullptr) {
-      known->add(parent);
+      known->addNext();
     }
   }
   warnOfMissing(missing, substitute);
@@ -139,70 +157,98 @@ position AnimalData::findParent(const std::string& id, SEX sex) {
   return resolveParent(id, sex, nullptr);
 }
 
+struct AnimalData::Validation {
+  std::vector<parent_facts> facts;  ///< by record
+  RecordIndex known;
+  taxon_handle generic = Subspecies.getGeneric();
+  bool is_taxon_inherited = Subspecies.names().size() > 1 && generic != Subspecies.end();
+
+  explicit Validation(const std::vector<master_data>& records)
+      : facts(roomFor(records)),
+        known(records, [this](const master_data& animal) { facts.emplace_back(animal); }) {}
+
+  static std::vector<parent_facts> roomFor(const std::vector<master_data>& records) {
+    std::vector<parent_facts> room;
+    room.reserve(records.size());
+    return room;
+  }
+
+  void fetchParentsOf(position record) const {
+    __builtin_prefetch(facts.data() + known.probableSire(record));
+    __builtin_prefetch(facts.data() + known.probableDam(record));
+  }
+};
+
 bool AnimalData::validate() {
   if (records.empty()) {
     spxError("No animals in list");
     return false;
   }
   inconsistencies.clear();
-  RecordIndex known(records);
+  Validation pass(records);
   qs_lib::ProgressBar bar(records.size(), "");
   for (position record = 0; record < records.size(); ++record) {
     bar.progress();
     if (record + 16 < records.size()) {
-      known.fetchParentSlots(records[record + 16]);
-      known.fetchParentRecords(records[record + 8]);
+      pass.known.fetchParentPlaces(record + 16);
+      pass.fetchParentsOf(record + 8);
     }
-    validateRecord(record, known);
+    validateRecord(record, pass);
   }
   writeInconsistencies();
   bar.end();
   return true;
 }
 
-void AnimalData::validateRecord(position record, RecordIndex& known) {
-  if (isPseudoIndividual(records[record].stud_id)) {
-    records[record].taxon = Subspecies.getGeneric();
+void AnimalData::validateRecord(position record, Validation& pass) {
+  if (pass.facts[record].is_pseudo) {
+    setTaxon(record, pass.generic, pass);
     return;
   }
-  if (known.isDuplicate(record)) {
+  if (pass.known.isDuplicate(record)) {
     inconsistencies.push_back({INCONSISTENCY::DUPLICATE_ID, records[record].stud_id, ""});
   }
-  const taxon_handle sire_taxon = validateParent(record, SEX::MALE, known);
-  const taxon_handle dam_taxon = validateParent(record, SEX::FEMALE, known);
-  inheritTaxon(records[record], sire_taxon, dam_taxon);
+  const taxon_handle sire_taxon = validateParent(record, SEX::MALE, pass);
+  const taxon_handle dam_taxon = validateParent(record, SEX::FEMALE, pass);
+  if (pass.is_taxon_inherited && pass.facts[record].taxon == pass.generic) {
+    setTaxon(record, sire_taxon == dam_taxon ? sire_taxon : pass.generic, pass);
+  }
 }
 
 // Resolves and checks the parent of one sex; gives the taxon that it passes on.
-taxon_handle AnimalData::validateParent(position record, SEX sex, RecordIndex& known) {
+taxon_handle AnimalData::validateParent(position record, SEX sex, Validation& pass) {
   const bool is_sire = sex == SEX::MALE;
   std::string master_data::*parent_id = is_sire ? &master_data::sire_id : &master_data::dam_id;
-  const position found = resolveParent(records[record].*parent_id, sex, &known);
-  const master_data& parent = records[found];
-  master_data& animal = records[record];
-  if (parent.stud_id == UNKNOWN_PARENT) {
-    animal.*parent_id = is_sire ? UNKNOWN_SIRE : UNKNOWN_DAM;
+  position found = is_sire ? pass.known.findSire(record) : pass.known.findDam(record);
+  if (found == records.size()) {
+    found = resolveParent(records[record].*parent_id, sex, &pass.known);
+    if (pass.facts.size() < records.size()) {
+      pass.facts.emplace_back(records.back());
+    }
   }
-  if (isPseudoIndividual(parent.stud_id)) {
-    return Subspecies.getGeneric();
+  const parent_facts& parent = pass.facts[found];
+  if (parent.is_unknown) {
+    records[record].*parent_id = is_sire ? UNKNOWN_SIRE : UNKNOWN_DAM;
   }
-  if (parent.sex != sex) {
-    inconsistencies.push_back(
-        {is_sire ? INCONSISTENCY::SIRE_NOT_MALE : INCONSISTENCY::DAM_NOT_FEMALE, animal.stud_id,
-         parent.stud_id});
+  if (parent.is_pseudo) {
+    return pass.generic;
   }
-  if (animal.birth.date <= parent.birth.date) {
-    inconsistencies.push_back(
-        {is_sire ? INCONSISTENCY::SIRE_NOT_OLDER : INCONSISTENCY::DAM_NOT_OLDER, animal.stud_id,
-         parent.stud_id});
+  const auto report = [&](INCONSISTENCY kind) {
+    inconsistencies.push_back({kind, records[record].stud_id, records[found].stud_id});
+  };
+  if (is_sire ? !parent.is_male : !parent.is_female) {
+    report(is_sire ? INCONSISTENCY::SIRE_NOT_MALE : INCONSISTENCY::DAM_NOT_FEMALE);
+  }
+  if (pass.facts[record].birth_day <= parent.birth_day) {
+    report(is_sire ? INCONSISTENCY::SIRE_NOT_OLDER : INCONSISTENCY::DAM_NOT_OLDER);
   }
   return parent.taxon;
 }
 
-void AnimalData::inheritTaxon(master_data& animal, taxon_handle sire_taxon,
-                              taxon_handle dam_taxon) {
-  if (Subspecies.names().size() > 1 && Subspecies.getName(animal.taxon) == GENERIC_TAXON) {
-    animal.taxon = sire_taxon == dam_taxon ? sire_taxon : Subspecies.getGeneric();
+void AnimalData::setTaxon(position record, taxon_handle taxon, Validation& pass) {
+  if (pass.facts[record].taxon != taxon) {
+    records[record].taxon = taxon;
+    pass.facts[record].taxon = taxon;
   }
 }
 

@@ -9,31 +9,31 @@
 namespace spx {
 namespace {
 
-std::string parentAndBirth(const master_data& parent, const master_data& animal) {
-  return parent.stud_id + qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date));
-}
+using parent_position = position pedigree_record::*;
 
-// The orders of the pedigree list.
-struct compare_pedigree_birth {
-  static std::uint64_t key(const std::vector<master_data>& records, const pedigree_record& entry) {
-    return records[entry.animal].birth.date;
+// The ID of a parent and the offspring's birth date, run together.
+std::vector<std::string> parentsAndBirths(const std::vector<master_data>& records,
+                                          const std::vector<pedigree_record>& pedigree,
+                                          parent_position parent) {
+  constexpr std::size_t FETCH_AHEAD = 16;
+  qs_lib::day_number day = 0;
+  std::string date;  // neighbours are often of one day
+  std::vector<std::string> texts;
+  texts.reserve(pedigree.size());
+  for (std::size_t i = 0; i < pedigree.size(); ++i) {
+    if (i + FETCH_AHEAD < pedigree.size()) {
+      __builtin_prefetch(&records[pedigree[i + FETCH_AHEAD].animal].birth);
+      __builtin_prefetch(&records[pedigree[i + FETCH_AHEAD].*parent].stud_id);
+    }
+    const qs_lib::day_number birth = records[pedigree[i].animal].birth.date;
+    if (birth != day) {
+      day = birth;
+      date = qs_lib::julianToISO(qs_lib::dayToMs(day));
+    }
+    texts.push_back(records[pedigree[i].*parent].stud_id + date);
   }
-};
-struct compare_pedigree_key {
-  static std::uint64_t key(const std::vector<master_data>& records, const pedigree_record& entry) {
-    return signedOrder(records[entry.animal].id_key);
-  }
-};
-struct compare_pedigree_sire {
-  static std::string key(const std::vector<master_data>& records, const pedigree_record& entry) {
-    return parentAndBirth(records[entry.sire], records[entry.animal]);
-  }
-};
-struct compare_pedigree_dam {
-  static std::string key(const std::vector<master_data>& records, const pedigree_record& entry) {
-    return parentAndBirth(records[entry.dam], records[entry.animal]);
-  }
-};
+  return texts;
+}
 
 // Puts parents before their offspring among the entries [first, last), which share a birth date.
 // The entries keep their order, but each brings its parents forward; where a cycle closes, the
@@ -107,8 +107,14 @@ bool AnimalData::populationPedigree() {
     const position animal = index[i];
     pedigree_record entry;
     entry.animal = animal;
-    entry.sire = resolveParent(records[animal].sire_id, SEX::MALE, &known);
-    entry.dam = resolveParent(records[animal].dam_id, SEX::FEMALE, &known);
+    entry.sire = known.findSire(animal);
+    if (entry.sire == records.size()) {
+      entry.sire = resolveParent(records[animal].sire_id, SEX::MALE, &known);
+    }
+    entry.dam = known.findDam(animal);
+    if (entry.dam == records.size()) {
+      entry.dam = resolveParent(records[animal].dam_id, SEX::FEMALE, &known);
+    }
     pedigree.push_back(entry);
   }
   pedigree_sort_field_ = SORT_FIELD::NO_ORDER;
@@ -117,28 +123,39 @@ bool AnimalData::populationPedigree() {
 
 // The memory of the lookups to come, in the order in which one leads to the next.
 void AnimalData::fetchParents(const RecordIndex& known, std::size_t entry) const {
-  const auto ahead = [this, entry](std::size_t distance, auto fetch) {
-    if (entry + distance < index.size()) {
-      fetch(records[index[entry + distance]]);
-    }
-  };
-  ahead(24, [](const master_data& animal) {
-    __builtin_prefetch(&animal.sire_id);
-    __builtin_prefetch(&animal.dam_id);
-  });
-  ahead(16, [&known](const master_data& animal) { known.fetchParentSlots(animal); });
-  ahead(8, [&known](const master_data& animal) { known.fetchParentRecords(animal); });
+  if (entry + 16 < index.size()) {
+    known.fetchParents(index[entry + 16]);
+    known.fetchParentPlaces(index[entry + 8]);
+  }
 }
 
-template <class Order>
-void AnimalData::sortPedigreeBy() {
-  sortByKey(
-      pedigree, [this](const pedigree_record& entry) { return Order::key(records, entry); },
-      [this](const pedigree_record& entry) {
-        __builtin_prefetch(&records[entry.animal].birth);
-        __builtin_prefetch(&records[entry.sire].stud_id);
-        __builtin_prefetch(&records[entry.dam].stud_id);
-      });
+void AnimalData::sortPedigreeBy(const std::vector<std::uint64_t>& numbers_of_records) {
+  std::vector<std::uint64_t> numbers;
+  numbers.reserve(pedigree.size());
+  for (const pedigree_record& entry : pedigree) {
+    numbers.push_back(numbers_of_records[entry.animal]);
+  }
+  pedigree = reordered(pedigree, ascendingOrder(numbers));
+}
+
+void AnimalData::sortPedigreeByParent(position pedigree_record::*parent) {
+  const std::vector<std::string> texts = parentsAndBirths(records, pedigree, parent);
+  std::vector<std::uint64_t> beginnings;
+  beginnings.reserve(texts.size());
+  for (const std::string& key : texts) {
+    beginnings.push_back(beginningOf(key));
+  }
+  const auto textAt = [&texts](std::size_t place) -> auto& {
+    return texts[place];
+  };
+  pedigree = reordered(pedigree, ascendingOrder(beginnings, textAt));
+}
+
+void AnimalData::sortPedigreeByBirth() {
+  const std::vector<std::uint64_t> days =
+      factsOf(records, [](const master_data& animal) { return animal.birth.date; });
+  sortPedigreeBy(days);
+  orderEqualBirths(days);
 }
 
 bool AnimalData::sortPedigree(SORT_FIELD field) {
@@ -152,17 +169,17 @@ bool AnimalData::sortPedigree(SORT_FIELD field) {
   // dam.
   switch (field) {
     case SORT_FIELD::BIRTH:
-      sortPedigreeBy<compare_pedigree_birth>();
-      orderEqualBirths();
+      sortPedigreeByBirth();
       break;
     case SORT_FIELD::SIRE_ID:
-      sortPedigreeBy<compare_pedigree_key>();
+      sortPedigreeBy(
+          factsOf(records, [](const master_data& animal) { return signedOrder(animal.id_key); }));
       break;
     case SORT_FIELD::DAM_ID:
-      sortPedigreeBy<compare_pedigree_sire>();
+      sortPedigreeByParent(&pedigree_record::sire);
       break;
     case SORT_FIELD::EVENT:
-      sortPedigreeBy<compare_pedigree_dam>();
+      sortPedigreeByParent(&pedigree_record::dam);
       break;
     default:
       return false;
@@ -173,13 +190,13 @@ bool AnimalData::sortPedigree(SORT_FIELD field) {
 
 // Studbooks without exact dates hold parents and offspring of one day; the walk to the ancestors
 // needs every parent before its offspring.
-void AnimalData::orderEqualBirths() {
+void AnimalData::orderEqualBirths(const std::vector<std::uint64_t>& days) {
   EqualBirths equal_births(records.size());
+  const auto dayOf = [&](std::size_t entry) { return days[pedigree[entry].animal]; };
   std::size_t first = 0;
   while (first < pedigree.size()) {
-    const qs_lib::day_number day = records[pedigree[first].animal].birth.date;
     std::size_t last = first + 1;
-    while (last < pedigree.size() && records[pedigree[last].animal].birth.date == day) {
+    while (last < pedigree.size() && dayOf(last) == dayOf(first)) {
       ++last;
     }
     if (last - first > 1) {
@@ -203,8 +220,11 @@ bool AnimalData::flagBreeders() {
     is_parent[entry.sire] = true;
     is_parent[entry.dam] = true;
   }
+  // Most flags are as they should be, and what is not written need not go back to the memory.
   for (position record = 0; record < records.size(); ++record) {
-    records[record].breeder = is_parent[record];
+    if (records[record].breeder != is_parent[record]) {
+      records[record].breeder = is_parent[record];
+    }
   }
   breeders_stale_ = false;
   return true;

@@ -79,7 +79,7 @@ TEST_F(StoreTest, SearchesAndOrdersTakeAnyBytes) {
     std::generate_n(id.rbegin(), id.size() % 11, [&] { return "a\0\xFF\n"[random() % 4]; });
     ASSERT_EQ(known.find(id), Animals.findMaster(id));
     Animals.addMaster(animalOf(id, id, id, SEX::MALE, random() % 50));
-    known.add(Animals.records.size() - 1);
+    known.addNext();
   }
   const RecordIndex whole(Animals.records);
   for (const master_data& animal : Animals.records) {
