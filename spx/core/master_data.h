@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "spx/core/enumerations.h"
+#include "spx/core/rare.h"
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
 #include "spx/views/deme_id.h"
@@ -28,9 +29,9 @@ struct move_data {
   std::uint64_t range = 0;             ///< uncertainty in days, for DATE_ACCURACY::DATE_RANGE
   packed_deme location = 0;            ///< a deme of the metapopulation
   MOVE_TYPE event = MOVE_TYPE::BIRTH;  ///< what happened
-  std::string first_text;              ///< the host's; carried and copied only
+  Rare<std::string> first_text;        ///< the host's; carried and copied only
   std::uint64_t number = 0;            ///< the running number of the location, for the .TRF export
-  std::string second_text;             ///< the host's; carried and copied only
+  Rare<std::string> second_text;       ///< the host's; carried and copied only
 };
 
 /// A management event: the host's four words, of which the fourth survives a reset.
@@ -70,7 +71,7 @@ struct master_data {
   bool print = false;                  ///< is to be listed
   std::vector<std::string> user_data;  ///< one value per field of user_field_list
   std::bitset<LINEAGES> lineages;      ///< founder lineages that the animal descends from
-  std::vector<std::vector<std::int32_t>> host_data;  ///< the host's; carried and copied only
+  Rare<std::vector<std::vector<std::int32_t>>> host_data;  ///< the host's; carried and copied only
 };
 
 /// An animal and the records of its parents.

@@ -20,7 +20,10 @@ TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   initializeMaster(animal);
   EXPECT_EQ(animal.stud_id + " " + animal.sire_id + " " + animal.dam_id, "7 UNKM UNKF");
   EXPECT_EQ(getEnumName(animal.sex) + " " + getEnumName(animal.rearing), "unknown hand");
-  EXPECT_EQ(animal.birth.first_text + getEnumName(animal.birth.event), "firstarrival");
+  const master_data copy = animal;
+  animal.birth.first_text = "";
+  EXPECT_EQ(copy.birth.first_text.get() + animal.birth.first_text.get(), "first") << "deep";
+  EXPECT_EQ(getEnumName(animal.birth.event), "arrival");
   EXPECT_EQ(animal.birth.date + animal.birth.range + animal.birth.number + animal.death.date, 0U);
   EXPECT_TRUE(animal.moves.empty() && animal.selected && animal.print && animal.id_key + 1 == 0);
   EXPECT_TRUE(animal.managed[0].words[2] == 0 && animal.managed[0].words[3] == 4);
