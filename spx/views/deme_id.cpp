@@ -19,6 +19,13 @@ bool isPrefix(const DemeID& parent, const DemeID& member) {
   return true;
 }
 
+// Whether real arithmetic takes the number apart without rounding.
+bool isExactAsReal(packed_deme number) {
+  constexpr packed_deme LARGE = packed_deme{1} << 62;
+  return number > -LARGE && number < LARGE &&
+         static_cast<packed_deme>(static_cast<double>(number)) == number;
+}
+
 // Equal forms are not converted: the same text lies within itself whatever it is.
 template <class Form>
 bool isWithin(const Form& parent, const Form& member) {
@@ -61,6 +68,14 @@ void DemeID::textToBlocks(const std::string& text) {
 }
 
 void DemeID::binaryToBlocks(packed_deme number) {
+  if (isExactAsReal(number)) {
+    for (int level = LEVELS - 1; level >= 0; --level) {
+      blocks[level] = static_cast<std::uint8_t>(number);
+      number >>= 8;
+    }
+    return;
+  }
+  // Deeper levels come out rounded; that is intended, stored identifiers were made with it.
   resetBlocks();
   for (int level = LEVELS - 1; level >= 0; --level) {
     const double shifted = static_cast<double>(number) * 0.00390625;

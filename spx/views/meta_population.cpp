@@ -106,9 +106,10 @@ packed_deme MetaPopulation::getMemberID(const std::string& level, const std::str
   return getMemberID(getLevel(level), name);
 }
 
-std::string MetaPopulation::getMemberName(packed_deme id) const {
+const std::string& MetaPopulation::getMemberName(packed_deme id) const {
   const deme_member* member = find(id);
-  return member == nullptr ? std::string() : member->name;
+  static const std::string NO_NAME;
+  return member == nullptr ? NO_NAME : member->name;
 }
 
 gis_point MetaPopulation::getMemberGIS(packed_deme id) const {

@@ -74,8 +74,8 @@ class SPX_EXPORT MetaPopulation {
   packed_deme getMemberID(const std::string& level, const std::string& name) const;
   /// @}
 
-  /// The name of the deme; empty when it does not exist.
-  std::string getMemberName(packed_deme id) const;
+  /// The name of the deme; empty when it does not exist. Valid until members are added or sorted.
+  const std::string& getMemberName(packed_deme id) const;
 
   /// The place of the deme; NaN, NaN when it does not exist.
   gis_point getMemberGIS(packed_deme id) const;

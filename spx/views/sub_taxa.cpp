@@ -21,9 +21,10 @@ taxon_handle SubTaxa::getGeneric() const {
   return names_.find(GENERIC_TAXON);
 }
 
-std::string SubTaxa::getName(taxon_handle taxon) const {
+const std::string& SubTaxa::getName(taxon_handle taxon) const {
   if (names_.empty() || taxon == taxon_handle() || taxon == names_.end()) {
-    return std::string();
+    static const std::string NO_NAME;
+    return NO_NAME;
   }
   return *taxon;
 }

@@ -32,8 +32,8 @@ class SPX_EXPORT SubTaxa {
   taxon_handle getGeneric() const;
 
   /// The name behind a handle of this registry; empty for end(), for a default-made handle and
-  /// while the registry is empty.
-  std::string getName(taxon_handle taxon) const;
+  /// while the registry is empty. Valid as long as the handle.
+  const std::string& getName(taxon_handle taxon) const;
 
   /// Lists the names with their running numbers from 0.
   /// @return false after reporting "No taxa have been defined" when the registry is empty
