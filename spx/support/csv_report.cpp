@@ -1,22 +1,12 @@
 #include "spx/support/csv_report.h"
 
+#include "spx/support/csv_text.h"
 #include "spx/support/number_text.h"
 #include "spx/support/tokenizer.h"
 
 namespace qs_lib {
 namespace {
 constexpr char HEADER_SEPARATOR[] = "|";
-
-void appendQuoted(std::string& out, const std::string& text) {
-  out += '"';
-  for (const char character : text) {
-    if (character == '"') {
-      out += '"';
-    }
-    out += character;
-  }
-  out += '"';
-}
 }  // namespace
 
 CsvReport::CsvReport() = default;
@@ -34,21 +24,20 @@ void CsvReport::writeHeader(const std::string& header) {
   write("\n");
 }
 
-void CsvReport::cell(const std::string& value, bool more) {
-  if (needsQuotes(value)) {
-    appendQuoted(cell_, value);
-  } else {
-    cell_ = value;
-  }
+void CsvReport::cell(std::string_view value, bool more) {
+  cell_.clear();
+  appendCsvText(cell_, value, separator);
   endCell(more);
 }
 
 void CsvReport::cell(int value, bool more) {
-  cell_ = std::to_string(value);
+  cell_.clear();
+  appendWhole(cell_, value);
   endCell(more);
 }
 
 void CsvReport::cell(double value, int digits, bool more) {
+  cell_.clear();
   appendReal(cell_, value, digits);
   endCell(more);
 }
@@ -58,22 +47,5 @@ void CsvReport::endCell(bool more) {
     cell_ += separator;
   }
   write(cell_);
-  cell_.clear();
-}
-
-bool CsvReport::needsQuotes(const std::string& text) const {
-  if (text.empty()) {
-    return false;
-  }
-  if (text.front() == ' ' || text.back() == ' ') {
-    return true;
-  }
-  for (const char character : text) {
-    if (character == separator || character == '"' || character == '\'' || character == '#' ||
-        character == '\n' || character == '\r') {
-      return true;
-    }
-  }
-  return false;
 }
 }  // namespace qs_lib

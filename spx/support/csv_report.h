@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "spx/support/export.h"
 #include "spx/support/report.h"
@@ -12,8 +13,7 @@ namespace qs_lib {
 /// A declared table begins with writeHeader() and separates its cells by itself. A free table has
 /// no header: cells stand alone, and the caller writes the separators too.
 ///
-/// A text is quoted with `"`, doubled inside, only where a reader would misread it otherwise: it
-/// holds the separator, `"`, `'`, `#`, CR or LF, or begins or ends with a blank.
+/// Texts are quoted where a reader would misread them otherwise, see appendCsvText().
 class SPX_EXPORT CsvReport : public Report {
  public:
   CsvReport();
@@ -25,7 +25,7 @@ class SPX_EXPORT CsvReport : public Report {
 
   /// @{
   /// Writes one cell. In a declared table the separator follows when more cells of the row do.
-  void cell(const std::string& value, bool more);
+  void cell(std::string_view value, bool more);
   void cell(int value, bool more);
   /// @}
 
@@ -37,9 +37,8 @@ class SPX_EXPORT CsvReport : public Report {
 
  private:
   void endCell(bool more);
-  bool needsQuotes(const std::string& text) const;
 
   Table table_;
-  std::string cell_;  ///< the text being made; empty between cells, its memory is kept
+  std::string cell_;  ///< the text that was made last; its memory is kept
 };
 }  // namespace qs_lib

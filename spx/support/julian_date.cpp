@@ -51,8 +51,9 @@ julian_ms joinMoment(const civil_date& date, const time_parts& time) {
 }
 
 void appendTwoDigits(std::string& text, unsigned number) {
-  text += static_cast<char>('0' + number / 10 % 10);
-  text += static_cast<char>('0' + number % 10);
+  const char digits[] = {static_cast<char>('0' + number / 10 % 10),
+                         static_cast<char>('0' + number % 10)};
+  text.append(digits, sizeof digits);
 }
 
 void appendYear(std::string& text, std::int64_t year) {

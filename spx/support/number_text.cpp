@@ -43,6 +43,12 @@ void appendReal(std::string& text, double value, int decimals) {
   }
 }
 
+void appendWhole(std::string& text, int value) {
+  std::array<char, std::numeric_limits<int>::digits10 + 2> digits;
+  text.append(digits.data(),
+              std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+}
+
 template <typename T>
 std::string realToString(T value, int decimals) {
   std::string text;

@@ -17,6 +17,9 @@ extern template std::string realToString<double>(double value, int decimals);
 /// Appends what realToString gives, without a text of its own: for rows of a million.
 SPX_EXPORT void appendReal(std::string& text, double value, int decimals);
 
+/// Appends the digits of a whole number.
+SPX_EXPORT void appendWhole(std::string& text, int value);
+
 /// Writes a number as a text stream does by default: up to six significant digits, the exponent
 /// only where it is shorter. Every NaN gives "nan".
 SPX_EXPORT std::string defaultReal(double value);

@@ -1,11 +1,27 @@
 #include "spx/support/write_file.h"
 
+#include <cstring>
 #include <locale>
 
 namespace qs_lib {
 namespace {
 constexpr std::size_t BUFFER_SIZE = std::size_t{1} << 20;
-}
+
+// The room that is left in a stream's buffer, which only streams of that kind may see. Reports
+// consist of millions of short texts, and a call into the stream takes longer than to copy one.
+struct BufferRoom : std::filebuf {
+  static bool take(std::filebuf& buffer, std::string_view text) {
+    char* const room = (buffer.*&BufferRoom::pptr)();
+    const auto size = static_cast<std::size_t>((buffer.*&BufferRoom::epptr)() - room);
+    if (text.size() >= size) {
+      return false;
+    }
+    std::memcpy(room, text.data(), text.size());
+    (buffer.*&BufferRoom::pbump)(static_cast<int>(text.size()));
+    return true;
+  }
+};
+}  // namespace
 
 WriteFile::WriteFile() {
   stream_.imbue(std::locale::classic());
@@ -78,9 +94,12 @@ void WriteFile::writeLine(const std::string& line) {
 }
 
 void WriteFile::put(std::string_view text) {
-  const auto size = static_cast<std::streamsize>(text.size());
   // Straight into the stream's buffer: what the caller puts through the stream stays in order.
-  if (stream_.good() && stream_.rdbuf()->sputn(text.data(), size) != size) {
+  if (text.empty() || !stream_.good() || BufferRoom::take(*stream_.rdbuf(), text)) {
+    return;
+  }
+  const auto size = static_cast<std::streamsize>(text.size());
+  if (stream_.rdbuf()->sputn(text.data(), size) != size) {
     stream_.setstate(std::ios::badbit);
   }
 }
