@@ -121,10 +121,9 @@ void AnimalData::sortIndex() {
     numbers.push_back(of_records[record]);
   }
   if constexpr (requires { &Order::text; }) {
-    index = reordered(index, ascendingOrder(
-                                 numbers, [this](std::size_t place) -> auto& {
-                                   return Order::text(records[index[place]]);
-                                 }));
+    index = reordered(index, ascendingOrder(numbers, [this](std::size_t place) -> std::string_view {
+                        return Order::text(records[index[place]]);
+                      }));
   } else {
     index = reordered(index, ascendingOrder(numbers));
   }

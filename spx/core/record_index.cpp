@@ -75,16 +75,19 @@ std::uint64_t id_word::number() const {
   return ((pairs & PAIRS) * 0x000F424000000064 + (pairs >> 16 & PAIRS) * 0x0000271000000001) >> 32;
 }
 
-void RecordIndex::fetchIds(const master_data& animal) {
-  __builtin_prefetch(&animal.stud_id);
-  __builtin_prefetch(&animal.dam_id);
-}
-
-// Numbers that are much larger than the studbook are looked up as other IDs.
-void RecordIndex::makeRoom() {
-  numbered_.assign(2 * records_.size() + FIRST_SLOTS, NO_RECORD);
+RecordIndex::RecordIndex(const std::vector<master_data>& records) : records_(records) {
+  constexpr position FETCH_AHEAD = 16;
+  // Numbers that are much larger than the studbook are looked up as other IDs.
+  numbered_.assign(2 * records.size() + FIRST_SLOTS, NO_RECORD);
   slots_.assign(FIRST_SLOTS, {0, EMPTY});
-  parents_.reserve(records_.size());
+  parents_.reserve(records.size());
+  for (position record = 0; record < records.size(); ++record) {
+    if (record + FETCH_AHEAD < records.size()) {
+      __builtin_prefetch(&records[record + FETCH_AHEAD].stud_id);
+      __builtin_prefetch(&records[record + FETCH_AHEAD].dam_id);
+    }
+    addNext();
+  }
 }
 
 void RecordIndex::addNext() {

@@ -35,23 +35,7 @@ struct id_word {
 class RecordIndex {
  public:
   /// Enters every record. Linear. The sequence must outlive the index.
-  explicit RecordIndex(const std::vector<master_data>& records)
-      : RecordIndex(records, [](const master_data&) {}) {}
-
-  /// The same.
-  /// @param visit  is handed each record, in their order, while it is at hand
-  template <class Visit>
-  RecordIndex(const std::vector<master_data>& records, Visit visit) : records_(records) {
-    constexpr position FETCH_AHEAD = 16;
-    makeRoom();
-    for (position record = 0; record < records.size(); ++record) {
-      if (record + FETCH_AHEAD < records.size()) {
-        fetchIds(records[record + FETCH_AHEAD]);
-      }
-      addNext();
-      visit(records[record]);
-    }
-  }
+  explicit RecordIndex(const std::vector<master_data>& records);
 
   /// Enters the first record that is not entered yet.
   void addNext();
@@ -97,8 +81,6 @@ class RecordIndex {
     id_word dam;
   };
 
-  static void fetchIds(const master_data& animal);
-  void makeRoom();
   position find(id_word word, const std::string& id) const;
   position probable(id_word word) const;
   const void* placeOf(id_word word) const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <span>
 #include <utility>
 
@@ -14,6 +15,8 @@ constexpr std::uint64_t GOES_ON = CHUNK + 1;
 // Runs of so few texts are compared; so do all whose texts share that many chunks.
 constexpr std::size_t FEW = 32;
 constexpr std::size_t MOST_CHUNKS = 8;
+// More digits need fewer passes, but their lists no longer fit the nearest caches.
+constexpr unsigned MOST_BITS = 10;
 
 struct entry {
   std::uint64_t number;
@@ -27,37 +30,45 @@ std::vector<std::size_t> placesOf(const std::vector<entry>& entries) {
   return places;
 }
 
-// One pass for every byte in which the numbers differ, from the lowest; each pass keeps the order
-// of the one before where its bytes are equal.
-void sortNumbers(std::span<entry> entries, std::vector<entry>& room) {
-  constexpr std::size_t BYTES = 256;
+// Sorts entries by the digits of `bits` bits each that the numbers have above the shift, a pass for
+// every digit, from the lowest; each pass keeps the order of the one before where its digits are
+// equal. Entries without a difference in a digit are left alone.
+template <class Entry, class NumberOf>
+void sortByDigits(std::span<Entry> entries, std::vector<Entry>& room, unsigned shift, unsigned bits,
+                  NumberOf numberOf) {
   std::uint64_t differing = 0;
-  for (const entry& each : entries) {
-    differing |= each.number ^ entries.front().number;
+  for (const Entry& each : entries) {
+    differing |= numberOf(each) ^ numberOf(entries.front());
   }
   room.resize(std::max(room.size(), entries.size()));
-  std::span<entry> from = entries;
-  std::span<entry> into(room.data(), entries.size());
-  for (unsigned shift = 0; shift < 64; shift += 8) {
-    if ((differing >> shift & 0xFF) == 0) {
+  std::span<Entry> from = entries;
+  std::span<Entry> into(room.data(), entries.size());
+  const std::uint64_t mask = (std::uint64_t{1} << bits) - 1;
+  for (; shift < 64 && differing >> shift != 0; shift += bits) {
+    if ((differing >> shift & mask) == 0) {
       continue;
     }
-    std::array<std::size_t, BYTES> next{};
-    for (const entry& each : from) {
-      ++next[each.number >> shift & 0xFF];
+    std::array<std::size_t, std::size_t{1} << MOST_BITS> next;
+    std::fill_n(next.begin(), mask + 1, 0);
+    for (const Entry& each : from) {
+      ++next[numberOf(each) >> shift & mask];
     }
     std::size_t place = 0;
-    for (std::size_t& count : next) {
-      place += std::exchange(count, place);
+    for (std::size_t digit = 0; digit <= mask; ++digit) {
+      place += std::exchange(next[digit], place);
     }
-    for (const entry& each : from) {
-      into[next[each.number >> shift & 0xFF]++] = each;
+    for (const Entry& each : from) {
+      into[next[numberOf(each) >> shift & mask]++] = each;
     }
     std::swap(from, into);
   }
   if (from.data() != entries.data()) {
     std::copy(from.begin(), from.end(), entries.begin());
   }
+}
+
+void sortNumbers(std::span<entry> entries, std::vector<entry>& room) {
+  sortByDigits(entries, room, 0, 8, [](const entry& each) { return each.number; });
 }
 
 // Bytes of a text as a number, and how many there are: a text comes after its beginnings.
@@ -72,7 +83,7 @@ std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
 
 class TextOrder {
  public:
-  explicit TextOrder(const std::function<const std::string&(std::size_t)>& textAt)
+  explicit TextOrder(const std::function<std::string_view(std::size_t)>& textAt)
       : textAt_(textAt) {}
 
   // Sorts texts that are equal before the chunk, which is in the entries.
@@ -103,7 +114,7 @@ class TextOrder {
     sort(entries, chunk);
   }
 
-  const std::function<const std::string&(std::size_t)>& textAt_;
+  const std::function<std::string_view(std::size_t)>& textAt_;
   std::vector<entry> room_;
 };
 
@@ -116,6 +127,28 @@ std::vector<entry> entriesOf(const std::vector<std::uint64_t>& numbers) {
   return entries;
 }
 
+// Numbers that lie as near to each other as dates do share a word with their places.
+std::vector<std::size_t> orderOfNear(const std::vector<std::uint64_t>& numbers,
+                                     std::uint64_t smallest, std::uint64_t largest) {
+  constexpr unsigned PLACE_BITS = 32;
+  std::vector<std::uint64_t> words;
+  words.reserve(numbers.size());
+  for (const std::uint64_t number : numbers) {
+    words.push_back((number - smallest) << PLACE_BITS | words.size());
+  }
+  const auto width = static_cast<unsigned>(std::bit_width(largest - smallest));
+  const unsigned passes = (width + MOST_BITS - 1) / MOST_BITS;
+  if (passes != 0) {
+    std::vector<std::uint64_t> room;
+    sortByDigits(std::span(words), room, PLACE_BITS, (width + passes - 1) / passes,
+                 [](std::uint64_t word) { return word; });
+  }
+  for (std::uint64_t& word : words) {
+    word &= (std::uint64_t{1} << PLACE_BITS) - 1;
+  }
+  return words;
+}
+
 }  // namespace
 
 std::uint64_t beginningOf(std::string_view text) {
@@ -123,6 +156,11 @@ std::uint64_t beginningOf(std::string_view text) {
 }
 
 std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& numbers) {
+  constexpr std::uint64_t NEAR = std::uint64_t{1} << 32;
+  const auto [smallest, largest] = std::minmax_element(numbers.begin(), numbers.end());
+  if (numbers.empty() || (*largest - *smallest < NEAR && numbers.size() < NEAR)) {
+    return numbers.empty() ? std::vector<std::size_t>() : orderOfNear(numbers, *smallest, *largest);
+  }
   std::vector<entry> entries = entriesOf(numbers);
   std::vector<entry> room;
   sortNumbers(entries, room);
@@ -131,7 +169,7 @@ std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& number
 
 std::vector<std::size_t> ascendingOrder(
     const std::vector<std::uint64_t>& beginnings,
-    const std::function<const std::string&(std::size_t)>& textAt) {
+    const std::function<std::string_view(std::size_t)>& textAt) {
   std::vector<entry> entries = entriesOf(beginnings);
   TextOrder(textAt).sort(entries, 0);
   return placesOf(entries);

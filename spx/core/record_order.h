@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,7 +28,7 @@ std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& number
 /// @param textAt      gives the text at a place; asked only where beginnings do not tell
 std::vector<std::size_t> ascendingOrder(
     const std::vector<std::uint64_t>& beginnings,
-    const std::function<const std::string&(std::size_t)>& textAt);
+    const std::function<std::string_view(std::size_t)>& textAt);
 
 /// The elements in that order of their places.
 template <class Element>
