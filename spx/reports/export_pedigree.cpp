@@ -1,9 +1,17 @@
 #include "spx/reports/export_pedigree.h"
 
+#include <algorithm>
+#include <future>
 #include <limits>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 #include "spx/core/animal_data.h"
 #include "spx/reports/export_table.h"
+#include "spx/support/csv_text.h"
+#include "spx/support/number_text.h"
 #include "spx/views/meta_population.h"
 #include "spx/views/predicates.h"
 
@@ -13,34 +21,56 @@ namespace {
 constexpr char HEADER[] =
     "ID|DAM|SIRE|SEX|BIRTHSITE|BIRTHDATE|DEATHDATE|CENSORED|F|G|TAXON|BREEDER";
 
-const std::string MISSING_PARENT = "NA";
-const std::string MALE = "1";
-const std::string FEMALE = "2";
-const std::string OTHER_SEX = "3";
-const std::string YES = "yes";
-const std::string NO = "no";
+constexpr char MISSING_PARENT[] = "NA";
 
-const std::string& sexCode(SEX sex) {
+const char* sexCode(SEX sex) {
   switch (sex) {
     case SEX::MALE:
-      return MALE;
+      return "1";
     case SEX::FEMALE:
-      return FEMALE;
+      return "2";
     default:
-      return OTHER_SEX;
+      return "3";
   }
 }
 
-const std::string& parentCell(const master_data& parent) {
-  return isPseudoIndividual(parent.stud_id) ? MISSING_PARENT : parent.stud_id;
-}
+// The texts of all days between the first and the last date of the records, made once: a large
+// studbook has more animals than days.
+class DayTexts {
+ public:
+  void include(qs_lib::day_number day) {
+    if (day != 0) {
+      first_ = std::min(first_, day);
+      last_ = std::max(last_, day);
+    }
+  }
 
-std::string dateCell(qs_lib::day_number day) {
-  return qs_lib::julianToYYYYMMDD(qs_lib::dayToMs(day));
-}
+  void make(std::size_t animals) {
+    if (last_ < first_ || last_ - first_ >= animals) {
+      return;
+    }
+    for (std::size_t day = first_; day <= last_; ++day) {
+      texts_.push_back(textOf(static_cast<qs_lib::day_number>(day)));
+    }
+  }
 
-int censorCode(const master_data& animal) {
-  return animal.death.date != 0 && animal.death.event != MOVE_TYPE::LOST_TO_FOLLOW_UP ? 1 : 0;
+  void append(std::string& rows, qs_lib::day_number day) const {
+    const std::size_t place = std::size_t{day} - first_;
+    rows += place < texts_.size() ? texts_[place] : textOf(day);
+  }
+
+ private:
+  static std::string textOf(qs_lib::day_number day) {
+    return qs_lib::julianToYYYYMMDD(qs_lib::dayToMs(day));
+  }
+
+  qs_lib::day_number first_ = std::numeric_limits<qs_lib::day_number>::max();
+  qs_lib::day_number last_ = 0;
+  std::vector<std::string> texts_;
+};
+
+const char* censorCode(const master_data& animal) {
+  return animal.death.date != 0 && animal.death.event != MOVE_TYPE::LOST_TO_FOLLOW_UP ? "1" : "0";
 }
 
 // What has no whole number of generations becomes the smallest number, which readers take as
@@ -52,21 +82,120 @@ int wholeGenerations(float generation) {
                                          : std::numeric_limits<int>::min();
 }
 
-void writeRow(qs_lib::CsvReport& table, const pedigree_record& entry) {
-  const master_data& animal = Animals.records[entry.animal];
-  table.cell(animal.stud_id, true);
-  table.cell(parentCell(Animals.records[entry.dam]), true);
-  table.cell(parentCell(Animals.records[entry.sire]), true);
-  table.cell(sexCode(animal.sex), true);
-  table.cell(MetaPop.getMemberName(animal.birth.location), true);
-  table.cell(dateCell(animal.birth.date), true);
-  table.cell(dateCell(animal.death.date), true);
-  table.cell(censorCode(animal), true);
-  table.cell(animal.fcoef, 5, true);
-  table.cell(wholeGenerations(animal.generation[G_MATERNAL]), true);
-  table.cell(Subspecies.getName(animal.taxon), true);
-  table.cell(animal.breeder ? YES : NO, false);
-  table.write("\n");
+// The rows as text. The pedigree list may be in any order, and the records of a large studbook fit
+// no cache: what a row needs is fetched some rows ahead, and which records are pseudo individuals
+// is found out in one pass over them.
+class PedigreeRows {
+ public:
+  explicit PedigreeRows(char separator) : separator_(separator) {
+    is_pseudo_.reserve(Animals.records.size());
+    for (const master_data& animal : Animals.records) {
+      is_pseudo_.push_back(isPseudoIndividual(animal.stud_id));
+      days_.include(animal.birth.date);
+      days_.include(animal.death.date);
+    }
+    days_.make(Animals.records.size());
+    for (const deme_level& level : MetaPop.levels()) {
+      for (const deme_member& member : level.members) {
+        std::string& site = sites_[member.id];
+        qs_lib::appendCsvText(site, MetaPop.getMemberName(member.id), separator);
+        site += separator;
+      }
+    }
+  }
+
+  // The rows of the entries [first, last), or of as many as there are.
+  std::string text(std::size_t first, std::size_t last) const {
+    constexpr std::size_t FETCH_AHEAD = 12;
+    constexpr std::size_t USUAL_ROW = 96;
+    const std::vector<pedigree_record>& pedigree = Animals.pedigree;
+    last = std::min(last, pedigree.size());
+    std::string rows;
+    rows.reserve(first < last ? (last - first) * USUAL_ROW : 0);
+    for (std::size_t i = first; i < last; ++i) {
+      if (i + FETCH_AHEAD < last) {
+        fetch(pedigree[i + FETCH_AHEAD]);
+      }
+      if (!is_pseudo_[pedigree[i].animal]) {
+        appendRow(rows, pedigree[i]);
+      }
+    }
+    return rows;
+  }
+
+ private:
+  static void fetch(const pedigree_record& entry) {
+    const master_data& animal = Animals.records[entry.animal];
+    __builtin_prefetch(&animal.stud_id);
+    __builtin_prefetch(&animal.taxon);
+    __builtin_prefetch(&animal.birth.location);
+    __builtin_prefetch(&animal.death);
+    __builtin_prefetch(&animal.generation);
+    __builtin_prefetch(&Animals.records[entry.sire].stud_id);
+    __builtin_prefetch(&Animals.records[entry.dam].stud_id);
+  }
+
+  void appendRow(std::string& rows, const pedigree_record& entry) const {
+    const master_data& animal = Animals.records[entry.animal];
+    appendText(rows, animal.stud_id);
+    appendText(rows, parentCell(entry.dam));
+    appendText(rows, parentCell(entry.sire));
+    appendPlain(rows, sexCode(animal.sex));
+    appendSite(rows, animal.birth.location);
+    days_.append(rows, animal.birth.date);
+    rows += separator_;
+    days_.append(rows, animal.death.date);
+    rows += separator_;
+    appendPlain(rows, censorCode(animal));
+    qs_lib::appendReal(rows, animal.fcoef, 5);
+    rows += separator_;
+    qs_lib::appendWhole(rows, wholeGenerations(animal.generation[G_MATERNAL]));
+    rows += separator_;
+    appendText(rows, Subspecies.getName(animal.taxon));
+    rows += animal.breeder ? "yes\n" : "no\n";
+  }
+
+  // Digits and letters, which never need quotes.
+  void appendPlain(std::string& rows, std::string_view text) const {
+    rows += text;
+    rows += separator_;
+  }
+
+  void appendText(std::string& rows, std::string_view text) const {
+    qs_lib::appendCsvText(rows, text, separator_);
+    rows += separator_;
+  }
+
+  void appendSite(std::string& rows, packed_deme location) const {
+    const auto site = sites_.find(location);
+    if (site == sites_.end()) {
+      appendText(rows, MetaPop.getMemberName(location));
+    } else {
+      rows += site->second;
+    }
+  }
+
+  std::string_view parentCell(position parent) const {
+    return is_pseudo_[parent] ? MISSING_PARENT : std::string_view(Animals.records[parent].stud_id);
+  }
+
+  char separator_;
+  std::vector<bool> is_pseudo_;  ///< by record
+  DayTexts days_;
+  std::unordered_map<packed_deme, std::string> sites_;  ///< the cells of their names
+};
+
+// Most rows are made in a second thread, where there is one: this one has to write them all.
+void writeRows(qs_lib::CsvReport& table) {
+  constexpr std::size_t BLOCK = 8192;
+  constexpr std::size_t MADE_BESIDE = 3 * BLOCK;
+  const PedigreeRows rows(table.separator);
+  for (std::size_t first = 0; first < Animals.pedigree.size(); first += BLOCK + MADE_BESIDE) {
+    const std::size_t next = first + BLOCK;
+    auto made_beside = std::async([&rows, next] { return rows.text(next, next + MADE_BESIDE); });
+    table.write(rows.text(first, next));
+    table.write(made_beside.get());
+  }
 }
 
 }  // namespace
@@ -87,11 +216,7 @@ bool ExportPedigree::exportToR() {
     return false;
   }
   table.writeHeader(HEADER);
-  for (const pedigree_record& entry : Animals.pedigree) {
-    if (!isPseudoIndividual(Animals.records[entry.animal].stud_id)) {
-      writeRow(table, entry);
-    }
-  }
+  writeRows(table);
   const bool written = table.fileClose();
   timer_.stop();
   return written;
