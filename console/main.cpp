@@ -1,4 +1,5 @@
 #include <csignal>
+#include <cstdlib>
 #include <ios>
 
 #include "console/command_line.h"
@@ -9,5 +10,7 @@ int main(int argument_count, char** arguments) {
   std::signal(SIGPIPE, SIG_DFL);
   std::ios::sync_with_stdio(false);
   spx::console::keepFreedMemory();
-  return spx::console::runCommandLine(argument_count, arguments);
+  const int code = spx::console::runCommandLine(argument_count, arguments);
+  // Everything is written. The memory of a large studbook goes back as a whole.
+  std::quick_exit(code);
 }

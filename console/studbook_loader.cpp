@@ -19,6 +19,7 @@
 #include "console/failure.h"
 #include "console/loading_output.h"
 #include "console/open_tables.h"
+#include "console/process_memory.h"
 #include "console/tables/animals_table.h"
 #include "console/tables/events_table.h"
 #include "console/tables/locations_table.h"
@@ -29,12 +30,13 @@ namespace {
 
 /// Room that is not used costs no memory; a sequence that outgrows it is held twice while it moves.
 /// A quarter more serves the pseudo founders of most studbooks.
-void reserveRoom(const studbook_tables& tables) {
+PageProvider reserveRoom(const studbook_tables& tables) {
   const auto& estimate = tables.animals.estimate_rows;
   const std::size_t rows = estimate ? estimate() : 0;
   if (!Animals.initialize(rows + rows / 4)) {
     throw Failure(tables.file + ": there is not enough memory for so many animals");
   }
+  return {Animals.records.data(), rows * sizeof(master_data)};
 }
 
 /// Reads one table; what is wrong with it as a whole is one more fault.
@@ -117,10 +119,10 @@ void resolveParents(const LoadingOutput& output) {
             << " (named " << output.parentWarnings() << " times)\n";
 }
 
+/// No lookup: no command searches for more than a few animals by their IDs.
 void buildDerived() {
   // In birth order at once: the keys are given in it.
   Animals.createIndex(SORT_FIELD::BIRTH);
-  Animals.createLookup();
   Animals.assignIdKeys();
   Animals.populationPedigree();
   Animals.flagBreeders();
@@ -128,8 +130,10 @@ void buildDerived() {
 
 void load(studbook_tables tables) {
   const LoadingOutput output;
-  reserveRoom(tables);
-  readTables(tables, "nothing was loaded");
+  {
+    const PageProvider pages = reserveRoom(tables);
+    readTables(tables, "nothing was loaded");
+  }
   completeRecords(tables.file, tables.format);
   tables = {};
   resolveParents(output);
@@ -168,7 +172,7 @@ void checkTables(const studbook_tables& tables, const char* refused) {
   dropStudbook();
   try {
     const LoadingOutput output;
-    reserveRoom(tables);
+    const PageProvider pages = reserveRoom(tables);
     readTables(tables, refused);
   } catch (...) {
     dropStudbook();

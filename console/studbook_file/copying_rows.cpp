@@ -44,7 +44,7 @@ class CopyingRows : public RowSource {
 
   bool next() override {
     if (!rows_->next()) return false;
-    cells_.assign(rows_->row().begin(), rows_->row().end());
+    cells_ = rows_->row();
     // The reader tells what is wrong with rows of other lengths.
     if (cells_.size() == titles_.size()) store();
     return true;

@@ -30,13 +30,14 @@ class StudbookRows : public RowSource {
       fields_.push_back(column.field);
     }
     prepare(query + " FROM " + table + " ORDER BY \"row\"");
-    cells_.resize(titles_.size());
+    texts_.resize(titles_.size());
+    cells_ = texts_;
   }
 
   bool next() override {
     const int result = sqlite3_step(rows_.get());
     if (result == SQLITE_ROW) {
-      for (std::size_t cell = 0; cell < cells_.size(); ++cell) cells_[cell] = read(cell);
+      for (std::size_t cell = 0; cell < texts_.size(); ++cell) texts_[cell] = read(cell);
       return true;
     }
     if (result != SQLITE_DONE) fail();
@@ -82,6 +83,7 @@ class StudbookRows : public RowSource {
   std::shared_ptr<StudbookFile> file_;
   statement rows_;   // before the file is closed
   bool has_animal_;  ///< the second column is the row of the animal
+  std::vector<std::string_view> texts_;
 };
 
 table_source source(const std::shared_ptr<StudbookFile>& file, const std::string& table) {

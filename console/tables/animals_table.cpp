@@ -13,6 +13,7 @@
 
 #include "console/tables/event_cells.h"
 #include "console/tables/field_table.h"
+#include "console/tables/remembered_words.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -74,10 +75,11 @@ constexpr event_fields DEATH_FIELDS = {DEATH_DATE, DEATH_ACCURACY, DEATH_RANGE, 
 
 /// The ID as the record has it: the identifiers of the pseudo parents are recognised in any case.
 std::string parentId(std::string_view text, const char* unknown) {
+  static constexpr std::string_view PSEUDO_PARENTS[] = {WILD_PARENT, UNKNOWN_PARENT, UNKNOWN_SIRE,
+                                                        UNKNOWN_DAM, GROUP_PARENT};
   if (isUnknownId(text)) return unknown;
-  for (const char* pseudo :
-       {WILD_PARENT, UNKNOWN_PARENT, UNKNOWN_SIRE, UNKNOWN_DAM, GROUP_PARENT}) {
-    if (isSameWord(text, pseudo)) return pseudo;
+  for (const std::string_view pseudo : PSEUDO_PARENTS) {
+    if (isSameWord(text, pseudo)) return std::string(pseudo);
   }
   return std::string(text);
 }
@@ -134,10 +136,10 @@ class AnimalsReader {
     animal.stud_id = id;
     animal.sire_id = parentId(table_[SIRE_CELL], UNKNOWN_SIRE);
     animal.dam_id = parentId(table_[DAM_CELL], UNKNOWN_DAM);
-    animal.sex = table_.read(SEX_CELL, parseSex, SEX_WORDS);
+    animal.sex = table_.read(SEX_CELL, std::ref(sexes_), SEX_WORDS);
     animal.birth_type =
-        table_.read(ORIGIN_CELL, parseOrigin, "origin (wild-born, captive-born, unknown)");
-    animal.rearing = table_.read(REARING_CELL, parseRearing, REARING_WORDS);
+        table_.read(ORIGIN_CELL, std::ref(origins_), "origin (wild-born, captive-born, unknown)");
+    animal.rearing = table_.read(REARING_CELL, std::ref(rearings_), REARING_WORDS);
     const std::string_view taxon = table_[TAXON_CELL];
     if (!isUnknown(taxon)) animal.taxon = Subspecies.add(std::string(taxon));
   }
@@ -158,7 +160,7 @@ class AnimalsReader {
     if (!ended) initializeMove(animal.death);
     animal.death.event = ended ? MOVE_TYPE::DEATH : MOVE_TYPE::NO_EVENT;
     if (isMissing(table_[DEATH_EVENT])) return;
-    const MOVE_TYPE event = table_.read(DEATH_EVENT, parseMoveType, KIND_OF_EVENT);
+    const MOVE_TYPE event = table_.read(DEATH_EVENT, std::ref(ends_), KIND_OF_EVENT);
     if (event != MOVE_TYPE::NO_EVENT && !ended) {
       table_.addFault(DEATH_EVENT, quotedText(table_[DEATH_EVENT]) + " needs a date");
     }
@@ -166,10 +168,14 @@ class AnimalsReader {
   }
 
   void readNumbers(master_data& animal) {
-    animal.fcoef = table_.read(FCOEF_CELL, parseReal<double>, "number");
+    if (table_.has(FCOEF_CELL)) {
+      animal.fcoef = table_.read(FCOEF_CELL, parseReal<double>, "number");
+    }
     for (std::size_t kind = 0; kind < std::size(animal.generation); ++kind) {
-      animal.generation[kind] =
-          table_.read(FIRST_GENERATION_CELL + kind, parseReal<float>, "number");
+      const std::size_t field = FIRST_GENERATION_CELL + kind;
+      if (table_.has(field)) {
+        animal.generation[kind] = table_.read(field, parseReal<float>, "number");
+      }
     }
   }
 
@@ -196,6 +202,10 @@ class AnimalsReader {
   FieldTable table_;
   LocationRegistry& locations_;
   std::vector<TypeGuess> guesses_;
+  RememberedWords<SEX> sexes_{parseSex};
+  RememberedWords<BIRTH_TYPE> origins_{parseOrigin};
+  RememberedWords<REARING> rearings_{parseRearing};
+  RememberedWords<MOVE_TYPE> ends_{parseMoveType};
 };
 
 }  // namespace

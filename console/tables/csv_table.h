@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
+#include <future>
 #include <string>
 
+#include "console/tables/csv_parser.h"
 #include "console/tables/row_source.h"
 
 namespace spx::console {
@@ -18,16 +19,18 @@ class CsvTable : public RowSource {
  public:
   /// Opens the file and reads its header line. Throws TableError.
   explicit CsvTable(const std::string& file);
-  ~CsvTable() override;
 
   bool next() override;
-  std::size_t line() const override;
+  std::size_t line() const override { return rows_.line(row_); }
 
  private:
-  class Parser;
   bool nextLine();
+  void readAhead();
 
-  std::unique_ptr<Parser> parser_;
+  CsvParser parser_;
+  CsvRows rows_;
+  std::size_t row_ = static_cast<std::size_t>(-1);
+  std::future<CsvRows> next_rows_;  ///< ends before the parser does
 };
 
 /// The table in a CSV file; not given when the name is empty.

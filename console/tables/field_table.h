@@ -33,6 +33,9 @@ class FieldTable {
   /// Goes to the next row; rows with too few or too many cells become faults. Throws TableError.
   bool next();
 
+  /// Whether there is a column of that field.
+  bool has(std::size_t field) const { return columns_.column(field) != ColumnTitles::NONE; }
+
   /// The cell of a field; empty when the table has no such column. Valid until next().
   std::string_view operator[](std::size_t field) const;
 

@@ -43,16 +43,23 @@ place LocationRegistry::enter(const DemeID& deme, const std::string& name, gis_p
   numbers_.emplace(added.deme, added.number);
   const auto [entry, first] = names_.try_emplace(name, named_place{added, false});
   if (!first) entry->second.ambiguous = true;
+  found_.erase(name);
   return added;
 }
 
 place LocationRegistry::find(std::string_view text, std::string& reason) {
+  if (const auto known = found_.find(text); known != found_.end()) return known->second;
+  const place where = findAnew(text, reason);
+  if (where.number != 0) found_.insert_or_assign(std::string(text), where);
+  return where;
+}
+
+place LocationRegistry::findAnew(std::string_view text, std::string& reason) {
   if (const auto known = names_.find(text); known != names_.end()) {
     if (!known->second.ambiguous) return known->second.where;
     reason = quotedText(text) + " is the name of several locations: give the identifier";
     return {};
   }
-  if (const auto known = identifiers_.find(text); known != identifiers_.end()) return known->second;
   return isDemeText(text) ? findIdentifier(text, reason) : findName(text, reason);
 }
 
@@ -76,9 +83,7 @@ place LocationRegistry::findIdentifier(std::string_view text, std::string& reaso
     addAbove(*deme);
     enter(*deme, shortText(*deme), {});
   }
-  const place found{deme->binary(), numbers_.at(deme->binary())};
-  identifiers_.emplace(text, found);
-  return found;
+  return {deme->binary(), numbers_.at(deme->binary())};
 }
 
 /// The demes that contain a new one, so that a view can take a region as a whole.

@@ -55,6 +55,7 @@ class LocationRegistry {
   template <typename Value>
   using text_map = std::unordered_map<std::string, Value, text_hash, std::equal_to<>>;
 
+  place findAnew(std::string_view text, std::string& reason);
   place findIdentifier(std::string_view text, std::string& reason);
   place findName(std::string_view text, std::string& reason);
   place enter(const DemeID& deme, const std::string& name, gis_point point);
@@ -70,7 +71,7 @@ class LocationRegistry {
   place unknown_;
   std::unordered_map<packed_deme, std::uint64_t> numbers_;
   text_map<named_place> names_;
-  text_map<place> identifiers_;  ///< texts that were read once
+  text_map<place> found_;  ///< texts that were looked up once
 };
 
 }  // namespace spx::console

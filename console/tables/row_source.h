@@ -65,7 +65,7 @@ class RowSource {
 
   std::vector<std::string> titles_;
   std::vector<std::string> fields_;
-  std::vector<std::string_view> cells_;
+  std::span<const std::string_view> cells_;
 };
 
 /// One table of a studbook, which may not be given.

@@ -73,7 +73,9 @@ bool isSameWord(std::string_view a, std::string_view b) {
 }
 
 bool isMissing(std::string_view text) {
-  return text.empty() || text == "." || isSameWord(text, "NA") || isSameWord(text, "N/A");
+  constexpr std::size_t LONGEST_CODE = 3;
+  return text.empty() || (text.size() <= LONGEST_CODE &&
+                          (text == "." || isSameWord(text, "NA") || isSameWord(text, "N/A")));
 }
 
 bool isUnknown(std::string_view text) {
