@@ -26,9 +26,8 @@ std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& number
 /// The places of texts in byte-wise order; equal texts keep theirs.
 /// @param beginnings  the beginning of each text
 /// @param textAt      gives the text at a place; asked only where beginnings do not tell
-std::vector<std::size_t> ascendingOrder(
-    const std::vector<std::uint64_t>& beginnings,
-    const std::function<std::string_view(std::size_t)>& textAt);
+std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& beginnings,
+                                        const std::function<std::string_view(std::size_t)>& textAt);
 
 /// The elements in that order of their places.
 template <class Element>
