@@ -1,8 +1,12 @@
 #include "console/studbook_file/studbook_rows.h"
 
+#include <utility>
+#include <vector>
+
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
+#include "console/studbook_file/rows_ahead.h"
 #include "console/studbook_file/studbook_schema.h"
 
 namespace spx::console {
@@ -96,7 +100,7 @@ table_source source(const std::shared_ptr<StudbookFile>& file, const std::string
 
 std::unique_ptr<RowSource> openRows(const std::shared_ptr<StudbookFile>& file,
                                     const std::string& table) {
-  return std::make_unique<StudbookRows>(file, table);
+  return readAhead(std::make_unique<StudbookRows>(file, table));
 }
 
 studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file) {

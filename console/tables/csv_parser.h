@@ -31,7 +31,7 @@ class CsvRows {
   /// What is wrong with the row that would come next; it and what follows are not read.
   const std::optional<TableError>& failure() const { return failure_; }
   /// Whether no rows follow.
-  bool isLast() const { return is_last_; }
+  bool isLast() const { return is_last_ || failure_; }
 
  private:
   friend class CsvParser;

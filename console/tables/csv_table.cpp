@@ -37,7 +37,6 @@ std::size_t estimateRows(const std::string& file) {
 }  // namespace
 
 CsvTable::CsvTable(const std::string& file) : parser_(file), rows_(parser_.nextRows()) {
-  readAhead();
   if (!nextLine()) throw TableError(0, "is empty: a header line is needed");
   for (const std::string_view cell : cells_) {
     titles_.push_back(qs_lib::allTrim(std::string(cell)));
@@ -53,21 +52,14 @@ bool CsvTable::next() {
   return false;
 }
 
-/// One chunk of the table is taken apart while the rows of the one before are used. A table of one
-/// chunk needs no second thread.
-void CsvTable::readAhead() {
-  if (!rows_.isLast() && !rows_.failure()) {
-    next_rows_ = std::async([this] { return parser_.nextRows(); });
-  }
-}
-
 bool CsvTable::nextLine() {
   while (++row_ >= rows_.size()) {
     if (rows_.failure()) throw TableError(*rows_.failure());
     if (rows_.isLast()) return false;
-    rows_ = next_rows_.get();
+    // A table of one chunk needs no second thread.
+    if (!ahead_) ahead_.emplace([this] { return parser_.nextRows(); });
+    rows_ = ahead_->take();
     row_ = static_cast<std::size_t>(-1);
-    readAhead();
   }
   cells_ = rows_[row_];
   return true;

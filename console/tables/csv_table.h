@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <future>
+#include <optional>
 #include <string>
 
 #include "console/tables/csv_parser.h"
+#include "console/tables/read_ahead.h"
 #include "console/tables/row_source.h"
 
 namespace spx::console {
@@ -25,12 +26,11 @@ class CsvTable : public RowSource {
 
  private:
   bool nextLine();
-  void readAhead();
 
   CsvParser parser_;
   CsvRows rows_;
   std::size_t row_ = static_cast<std::size_t>(-1);
-  std::future<CsvRows> next_rows_;  ///< ends before the parser does
+  std::optional<ReadAhead<CsvRows>> ahead_;
 };
 
 /// The table in a CSV file; not given when the name is empty.
