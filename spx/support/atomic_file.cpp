@@ -3,8 +3,9 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -18,14 +19,15 @@ constexpr unsigned PERMISSION_BITS = 07777;
 constexpr unsigned NEW_FILE_MODE = 0666;  // less the umask
 constexpr int MOST_ATTEMPTS = 1000;
 
+/// What a link names, also where that does not exist yet.
 std::string followLinks(const std::string& path) {
-  char* resolved = realpath(path.c_str(), nullptr);
-  if (resolved == nullptr) {
-    return path;
+  constexpr int MOST_LINKS = 40;  // as many as the system follows
+  std::filesystem::path target = path;
+  std::error_code failed;
+  for (int links = 0; links < MOST_LINKS && std::filesystem::is_symlink(target, failed); ++links) {
+    target = target.parent_path() / std::filesystem::read_symlink(target, failed);
   }
-  std::string target = resolved;
-  std::free(resolved);
-  return target;
+  return target.string();
 }
 
 /// A name beside the target that no other process and no other call uses. It does not contain the

@@ -12,7 +12,7 @@ constexpr char HEADER_SEPARATOR[] = "|";
 CsvReport::CsvReport() = default;
 
 CsvReport::~CsvReport() {
-  fileClose();
+  closeAtEnd();
 }
 
 void CsvReport::writeHeader(const std::string& header) {

@@ -1,6 +1,7 @@
 #include "spx/support/write_file.h"
 
 #include <cstring>
+#include <exception>
 #include <locale>
 
 namespace qs_lib {
@@ -28,11 +29,20 @@ WriteFile::WriteFile() {
 }
 
 WriteFile::~WriteFile() {
-  fileClose();
+  closeAtEnd();
+}
+
+void WriteFile::closeAtEnd() {
+  if (std::uncaught_exceptions() > exceptions_at_opening_) {
+    fileDiscard();
+  } else {
+    fileClose();
+  }
 }
 
 bool WriteFile::fileOpen() {
   fileClose();
+  exceptions_at_opening_ = std::uncaught_exceptions();
   std::string path = getFileName();
   if (!isPath(path)) {
     return false;

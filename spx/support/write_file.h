@@ -17,7 +17,9 @@ class SPX_EXPORT WriteFile : public FileName {
   WriteFile();
   WriteFile(const WriteFile&) = delete;
   WriteFile& operator=(const WriteFile&) = delete;
-  ~WriteFile() override;  ///< closes the file
+  /// Closes the file. When an exception ends its life a staged file is discarded: what is half
+  /// written does not replace what was whole.
+  ~WriteFile() override;
 
   /// Opens the file named by getFileName(), emptying it unless the append flag is set. A file
   /// that is still open is closed first.
@@ -58,6 +60,10 @@ class SPX_EXPORT WriteFile : public FileName {
   /// at first; takes effect with the next fileOpen().
   void setStaged(bool staged) { staged_ = staged; }
 
+ protected:
+  /// What the destructor does, for heirs that have to close first.
+  void closeAtEnd();
+
  private:
   void put(std::string_view text);
   void openStream(const std::string& path);
@@ -68,5 +74,6 @@ class SPX_EXPORT WriteFile : public FileName {
   std::ofstream stream_;
   bool append_ = false;
   bool staged_ = false;
+  int exceptions_at_opening_ = 0;
 };
 }  // namespace qs_lib

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "spx/support/atomic_file.h"
+#include "spx/support/csv_report.h"
 #include "spx/support/directory.h"
 #include "spx/support/file_name.h"
 #include "spx/support/log_file.h"
@@ -125,6 +126,24 @@ TEST_F(Files, StagedFileReplacesTheOldOneWhenWhole) {
   EXPECT_EQ(contentOf(at(long_name)), "new\n");
   EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(at(long_name)).permissions()), 0604u);
   EXPECT_EQ(filesAtHome(), (std::vector<std::string>{"link", long_name}));
+  std::filesystem::remove(at(long_name));
+  ASSERT_TRUE(file.fileOpen() && file.fileClose()) << "a link to a file that is not there";
+  EXPECT_TRUE(std::filesystem::is_symlink(at("link")) && contentOf(at(long_name)).empty());
+}
+
+TEST_F(Files, AnExceptionLeavesTheFileThatWasWhole) {
+  writeContent(at("file"), "old");
+  try {
+    CsvReport report;
+    report.setFileName(at("file"));
+    report.setStaged(true);
+    ASSERT_TRUE(report.fileOpen());
+    report.write("half");
+    throw std::bad_alloc();
+  } catch (const std::bad_alloc&) {
+    EXPECT_EQ(contentOf(at("file")), "old");
+  }
+  EXPECT_EQ(filesAtHome(), std::vector<std::string>{"file"});
 }
 
 TEST_F(Files, FailedCommitLeavesNothing) {
