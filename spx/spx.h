@@ -25,6 +25,7 @@
 #include "spx/reports/user_fields.h"
 #include "spx/reports/view_to_r.h"
 #include "spx/support/console.h"
+#include "spx/support/csv_text.h"
 #include "spx/support/julian_date.h"
 #include "spx/support/random.h"
 #include "spx/version.h"
@@ -34,3 +35,4 @@
 #include "spx/views/meta_population.h"
 #include "spx/views/predicates.h"
 #include "spx/views/sub_taxa.h"
+#include "spx/views/view_file.h"

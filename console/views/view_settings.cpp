@@ -11,6 +11,7 @@
 #include "spx/views/meta_population.h"
 
 #include "console/failure.h"
+#include "console/help/nearest_word.h"
 #include "console/tables/faults.h"
 #include "console/tables/value_text.h"
 
@@ -213,10 +214,12 @@ const std::vector<view_setting>& viewSettings() {
 
 void setViewSetting(const std::string& name, const std::string& value) {
   const std::string wanted = isSameWord(name, "to") ? "until" : name;
+  std::vector<std::string> names;
   for (const view_setting& setting : viewSettings()) {
     if (isSameWord(wanted, setting.name)) return setting.apply(setting, value);
+    names.emplace_back(setting.name);
   }
-  throw UsageError("there is no view setting " + quotedText(name));
+  throw UsageError("there is no view setting " + quotedText(name) + suggestion(name, names));
 }
 
 void setStartView() {

@@ -7,12 +7,12 @@
 #include <stdexcept>
 
 #include "spx/reports/user_fields.h"
-#include "spx/support/configuration.h"
 #include "spx/support/file_name.h"
 #include "spx/support/number_text.h"
 #include "spx/support/text.h"
 #include "spx/support/tokenizer.h"
 #include "spx/views/data_filter.h"
+#include "spx/views/view_file.h"
 
 #include "console/failure.h"
 #include "console/tables/faults.h"
@@ -83,15 +83,6 @@ class ViewPath {
  private:
   std::string former_;
 };
-
-qs_lib::Configuration viewFile(const std::string& directory, const std::string& name) {
-  qs_lib::Configuration file;
-  file.setDirectory(directory);
-  file.setName(name);
-  file.setExtension("view");
-  file.setSection("VIEW");
-  return file;
-}
 
 std::string numbered(const char* key, std::size_t number) {
   return key + std::to_string(number);

@@ -1,8 +1,9 @@
 // Views as key files: saving, loading and listing them.
+#include "spx/views/view_file.h"
+
 #include <iostream>
 
 #include "spx/core/errors.h"
-#include "spx/support/configuration.h"
 #include "spx/support/directory.h"
 #include "spx/support/file_name.h"
 #include "spx/support/number_text.h"
@@ -12,15 +13,6 @@ namespace spx {
 namespace {
 
 constexpr char DEME_SEPARATOR = ';';
-
-qs_lib::Configuration viewFile(const std::string& directory, const std::string& name) {
-  qs_lib::Configuration file;
-  file.setDirectory(directory);
-  file.setName(name);
-  file.setExtension("view");
-  file.setSection("VIEW");
-  return file;
-}
 
 /// Writes the values of a view as the texts of its file.
 class ViewWriter {
@@ -153,6 +145,15 @@ void readView(DataFilter& view, const ViewReader& from) {
 }
 
 }  // namespace
+
+qs_lib::Configuration viewFile(const std::string& directory, const std::string& name) {
+  qs_lib::Configuration file;
+  file.setDirectory(directory);
+  file.setName(name);
+  file.setExtension("view");
+  file.setSection("VIEW");
+  return file;
+}
 
 void DataFilter::save(const std::string& name) const {
   qs_lib::Configuration file = viewFile(path, name);
