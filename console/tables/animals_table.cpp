@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -84,6 +85,10 @@ std::string parentId(std::string_view text, const char* unknown) {
   return std::string(text);
 }
 
+std::optional<taxon_handle> registerTaxon(std::string_view text) {
+  return isUnknown(text) ? Subspecies.getGeneric() : Subspecies.add(std::string(text));
+}
+
 class AnimalsReader {
  public:
   AnimalsReader(const table_source& source, std::span<const title_choice> choices,
@@ -140,8 +145,7 @@ class AnimalsReader {
     animal.birth_type =
         table_.read(ORIGIN_CELL, std::ref(origins_), "origin (wild-born, captive-born, unknown)");
     animal.rearing = table_.read(REARING_CELL, std::ref(rearings_), REARING_WORDS);
-    const std::string_view taxon = table_[TAXON_CELL];
-    if (!isUnknown(taxon)) animal.taxon = Subspecies.add(std::string(taxon));
+    animal.taxon = *taxa_(table_[TAXON_CELL]);
   }
 
   void readBirth(master_data& animal) {
@@ -206,6 +210,7 @@ class AnimalsReader {
   RememberedWords<BIRTH_TYPE> origins_{parseOrigin};
   RememberedWords<REARING> rearings_{parseRearing};
   RememberedWords<MOVE_TYPE> ends_{parseMoveType};
+  RememberedWords<taxon_handle> taxa_{registerTaxon};
 };
 
 }  // namespace

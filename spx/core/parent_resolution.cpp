@@ -56,9 +56,13 @@ std::string substituteOf(const std::string& id, SEX sex) {
 
 void warnOfMissing(const std::string& id, const std::string& substitute) {
   constexpr std::size_t WIDTH = 8;
-  const std::string indent(WIDTH - std::min(id.size(), WIDTH), ' ');
-  qs_lib::display("Warning: record of parent id #" + indent + id + " does not exist, assume " +
-                  substitute + "\n");
+  std::string warning = "Warning: record of parent id #";
+  warning.append(WIDTH - std::min(id.size(), WIDTH), ' ');
+  warning += id;
+  warning += " does not exist, assume ";
+  warning += substitute;
+  warning += '\n';
+  qs_lib::display(warning);
 }
 
 // What an offspring's check asks of a parent. The records of a large studbook fit no cache, these

@@ -39,10 +39,13 @@ const std::regex pseudoFounder = compiled(pseudo_founder);
 // The standard expressions recurse once per character.
 constexpr std::size_t LONGEST_FOR_EXPRESSION = 256;
 
-// What most parents without a record are called; no expression has to be asked.
-bool isPseudoParent(std::string_view id) {
+// What most parents without a record are called: a shared parent, or a founder with the number of
+// its mate or of the parent that is missing. No expression has to be asked.
+bool isUsualPseudo(std::string_view id) {
   return id == UNKNOWN_SIRE || id == UNKNOWN_DAM || id == WILD_PARENT || id == UNKNOWN_PARENT ||
-         id == GROUP_PARENT;
+         id == GROUP_PARENT ||
+         (id.starts_with(PSEUDO_FOUNDER_PREFIX) &&
+          id.find_first_not_of("0123456789", 1) == std::string_view::npos);
 }
 
 bool matches(const std::string& id, const std::regex& expression, IDENTIFIER_KIND kind) {
@@ -50,7 +53,7 @@ bool matches(const std::string& id, const std::regex& expression, IDENTIFIER_KIN
   if (!canBeginIdentifier(id, kind)) {
     return false;
   }
-  if (kind == IDENTIFIER_KIND::PSEUDO_ANIMAL && isPseudoParent(id)) {
+  if (kind == IDENTIFIER_KIND::PSEUDO_ANIMAL && isUsualPseudo(id)) {
     return true;
   }
   return id.size() <= LONGEST_FOR_EXPRESSION ? std::regex_match(id, expression)
