@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <unistd.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -34,13 +33,6 @@ class StudbookFileTest : public ConsoleTest {
     std::string text;
     for (const std::string& name : tableFiles(file)) text += contentOf(at("out/" + name)) + "\f";
     return text;
-  }
-
-  /// Runs the program, and kills it after so many milliseconds. @return whether it came to its end
-  static bool runFor(int milliseconds, const std::vector<std::string>& words) {
-    std::string line = "timeout -s KILL " + std::to_string(milliseconds / 1000.0) + " " SPX_PROGRAM;
-    for (const std::string& word : words) line += " " + word;
-    return std::system((line + " >/dev/null 2>&1").c_str()) == 0;
   }
 
   const std::string file = at("t.studbook");
@@ -144,43 +136,6 @@ TEST_F(StudbookFileTest, UndoesWhatAKilledWriterLeft) {
     ASSERT_NE(contentOf(file), former);
     replace ? import(at("t.studbook")) : static_cast<void>(outputOf(file, "list"));
     EXPECT_EQ(contentOf(replace ? file + ".bak" : file), former);
-  }
-}
-
-TEST_F(StudbookFileTest, KilledAtAnyMomentItIsTheFormerStudbookOrTheNewOne) {
-  std::string texts[] = {"id,sex,rearing\n", "id,sex,rearing\n"};
-  for (int animal = 1; animal <= 400; ++animal) {
-    texts[0] += std::to_string(animal) + ",m,hand\n";
-    texts[1] += std::to_string(animal) + ",f,parent\n";
-  }
-  std::string set = texts[0];
-  set.replace(set.find("\n7,m,hand"), 9, "\n7,f,parent");
-  const std::string first = table("a.csv", texts[0]);
-  const struct {
-    std::string states[2];
-    std::vector<std::string> to[2];  ///< the words that bring the studbook into a state
-  } cases[] = {
-      {{texts[0], texts[1]}, {{"import", first}, {"import", table("b.csv", texts[1])}}},
-      {{texts[0], set},
-       {{"animal", "set", "7", "sex=m", "rearing=hand"},
-        {"animal", "set", "7", "sex=f", "rearing=parent"}}},
-  };
-  std::mt19937 random(7);
-  for (const auto& [states, to] : cases) {
-    import(first);
-    int longest = 10;
-    std::size_t state = 0;
-    for (int round = 0; round < 16; ++round) {
-      // Until one has come to its end the time is doubled.
-      const int wait = round < 4 ? longest : std::uniform_int_distribution(1, longest)(random);
-      std::vector<std::string> words = to[1 - state];
-      words.insert(words.end(), {"--studbook", file});
-      const bool ended = runFor(wait, words);
-      if (!ended && wait == longest) longest *= 2;
-      const std::string found = tables();
-      EXPECT_TRUE(found == states[1 - state] + "\f" || (!ended && found == states[state] + "\f"));
-      state = found == states[0] + "\f" ? 0 : 1;
-    }
   }
 }
 
