@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <memory>
 #include <utility>
 
@@ -12,11 +11,7 @@ template <class Value>
 class Rare {
  public:
   Rare() = default;
-  /// From a value, or from what it is made of.
-  template <std::convertible_to<Value> Source>
-  Rare(Source&& value) {  // NOLINT(google-explicit-constructor): as the value itself
-    set(std::forward<Source>(value));
-  }
+  Rare(Value value) { set(std::move(value)); }  // NOLINT(google-explicit-constructor): as a value
   Rare(const Rare& other) : value_(copyOf(other)) {}
   Rare(Rare&&) noexcept = default;
   Rare& operator=(const Rare& other) {

@@ -13,7 +13,7 @@ namespace {
 TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   master_data animal = animalOf("7", "1", "2", SEX::MALE, 5, 9);
   animal.rearing = REARING::HAND;
-  animal.birth = {5, DATE_ACCURACY::BY_YEAR, 3, 4, MOVE_TYPE::ARRIVAL, "first", 6, "second"};
+  animal.birth = {5, DATE_ACCURACY::BY_YEAR, 3, 4, MOVE_TYPE::ARRIVAL, std::string("first"), 6, {}};
   animal.moves.resize(2);
   animal.managed = {{{1, 2, 3, 4}}};
   EXPECT_TRUE(initializeManaged(animal.managed[0]));
@@ -21,7 +21,7 @@ TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   EXPECT_EQ(animal.stud_id + " " + animal.sire_id + " " + animal.dam_id, "7 UNKM UNKF");
   EXPECT_EQ(getEnumName(animal.sex) + " " + getEnumName(animal.rearing), "unknown hand");
   const master_data copy = animal;
-  animal.birth.first_text = "";
+  animal.birth.first_text.set("");
   EXPECT_EQ(copy.birth.first_text.get() + animal.birth.first_text.get(), "first") << "deep";
   EXPECT_EQ(getEnumName(animal.birth.event), "arrival");
   EXPECT_EQ(animal.birth.date + animal.birth.range + animal.birth.number + animal.death.date, 0U);
