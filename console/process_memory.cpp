@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <malloc.h>
+#include <system_error>
 #include <unistd.h>
 
 #include <sys/mman.h>
@@ -23,13 +24,18 @@ PageProvider::PageProvider(void* room, std::size_t bytes) {
   const auto begin = (reinterpret_cast<std::uintptr_t>(room) + page - 1) / page * page;
   const auto end = (reinterpret_cast<std::uintptr_t>(room) + bytes) / page * page;
   if (bytes < SMALL) return;
-  thread_ = std::jthread([begin, end](const std::stop_token& stop) {
+  const auto provide = [begin, end](const std::stop_token& stop) {
     // In pieces, so that who fills the room is never kept waiting for long.
     for (std::uintptr_t at = begin; at < end && !stop.stop_requested(); at += SMALL) {
       ::madvise(reinterpret_cast<void*>(at), std::min<std::size_t>(SMALL, end - at),
                 MADV_POPULATE_WRITE);
     }
-  });
+  };
+  try {
+    thread_ = std::jthread(provide);
+  } catch (const std::system_error&) {
+    thread_ = {};  // the pages come one by one, as they are filled
+  }
 }
 
 }  // namespace spx::console

@@ -1,5 +1,6 @@
 #include "console/studbook_file/rows_ahead.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -49,9 +50,16 @@ class RowCopies {
 
   void add(const RowSource& source) {
     rows_.push_back({source.line(), source.animalRow(), ends_.size(), source.cells()});
+    const std::size_t begin = texts_.size();
+    std::size_t end = begin;
     for (const std::string_view cell : source.row()) {
-      texts_.insert(texts_.end(), cell.begin(), cell.end());
-      ends_.push_back(texts_.size());
+      end += cell.size();
+      ends_.push_back(end);
+    }
+    texts_.resize(end);
+    char* to = texts_.data() + begin;
+    for (const std::string_view cell : source.row()) {
+      to = std::copy(cell.begin(), cell.end(), to);
     }
   }
 

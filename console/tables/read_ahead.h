@@ -6,24 +6,31 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <variant>
 
 namespace spx::console {
 
-/// Makes the parts of something in a second thread, some parts ahead of who takes them. A new
-/// thread for every part would mostly wait for its turn.
+/// Makes the parts of something in a second thread, some parts ahead of who takes them, or at once
+/// where no thread can be had. A new thread for every part would mostly wait for its turn.
 /// @tparam Part  has isLast(), true where no other part follows
 template <class Part>
 class ReadAhead {
  public:
   /// @param make  called in the other thread, part after part; what it uses must outlive this
-  explicit ReadAhead(std::function<Part()> make)
-      : make_(std::move(make)), thread_([this](const std::stop_token& stop) { run(stop); }) {}
+  explicit ReadAhead(std::function<Part()> make) : make_(std::move(make)) {
+    try {
+      thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+    } catch (const std::system_error&) {
+      thread_ = {};
+    }
+  }
 
   /// The next part, not to be called after the last one. Throws what making it threw.
   Part take() {
+    if (!thread_.joinable()) return make_();
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !made_.empty(); });
     made_part part = std::move(made_.front());

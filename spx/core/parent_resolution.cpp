@@ -1,7 +1,6 @@
 // Parents: pseudo parents and founders, the search for a parent, and the checks of a loaded
 // studbook.
 #include <algorithm>
-#include <future>
 #include <limits>
 
 #include "spx/core/animal_data.h"
@@ -168,11 +167,15 @@ struct AnimalData::Validation {
   taxon_handle generic = Subspecies.getGeneric();
   bool is_taxon_inherited = Subspecies.names().size() > 1 && generic != Subspecies.end();
 
-  // Both only read the records: in two threads, where there are two.
   explicit Validation(const std::vector<master_data>& records)
-      : Validation(records, std::async([&records] { return RecordIndex(records); })) {}
-  Validation(const std::vector<master_data>& records, std::future<RecordIndex> indexing)
-      : facts(records.begin(), records.end()), known(indexing.get()) {}
+      : facts(roomFor(records)),
+        known(records, [this](const master_data& animal) { facts.emplace_back(animal); }) {}
+
+  static std::vector<parent_facts> roomFor(const std::vector<master_data>& records) {
+    std::vector<parent_facts> room;
+    room.reserve(records.size());
+    return room;
+  }
 
   void fetchParentsOf(position record) const {
     __builtin_prefetch(facts.data() + known.probableSire(record));

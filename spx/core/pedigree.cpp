@@ -1,6 +1,5 @@
 // The pedigree list: building it, ordering it, and what is read from it.
 #include <algorithm>
-#include <future>
 #include <string>
 #include <string_view>
 
@@ -118,10 +117,8 @@ bool AnimalData::populationPedigree() {
   }
   pedigree.clear();
   pedigree.reserve(records.size());
-  // The records are only read by both: in two threads, where there are two.
-  auto indexing = std::async([this] { return RecordIndex(records); });
   sortList(SORT_FIELD::STUDBOOK_ID);
-  RecordIndex known = indexing.get();
+  RecordIndex known(records);
   for (std::size_t i = 0; i < index.size(); ++i) {
     fetchParents(known, i);
     const position animal = index[i];

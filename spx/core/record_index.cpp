@@ -1,5 +1,6 @@
 #include "spx/core/record_index.h"
 
+#include <bit>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -14,6 +15,9 @@ constexpr std::uint64_t NO_NUMBER = std::numeric_limits<std::uint64_t>::max();
 constexpr std::size_t FIRST_SLOTS = 64;
 constexpr unsigned SIZE_SHIFT = 56;
 constexpr std::size_t LONGEST_EXACT = 7;
+
+// The bytes are read as numbers, two or four at once.
+static_assert(std::endian::native == std::endian::little);
 
 template <class Number>
 std::uint64_t numberAt(const char* bytes) {
@@ -75,19 +79,11 @@ std::uint64_t id_word::number() const {
   return ((pairs & PAIRS) * 0x000F424000000064 + (pairs >> 16 & PAIRS) * 0x0000271000000001) >> 32;
 }
 
-RecordIndex::RecordIndex(const std::vector<master_data>& records) : records_(records) {
-  constexpr position FETCH_AHEAD = 16;
-  // Numbers that are much larger than the studbook are looked up as other IDs.
-  numbered_.assign(2 * records.size() + FIRST_SLOTS, NO_RECORD);
+// Numbers that are much larger than the studbook are looked up as other IDs.
+void RecordIndex::makeRoom() {
+  numbered_.assign(2 * records_.size() + FIRST_SLOTS, NO_RECORD);
   slots_.assign(FIRST_SLOTS, {0, EMPTY});
-  parents_.reserve(records.size());
-  for (position record = 0; record < records.size(); ++record) {
-    if (record + FETCH_AHEAD < records.size()) {
-      __builtin_prefetch(&records[record + FETCH_AHEAD].stud_id);
-      __builtin_prefetch(&records[record + FETCH_AHEAD].dam_id);
-    }
-    addNext();
-  }
+  parents_.reserve(records_.size());
 }
 
 void RecordIndex::addNext() {

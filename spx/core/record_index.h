@@ -35,7 +35,24 @@ struct id_word {
 class RecordIndex {
  public:
   /// Enters every record. Linear. The sequence must outlive the index.
-  explicit RecordIndex(const std::vector<master_data>& records);
+  explicit RecordIndex(const std::vector<master_data>& records)
+      : RecordIndex(records, [](const master_data&) {}) {}
+
+  /// The same.
+  /// @param visit  is handed each record, in their order, while it is at hand
+  template <class Visit>
+  RecordIndex(const std::vector<master_data>& records, Visit visit) : records_(records) {
+    constexpr position FETCH_AHEAD = 16;
+    makeRoom();
+    for (position record = 0; record < records.size(); ++record) {
+      if (record + FETCH_AHEAD < records.size()) {
+        __builtin_prefetch(&records[record + FETCH_AHEAD].stud_id);
+        __builtin_prefetch(&records[record + FETCH_AHEAD].dam_id);
+      }
+      addNext();
+      visit(records[record]);
+    }
+  }
 
   /// Enters the first record that is not entered yet.
   void addNext();
@@ -81,6 +98,7 @@ class RecordIndex {
     id_word dam;
   };
 
+  void makeRoom();
   position find(id_word word, const std::string& id) const;
   position probable(id_word word) const;
   const void* placeOf(id_word word) const;

@@ -143,10 +143,12 @@ std::vector<std::size_t> orderOfNear(const std::vector<std::uint64_t>& numbers,
     sortByDigits(std::span(words), room, PLACE_BITS, (width + passes - 1) / passes,
                  [](std::uint64_t word) { return word; });
   }
-  for (std::uint64_t& word : words) {
-    word &= (std::uint64_t{1} << PLACE_BITS) - 1;
+  std::vector<std::size_t> places;
+  places.reserve(words.size());
+  for (const std::uint64_t word : words) {
+    places.push_back(word & ((std::uint64_t{1} << PLACE_BITS) - 1));
   }
-  return words;
+  return places;
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "spx/reports/export_pedigree.h"
 
 #include <algorithm>
-#include <future>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -82,7 +81,7 @@ int wholeGenerations(float generation) {
                                          : std::numeric_limits<int>::min();
 }
 
-// The rows as text. The pedigree list may be in any order, and the records of a large studbook fit
+// Writes the rows. The pedigree list may be in any order, and the records of a large studbook fit
 // no cache: what a row needs is fetched some rows ahead, and which records are pseudo individuals
 // is found out in one pass over them.
 class PedigreeRows {
@@ -104,23 +103,24 @@ class PedigreeRows {
     }
   }
 
-  // The rows of the entries [first, last), or of as many as there are.
-  std::string text(std::size_t first, std::size_t last) const {
+  void write(qs_lib::CsvReport& table) const {
     constexpr std::size_t FETCH_AHEAD = 12;
-    constexpr std::size_t USUAL_ROW = 96;
+    constexpr std::size_t BLOCK = 256 * 1024;
     const std::vector<pedigree_record>& pedigree = Animals.pedigree;
-    last = std::min(last, pedigree.size());
     std::string rows;
-    rows.reserve(first < last ? (last - first) * USUAL_ROW : 0);
-    for (std::size_t i = first; i < last; ++i) {
-      if (i + FETCH_AHEAD < last) {
+    for (std::size_t i = 0; i < pedigree.size(); ++i) {
+      if (i + FETCH_AHEAD < pedigree.size()) {
         fetch(pedigree[i + FETCH_AHEAD]);
       }
       if (!is_pseudo_[pedigree[i].animal]) {
         appendRow(rows, pedigree[i]);
       }
+      if (rows.size() > BLOCK) {
+        table.write(rows);
+        rows.clear();
+      }
     }
-    return rows;
+    table.write(rows);
   }
 
  private:
@@ -185,19 +185,6 @@ class PedigreeRows {
   std::unordered_map<packed_deme, std::string> sites_;  ///< the cells of their names
 };
 
-// Most rows are made in a second thread, where there is one: this one has to write them all.
-void writeRows(qs_lib::CsvReport& table) {
-  constexpr std::size_t BLOCK = 8192;
-  constexpr std::size_t MADE_BESIDE = 3 * BLOCK;
-  const PedigreeRows rows(table.separator);
-  for (std::size_t first = 0; first < Animals.pedigree.size(); first += BLOCK + MADE_BESIDE) {
-    const std::size_t next = first + BLOCK;
-    auto made_beside = std::async([&rows, next] { return rows.text(next, next + MADE_BESIDE); });
-    table.write(rows.text(first, next));
-    table.write(made_beside.get());
-  }
-}
-
 }  // namespace
 
 ExportPedigree::ExportPedigree() {
@@ -216,7 +203,7 @@ bool ExportPedigree::exportToR() {
     return false;
   }
   table.writeHeader(HEADER);
-  writeRows(table);
+  PedigreeRows(table.separator).write(table);
   const bool written = table.fileClose();
   timer_.stop();
   return written;
