@@ -35,7 +35,7 @@ TEST(MasterData, IsWhereTheLastRecordedMoveOfTheDayTookIt) {
   master_data animal = animalOf("7", "1", "2", SEX::MALE, 100, 150);
   animal.birth.location = -1;
   for (const auto& [date, location] : {std::pair{300U, 3}, {200U, 2}, {4294967295U, 4}}) {
-    animal.moves.push_back({date, {}, 0, location, MOVE_TYPE::ARRIVAL, "", 0, ""});
+    animal.moves.push_back({date, {}, 0, location, MOVE_TYPE::ARRIVAL, {}, 0, {}});
   }
   const std::pair<qs_lib::day_number, packed_deme> days[] = {
       {0, -1}, {199, -1}, {200, 2}, {300, 2}, {4294967294, 2}, {4294967295, 4}};
