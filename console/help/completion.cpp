@@ -116,6 +116,14 @@ std::string valueNames(const CLI::App& app, const std::string& between) {
 }
 
 // A `=` is a word of its own in bash: `--format=json` are three.
+/// In the loop over the words that were typed, for both shells: leaves out the values of options,
+/// follows the commands to the one that is typed, and begins the cases of what it takes.
+std::string followedWay(const CLI::App& app) {
+  return "    case $word in " + valueNames(app, "|") +
+         ") skip=1; continue;; esac\n    case \"$way $word\" in " + joined(pathsBelow(app), "|") +
+         ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
+}
+
 std::string bashScript(const CLI::App& app) {
   std::string script =
       "# bash completion of spx\n"
@@ -131,10 +139,8 @@ std::string bashScript(const CLI::App& app) {
                  "' -- \"$current\"))") +
       "  esac\n"
       "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
-      "    if [[ -n $skip ]]; then [[ $word == '=' ]] || skip=; continue; fi\n"
-      "    case $word in " +
-      valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
-      joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
+      "    if [[ -n $skip ]]; then [[ $word == '=' ]] || skip=; continue; fi\n" +
+      followedWay(app);
   for (const CLI::App* command : commandsBelow(app)) {
     script += "    " + quoted(pathTo(*command)) + ") commands=" + quoted(commandNames(*command)) +
               " options=" + quoted(optionNames(*command, app)) + ";;\n";
@@ -173,10 +179,8 @@ std::string zshScript(const CLI::App& app) {
       valueCases(app, "_files", "_files -/", "compadd", "") +
       "  esac\n"
       "  for word in \"${(@)words[2,CURRENT-1]}\"; do\n"
-      "    if [[ -n $skip ]]; then skip=; continue; fi\n"
-      "    case $word in " +
-      valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
-      joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
+      "    if [[ -n $skip ]]; then skip=; continue; fi\n" +
+      followedWay(app);
   for (const CLI::App* command : commandsBelow(app)) {
     script += "    " + quoted(pathTo(*command)) + ")\n    commands=(" + zshCommands(*command) +
               ")\n    options=(" + zshOptions(*command, app) + ");;\n";

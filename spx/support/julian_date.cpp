@@ -69,17 +69,20 @@ void appendYear(std::string& text, std::int64_t year) {
   appendTwoDigits(text, static_cast<unsigned>(year % 100));
 }
 
-void appendTime(std::string& text, julian_ms moment, char before) {
-  if (!use_time || moment % MS_PER_DAY == 0) {
-    return;
-  }
-  const time_parts time = timeFromMs(moment);
-  text += before;
+void appendClock(std::string& text, const time_parts& time) {
   appendTwoDigits(text, time.hour);
   text += ':';
   appendTwoDigits(text, time.minute);
   text += ':';
   appendTwoDigits(text, time.second);
+}
+
+void appendTime(std::string& text, julian_ms moment, char before) {
+  if (!use_time || moment % MS_PER_DAY == 0) {
+    return;
+  }
+  text += before;
+  appendClock(text, timeFromMs(moment));
 }
 
 bool isKnown(julian_ms moment) {
@@ -331,11 +334,7 @@ std::string getTodayAsISO() {
   std::string text = isoDay({now.year, now.month, now.day});
   if (use_time) {
     text += 'T';
-    appendTwoDigits(text, now.hour);
-    text += ':';
-    appendTwoDigits(text, now.minute);
-    text += ':';
-    appendTwoDigits(text, now.second);
+    appendClock(text, {now.hour, now.minute, now.second});
   }
   return text;
 }
