@@ -8,6 +8,7 @@
 #include <random>
 #include <streambuf>
 #include <unistd.h>
+#include <vector>
 
 #include "spx/core/animal_data.h"
 #include "spx/support/console.h"
@@ -78,6 +79,13 @@ void holdStudbook(long animals) {
 
 void forgetStudbook() {
   held_animals = 0;
+}
+
+void coolCaches() {
+  constexpr std::size_t LARGER_THAN_CACHES = std::size_t{256} << 20;
+  constexpr std::size_t LINE = 64;
+  static std::vector<char> other(LARGER_THAN_CACHES);
+  for (std::size_t at = 0; at < other.size(); at += LINE) ++other[at];
 }
 
 void shuffleIndex() {

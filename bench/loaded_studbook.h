@@ -18,6 +18,10 @@ void forgetStudbook();
 /// Puts the index into one and the same random order.
 void shuffleIndex();
 
+/// Has the caches hold other things. A person runs an operation once on a studbook, which then lies
+/// in the memory, whatever its size; in a loop a small one would never leave the caches.
+void coolCaches();
+
 /// While it lives, what the library writes to standard output goes nowhere.
 class Quiet {
  public:

@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 void upToAMillion(benchmark::internal::Benchmark* row) {
-  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MinTime(0.2);
 }
 
 class OutputDirectory {
@@ -82,6 +82,9 @@ void measureExport(benchmark::State& state, bool (Export::*run)()) {
   View.clearView();
   View.origin = BIRTH_TYPE::ALL;
   for ([[maybe_unused]] auto step : state) {
+    state.PauseTiming();
+    coolCaches();
+    state.ResumeTiming();
     Export table;
     table.setReportDirectory(output.path());
     if (!(table.*run)()) state.SkipWithError("the table was not written");

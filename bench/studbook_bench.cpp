@@ -17,15 +17,18 @@ namespace spx::bench {
 namespace {
 
 void allSizes(benchmark::internal::Benchmark* row) {
-  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MinTime(0.2);
 }
 
-/// Measures one operation on a held studbook.
+/// Measures one operation on a held studbook, from cold caches.
 template <class Operation>
 void measure(benchmark::State& state, Operation operation) {
   holdStudbook(state.range(0));
   const Quiet quiet;
   for ([[maybe_unused]] auto step : state) {
+    state.PauseTiming();
+    coolCaches();
+    state.ResumeTiming();
     operation();
   }
 }
@@ -36,6 +39,7 @@ void measureSort(benchmark::State& state, SORT_FIELD field) {
   for ([[maybe_unused]] auto step : state) {
     state.PauseTiming();
     shuffleIndex();
+    coolCaches();
     state.ResumeTiming();
     Animals.sortList(field);
   }
