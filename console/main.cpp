@@ -11,6 +11,10 @@ int main(int argument_count, char** arguments) {
   std::ios::sync_with_stdio(false);
   spx::console::keepFreedMemory();
   const int code = spx::console::runCommandLine(argument_count, arguments);
+#ifdef NDEBUG
   // Everything is written. The memory of a large studbook goes back as a whole.
   std::quick_exit(code);
+#else
+  return code;
+#endif
 }

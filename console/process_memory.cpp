@@ -1,6 +1,7 @@
 #include "console/process_memory.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <limits>
 #include <malloc.h>
@@ -18,17 +19,22 @@ void keepFreedMemory() {
   ::mallopt(M_TOP_PAD, HELD_BACK);
 }
 
-PageProvider::PageProvider(void* room, std::size_t bytes) {
-  static constexpr std::size_t SMALL = 16 * 1024 * 1024;
+PageProvider::PageProvider(void* room, std::size_t bytes, const std::atomic<std::size_t>& filled) {
+  static constexpr std::size_t PIECE = 4 * 1024 * 1024;
+  static constexpr std::size_t AHEAD = 8 * PIECE;
   const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
   const auto begin = (reinterpret_cast<std::uintptr_t>(room) + page - 1) / page * page;
   const auto end = (reinterpret_cast<std::uintptr_t>(room) + bytes) / page * page;
-  if (bytes < SMALL) return;
-  const auto provide = [begin, end](const std::stop_token& stop) {
-    // In pieces, so that who fills the room is never kept waiting for long.
-    for (std::uintptr_t at = begin; at < end && !stop.stop_requested(); at += SMALL) {
-      ::madvise(reinterpret_cast<void*>(at), std::min<std::size_t>(SMALL, end - at),
+  if (bytes < AHEAD) return;
+  const auto provide = [begin, end, &filled](const std::stop_token& stop) {
+    for (std::uintptr_t at = begin; at < end && !stop.stop_requested();) {
+      if (at - begin > filled.load(std::memory_order_relaxed) + AHEAD) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        continue;
+      }
+      ::madvise(reinterpret_cast<void*>(at), std::min<std::size_t>(PIECE, end - at),
                 MADV_POPULATE_WRITE);
+      at += PIECE;
     }
   };
   try {

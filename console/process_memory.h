@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <thread>
 
@@ -10,12 +11,14 @@ namespace spx::console {
 /// cost more time than the steps themselves.
 void keepFreedMemory();
 
-/// Has the system provide the pages of a room that is about to be filled, beside the work of
-/// filling it. Small rooms and systems that cannot do it are left alone.
+/// Has the system provide the pages of a room that is filled from its beginning, beside the work of
+/// filling it and a little ahead of it: what is not filled in the end costs no memory. Small rooms
+/// and systems that cannot do it are left alone.
 class PageProvider {
  public:
-  /// @param room  must stay until this object is gone
-  PageProvider(void* room, std::size_t bytes);
+  /// @param room    addresses that nothing else is put to while this object lives
+  /// @param filled  how many bytes of it are filled by now
+  PageProvider(void* room, std::size_t bytes, const std::atomic<std::size_t>& filled);
 
  private:
   std::jthread thread_;

@@ -1,8 +1,11 @@
 #include "console/studbook_loader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <iostream>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -28,16 +31,56 @@
 namespace spx::console {
 namespace {
 
-/// Room that is not used costs no memory; a sequence that outgrows it is held twice while it moves.
-/// A quarter more serves the pseudo founders of most studbooks.
-PageProvider reserveRoom(const studbook_tables& tables) {
-  const auto& estimate = tables.animals.estimate_rows;
-  const std::size_t rows = estimate ? estimate() : 0;
-  if (!Animals.initialize(rows + rows / 4)) {
-    throw Failure(tables.file + ": there is not enough memory for so many animals");
+/// The rows of a table, and how many bytes of records they have filled.
+class CountedRows : public RowSource {
+ public:
+  CountedRows(std::unique_ptr<RowSource> rows, std::atomic<std::size_t>& filled)
+      : rows_(std::move(rows)), filled_(filled) {
+    titles_ = rows_->titles();
+    fields_ = rows_->fields();
   }
-  return {Animals.records.data(), rows * sizeof(master_data)};
-}
+
+  void settleColumns(std::span<const table_field> fields, const ColumnTitles& columns) override {
+    rows_->settleColumns(fields, columns);
+  }
+
+  bool next() override {
+    if (!rows_->next()) return false;
+    cells_ = rows_->row();
+    filled_.fetch_add(sizeof(master_data), std::memory_order_relaxed);
+    return true;
+  }
+
+  std::size_t line() const override { return rows_->line(); }
+  std::size_t animalRow() const override { return rows_->animalRow(); }
+
+ private:
+  std::unique_ptr<RowSource> rows_;
+  std::atomic<std::size_t>& filled_;
+};
+
+/// The room for the records of a table that is about to be read. Room that is not used costs no
+/// memory; a sequence that outgrows it is held twice while it moves. A quarter more serves the
+/// pseudo founders of most studbooks.
+class RecordRoom {
+ public:
+  explicit RecordRoom(studbook_tables& tables) {
+    const auto& estimate = tables.animals.estimate_rows;
+    const std::size_t rows = estimate ? estimate() : 0;
+    if (!Animals.initialize(rows + rows / 4)) {
+      throw Failure(tables.file + ": there is not enough memory for so many animals");
+    }
+    if (!tables.animals.open) return;
+    tables.animals.open = [this, open = tables.animals.open] {
+      return std::make_unique<CountedRows>(open(), filled_);
+    };
+    pages_.emplace(Animals.records.data(), rows * sizeof(master_data), filled_);
+  }
+
+ private:
+  std::atomic<std::size_t> filled_ = 0;
+  std::optional<PageProvider> pages_;  ///< ends before what it reads does
+};
 
 /// Reads one table; what is wrong with it as a whole is one more fault.
 void readTable(const table_source& table, Faults& faults, const std::function<void()>& read) {
@@ -131,7 +174,7 @@ void buildDerived() {
 void load(studbook_tables tables) {
   const LoadingOutput output;
   {
-    const PageProvider pages = reserveRoom(tables);
+    const RecordRoom room(tables);
     readTables(tables, "nothing was loaded");
   }
   completeRecords(tables.file, tables.format);
@@ -172,8 +215,9 @@ void checkTables(const studbook_tables& tables, const char* refused) {
   dropStudbook();
   try {
     const LoadingOutput output;
-    const PageProvider pages = reserveRoom(tables);
-    readTables(tables, refused);
+    studbook_tables counted = tables;
+    const RecordRoom room(counted);
+    readTables(counted, refused);
   } catch (...) {
     dropStudbook();
     throw;

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <pthread.h>
 #include <set>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -61,7 +62,12 @@ void waitForEnd(sigset_t signals) {
 void startWaiting() {
   const sigset_t signals = endingSignals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread(waitForEnd, signals).detach();
+  try {
+    std::thread(waitForEnd, signals).detach();
+  } catch (const std::system_error&) {
+    // Without a thread an end by a signal leaves the staged files.
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+  }
 }
 
 }  // namespace

@@ -16,7 +16,9 @@ constexpr std::size_t FIRST_BLOCK = 4096;
 constexpr std::string_view SEPARATORS = ",;\t|";
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
-char findSeparator(std::string_view text) {
+}  // namespace
+
+char CsvParser::separatorOf(std::string_view text) {
   std::size_t counts[SEPARATORS.size()] = {};
   bool quoted = false;
   bool begun = false;
@@ -30,8 +32,6 @@ char findSeparator(std::string_view text) {
   }
   return SEPARATORS[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
 }
-
-}  // namespace
 
 void CsvRows::settle() {
   texts_.reserve(cells_.size());
@@ -53,7 +53,10 @@ CsvParser::~CsvParser() {
 }
 
 CsvRows CsvParser::nextRows() {
-  readChunk();
+  // A row of many chunks stays where it is until it is complete.
+  do {
+    readChunk();
+  } while (rows_.size() == 0 && !rows_.isLast());
   CsvRows done = std::exchange(rows_, CsvRows());
   for (std::size_t cell = done.begunCell(); cell < done.cells_.size(); ++cell) {
     rows_.addCell(done.textOf(done.cells_[cell]));
@@ -80,15 +83,18 @@ void CsvParser::begin(std::string_view& chunk) {
   if (chunk.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
     chunk.remove_prefix(BYTE_ORDER_MARK.size());
   }
-  separator_ = findSeparator(chunk);
+  separator_ = separatorOf(chunk);
   csv_set_delim(&csv_, static_cast<unsigned char>(separator_));
 }
 
 void CsvParser::parse(std::string_view chunk) {
   const std::string_view text = chunk.substr(0, chunk.find('\0'));
   std::string_view rest = text;
+  std::size_t quote = 0;
   while (!rest.empty() && !rows_.failure_) {
-    if (isBetweenRows()) readPlainLines(rest);
+    const std::size_t at = text.size() - rest.size();
+    if (quote <= at) quote = std::min(text.find('"', at), text.size());
+    if (isBetweenRows()) readPlainLines(rest, text.substr(at, quote - at));
     if (!rest.empty()) parseLine(rest);
   }
   if (rows_.failure_) return;
@@ -99,10 +105,9 @@ void CsvParser::parse(std::string_view chunk) {
   }
 }
 
-// Cuts whole lines without quotes at their separators, which is all that most lines of large tables
-// need, several times as fast; stops at the first other line.
-void CsvParser::readPlainLines(std::string_view& text) {
-  const std::string_view plain = text.substr(0, text.find('"'));
+// Cuts whole lines of the plain part, which is without quotes, at their separators, which is all
+// that most lines of large tables need, several times as fast; stops at the first other line.
+void CsvParser::readPlainLines(std::string_view& text, std::string_view plain) {
   std::size_t start = 0;
   for (std::size_t end = plain.find('\n'); end != std::string_view::npos;
        end = plain.find('\n', start)) {

@@ -79,7 +79,10 @@ class CsvParser {
   CsvParser& operator=(const CsvParser&) = delete;
   ~CsvParser();
 
-  /// The rows that the next chunk completes, maybe none. Not to be called after the last ones.
+  /// The separator that a text which begins with the header line has.
+  static char separatorOf(std::string_view text);
+
+  /// The rows that the next chunks complete; none only at the end. Not to be called after the last.
   CsvRows nextRows();
 
  private:
@@ -87,7 +90,7 @@ class CsvParser {
   void begin(std::string_view& chunk);
   void parse(std::string_view chunk);
   bool isBetweenRows() const { return csv_.pstate == 0; }
-  void readPlainLines(std::string_view& text);
+  void readPlainLines(std::string_view& text, std::string_view plain);
   void addPlainCells(std::string_view line);
   std::string_view trimmed(std::string_view cell) const;
   void parseLine(std::string_view& text);

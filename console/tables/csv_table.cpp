@@ -14,24 +14,34 @@ namespace {
 constexpr std::size_t SAMPLES = 8;
 constexpr std::size_t SAMPLE_SIZE = 64 * 1024;
 
-/// The number of lines by those of some parts of the file; 0 for a file that can be read only once.
+/// The number of rows by the separators in some parts of the file: empty lines and lines within
+/// quotes have none. 0 for a file that can be read only once, which is not opened: who writes into
+/// a pipe would lose what it has written by then.
 std::size_t estimateRows(const std::string& file) {
   std::error_code failed;
   const std::uintmax_t size = std::filesystem::file_size(file, failed);
+  if (failed) return 0;
   std::ifstream in(file, std::ios::binary);
-  if (failed || !in) return 0;
+  std::string titles;
+  std::getline(in, titles);
+  const char separator = CsvParser::separatorOf(titles);
+  const auto per_row = std::count(titles.begin(), titles.end(), separator);
   std::vector<char> part(SAMPLE_SIZE);
-  std::uintmax_t read = 0;
-  std::uintmax_t lines = 1;
+  double read = 0;
+  double separators = 0;
   for (std::size_t sample = 0; sample < SAMPLES; ++sample) {
     in.clear();
     in.seekg(static_cast<std::streamoff>(size / SAMPLES * sample));
     in.read(part.data(), static_cast<std::streamsize>(std::min(SAMPLE_SIZE, size / SAMPLES + 1)));
-    read += static_cast<std::uintmax_t>(in.gcount());
-    lines += static_cast<std::uintmax_t>(std::count(part.data(), part.data() + in.gcount(), '\n'));
+    read += static_cast<double>(in.gcount());
+    // A table of one column has lines only.
+    separators += static_cast<double>(
+        std::count(part.data(), part.data() + in.gcount(), per_row == 0 ? '\n' : separator));
   }
-  const double share = read == 0 ? 0 : static_cast<double>(size) / static_cast<double>(read);
-  return static_cast<std::size_t>(static_cast<double>(lines) * share);
+  if (read == 0) return 0;
+  return static_cast<std::size_t>(separators / static_cast<double>(std::max<long>(per_row, 1)) *
+                                  static_cast<double>(size) / read) +
+         1;
 }
 
 }  // namespace

@@ -37,7 +37,10 @@ class ReadAhead {
     made_.pop_front();
     changed_.notify_all();
     lock.unlock();
-    if (auto* failure = std::get_if<std::exception_ptr>(&part)) std::rethrow_exception(*failure);
+    if (auto* failure = std::get_if<std::exception_ptr>(&part)) {
+      thread_ = {};  // it has ended
+      std::rethrow_exception(*failure);
+    }
     return std::get<Part>(std::move(part));
   }
 
