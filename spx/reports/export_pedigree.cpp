@@ -96,9 +96,12 @@ class PedigreeRows {
     days_.make(Animals.records.size());
     for (const deme_level& level : MetaPop.levels()) {
       for (const deme_member& member : level.members) {
-        std::string& site = sites_[member.id];
-        qs_lib::appendCsvText(site, MetaPop.getMemberName(member.id), separator);
-        site += separator;
+        // A deme may stand in two levels, if one was added after it.
+        const auto [site, is_new] = sites_.try_emplace(member.id);
+        if (is_new) {
+          qs_lib::appendCsvText(site->second, MetaPop.getMemberName(member.id), separator);
+          site->second += separator;
+        }
       }
     }
   }

@@ -56,6 +56,19 @@ TEST_F(Exports, CompareWithTheExpectedFiles) {
   }
 }
 
+TEST_F(Exports, ADemeInTwoLevelsIsOneCell) {
+  drawFamily();
+  MetaPop = MetaPopulation();
+  for (const char* name : {"First", "Second"}) {
+    MetaPop.addLevel(name);
+    Animals.records[10].birth.location = MetaPop.addMember("1.2.3", name);
+  }
+  ASSERT_TRUE(EXPORTS[0].write(home));
+  const std::string table = contentOf(at("pedigree.csv"));
+  EXPECT_TRUE(table.find("|Second|") != std::string::npos) << table;
+  EXPECT_TRUE(table.find("|Second|Second|") == std::string::npos) << table;
+}
+
 TEST_F(Exports, CutGenerationsToWholeNumbers) {
   drawFamily();
   const float largest = 2147483520.0F;  // below 2 to the power of 31
