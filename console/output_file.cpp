@@ -31,8 +31,8 @@ std::string outputDirectory(Session& session, const output_options& options,
     throw UsageError("there is no directory to write to; name one with --to DIR");
   }
   session.openProjectIfNamed();
-  const std::string directory = options.directory.empty() ? (session.*project_directory)()
-                                                          : qs_lib::homePath(options.directory);
+  std::string directory = options.directory.empty() ? (session.*project_directory)()
+                                                    : qs_lib::homePath(options.directory);
   if (!fs::is_directory(directory)) throw Failure(directory + ": there is no such directory");
   removeStagedWhenEnded(directory);
   return directory;

@@ -20,20 +20,20 @@ void keepFreedMemory() {
 }
 
 PageProvider::PageProvider(void* room, std::size_t bytes, const std::atomic<std::size_t>& filled) {
-  static constexpr std::size_t PIECE = 4 * 1024 * 1024;
+  static constexpr std::size_t PIECE = std::size_t{4} << 20;
   static constexpr std::size_t AHEAD = 8 * PIECE;
   const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-  const auto begin = (reinterpret_cast<std::uintptr_t>(room) + page - 1) / page * page;
-  const auto end = (reinterpret_cast<std::uintptr_t>(room) + bytes) / page * page;
+  const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(room) % page) % page;
   if (bytes < AHEAD) return;
-  const auto provide = [begin, end, &filled](const std::stop_token& stop) {
-    for (std::uintptr_t at = begin; at < end && !stop.stop_requested();) {
-      if (at - begin > filled.load(std::memory_order_relaxed) + AHEAD) {
+  char* const begin = static_cast<char*>(room) + before;
+  const std::size_t whole = (bytes - before) / page * page;
+  const auto provide = [begin, whole, &filled](const std::stop_token& stop) {
+    for (std::size_t at = 0; at < whole && !stop.stop_requested();) {
+      if (at > filled.load(std::memory_order_relaxed) + AHEAD) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
         continue;
       }
-      ::madvise(reinterpret_cast<void*>(at), std::min<std::size_t>(PIECE, end - at),
-                MADV_POPULATE_WRITE);
+      ::madvise(begin + at, std::min(PIECE, whole - at), MADV_POPULATE_WRITE);
       at += PIECE;
     }
   };

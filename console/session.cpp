@@ -99,14 +99,14 @@ std::string Session::importTarget() {
 
 std::string Session::studbook() {
   openProjectIfNamed();
-  const std::string file = chosenFiles().animals;
+  std::string file = chosenFiles().animals;
   if (file.empty()) failWithoutStudbook();
   return file;
 }
 
 std::string Session::writableStudbook() {
   openProjectIfNamed();
-  const std::string file = chosenFiles().animals;
+  std::string file = chosenFiles().animals;
   if (file.empty()) failWithoutStudbook();
   if (fs::exists(file) && !isStudbookFile(file)) {
     throw Failure(file + ": is no studbook file; spx import makes one from tables");

@@ -29,6 +29,10 @@ struct export_options {
   bool settings = false;
 };
 
+std::string pathIn(const std::string& directory, const std::string& file) {
+  return directory + "/" + file;
+}
+
 /// Opens the studbook and the view, and makes sure that the files may be written.
 /// @return their paths
 std::vector<std::string> openExport(Session& session, const export_options& options,
@@ -36,7 +40,7 @@ std::vector<std::string> openExport(Session& session, const export_options& opti
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   std::vector<std::string> paths;
   for (const std::string& file : files) {
-    paths.push_back(directory + "/" + file);
+    paths.push_back(pathIn(directory, file));
     checkTarget(options.output, paths.back());
   }
   session.loadStudbook();
@@ -106,7 +110,7 @@ ExitCode exportTables(Session& session, const export_options& options) {
   const std::string studbook = session.studbook();
   std::vector<std::string> paths;
   for (const std::string& file : tableFiles(studbook)) {
-    paths.push_back(directory + "/" + file);
+    paths.push_back(pathIn(directory, file));
     checkTarget(options.output, paths.back());
   }
   writeTables(studbook, directory);

@@ -75,7 +75,7 @@ std::string valueCases(const CLI::App& app, const std::string& files,
     std::string action = ":";
     if (option.value == "FILE") action = files;
     if (option.value == "DIR") action = directories;
-    if (!choices.empty()) action = words + " " + joined(choices, " ") + end;
+    if (!choices.empty()) action = words + (" " + joined(choices, " ") + end);
     names_by_action[action].push_back(name);
   }
   std::string cases;

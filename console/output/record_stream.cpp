@@ -71,7 +71,7 @@ void addNames(std::vector<std::string>& names, const std::string& name, const fa
   std::size_t number = 0;
   for (const auto& [key, part] : value.items()) {
     const std::string tail = value.is_array() ? std::to_string(++number) : key;
-    addNames(names, name.empty() ? tail : name + "_" + tail, part);
+    addNames(names, name.empty() ? tail : name + ("_" + tail), part);
   }
 }
 

@@ -39,7 +39,7 @@ class RowCopies {
 
  private:
   static constexpr std::size_t MOST_ROWS = 4096;
-  static constexpr std::size_t MOST_TEXT = 1024 * 1024;
+  static constexpr std::size_t MOST_TEXT = std::size_t{1} << 20;
 
   struct row_place {
     std::size_t line;

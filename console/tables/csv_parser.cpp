@@ -10,7 +10,7 @@ namespace spx::console {
 namespace {
 
 // Far above any row of a studbook; keeps a quote that is never closed from filling the memory.
-constexpr std::size_t LONGEST_ROW = 64 * 1024 * 1024;
+constexpr std::size_t LONGEST_ROW = std::size_t{64} << 20;
 constexpr std::size_t MOST_CELLS = 65536;
 constexpr std::size_t FIRST_BLOCK = 4096;
 constexpr std::string_view SEPARATORS = ",;\t|";

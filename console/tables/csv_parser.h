@@ -18,7 +18,7 @@ namespace spx::console {
 /// Some rows of a CSV file, in their order.
 class CsvRows {
  public:
-  static constexpr std::size_t CHUNK = 256 * 1024;
+  static constexpr std::size_t CHUNK = std::size_t{256} << 10;
 
   std::size_t size() const { return rows_.size(); }
   /// The line in which the row begins, from 1.

@@ -12,7 +12,7 @@ namespace spx::console {
 namespace {
 
 constexpr std::size_t SAMPLES = 8;
-constexpr std::size_t SAMPLE_SIZE = 64 * 1024;
+constexpr std::size_t SAMPLE_SIZE = std::size_t{64} << 10;
 
 /// The number of rows by the separators in some parts of the file: empty lines and lines within
 /// quotes have none. 0 for a file that can be read only once, which is not opened: who writes into

@@ -95,7 +95,7 @@ std::string text(const qs_lib::Configuration& file, const std::string& key) {
 /// A choice as the name that settings take; nothing for a number that has none.
 template <class Enumeration>
 std::string choiceName(const qs_lib::Configuration& file, const char* key) {
-  const std::string name = getEnumName(static_cast<Enumeration>(std::stoul(text(file, key))));
+  std::string name = getEnumName(static_cast<Enumeration>(std::stoul(text(file, key))));
   if (name.empty()) throw std::out_of_range(key);
   return name;
 }

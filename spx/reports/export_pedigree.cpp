@@ -108,7 +108,7 @@ class PedigreeRows {
 
   void write(qs_lib::CsvReport& table) const {
     constexpr std::size_t FETCH_AHEAD = 12;
-    constexpr std::size_t BLOCK = 256 * 1024;
+    constexpr std::size_t BLOCK = std::size_t{256} * 1024;
     const std::vector<pedigree_record>& pedigree = Animals.pedigree;
     std::string rows;
     for (std::size_t i = 0; i < pedigree.size(); ++i) {
