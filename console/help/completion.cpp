@@ -65,6 +65,10 @@ std::map<std::string, option_facts> optionsWithValues(const CLI::App& app) {
   return options;
 }
 
+std::string between(const std::string& before, const std::string& words, const std::string& after) {
+  return before + " " + words + after;
+}
+
 /// The lines of a shell's `case` over all options that take a value.
 std::string valueCases(const CLI::App& app, const std::string& files,
                        const std::string& directories, const std::string& words,
@@ -75,7 +79,7 @@ std::string valueCases(const CLI::App& app, const std::string& files,
     std::string action = ":";
     if (option.value == "FILE") action = files;
     if (option.value == "DIR") action = directories;
-    if (!choices.empty()) action = words + (" " + joined(choices, " ") + end);
+    if (!choices.empty()) action = between(words, joined(choices, " "), end);
     names_by_action[action].push_back(name);
   }
   std::string cases;

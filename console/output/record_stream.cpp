@@ -63,6 +63,10 @@ std::string jsonText(const fact_record& record) {
   return dumped(utf8Value(record), error_handler::replace);
 }
 
+std::string nameBelow(const std::string& name, const std::string& part) {
+  return name + "_" + part;
+}
+
 void addNames(std::vector<std::string>& names, const std::string& name, const fact_record& value) {
   if (!value.is_structured()) {
     names.push_back(name);
@@ -71,7 +75,7 @@ void addNames(std::vector<std::string>& names, const std::string& name, const fa
   std::size_t number = 0;
   for (const auto& [key, part] : value.items()) {
     const std::string tail = value.is_array() ? std::to_string(++number) : key;
-    addNames(names, name.empty() ? tail : name + ("_" + tail), part);
+    addNames(names, name.empty() ? tail : nameBelow(name, tail), part);
   }
 }
 

@@ -19,7 +19,7 @@ void loadNamedView(const Session& session, const std::string& name) {
 
 // A command that writes has `--to DIR`; the last day of the period is `--until` everywhere.
 std::string optionNames(const CLI::App& app, const view_setting& setting) {
-  const std::string name = std::string("--") + setting.name;
+  std::string name = std::string("--") + setting.name;
   if (setting.name != std::string("until")) return name;
   return app.get_option_no_throw("--to") == nullptr ? name + ",--to" : name;
 }
