@@ -1,8 +1,8 @@
 #include "spx/core/record_order.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
+#include <functional>
 #include <span>
 #include <utility>
 
@@ -12,11 +12,12 @@ namespace {
 // Bytes of a text in one number, above the byte that counts them.
 constexpr std::size_t CHUNK = 7;
 constexpr std::uint64_t GOES_ON = CHUNK + 1;
-// Runs of so few texts are compared; so do all whose texts share that many chunks.
+// Runs of so few are sorted in place; texts that share that many chunks are compared.
 constexpr std::size_t FEW = 32;
 constexpr std::size_t MOST_CHUNKS = 8;
 // More digits need fewer passes, but their lists no longer fit the nearest caches.
 constexpr unsigned MOST_BITS = 10;
+constexpr unsigned BYTE = 8;
 
 struct entry {
   std::uint64_t number;
@@ -30,46 +31,88 @@ std::vector<std::size_t> placesOf(const std::vector<entry>& entries) {
   return places;
 }
 
-// Sorts entries by the digits of `bits` bits each that the numbers have above the shift, a pass for
-// every digit, from the lowest; each pass keeps the order of the one before where its digits are
-// equal. Entries without a difference in a digit are left alone.
+/// Sorts entries by numbers, with the room that it takes for it kept for the next sort.
 template <class Entry, class NumberOf>
-void sortByDigits(std::span<Entry> entries, std::vector<Entry>& room, unsigned shift, unsigned bits,
-                  NumberOf numberOf) {
-  std::uint64_t differing = 0;
-  for (const Entry& each : entries) {
-    differing |= numberOf(each) ^ numberOf(entries.front());
-  }
-  room.resize(std::max(room.size(), entries.size()));
-  std::span<Entry> from = entries;
-  std::span<Entry> into(room.data(), entries.size());
-  const std::uint64_t mask = (std::uint64_t{1} << bits) - 1;
-  for (; shift < 64 && differing >> shift != 0; shift += bits) {
-    if ((differing >> shift & mask) == 0) {
-      continue;
+class DigitSort {
+ public:
+  // A pass for every digit of `bits` bits above the shift, from the lowest; each keeps the order of
+  // the one before where its digits are equal. Digits without a difference are left out.
+  void sort(std::span<Entry> entries, unsigned shift, unsigned bits) {
+    const std::uint64_t differing = differingBits(entries) >> shift << shift;
+    const auto end = static_cast<unsigned>(std::bit_width(differing));
+    if (entries.size() > FITS_CACHE && end > shift + TOP_BITS) {
+      sortParts(entries, end - TOP_BITS, shift, bits);
+      return;
     }
-    std::array<std::size_t, std::size_t{1} << MOST_BITS> next;
-    std::fill_n(next.begin(), mask + 1, 0);
+    room_.resize(std::max(room_.size(), entries.size()));
+    std::span<Entry> from = entries;
+    std::span<Entry> into(room_.data(), entries.size());
+    for (; shift < 64 && differing >> shift != 0; shift += bits) {
+      if ((differing >> shift & (bit(bits) - 1)) != 0) {
+        distribute(from, into, shift, bits);
+        std::swap(from, into);
+      }
+    }
+    if (from.data() != entries.data()) {
+      std::copy(from.begin(), from.end(), entries.begin());
+    }
+  }
+
+ private:
+  // Passes over more entries wait for memory; the highest digit parts them first.
+  static constexpr std::size_t FITS_CACHE = std::size_t{1} << 15;
+  static constexpr unsigned TOP_BITS = 12;
+
+  static constexpr std::uint64_t bit(unsigned number) { return std::uint64_t{1} << number; }
+
+  std::uint64_t differingBits(std::span<const Entry> entries) const {
+    std::uint64_t differing = 0;
+    for (const Entry& each : entries) {
+      differing |= numberOf_(each) ^ numberOf_(entries.front());
+    }
+    return differing;
+  }
+
+  // Afterwards next_ holds where the entries of each digit end.
+  void distribute(std::span<const Entry> from, std::span<Entry> into, unsigned shift,
+                  unsigned bits) {
+    const std::uint64_t mask = bit(bits) - 1;
+    next_.assign(mask + 1, 0);
     for (const Entry& each : from) {
-      ++next[numberOf(each) >> shift & mask];
+      ++next_[numberOf_(each) >> shift & mask];
     }
     std::size_t place = 0;
-    for (std::size_t digit = 0; digit <= mask; ++digit) {
-      place += std::exchange(next[digit], place);
+    for (std::size_t& first : next_) {
+      place += std::exchange(first, place);
     }
     for (const Entry& each : from) {
-      into[next[numberOf(each) >> shift & mask]++] = each;
+      into[next_[numberOf_(each) >> shift & mask]++] = each;
     }
-    std::swap(from, into);
   }
-  if (from.data() != entries.data()) {
-    std::copy(from.begin(), from.end(), entries.begin());
-  }
-}
 
-void sortNumbers(std::span<entry> entries, std::vector<entry>& room) {
-  sortByDigits(entries, room, 0, 8, [](const entry& each) { return each.number; });
-}
+  void sortParts(std::span<Entry> entries, unsigned top, unsigned shift, unsigned bits) {
+    room_.resize(std::max(room_.size(), entries.size()));
+    distribute(entries, std::span(room_.data(), entries.size()), top, TOP_BITS);
+    std::copy_n(room_.begin(), entries.size(), entries.begin());
+    std::size_t begin = 0;
+    for (const std::size_t end : std::vector<std::size_t>(next_)) {
+      if (end - begin > 1) {
+        sort(entries.subspan(begin, end - begin), shift, bits);
+      }
+      begin = end;
+    }
+  }
+
+  NumberOf numberOf_{};
+  std::vector<Entry> room_;
+  std::vector<std::size_t> next_;  ///< by digit: the place of its next entry
+};
+
+struct number_of_entry {
+  std::uint64_t operator()(const entry& each) const { return each.number; }
+};
+
+using NumberSort = DigitSort<entry, number_of_entry>;
 
 // Bytes of a text as a number, and how many there are: a text comes after its beginnings.
 std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
@@ -81,41 +124,75 @@ std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
   return number << 8 | std::min<std::uint64_t>(rest.size(), GOES_ON);
 }
 
+// Sorts texts a chunk at a time: a step of its own asks for the next chunk of all texts that are
+// still equal, so that memory is read many texts at a time.
 class TextOrder {
  public:
   explicit TextOrder(const std::function<std::string_view(std::size_t)>& textAt)
       : textAt_(textAt) {}
 
-  // Sorts texts that are equal before the chunk, which is in the entries.
-  void sort(std::span<entry> entries, std::size_t chunk) {
-    sortNumbers(entries, room_);
-    for (auto first = entries.begin(); first != entries.end();) {
-      const std::uint64_t number = first->number;
-      const auto last = std::find_if(first, entries.end(),
-                                     [number](const entry& each) { return each.number != number; });
-      if (last - first > 1 && (number & 0xFF) == GOES_ON) {
-        sortOn({first, last}, chunk + 1);
+  // The entries hold the first chunks.
+  void sort(std::vector<entry>& entries) {
+    equal_.assign(1, entries);
+    for (std::size_t chunk = 0; !equal_.empty(); ++chunk) {
+      if (chunk == MOST_CHUNKS) {
+        compareTexts();
+        return;
       }
-      first = last;
+      if (chunk > 0) {
+        takeChunk(chunk);
+      }
+      sortRuns();
     }
   }
 
  private:
-  void sortOn(std::span<entry> entries, std::size_t chunk) {
-    if (entries.size() <= FEW || chunk == MOST_CHUNKS) {
+  using run = std::span<entry>;
+
+  void takeChunk(std::size_t chunk) {
+    for (const run& entries : equal_) {
+      for (entry& each : entries) {
+        each.number = chunkOf(textAt_(each.place), chunk);
+      }
+    }
+  }
+
+  // Sorts every run by its numbers; the runs of texts that go on after an equal chunk remain.
+  void sortRuns() {
+    std::vector<run> still_equal;
+    for (const run& entries : equal_) {
+      entries.size() <= FEW ? sortFew(entries) : numbers_.sort(entries, 0, BYTE);
+      for (auto first = entries.begin(); first != entries.end();) {
+        const std::uint64_t number = first->number;
+        const auto last = std::find_if(
+            first, entries.end(), [number](const entry& each) { return each.number != number; });
+        if (last - first > 1 && (number & 0xFF) == GOES_ON) {
+          still_equal.emplace_back(first, last);
+        }
+        first = last;
+      }
+    }
+    equal_ = std::move(still_equal);
+  }
+
+  static void sortFew(const run& entries) {
+    const auto isLess = [](const entry& a, const entry& b) { return a.number < b.number; };
+    for (auto each = entries.begin(); each != entries.end(); ++each) {
+      std::rotate(std::upper_bound(entries.begin(), each, *each, isLess), each, each + 1);
+    }
+  }
+
+  void compareTexts() const {
+    for (const run& entries : equal_) {
       std::stable_sort(entries.begin(), entries.end(), [this](const entry& a, const entry& b) {
         return textAt_(a.place) < textAt_(b.place);
       });
-      return;
     }
-    for (entry& each : entries) {
-      each.number = chunkOf(textAt_(each.place), chunk);
-    }
-    sort(entries, chunk);
   }
 
   const std::function<std::string_view(std::size_t)>& textAt_;
-  std::vector<entry> room_;
+  std::vector<run> equal_;  ///< of texts that are equal up to the chunk
+  NumberSort numbers_;
 };
 
 std::vector<entry> entriesOf(const std::vector<std::uint64_t>& numbers) {
@@ -139,9 +216,8 @@ std::vector<std::size_t> orderOfNear(const std::vector<std::uint64_t>& numbers,
   const auto width = static_cast<unsigned>(std::bit_width(largest - smallest));
   const unsigned passes = (width + MOST_BITS - 1) / MOST_BITS;
   if (passes != 0) {
-    std::vector<std::uint64_t> room;
-    sortByDigits(std::span(words), room, PLACE_BITS, (width + passes - 1) / passes,
-                 [](std::uint64_t word) { return word; });
+    DigitSort<std::uint64_t, std::identity>().sort(words, PLACE_BITS,
+                                                   (width + passes - 1) / passes);
   }
   std::vector<std::size_t> places;
   places.reserve(words.size());
@@ -164,8 +240,7 @@ std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& number
     return numbers.empty() ? std::vector<std::size_t>() : orderOfNear(numbers, *smallest, *largest);
   }
   std::vector<entry> entries = entriesOf(numbers);
-  std::vector<entry> room;
-  sortNumbers(entries, room);
+  NumberSort().sort(entries, 0, BYTE);
   return placesOf(entries);
 }
 
@@ -173,7 +248,7 @@ std::vector<std::size_t> ascendingOrder(
     const std::vector<std::uint64_t>& beginnings,
     const std::function<std::string_view(std::size_t)>& textAt) {
   std::vector<entry> entries = entriesOf(beginnings);
-  TextOrder(textAt).sort(entries, 0);
+  TextOrder(textAt).sort(entries);
   return placesOf(entries);
 }
 

@@ -1,6 +1,7 @@
 #include "spx/core/animal_data.h"
 
 #include <algorithm>
+#include <numeric>
 #include <random>
 #include <set>
 
@@ -96,6 +97,29 @@ TEST_F(StoreTest, SearchesAndOrdersTakeAnyBytes) {
   EXPECT_EQ(std::adjacent_find(Animals.index.begin(), Animals.index.end(), later),
             Animals.index.end());
   EXPECT_EQ(std::set(Animals.index.begin(), Animals.index.end()).size(), 2000U);
+}
+
+// More animals than are sorted at once, equal dates and beginnings among them.
+TEST_F(StoreTest, LargeStudbooksAreOrderedWhole) {
+  std::mt19937 random(11);
+  Animals.initialize(70000);
+  for (int animal = 0; animal < 70000; ++animal) {
+    const std::string id =
+        (animal % 3 == 0 ? "house-" : "") + std::to_string(random() >> animal % 20);
+    Animals.addMaster(animalOf(id, "UNK", "UNK", SEX::MALE, random() % 30000));
+  }
+  const auto expectOrder = [](SORT_FIELD field, auto keyOf) {
+    std::vector<position> order(Animals.records.size());
+    std::iota(order.begin(), order.end(), position{0});
+    std::stable_sort(order.begin(), order.end(), [&keyOf](position a, position b) {
+      return keyOf(Animals.records[a]) < keyOf(Animals.records[b]);
+    });
+    Animals.resetOrder();
+    Animals.createIndex(field);
+    EXPECT_EQ(Animals.index, order) << static_cast<int>(field);
+  };
+  expectOrder(SORT_FIELD::STUDBOOK_ID, [](const master_data& each) { return each.stud_id; });
+  expectOrder(SORT_FIELD::BIRTH, [](const master_data& each) { return each.birth.date; });
 }
 
 }  // namespace
