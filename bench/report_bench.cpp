@@ -20,7 +20,12 @@ namespace {
 namespace fs = std::filesystem;
 
 void upToAMillion(benchmark::internal::Benchmark* row) {
-  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MinTime(0.2);
+  row->Arg(10000)
+      ->Arg(100000)
+      ->Arg(1000000)
+      ->Unit(benchmark::kMillisecond)
+      ->MinTime(0.05)
+      ->Repetitions(3);
 }
 
 class OutputDirectory {

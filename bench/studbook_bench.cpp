@@ -17,7 +17,12 @@ namespace spx::bench {
 namespace {
 
 void allSizes(benchmark::internal::Benchmark* row) {
-  row->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->MinTime(0.2);
+  row->Arg(10000)
+      ->Arg(100000)
+      ->Arg(1000000)
+      ->Unit(benchmark::kMillisecond)
+      ->MinTime(0.05)
+      ->Repetitions(3);
 }
 
 /// Measures one operation on a held studbook, from cold caches.

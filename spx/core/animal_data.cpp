@@ -114,18 +114,13 @@ bool AnimalData::createIndex(SORT_FIELD field) {
 
 template <class Order>
 void AnimalData::sortIndex() {
-  const std::vector<std::uint64_t> of_records = factsOf(records, Order::number);
-  std::vector<std::uint64_t> numbers;
-  numbers.reserve(index.size());
-  for (const position record : index) {
-    numbers.push_back(of_records[record]);
-  }
+  const std::vector<std::uint64_t> numbers = factsOf(records, Order::number);
   if constexpr (requires { &Order::text; }) {
-    index = reordered(index, ascendingOrder(numbers, [this](std::size_t place) -> std::string_view {
-                        return Order::text(records[index[place]]);
-                      }));
+    sortAscending(index, numbers, [this](position record) -> std::string_view {
+      return Order::text(records[record]);
+    });
   } else {
-    index = reordered(index, ascendingOrder(numbers));
+    sortAscending(index, numbers);
   }
 }
 
@@ -178,10 +173,10 @@ bool AnimalData::createLookup() {
   }
   lookup.clear();
   // In ID order every insertion is at the end; of equal IDs the last one stays.
-  const auto idAt = [this](position record) -> auto& {
-    return records[record].stud_id;
-  };
-  for (const position record : ascendingOrder(factsOf(records, compare_stud_id::number), idAt)) {
+  std::vector<position> by_id = placesOf(records.size());
+  sortAscending(by_id, factsOf(records, compare_stud_id::number),
+                [this](position record) -> std::string_view { return records[record].stud_id; });
+  for (const position record : by_id) {
     lookup.insert_or_assign(lookup.end(), records[record].stud_id, record);
   }
   return true;

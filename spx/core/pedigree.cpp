@@ -152,7 +152,9 @@ void AnimalData::sortPedigreeBy(const std::vector<std::uint64_t>& numbers_of_rec
   for (const pedigree_record& entry : pedigree) {
     numbers.push_back(numbers_of_records[entry.animal]);
   }
-  pedigree = reordered(pedigree, ascendingOrder(numbers));
+  std::vector<std::size_t> order = placesOf(pedigree.size());
+  sortAscending(order, numbers);
+  pedigree = reordered(pedigree, order);
 }
 
 void AnimalData::sortPedigreeByParent(position pedigree_record::*parent) {
@@ -162,8 +164,9 @@ void AnimalData::sortPedigreeByParent(position pedigree_record::*parent) {
   for (std::size_t entry = 0; entry < texts.size(); ++entry) {
     beginnings.push_back(beginningOf(texts[entry]));
   }
-  const auto textAt = [&texts](std::size_t entry) { return texts[entry]; };
-  pedigree = reordered(pedigree, ascendingOrder(beginnings, textAt));
+  std::vector<std::size_t> order = placesOf(pedigree.size());
+  sortAscending(order, beginnings, [&texts](std::size_t entry) { return texts[entry]; });
+  pedigree = reordered(pedigree, order);
 }
 
 void AnimalData::sortPedigreeByBirth() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <functional>
+#include <numeric>
 #include <span>
 #include <utility>
 
@@ -21,15 +22,8 @@ constexpr unsigned BYTE = 8;
 
 struct entry {
   std::uint64_t number;
-  std::size_t place;
+  std::size_t element;
 };
-
-std::vector<std::size_t> placesOf(const std::vector<entry>& entries) {
-  std::vector<std::size_t> places(entries.size());
-  std::transform(entries.begin(), entries.end(), places.begin(),
-                 [](const entry& sorted) { return sorted.place; });
-  return places;
-}
 
 /// Sorts entries by numbers, with the room that it takes for it kept for the next sort.
 template <class Entry, class NumberOf>
@@ -128,8 +122,8 @@ std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
 // still equal, so that memory is read many texts at a time.
 class TextOrder {
  public:
-  explicit TextOrder(const std::function<std::string_view(std::size_t)>& textAt)
-      : textAt_(textAt) {}
+  explicit TextOrder(const std::function<std::string_view(std::size_t)>& textOf)
+      : textOf_(textOf) {}
 
   // The entries hold the first chunks.
   void sort(std::vector<entry>& entries) {
@@ -152,7 +146,7 @@ class TextOrder {
   void takeChunk(std::size_t chunk) {
     for (const run& entries : equal_) {
       for (entry& each : entries) {
-        each.number = chunkOf(textAt_(each.place), chunk);
+        each.number = chunkOf(textOf_(each.element), chunk);
       }
     }
   }
@@ -185,46 +179,49 @@ class TextOrder {
   void compareTexts() const {
     for (const run& entries : equal_) {
       std::stable_sort(entries.begin(), entries.end(), [this](const entry& a, const entry& b) {
-        return textAt_(a.place) < textAt_(b.place);
+        return textOf_(a.element) < textOf_(b.element);
       });
     }
   }
 
-  const std::function<std::string_view(std::size_t)>& textAt_;
+  const std::function<std::string_view(std::size_t)>& textOf_;
   std::vector<run> equal_;  ///< of texts that are equal up to the chunk
   NumberSort numbers_;
 };
 
-std::vector<entry> entriesOf(const std::vector<std::uint64_t>& numbers) {
+std::vector<entry> entriesOf(const std::vector<std::size_t>& elements,
+                             const std::vector<std::uint64_t>& numbers) {
   std::vector<entry> entries;
-  entries.reserve(numbers.size());
-  for (const std::uint64_t number : numbers) {
-    entries.push_back({number, entries.size()});
+  entries.reserve(elements.size());
+  for (const std::size_t element : elements) {
+    entries.push_back({numbers[element], element});
   }
   return entries;
 }
 
-// Numbers that lie as near to each other as dates do share a word with their places.
-std::vector<std::size_t> orderOfNear(const std::vector<std::uint64_t>& numbers,
-                                     std::uint64_t smallest, std::uint64_t largest) {
-  constexpr unsigned PLACE_BITS = 32;
+void putBack(const std::vector<entry>& entries, std::vector<std::size_t>& elements) {
+  std::transform(entries.begin(), entries.end(), elements.begin(),
+                 [](const entry& sorted) { return sorted.element; });
+}
+
+// Numbers that lie as near to each other as dates do share a word with their elements.
+void sortNear(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers,
+              std::uint64_t smallest, std::uint64_t largest) {
+  constexpr unsigned ELEMENT_BITS = 32;
   std::vector<std::uint64_t> words;
-  words.reserve(numbers.size());
-  for (const std::uint64_t number : numbers) {
-    words.push_back((number - smallest) << PLACE_BITS | words.size());
+  words.reserve(elements.size());
+  for (const std::size_t element : elements) {
+    words.push_back((numbers[element] - smallest) << ELEMENT_BITS | element);
   }
   const auto width = static_cast<unsigned>(std::bit_width(largest - smallest));
   const unsigned passes = (width + MOST_BITS - 1) / MOST_BITS;
   if (passes != 0) {
-    DigitSort<std::uint64_t, std::identity>().sort(words, PLACE_BITS,
+    DigitSort<std::uint64_t, std::identity>().sort(words, ELEMENT_BITS,
                                                    (width + passes - 1) / passes);
   }
-  std::vector<std::size_t> places;
-  places.reserve(words.size());
-  for (const std::uint64_t word : words) {
-    places.push_back(word & ((std::uint64_t{1} << PLACE_BITS) - 1));
-  }
-  return places;
+  std::transform(words.begin(), words.end(), elements.begin(), [](std::uint64_t word) {
+    return word & ((std::uint64_t{1} << ELEMENT_BITS) - 1);
+  });
 }
 
 }  // namespace
@@ -233,23 +230,32 @@ std::uint64_t beginningOf(std::string_view text) {
   return chunkOf(text, 0);
 }
 
-std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& numbers) {
-  constexpr std::uint64_t NEAR = std::uint64_t{1} << 32;
-  const auto [smallest, largest] = std::minmax_element(numbers.begin(), numbers.end());
-  if (numbers.empty() || (*largest - *smallest < NEAR && numbers.size() < NEAR)) {
-    return numbers.empty() ? std::vector<std::size_t>() : orderOfNear(numbers, *smallest, *largest);
-  }
-  std::vector<entry> entries = entriesOf(numbers);
-  NumberSort().sort(entries, 0, BYTE);
-  return placesOf(entries);
+std::vector<std::size_t> placesOf(std::size_t elements) {
+  std::vector<std::size_t> places(elements);
+  std::iota(places.begin(), places.end(), std::size_t{0});
+  return places;
 }
 
-std::vector<std::size_t> ascendingOrder(
-    const std::vector<std::uint64_t>& beginnings,
-    const std::function<std::string_view(std::size_t)>& textAt) {
-  std::vector<entry> entries = entriesOf(beginnings);
-  TextOrder(textAt).sort(entries);
-  return placesOf(entries);
+void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers) {
+  if (elements.empty()) {
+    return;
+  }
+  constexpr std::uint64_t NEAR = std::uint64_t{1} << 32;
+  const auto [smallest, largest] = std::minmax_element(numbers.begin(), numbers.end());
+  if (*largest - *smallest < NEAR && numbers.size() < NEAR) {
+    sortNear(elements, numbers, *smallest, *largest);
+    return;
+  }
+  std::vector<entry> entries = entriesOf(elements, numbers);
+  NumberSort().sort(entries, 0, BYTE);
+  putBack(entries, elements);
+}
+
+void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& beginnings,
+                   const std::function<std::string_view(std::size_t)>& textOf) {
+  std::vector<entry> entries = entriesOf(elements, beginnings);
+  TextOrder(textOf).sort(entries);
+  putBack(entries, elements);
 }
 
 }  // namespace spx

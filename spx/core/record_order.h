@@ -20,14 +20,19 @@ inline std::uint64_t signedOrder(std::uint64_t key) {
 /// numbers; among longer ones the numbers order what differs in the first seven.
 std::uint64_t beginningOf(std::string_view text);
 
-/// The places of the numbers in ascending order; equal numbers keep theirs.
-std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& numbers);
+/// The numbers from 0 to the number of elements less one.
+std::vector<std::size_t> placesOf(std::size_t elements);
 
-/// The places of texts in byte-wise order; equal texts keep theirs.
-/// @param beginnings  the beginning of each text
-/// @param textAt      gives the text at a place; asked only where beginnings do not tell
-std::vector<std::size_t> ascendingOrder(const std::vector<std::uint64_t>& beginnings,
-                                        const std::function<std::string_view(std::size_t)>& textAt);
+/// Sorts elements by their numbers; those of equal numbers keep their order. Where room fails, the
+/// elements are as they were.
+/// @param numbers  by element
+void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers);
+
+/// Sorts elements by the bytes of their texts, likewise.
+/// @param beginnings  the beginning of each text, by element
+/// @param textOf      gives the text of an element; asked only where beginnings do not tell
+void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& beginnings,
+                   const std::function<std::string_view(std::size_t)>& textOf);
 
 /// The elements in that order of their places.
 template <class Element>
