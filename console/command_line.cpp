@@ -136,8 +136,14 @@ ExitCode fail(ExitCode code, const std::string& message) {
 
 /// What was written may still be in buffers, and a full disk shows only when they are emptied.
 ExitCode checkOutput(ExitCode code) {
+  const bool had_failed = !std::cout;
   errno = 0;
-  if (std::cout.flush()) return code;
+  if (had_failed) {
+    // The reason of then is lost; one more line end fails for the same.
+    std::cout.clear();
+    std::cout.put('\n');
+  }
+  if (std::cout.flush() && !had_failed) return code;
   const std::string reason = errno == 0 ? "" : std::string(": ") + std::strerror(errno);
   return fail(ExitCode::FAILED, "standard output cannot be written" + reason);
 }

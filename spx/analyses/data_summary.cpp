@@ -1,12 +1,10 @@
 #include "spx/analyses/data_summary.h"
 
-#include <iomanip>
-#include <iostream>
-
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
 #include "spx/core/estimated_dates.h"
 #include "spx/core/pseudo_ids.h"
+#include "spx/support/console.h"
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
 #include "spx/views/predicates.h"
@@ -18,25 +16,76 @@ bool isUnknown(const std::string& parent) {
   return parent.starts_with(UNKNOWN_PARENT);
 }
 
-// Both fields are right-aligned whatever adjustment an earlier listing left behind, and numbers are
-// written as texts: the stream may have been given a locale that groups digits.
-std::ostream& label(const std::string& text) {
-  return std::cout << std::right << std::setw(30) << text << ": ";
+std::string rightAligned(const std::string& text, std::size_t width) {
+  return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
 }
 
-std::ostream& countLine(const std::string& text, std::int64_t count) {
-  return label(text) << std::setw(6) << std::to_string(count);
+std::string label(const std::string& text) {
+  return rightAligned(text, 30) + ": ";
 }
 
-void plainCount(const std::string& text, std::int64_t count) {
-  countLine(text, count) << "\n";
+std::string countText(const std::string& text, std::int64_t count) {
+  return label(text) + rightAligned(std::to_string(count), 6);
 }
 
-void shareCount(const std::string& text, std::int64_t count, std::int64_t total) {
-  countLine(text, count) << " ("
-                         << qs_lib::percent(static_cast<std::uint64_t>(count),
-                                            static_cast<std::uint64_t>(total), 1)
-                         << ")\n";
+std::string plainCount(const std::string& text, std::int64_t count) {
+  return countText(text, count) + "\n";
+}
+
+std::string shareCount(const std::string& text, std::int64_t count, std::int64_t total) {
+  return countText(text, count) + " (" +
+         qs_lib::percent(static_cast<std::uint64_t>(count), static_cast<std::uint64_t>(total), 1) +
+         ")\n";
+}
+
+std::string generalText(const DataSummary& summary) {
+  return "1. GENERAL\n" + label("Date") + qs_lib::getTodayAsISO() + "\n" +
+         plainCount("Studbook records", summary.records) +
+         shareCount("Living animals", summary.living, summary.records) +
+         shareCount("Animals died", summary.died, summary.records) +
+         // Misspelt as ever: scripts look for this label.
+         shareCount("Animals dissappeared", summary.disappeared, summary.records);
+}
+
+std::string sexText(const DataSummary& summary) {
+  std::string text = "\n2. Sex GROUPS\n";
+  for (const auto& [sex, count] : summary.sexes) {
+    text += shareCount(getEnumName(sex), count, summary.records);
+  }
+  return text;
+}
+
+std::string parentText(const DataSummary& summary) {
+  const std::int64_t records = summary.records;
+  return "\n3. UNKNOWN PARENTAGES\n" +
+         shareCount("Animals with unknown parents  ", summary.unknown_both, records) +
+         shareCount("Animals with only unknown sire", summary.unknown_sire, records) +
+         shareCount("Animals with only unknown dam ", summary.unknown_dam, records) +
+         shareCount("Animals with multiple sires   ", summary.group_sire, records) +
+         shareCount("Animals with multiple dams    ", summary.group_dam, records);
+}
+
+std::string accuracyText(const std::string& title, const DataSummary::accuracy_counts& counts,
+                         std::int64_t total) {
+  std::string text = "\n" + title + " [n=" + std::to_string(total) + "]\n";
+  for (const auto& [accuracy, count] : counts) {
+    text += shareCount(getEnumName(accuracy), count, total);
+  }
+  return text;
+}
+
+std::string reproductionText(const DataSummary& summary) {
+  return "\n6. AGE AND REPRODUCTION\n" + label("Oldest observed age") +
+         convertDays(summary.oldest_age) + " (ID:" + summary.oldest_id + ")\n" +
+         plainCount("Number of breeders", summary.breeders) +
+         plainCount("Living breeders", summary.living_breeders);
+}
+
+std::string geneticsText(const DataSummary& summary) {
+  return "\n7. GENETICS\n" + plainCount("Wild (source) origin", summary.wild_origin) +
+         plainCount("Living of wild origin", summary.living_wild_origin) +
+         plainCount("Founders", summary.bred_founders) +
+         plainCount("Potential founders", summary.potential_founders);
 }
 
 }  // namespace
@@ -137,63 +186,11 @@ void DataSummary::compareAge(const master_data& animal, qs_lib::day_number last_
 
 void DataSummary::reportConsole() const {
   const std::string rule = qs_lib::replicateChar('-', 70) + "\n";
-  std::cout << rule << "Summary of studbook data\n" << rule;
-  printGeneral();
-  printSexes();
-  printParents();
-  printAccuracies("4. BIRTHDATE ACCURACY", birth_accuracy, records);
-  printAccuracies("5. DEATHDATE ACCURACY", death_accuracy, died);
-  printReproduction();
-  printGenetics();
-}
-
-void DataSummary::printGeneral() const {
-  std::cout << "1. GENERAL\n";
-  label("Date") << qs_lib::getTodayAsISO() << "\n";
-  plainCount("Studbook records", records);
-  shareCount("Living animals", living, records);
-  shareCount("Animals died", died, records);
-  // Misspelt as ever: scripts look for this label.
-  shareCount("Animals dissappeared", disappeared, records);
-}
-
-void DataSummary::printSexes() const {
-  std::cout << "\n2. Sex GROUPS\n";
-  for (const auto& [sex, count] : sexes) {
-    shareCount(getEnumName(sex), count, records);
-  }
-}
-
-void DataSummary::printParents() const {
-  std::cout << "\n3. UNKNOWN PARENTAGES\n";
-  shareCount("Animals with unknown parents  ", unknown_both, records);
-  shareCount("Animals with only unknown sire", unknown_sire, records);
-  shareCount("Animals with only unknown dam ", unknown_dam, records);
-  shareCount("Animals with multiple sires   ", group_sire, records);
-  shareCount("Animals with multiple dams    ", group_dam, records);
-}
-
-void DataSummary::printAccuracies(const std::string& title, const accuracy_counts& counts,
-                                  std::int64_t total) const {
-  std::cout << "\n" << title << " [n=" << std::to_string(total) << "]\n";
-  for (const auto& [accuracy, count] : counts) {
-    shareCount(getEnumName(accuracy), count, total);
-  }
-}
-
-void DataSummary::printReproduction() const {
-  std::cout << "\n6. AGE AND REPRODUCTION\n";
-  label("Oldest observed age") << convertDays(oldest_age) << " (ID:" << oldest_id << ")\n";
-  plainCount("Number of breeders", breeders);
-  plainCount("Living breeders", living_breeders);
-}
-
-void DataSummary::printGenetics() const {
-  std::cout << "\n7. GENETICS\n";
-  plainCount("Wild (source) origin", wild_origin);
-  plainCount("Living of wild origin", living_wild_origin);
-  plainCount("Founders", bred_founders);
-  plainCount("Potential founders", potential_founders);
+  qs_lib::display(rule + "Summary of studbook data\n" + rule + generalText(*this) + sexText(*this) +
+                  parentText(*this) +
+                  accuracyText("4. BIRTHDATE ACCURACY", birth_accuracy, records) +
+                  accuracyText("5. DEATHDATE ACCURACY", death_accuracy, died) +
+                  reproductionText(*this) + geneticsText(*this));
 }
 
 }  // namespace spx

@@ -29,7 +29,9 @@ class SPX_EXPORT DataSummary {
   DataSummary();
   virtual ~DataSummary();
 
-  /// Brings the breeder flags up to date when the store says that they are stale.
+  /// Brings the breeder flags up to date when the store says that they are stale; this builds the
+  /// pedigree where there is none, with the warnings of AnimalData::populationPedigree(), and may
+  /// add pseudo founders to the store. Linear.
   /// @return false after reporting "No animals in list" for an empty store
   bool initialize();
 
@@ -37,7 +39,7 @@ class SPX_EXPORT DataSummary {
   /// that `records` is counted anew: use a fresh object for each summary.
   bool analyse();
 
-  /// Prints the summary on standard output.
+  /// Shows the summary in one call of the console.
   void reportConsole() const;
 
   std::int64_t records = 0;          ///< without pseudo individuals
@@ -46,17 +48,20 @@ class SPX_EXPORT DataSummary {
   std::int64_t disappeared = 0;      ///< not living, lost to follow-up
   std::int64_t breeders = 0;         ///< records with offspring
   std::int64_t living_breeders = 0;  ///< of the breeders, those living
-  double oldest_age = 0;             ///< in days
-  std::string oldest_id;             ///< the first of several of that age
-  sex_counts sexes;                  ///< of all records
-  accuracy_counts birth_accuracy;    ///< of all records
-  accuracy_counts death_accuracy;    ///< of the records that are not living and have a death date
-  std::int64_t unknown_sire = 0;     ///< the sire alone
-  std::int64_t unknown_dam = 0;      ///< the dam alone
-  std::int64_t unknown_both = 0;     ///< sire and dam
-  std::int64_t group_sire = 0;       ///< the sire is a group
-  std::int64_t group_dam = 0;        ///< the dam is a group
-  std::int64_t wild_origin = 0;      ///< founders: two wild parents, bred
+  /// In days, to the death or the reference date, with the range of the birth date added; 0 and no
+  /// ID where nothing is older than that.
+  double oldest_age = 0;
+  std::string oldest_id;           ///< the first of several of that age
+  sex_counts sexes;                ///< of all records
+  accuracy_counts birth_accuracy;  ///< of all records
+  accuracy_counts death_accuracy;  ///< of the records that are not living and have a death date
+  // Parents are unknown when their identifier begins with "UNK", in capitals.
+  std::int64_t unknown_sire = 0;        ///< the sire alone
+  std::int64_t unknown_dam = 0;         ///< the dam alone
+  std::int64_t unknown_both = 0;        ///< sire and dam
+  std::int64_t group_sire = 0;          ///< the sire is a group
+  std::int64_t group_dam = 0;           ///< the dam is a group
+  std::int64_t wild_origin = 0;         ///< founders: two wild parents, bred
   std::int64_t living_wild_origin = 0;  ///< of the founders, those living
   std::int64_t bred_founders = 0;       ///< founders that have bred
   /// Living founders that have not bred. Founders have bred by definition, so this is 0; the line
@@ -68,14 +73,6 @@ class SPX_EXPORT DataSummary {
   void countParents(const master_data& animal);
   void countLife(const master_data& animal, qs_lib::day_number reference);
   void compareAge(const master_data& animal, qs_lib::day_number last_day);
-
-  void printGeneral() const;
-  void printSexes() const;
-  void printParents() const;
-  void printAccuracies(const std::string& title, const accuracy_counts& counts,
-                       std::int64_t total) const;
-  void printReproduction() const;
-  void printGenetics() const;
 };
 
 }  // namespace spx

@@ -201,7 +201,8 @@ class SPX_EXPORT AnimalData {
   std::int32_t lineage_counter_ = 0;
 };
 
-/// Sets `breeder` on the records of the sire and the dam; the animal's own flag is not touched.
+/// Sets `breeder` on the records of the sire and the dam in Animals; the animal's own flag is not
+/// touched. Positions beyond the records are passed over.
 SPX_EXPORT void flagParents(const pedigree_record& entry);
 
 /// The studbook in use.

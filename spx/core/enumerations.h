@@ -6,7 +6,7 @@
 #include "spx/support/export.h"
 #include "spx/support/time_interval.h"
 
-/// The closed value sets of a studbook. The numbers are stored in view files and studbooks, the
+/// The closed value sets of a studbook. The numbers are stored in view and life-history files, the
 /// display names are printed by every listing, report and export: neither may change.
 namespace spx {
 

@@ -5,8 +5,8 @@
 
 #include "spx/support/export.h"
 
-/// The one front end of all errors that a user sees. It keeps no state: whoever reports gives up
-/// its own operation and returns false or a neutral value.
+/// The front end of the errors that a user sees. It keeps no state: whoever reports gives up its
+/// own operation and returns false or a neutral value, unless it says otherwise.
 namespace spx {
 
 /// Reports "#" followed by the code in decimal, a minus sign for negative codes. Always true.

@@ -23,7 +23,8 @@ inline constexpr double DAYS_PER_YEAR = 365.25;
 /// month name, the format's separator and the year; by year "~" and the year; everything else
 /// "unknown", on purpose also a date known to the week, as lists have always shown it. A date range
 /// shows "+" for "~" and the form that its range calls for: 1 to 29 days by day, 30 to 364 by
-/// month, more than 365 by year; 0 and exactly 365 give the bare full date.
+/// month, more than 365 by year; 0 and exactly 365 give the bare full date, on purpose.
+/// By month and by year show the 16-bit year of qs_lib::julianToDate(), padded with blanks.
 ///
 /// @param date      in Julian milliseconds; 0 gives the empty text whatever the accuracy
 /// @param range     in days; read only for DATE_ACCURACY::DATE_RANGE
@@ -37,12 +38,12 @@ SPX_EXPORT std::string formatEstDate(qs_lib::julian_ms date, DATE_ACCURACY accur
 
 /// A span of days with one decimal and the unit that suits it: " days" below 7, " weeks"
 /// below 30.6001, " months" below 365.25, otherwise " years". The limits apply to the span before
-/// it is rounded, so 6.99 gives "7.0 days". NaN gives "nan years".
+/// it is rounded, so 6.99 gives "7.0 days". NaN gives "nan years", a negative span days.
 SPX_EXPORT std::string convertDays(double days);
 
 /// The relative error of an age: the length of the accuracy's unit divided by the age.
-/// @param age  in days; 0 gives infinity for the accuracies from by day to by year
-/// @return 1 for every other accuracy, accurate ones included, without any division
+/// @param age  in days; 0 gives infinity for the accuracies from by day to by year, NaN gives NaN
+/// @return 1 for every other accuracy, on purpose accurate ones included, without any division
 SPX_EXPORT double ageError(double age, DATE_ACCURACY accuracy);
 
 }  // namespace spx

@@ -60,8 +60,8 @@ struct master_data {
   BIRTH_TYPE birth_type = BIRTH_TYPE::WILD_BORN;  ///< the origin
   REARING rearing = REARING::PARENT;              ///< by whom it was reared
   move_data birth;                                ///< its location is where the animal was born
-  move_data death;               ///< a death, or the day on which the animal was lost to follow-up
-  std::vector<move_data> moves;  ///< between birth and end, in the order of recording
+  move_data death;                                ///< a death or loss to follow-up; date 0: neither
+  std::vector<move_data> moves;             ///< between birth and end, in the order of recording
   std::vector<managed_data> managed;        ///< the host's
   std::vector<BirthControl> birth_control;  ///< the host's
   float generation[4] = {0, 0, 0, 0};  ///< generation numbers, see GENERATION; NaN is not computed
@@ -90,8 +90,11 @@ struct find_id {
 };
 
 /// Makes a record a fresh one: parents "UNKM" and "UNKF", generic taxon, unknown sex, key with all
-/// bits set, events reset, generations and inbreeding NaN, selected and printed. The studbook ID,
-/// origin, rearing and managed events are left as they are, on purpose: a loader sets them before.
+/// bits set, birth and death reset as by initializeMove(), no moves, birth control, user values and
+/// lineages, generations and inbreeding NaN, no breeder, selected and printed. The studbook ID,
+/// origin, rearing, managed events, host data and the kinds and texts of birth and death are left
+/// as they are, on purpose: a loader may set them before. Whoever fills one record again and again
+/// sets them for every animal.
 SPX_EXPORT void initializeMaster(master_data& animal);
 
 /// Resets date, accuracy, range, location and number; the kind of event and the texts stay. Always
@@ -101,7 +104,7 @@ SPX_EXPORT bool initializeMove(move_data& move);
 /// Zeroes the first three words; the fourth stays. Always true.
 SPX_EXPORT bool initializeManaged(managed_data& managed);
 
-/// Stores one value as all four generation numbers.
+/// Stores one value as all four generation numbers, rounded to what they can hold.
 SPX_EXPORT void setAnimalGeneration(master_data& animal, double generation);
 
 /// Marks a founder lineage. @return false, with nothing changed, for a lineage above 255

@@ -249,8 +249,11 @@ bool AnimalData::flagBreeders() {
 }
 
 void flagParents(const pedigree_record& entry) {
-  Animals.records[entry.sire].breeder = true;
-  Animals.records[entry.dam].breeder = true;
+  for (const position parent : {entry.sire, entry.dam}) {
+    if (parent < Animals.records.size()) {
+      Animals.records[parent].breeder = true;
+    }
+  }
 }
 
 bool AnimalData::individualPedigree(const std::string& id) {

@@ -9,6 +9,7 @@ inline constexpr char UNKNOWN_PARENT[] = "UNK";       ///< unknown, of either se
 inline constexpr char UNKNOWN_SIRE[] = "UNKM";        ///< unknown father
 inline constexpr char UNKNOWN_DAM[] = "UNKF";         ///< unknown mother
 inline constexpr char GROUP_PARENT[] = "MULT";        ///< one of several animals
-inline constexpr char PSEUDO_FOUNDER_PREFIX[] = "P";  ///< precedes the ID of a missing parent
+inline constexpr char PSEUDO_FOUNDER_PREFIX[] = "P";  ///< precedes the ID of a missing parent, or
+                                                      ///< of the known mate of a wild one
 
 }  // namespace spx

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace spx {
@@ -11,7 +12,13 @@ template <class Value>
 class Rare {
  public:
   Rare() = default;
-  Rare(Value value) { set(std::move(value)); }  // NOLINT(google-explicit-constructor): as a value
+  /// What makes a value makes this too.
+  template <class From>
+  requires std::is_constructible_v<Value, From> &&(!std::is_same_v<std::remove_cvref_t<From>, Rare>)
+      Rare(From&& from) {  // NOLINT(google-explicit-constructor,
+                           // bugprone-forwarding-reference-overload)
+    set(Value(std::forward<From>(from)));
+  }
   Rare(const Rare& other) : value_(copyOf(other)) {}
   Rare(Rare&&) noexcept = default;
   Rare& operator=(const Rare& other) {
@@ -20,6 +27,8 @@ class Rare {
   }
   Rare& operator=(Rare&&) noexcept = default;
   ~Rare() = default;
+
+  operator const Value&() const { return get(); }  // NOLINT(google-explicit-constructor)
 
   /// The value; valid until it is set or the record moves on.
   const Value& get() const {

@@ -14,8 +14,9 @@ SPX_EXPORT SEX oppositeSex(SEX sex);
 SPX_EXPORT SEX getEqualSex();
 
 /// Draws a sex from the process-wide random source.
-/// @param probability  that the animal is male: 0 always gives female, 1 always male. Two words are
-///                     drawn whatever the probability, so that a seeded sequence stays in step.
+/// @param probability  that the animal is male: 0 and below, and NaN, always give female, 1 and
+///                     above always male. Two words are drawn whatever the probability, so that a
+///                     seeded sequence stays in step.
 SPX_EXPORT SEX getRandomSex(double probability);
 
 }  // namespace spx

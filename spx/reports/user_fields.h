@@ -10,7 +10,7 @@ namespace spx {
 
 /// The definition of a user-defined field.
 struct user_field {
-  std::string name;                                    ///< the title of the column
+  std::string name;                                    ///< as lists and reports show it
   qs_lib::FIELD_TYPE type = qs_lib::FIELD_TYPE::TEXT;  ///< for display; values are texts
 };
 

@@ -64,7 +64,8 @@ void display(const std::string& text) {
 
 void errorMessage(const std::string& text) {
   std::cout.flush();
-  std::cerr << text + "\n";
+  const std::string line = text + "\n";
+  std::cerr.write(line.data(), static_cast<std::streamsize>(line.size()));
 }
 
 void pauseKey() {

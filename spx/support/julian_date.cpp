@@ -322,6 +322,7 @@ void getToday(date_time_record& record) {
   timeval now{};
   gettimeofday(&now, nullptr);
   std::tm local{};
+  tzset();  // localtime_r need not notice that the host has changed the zone
   localtime_r(&now.tv_sec, &local);
   record = {narrow(local.tm_mon + 1),  narrow(local.tm_year + 1900), narrow(local.tm_mday),
             narrow(local.tm_hour),     narrow(local.tm_min),         narrow(local.tm_sec),

@@ -77,10 +77,12 @@ struct DateSpan {
 };
 
 /// Writes a moment as "YYYY-MM-DD", followed by "Thh:mm:ss" when isUseTime() and the moment has a
-/// time of day. Day 0 gives the empty text. Years have at least four digits.
+/// time of day. Day 0 gives the empty text. Years have at least four digits, those before 0 a sign;
+/// dateToJulian() reads the years 0000 to 9999 back.
 SPX_EXPORT std::string julianToISO(julian_ms moment);
 
-/// Writes the day of a moment as "YYYYMMDD"; day 0 gives the empty text.
+/// Writes the day of a moment as "YYYYMMDD", with years as in julianToISO(); day 0 gives the empty
+/// text.
 SPX_EXPORT std::string julianToYYYYMMDD(julian_ms moment);
 
 /// Breaks a moment down; day 0 gives a cleared record.

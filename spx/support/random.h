@@ -6,8 +6,8 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// A source of random numbers. It starts from a fixed seed, so that every run of a program gives
-/// the same numbers unless the host sets another.
+/// A source of random numbers. It starts from the seed std::mt19937::default_seed, so that every
+/// run of a program gives the same numbers unless the host sets another.
 class SPX_EXPORT RandomSource {
  public:
   /// Restarts the sequence that belongs to the seed.

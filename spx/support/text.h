@@ -15,9 +15,11 @@ class SPX_EXPORT String : public std::string {
   /// Any text is a String.
   String(std::string text) : std::string(std::move(text)) {}  // NOLINT: a text is a String
 
-  /// Reads the number at the start of the text, leading blanks skipped, with "." as the point.
+  /// Reads the number at the start of the text, leading blanks skipped, with "." as the point; also
+  /// "inf", "nan" and hexadecimal numbers.
   /// @return NaN when no number stands there
-  /// @throws std::out_of_range when the number is too large or too small for a double
+  /// @throws std::out_of_range when the number is too large for a double or, but for 0, below the
+  ///         smallest normal one
   double real() const;
 };
 
@@ -28,7 +30,7 @@ struct map_key {
   bool operator()(const T& a, const T& b) const { return a < b; }
 };
 
-/// A text of count copies of the character.
+/// A text of count copies of the character. @throws std::length_error beyond what a text can hold
 SPX_EXPORT std::string replicateChar(char character, std::size_t count);
 
 /// The text with every old character replaced by the new one.

@@ -75,7 +75,7 @@ bool DataFilter::autoMonitorDate() {
   }
   const std::int64_t end_year = qs_lib::civilFromDay(end_date).year;
   std::optional<day_number> end = censusDate(end_year, census_month, census_day);
-  if (end && *end > end_date) {
+  if (!end || *end > end_date) {
     end = censusDate(end_year - 1, census_month, census_day);
   }
   const std::int64_t start_year = qs_lib::civilFromDay(start_date).year;

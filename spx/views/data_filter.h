@@ -22,7 +22,8 @@ struct user_filter {
 /// analyses. Dates are day numbers; a NaN bound is not set.
 class SPX_EXPORT DataFilter {
  public:
-  /// Empty lists, then the defaults of clearView. At load this runs after the metapopulation is
+  /// Empty lists, then the defaults of clearView: every new view selects all demes of the
+  /// metapopulation, which all views share. At load this runs after the metapopulation is
   /// constructed.
   DataFilter();
 
@@ -35,7 +36,7 @@ class SPX_EXPORT DataFilter {
   double high_generation = 0;           ///< likewise
   double low_inbreeding = 0;            ///< inbreeding coefficient; NaN is not set
   double high_inbreeding = 0;           ///< likewise
-  double low_age = 0;                   ///< lower bound of age; NaN is not set
+  double low_age = 0;                   ///< lower bound of age in days; NaN is not set
   double high_age = 0;                  ///< likewise
   DATE_ACCURACY birth_accuracy = DATE_ACCURACY::ALL_DATES;        ///< the worst that is accepted
   DATE_ACCURACY death_accuracy = DATE_ACCURACY::ALL_DATES;        ///< likewise
@@ -43,13 +44,13 @@ class SPX_EXPORT DataFilter {
   SEX sex = SEX::ALL;                                             ///< the sex group
   HANDLE_UNKNOWN handle_unknown = HANDLE_UNKNOWN::EQUAL;          ///< animals of unknown sex
   HANDLE_UNKNOWN handle_parent = HANDLE_UNKNOWN::OBSERVED_RATIO;  ///< unknown parents
-  BIRTH_TYPE origin = BIRTH_TYPE::CAPTIVE_BORN;               ///< wild-born, captive-born or ALL
-  REARING rearing = REARING::ALL;                             ///< not stored in view files
+  BIRTH_TYPE origin = BIRTH_TYPE::CAPTIVE_BORN;                   ///< of the animals, or ALL
+  REARING rearing = REARING::ALL;  ///< told in reports; not in view files
   BIRTH_CONTROL contraception = BIRTH_CONTROL::NO_SELECTION;  ///< the method of birth control
   qs_lib::TIME_INTERVAL census_interval = qs_lib::TIME_INTERVAL::ANNUAL;  ///< between two censuses
-  std::vector<taxon_handle> taxa;                                         ///< empty: all taxa
-  std::set<packed_deme> demes;                                            ///< empty: all demes
-  std::vector<MOVE_TYPE> events;  ///< reports show "all" whatever it holds; clearView leaves it
+  std::vector<taxon_handle> taxa;  ///< empty: all taxa; see SubTaxa::clear()
+  std::set<packed_deme> demes;     ///< empty: all demes
+  std::vector<MOVE_TYPE> events;   ///< reports show "all" whatever it holds; clearView leaves it
   std::vector<user_filter> user_filters;  ///< all of them must match
   int filter_id = 0;                      ///< the number of the view; 0 is none
   bool generic_parents = false;           ///< assume generic unknown parents; clearView leaves it
@@ -62,7 +63,7 @@ class SPX_EXPORT DataFilter {
   bool use_emerge = false;                ///< count from the day when animals emerge from the den
   bool left_truncated = true;             ///< left truncation of life tables
   bool right_censored = true;             ///< right censoring of life tables
-  bool prorating = false;                 ///< the host's; stored and listed only
+  bool prorating = false;                 ///< the host's; stored, listed and told to R
   bool same_sex = true;                   ///< count same-sex offspring
   std::string path;  ///< directory of view files and deme files; the host sets it
 
@@ -74,10 +75,10 @@ class SPX_EXPORT DataFilter {
   void clearView();
 
   /// Shrinks the period to whole census years: the end (and the monitor date) goes back to the last
-  /// census day, the start forward to the first one. A census day beyond its month means the
-  /// month's last day.
-  /// @return false with nothing changed when there is no end date, the census month is none, or the
-  ///         census day before the end cannot be told as a date
+  /// census day, the start forward to the first one, past the end where the period holds none. A
+  /// census day beyond its month means the month's last day, one below 1 the first.
+  /// @return false with nothing changed when there is no end date, the census month is none, or a
+  ///         census day cannot be told as a date
   bool autoMonitorDate();
 
   /// Adds a test of a user-defined field. @return false with nothing added for a negative field
@@ -106,14 +107,16 @@ class SPX_EXPORT DataFilter {
   std::string createTaxonString(int separator) const;
 
   /// Replaces the demes by those of a text of packed identifiers separated by ";", as view files
-  /// hold it. The selection of the former demes is not undone. The numbers are read as 32-bit
-  /// integers, as they always were: an identifier with a top level raises std::out_of_range, a text
-  /// that is no number std::invalid_argument, with the demes read until then in place.
+  /// hold it. The first one that is known deselects all others; where none is, the selection of
+  /// the metapopulation stays. The numbers are read as 32-bit integers, as they always were, and
+  /// what follows a number is ignored: a larger identifier raises std::out_of_range, a text that is
+  /// no number std::invalid_argument, with the demes read until then in place.
   /// @return false with nothing changed for the empty text
   bool extractDemeString(const std::string& text);
 
   /// Adds the demes that a file names, one a line, `file`.fed in `path`. Empty lines and lines with
-  /// a "#" anywhere are skipped, unknown names too; 1023 characters of a line count.
+  /// a "#" anywhere are skipped, unknown names too; 1023 characters of a line count. Each name
+  /// scans the metapopulation.
   /// @return false when it cannot be opened, after "Could not open " and its name on standard error
   bool loadDemeFile(const std::string& file, const std::string& level);
 

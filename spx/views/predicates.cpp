@@ -77,9 +77,9 @@ bool hasDied(const master_data& animal) {
 }
 
 // The text of a field at a position; positions beyond the record's values read as empty.
-std::string userValue(const master_data& animal, int field) {
+std::string_view userValue(const master_data& animal, int field) {
   const auto at = static_cast<std::size_t>(field);
-  return at < animal.user_data.size() ? animal.user_data[at] : std::string();
+  return at < animal.user_data.size() ? animal.user_data[at] : std::string_view();
 }
 
 }  // namespace
@@ -281,6 +281,7 @@ void filterRow(qs_lib::CsvReport& table, const master_data& animal, qs_lib::day_
 bool TestFilters() {
   qs_lib::CsvReport table;
   table.setFileName("filter_test.csv");
+  table.setStaged(true);
   qs_lib::display("Writing filter to: " + table.getFileName() + "\n");
   if (!table.fileOpen()) {
     return false;

@@ -11,8 +11,8 @@
 /// the view read View, MetaPop and user_field_list. Dates are day numbers.
 ///
 /// Spans of days are unsigned 32-bit differences, on purpose: a difference that would be negative
-/// wraps to a huge number and so fails a test of "at most so many days", and an unknown death (0)
-/// never ends a life.
+/// wraps to a huge number and so fails a test of "at most so many days" for every usual number of
+/// days. An unknown death (0) never ends a life; an unknown birth (0) lies before every day.
 namespace spx {
 
 // Identifiers, whole and in any letter case. Line breaks are white space, but not a character that
@@ -40,7 +40,8 @@ SPX_EXPORT bool isPseudoFounder(const std::string& id);
 SPX_EXPORT bool isSameLitter(const master_data& animal, const std::string& dam,
                              qs_lib::day_number date, double days);
 
-/// Born by the date and not dead by it. An animal is not alive on its last day.
+/// Born by the date and neither dead nor lost to follow-up by it. An animal is not alive on its
+/// last day.
 SPX_EXPORT bool isLiving(const master_data& animal, qs_lib::day_number date);
 
 /// Alive on the date, and has offspring.
@@ -76,7 +77,7 @@ SPX_EXPORT bool isStillBirth(const master_data& animal);
 
 /// Whether a value lies within bounds, both included. An unknown value (NaN) does, and so does
 /// every value when both bounds are unset (NaN). A lower bound alone is a bound; an upper bound
-/// alone accepts nothing, which saved views rely on.
+/// alone accepts no known value, which saved views rely on.
 SPX_EXPORT bool isInFcoef(double value, double low, double high);
 
 /// The rule of isInFcoef for generation numbers.
@@ -99,7 +100,7 @@ SPX_EXPORT bool isInDates(qs_lib::day_number date, qs_lib::DateSpan span,
 
 // The view
 
-/// Whether the view takes the animal's taxon.
+/// Whether the view takes the animal's taxon; a view without taxa takes all.
 SPX_EXPORT bool isInTaxonView(const master_data& animal);
 
 /// Whether the animal's user-defined fields equal all user filters of the view. A value that the
@@ -110,17 +111,19 @@ SPX_EXPORT bool isInUserView(const master_data& animal);
 /// asked.
 SPX_EXPORT bool movedToDemeView(const master_data& animal, qs_lib::DateSpan span);
 
-/// The day of the first move into a selected deme; 0 when there is none. A day, not a truth value.
+/// The day of the move into a selected deme that was recorded first; 0 when there is none or its
+/// date is unknown. A day, not a truth value.
 SPX_EXPORT qs_lib::day_number arrivalDemeView(const master_data& animal);
 
-/// The day of the first move out of the selected demes; 0 when the animal never was in them or
-/// never left. A day, not a truth value.
+/// The day of the move out of the selected demes that was recorded first; 0 when the animal never
+/// was in them or never left, or the date is unknown. A day, not a truth value.
 SPX_EXPORT qs_lib::day_number removalDemeView(const master_data& animal);
 
 /// Writes the answers for every record of the store into "filter_test.csv" in the working
 /// directory, for diagnosis, and names the file on the console. The view's monitor date is the date
 /// asked for; neonatal deaths are those within 30 days, whatever the life history says.
-/// @return false when the file cannot be opened or not all of it could be written
+/// @return false when the file cannot be opened or not all of it could be written; a former table
+///         then stays as it was
 SPX_EXPORT bool TestFilters();
 
 }  // namespace spx

@@ -39,7 +39,8 @@ class SPX_EXPORT SubTaxa {
   /// @return false after reporting "No taxa have been defined" when the registry is empty
   bool listTaxa() const;
 
-  /// Removes every name, "generic" included. All handles become invalid: clear the records first.
+  /// Removes every name, "generic" included. All handles become invalid: clear the records and the
+  /// taxa of every view first. A registry that is assigned another loses its handles likewise.
   void clear();
 
   /// The handle of no taxon.

@@ -1,5 +1,6 @@
 #include "spx/core/master_data.h"
 
+#include <cmath>
 #include <tuple>
 
 #include "spx/core/master_map.h"
@@ -13,19 +14,31 @@ namespace {
 TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   master_data animal = animalOf("7", "1", "2", SEX::MALE, 5, 9);
   animal.rearing = REARING::HAND;
-  animal.birth = {5, DATE_ACCURACY::BY_YEAR, 3, 4, MOVE_TYPE::ARRIVAL, std::string("first"), 6, {}};
+  animal.birth = {5, DATE_ACCURACY::BY_YEAR, 3, 4, MOVE_TYPE::ARRIVAL, "first", 6, {}};
   animal.moves.resize(2);
+  animal.birth_control.resize(2);
+  animal.user_data.resize(2);
+  animal.lineages.set();
+  animal.breeder = true;
+  animal.fcoef = animal.generation[G_AVERAGE] = 1;
+  animal.taxon = Subspecies.end();
+  animal.host_data.set({{1, 2}});
   animal.managed = {{{1, 2, 3, 4}}};
   EXPECT_TRUE(initializeManaged(animal.managed[0]));
   initializeMaster(animal);
   EXPECT_EQ(animal.stud_id + " " + animal.sire_id + " " + animal.dam_id, "7 UNKM UNKF");
   EXPECT_EQ(getEnumName(animal.sex) + " " + getEnumName(animal.rearing), "unknown hand");
   const master_data copy = animal;
-  animal.birth.first_text.set("");
-  EXPECT_EQ(copy.birth.first_text.get() + animal.birth.first_text.get(), "first") << "deep";
+  const std::string text = animal.birth.first_text;
+  animal.birth.first_text = "";
+  EXPECT_EQ(text + copy.birth.first_text.get() + animal.birth.first_text.get(), "firstfirst")
+      << "deep";
   EXPECT_EQ(getEnumName(animal.birth.event), "arrival");
   EXPECT_EQ(animal.birth.date + animal.birth.range + animal.birth.number + animal.death.date, 0U);
   EXPECT_TRUE(animal.moves.empty() && animal.selected && animal.print && animal.id_key + 1 == 0);
+  EXPECT_TRUE(animal.birth_control.empty() && animal.user_data.empty() && animal.lineages.none());
+  EXPECT_TRUE(!animal.breeder && std::isnan(animal.fcoef + animal.generation[G_AVERAGE]));
+  EXPECT_TRUE(animal.taxon == Subspecies.getGeneric() && animal.host_data.get()[0].size() == 2);
   EXPECT_TRUE(animal.managed[0].words[2] == 0 && animal.managed[0].words[3] == 4);
   EXPECT_TRUE(setFounderLineage(animal, 255) && !setFounderLineage(animal, 256));
   EXPECT_TRUE(animal.lineages[255] && animal.lineages.count() == 1);

@@ -63,7 +63,9 @@ TEST_F(Pedigree, AnIndividualIsSelectedWithAllItsAncestors) {
     EXPECT_TRUE(Animals.individualPedigree(id));
     EXPECT_EQ(idsOf(flagged(&master_data::selected)), selected);
   }
-  Animals.records[7].breeder = true;
+  const position none = Animals.findMaster("none");
+  flagParents({none - 1, 7, none, 0});
+  EXPECT_EQ(idsOf(flagged(&master_data::breeder)), idsOf(std::set<position>{7}));
   EXPECT_TRUE(Animals.flagBreeders());
   EXPECT_EQ(idsOf(flagged(&master_data::breeder)), "12 9 20 21 30 WILD UNK UNKM UNKF P99 ");
   EXPECT_FALSE(Animals.breedersStale());

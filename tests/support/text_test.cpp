@@ -134,6 +134,9 @@ TEST(TokenizerText, EmptyTokensStayButTheLast) {
   EXPECT_EQ(tokenizer.getToken(0) + tokenizer.getToken(1), "a b");
   tokenizer.split(std::string(1 << 20, ','), ",");
   EXPECT_EQ(tokenizer.size(), std::size_t{1} << 20);
+  tokenizer.split("a token of many letters.;b", ";");
+  tokenizer.split(tokenizer.tokens()[0], ".");
+  EXPECT_EQ(tokenizer.getToken(0), "a token of many letters") << "a token is split in its turn";
 }
 
 TEST(RandomText, SequenceBelongsToTheSeedAndStaysBelowOne) {

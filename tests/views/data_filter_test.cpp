@@ -99,6 +99,12 @@ TEST_F(Editing, ThePeriodShrinksToCensusYears) {
     EXPECT_EQ(period(), std::vector({dayOf(new_start), dayOf(new_end), dayOf(new_end)}))
         << day << "/" << month << " in " << start << " to " << end;
   }
+  View.census_day = 31;
+  View.census_month = 12;
+  View.start_date = dayOf("2000");
+  View.end_date = 0xFFFFFFFF;
+  EXPECT_TRUE(View.autoMonitorDate()) << "its year ends after the last day number";
+  EXPECT_EQ(View.end_date, 0xFFFFFFFF - 348U) << "13 December back to the year before";
   const std::vector<day_number> unchanged[] = {{5, 0, 7}, {5, 10, 7}, {0xFFFFFFFF, 9999, 7}};
   for (const std::vector<day_number>& days : unchanged) {
     View.start_date = days[0];

@@ -1,10 +1,14 @@
 #include "spx/views/predicates.h"
 
 #include <cmath>
+#include <fcntl.h>
 #include <map>
 #include <random>
 #include <regex>
 #include <tuple>
+#include <unistd.h>
+
+#include <sys/stat.h>
 
 #include "spx/reports/user_fields.h"
 #include "spx/views/data_filter.h"
@@ -202,6 +206,11 @@ TEST_F(ViewPredicates, AreDumpedForEveryRecord) {
   EXPECT_TRUE(TestFilters());
   EXPECT_EQ(takeOutput(), "Writing filter to: filter_test.csv\n");
   expectFile(contentOf("filter_test.csv"), "views/expected/filter_test.csv");
+  const int former = ::open("filter_test.csv", O_RDONLY);
+  EXPECT_TRUE(TestFilters());
+  struct stat facts {};
+  EXPECT_TRUE(::fstat(former, &facts) == 0 && facts.st_nlink == 0) << "replaced, not written over";
+  ::close(former);
   EXPECT_TRUE(isLivingFounder(Animals.records[0], 150));
   EXPECT_FALSE(isLivingFounder(Animals.records[1], 150) ||
                isLivingFounder(Animals.records[2], 150));
