@@ -64,17 +64,27 @@ class CountedRows : public RowSource {
 /// pseudo founders of most studbooks.
 class RecordRoom {
  public:
-  explicit RecordRoom(studbook_tables& tables) {
+  explicit RecordRoom(const studbook_tables& tables) {
     const auto& estimate = tables.animals.estimate_rows;
     const std::size_t rows = estimate ? estimate() : 0;
     if (!Animals.initialize(rows + rows / 4)) {
       throw Failure(tables.file + ": there is not enough memory for so many animals");
     }
-    if (!tables.animals.open) return;
-    tables.animals.open = [this, open = tables.animals.open] {
+    pages_.emplace(Animals.records.data(), rows * sizeof(master_data), filled_);
+  }
+
+  /// The table, whose rows will fill the room.
+  table_source filledBy(const table_source& table) {
+    if (!table.open) return table;
+    table_source counted = table;
+    counted.open = [this, open = table.open] {
       return std::make_unique<CountedRows>(open(), filled_);
     };
-    pages_.emplace(Animals.records.data(), rows * sizeof(master_data), filled_);
+    return counted;
+  }
+
+  void noteRecords(std::size_t records) {
+    filled_.fetch_add(records * sizeof(master_data), std::memory_order_relaxed);
   }
 
  private:
@@ -93,17 +103,29 @@ void readTable(const table_source& table, Faults& faults, const std::function<vo
 }
 
 void readTables(const studbook_tables& tables, const char* refused) {
+  RecordRoom room(tables);
+  const std::size_t first = Animals.records.size();
+  const table_source animals = room.filledBy(tables.animals);
   LocationRegistry locations;
   Faults faults;
   readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
   readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
-  readTable(tables.animals, faults,
-            [&] { readAnimals(tables.animals, tables.titles, locations, faults); });
+  readTable(animals, faults, [&] { readAnimals(animals, tables.titles, locations, faults); });
   readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults); });
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) +
                   (faults.count() == 1 ? " fault; " : " faults; ") + refused);
   }
+  if (tables.keep) tables.keep(first);
+}
+
+/// Whether what the tables give was put in place without reading them; else nothing was.
+bool restore(const studbook_tables& tables) {
+  if (!tables.restore) return false;
+  RecordRoom room(tables);
+  if (tables.restore([&room](std::size_t records) { room.noteRecords(records); })) return true;
+  dropStudbook();
+  return false;
 }
 
 /// Only animals of the tables have a location: the pseudo parents live nowhere.
@@ -173,10 +195,7 @@ void buildDerived() {
 
 void load(studbook_tables tables) {
   const LoadingOutput output;
-  {
-    const RecordRoom room(tables);
-    readTables(tables, "nothing was loaded");
-  }
+  if (!restore(tables)) readTables(tables, "nothing was loaded");
   completeRecords(tables.file, tables.format);
   tables = {};
   resolveParents(output);
@@ -215,9 +234,7 @@ void checkTables(const studbook_tables& tables, const char* refused) {
   dropStudbook();
   try {
     const LoadingOutput output;
-    studbook_tables counted = tables;
-    const RecordRoom room(counted);
-    readTables(counted, refused);
+    readTables(tables, refused);
   } catch (...) {
     dropStudbook();
     throw;

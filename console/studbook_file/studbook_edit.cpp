@@ -9,6 +9,7 @@
 #include "spx/views/predicates.h"
 
 #include "console/failure.h"
+#include "console/studbook_file/stored_image.h"
 #include "console/studbook_file/studbook_file.h"
 #include "console/studbook_file/studbook_rows.h"
 #include "console/studbook_file/studbook_schema.h"
@@ -92,7 +93,9 @@ class StudbookEdit {
   }
 
   void finish() {
-    checkTables(storedTables(file_), "nothing was changed");
+    studbook_tables tables = storedTables(file_);
+    tables.keep = [this](std::size_t first) { storeImage(database(), first); };
+    checkTables(tables, "nothing was changed");
     file_->commit();
   }
 

@@ -7,6 +7,7 @@
 #include <sqlite3.h>
 
 #include "console/studbook_file/rows_ahead.h"
+#include "console/studbook_file/stored_image.h"
 #include "console/studbook_file/studbook_schema.h"
 
 namespace spx::console {
@@ -110,6 +111,8 @@ studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file) {
           source(file, "events"),
           source(file, "locations"),
           source(file, "programs"),
+          {},
+          [file](const auto& note) { return restoreImage(file->database(), note); },
           {}};
 }
 

@@ -9,6 +9,8 @@
 #include "spx/views/meta_population.h"
 
 #include "console/failure.h"
+#include "console/open_tables.h"
+#include "console/studbook_file/new_studbook.h"
 #include "console/tables/event_cells.h"
 #include "tests/console/console_fixture.h"
 
@@ -19,7 +21,8 @@ std::string dayText(qs_lib::day_number day) {
   return qs_lib::julianToISO(qs_lib::dayToMs(day));
 }
 
-class LoaderTest : public ConsoleTest {
+/// Studbooks from tables, and from the image of them that a studbook file keeps.
+class LoaderTest : public ConsoleTest, public testing::WithParamInterface<bool> {
  protected:
   static const master_data& animal(const std::string& id) {
     return Animals.records.at(Animals.findMaster(id));
@@ -36,19 +39,35 @@ class LoaderTest : public ConsoleTest {
       return text.empty() ? "" : table(name, text);
     };
     try {
-      loadStudbook({write("a.csv", animals),
-                    write("e.csv", events),
-                    write("l.csv", locations),
-                    write("p.csv", programs),
-                    {}});
+      const studbook_files files = {write("a.csv", animals),
+                                    write("e.csv", events),
+                                    write("l.csv", locations),
+                                    write("p.csv", programs),
+                                    {}};
+      GetParam() ? loadImage(files) : loadStudbook(files);
     } catch (const Failure& failure) {
       return failure.what();
     }
     return "";
   }
+
+ private:
+  void loadImage(const studbook_files& files) {
+    NewStudbook book(at("a.studbook"));
+    loadStudbook(book.copying(openTables(files)));
+    book.finish();
+    studbook_tables tables = openTables({at("a.studbook"), "", "", "", {}});
+    for (table_source* table : {&tables.animals, &tables.events, &tables.locations}) {
+      table->open = {};
+    }
+    loadStudbook(tables);
+  }
 };
 
-TEST_F(LoaderTest, FillsARecordFromEveryField) {
+INSTANTIATE_TEST_SUITE_P(Sources, LoaderTest, testing::Bool(),
+                         [](const auto& source) { return source.param ? "Image" : "Tables"; });
+
+TEST_P(LoaderTest, FillsARecordFromEveryField) {
   EXPECT_EQ(load("id,father,Mother,gender,YOB,birth_range,dod,death_accuracy,end_event,birth_type,"
                  "rearing,subspecies,f,g_cites,g_average,chip,\n"
                  "007,12,0,M,1976,,1990-03,by week,lost to follow-up,wild,hand,borea,0.125,2,3.5,"
@@ -81,12 +100,12 @@ TEST_F(LoaderTest, FillsARecordFromEveryField) {
   ASSERT_EQ(user_field_list.size(), 2U);
   EXPECT_EQ(user_field_list[0].type, qs_lib::FIELD_TYPE::TEXT);
   EXPECT_EQ(user_field_list[1].name, "column 17");
-  EXPECT_EQ(Book.name + " " + Book.format, "a CSV");
+  EXPECT_EQ(Book.name + " " + Book.format, GetParam() ? "a SQLite" : "a CSV");
   EXPECT_EQ(dayText(Book.first_date) + dayText(Book.update_date), "1960-05-041990-03-01");
   EXPECT_EQ(Animals.pedigree.size(), Animals.records.size());
 }
 
-TEST_F(LoaderTest, MovesFollowTheTableAndEndsFollowTheMoves) {
+TEST_P(LoaderTest, MovesFollowTheTableAndEndsFollowTheMoves) {
   EXPECT_EQ(load("id,location,death_date\n1,1.1,2001\n2,Far,\n3,,1999-01-01\n",
                  "id,date,event,location,accuracy,range\n"
                  "1,2000-05-05,arrival,2.1,,\n"
@@ -119,7 +138,7 @@ TEST_F(LoaderTest, MovesFollowTheTableAndEndsFollowTheMoves) {
   EXPECT_EQ(Management.programs(), (std::vector<std::string>{"A", "B"}));
 }
 
-TEST_F(LoaderTest, LocationsAreRegisteredWhereTheyOccur) {
+TEST_P(LoaderTest, LocationsAreRegisteredWhereTheyOccur) {
   std::string many = "id,birth_location\n";
   for (int number = 1; number <= 300; ++number) {
     many += std::to_string(number) + ",Zoo " + std::to_string(number) + "\n";
@@ -134,7 +153,7 @@ TEST_F(LoaderTest, LocationsAreRegisteredWhereTheyOccur) {
   EXPECT_EQ(placeOf(animal("1").birth) + placeOf(animal("2").birth), "3.1.12#33.2#4");
 }
 
-TEST_F(LoaderTest, ParentsBecomeResolvable) {
+TEST_P(LoaderTest, ParentsBecomeResolvable) {
   EXPECT_EQ(load("id,sire,dam,sex\n"
                  "1,WILD,WILD,m\n2,WILD,WILD,f\n3,WILD,2,m\n4,WILD,2,m\n5,WILD,,m\n"
                  "6,99,2,m\n7,99,98,m\nPedro,1,2,m\n8,Pedro,MULT3,m\n"),
@@ -159,7 +178,7 @@ struct fault_case {
   const char* fault;  ///< the first line, without the directory
 };
 
-TEST_F(LoaderTest, FaultsNameThePlace) {
+TEST_P(LoaderTest, FaultsNameThePlace) {
   const fault_case cases[] = {
       {"id,sex\n1,m\n2,x\n", "", "",
        "a.csv:3: column \"sex\", animal \"2\": \"x\" is no sex (male, female, hermaphrodite, "
