@@ -13,20 +13,12 @@
 #include "spx/views/data_filter.h"
 
 #include "bench/loaded_studbook.h"
+#include "bench/sizes.h"
 
 namespace spx::bench {
 namespace {
 
 namespace fs = std::filesystem;
-
-void upToAMillion(benchmark::internal::Benchmark* row) {
-  row->Arg(10000)
-      ->Arg(100000)
-      ->Arg(1000000)
-      ->Unit(benchmark::kMillisecond)
-      ->MinTime(0.05)
-      ->Repetitions(3);
-}
 
 class OutputDirectory {
  public:
@@ -99,17 +91,17 @@ void measureExport(benchmark::State& state, bool (Export::*run)()) {
 void ExportPedigreeTable(benchmark::State& state) {
   measureExport(state, &ExportPedigree::exportToR);
 }
-BENCHMARK(ExportPedigreeTable)->Apply(upToAMillion);
+BENCHMARK(ExportPedigreeTable)->Apply(allSizes);
 
 void ExportFieldTable(benchmark::State& state) {
   measureExport(state, &ExportField::exportToR);
 }
-BENCHMARK(ExportFieldTable)->Apply(upToAMillion);
+BENCHMARK(ExportFieldTable)->Apply(allSizes);
 
 void ExportDatTrf(benchmark::State& state) {
   measureExport(state, &ExportDattrf::exportData);
 }
-BENCHMARK(ExportDatTrf)->Apply(upToAMillion);
+BENCHMARK(ExportDatTrf)->Apply(allSizes);
 
 }  // namespace
 }  // namespace spx::bench

@@ -9,21 +9,13 @@
 #include "spx/views/data_filter.h"
 
 #include "bench/loaded_studbook.h"
+#include "bench/sizes.h"
 #include "console/studbook_loader.h"
 #include "console/tables/animals_table.h"
 #include "console/tables/csv_table.h"
 
 namespace spx::bench {
 namespace {
-
-void allSizes(benchmark::internal::Benchmark* row) {
-  row->Arg(10000)
-      ->Arg(100000)
-      ->Arg(1000000)
-      ->Unit(benchmark::kMillisecond)
-      ->MinTime(0.05)
-      ->Repetitions(3);
-}
 
 /// Measures one operation on a held studbook, from cold caches.
 template <class Operation>

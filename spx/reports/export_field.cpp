@@ -48,30 +48,21 @@ bool ExportField::inAnalysis(const master_data& animal) const {
 }
 
 bool ExportField::exportToR() {
-  qs_lib::CsvReport table;
-  if (!initialize()) {
-    return false;
-  }
-  timer_.restart();
-  if (!openExportTable(table, *this)) {
-    return false;
-  }
-  table.separator = '\t';
-  bool has_header = false;
-  for (const master_data& animal : Animals.records) {
-    if (!inAnalysis(animal)) {
-      continue;
-    }
-    const master_map fields = masterToMap(animal);
-    if (!has_header) {
-      writeHeader(table, fields);
-      has_header = true;
-    }
-    writeValues(table, fields);
-  }
-  const bool written = table.fileClose();
-  timer_.stop();
-  return written;
+  return initialize() && writeExportTable(*this, timer_, [this](qs_lib::CsvReport& table) {
+           table.separator = '\t';
+           bool has_header = false;
+           for (const master_data& animal : Animals.records) {
+             if (!inAnalysis(animal)) {
+               continue;
+             }
+             const master_map fields = masterToMap(animal);
+             if (!has_header) {
+               writeHeader(table, fields);
+               has_header = true;
+             }
+             writeValues(table, fields);
+           }
+         });
 }
 
 }  // namespace spx

@@ -197,19 +197,10 @@ ExportPedigree::ExportPedigree() {
 ExportPedigree::~ExportPedigree() = default;
 
 bool ExportPedigree::exportToR() {
-  qs_lib::CsvReport table;
-  if (!initialize()) {
-    return false;
-  }
-  timer_.restart();
-  if (!openExportTable(table, *this)) {
-    return false;
-  }
-  table.writeHeader(HEADER);
-  PedigreeRows(table.separator).write(table);
-  const bool written = table.fileClose();
-  timer_.stop();
-  return written;
+  return initialize() && writeExportTable(*this, timer_, [](qs_lib::CsvReport& table) {
+           table.writeHeader(HEADER);
+           PedigreeRows(table.separator).write(table);
+         });
 }
 
 }  // namespace spx

@@ -1,14 +1,20 @@
 #pragma once
 
+#include <functional>
+
 #include "spx/support/csv_report.h"
+#include "spx/support/process_clock.h"
 
 namespace spx {
 
 class Analysis;
 
-/// Opens the table of an export, the analysis's file stem with the extension "csv" in its report
+/// Writes the table of an export, the analysis's file stem with the extension "csv" in its report
 /// directory. A former file stays whole until the new one is complete.
-/// @return false when it cannot be opened
-bool openExportTable(qs_lib::CsvReport& table, const Analysis& analysis);
+/// @param timer  measures the writing
+/// @param write  writes header and rows into the open table
+/// @return false when it cannot be opened or not all of it could be written
+bool writeExportTable(const Analysis& analysis, qs_lib::process_timer& timer,
+                      const std::function<void(qs_lib::CsvReport&)>& write);
 
 }  // namespace spx
