@@ -1,7 +1,9 @@
 #include "console/studbook_file/stored_image.h"
 
 #include <cstdint>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -27,10 +29,12 @@ constexpr const char* SOURCES[] = {"animals", "events", "locations", "programs",
 void createImage(SQLite::Database& database) {
   database.exec(
       "CREATE TABLE IF NOT EXISTS image (part INTEGER PRIMARY KEY, bytes BLOB NOT NULL) STRICT");
-  for (const std::string table : SOURCES) {
-    for (const std::string change : {"insert", "update", "delete"}) {
-      database.exec("CREATE TRIGGER IF NOT EXISTS image_" + table + "_" + change + " AFTER " +
-                    change + " ON " + table + " BEGIN DELETE FROM image; END");
+  for (const char* table : SOURCES) {
+    for (const char* change : {"insert", "update", "delete"}) {
+      std::ostringstream trigger;
+      trigger << "CREATE TRIGGER IF NOT EXISTS image_" << table << "_" << change << " AFTER "
+              << change << " ON " << table << " BEGIN DELETE FROM image; END";
+      database.exec(trigger.str());
     }
   }
 }
