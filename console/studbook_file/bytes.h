@@ -95,10 +95,11 @@ class ByteReader {
   std::string_view bytes_;
 };
 
-/// A sum that tells whether bytes are still those that were written.
-inline std::uint64_t checkSum(std::string_view bytes) {
+/// A sum that tells whether bytes are still those that were written, and in their place.
+/// @param place  a number that belongs to the place
+inline std::uint64_t checkSum(std::string_view bytes, std::uint64_t place) {
   constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15;
-  std::uint64_t sum = bytes.size();
+  std::uint64_t sum = (place + bytes.size()) * FACTOR;
   for (std::size_t at = 0; at < bytes.size(); at += sizeof sum) {
     std::uint64_t word = 0;
     std::memcpy(&word, bytes.data() + at, std::min(sizeof word, bytes.size() - at));

@@ -25,7 +25,9 @@ class StudbookEdit {
   StudbookEdit(const std::string& file, std::string table)
       : file_(std::make_shared<StudbookFile>(file, FILE_ACCESS::WRITE)),
         table_(std::move(table)),
-        columns_(storedColumns(database(), table_)) {}
+        columns_(storedColumns(database(), table_)) {
+    dropImage(database());
+  }
 
   /// The row of the animal; none when there is no such animal.
   std::optional<std::int64_t> findAnimal(const std::string& id) {

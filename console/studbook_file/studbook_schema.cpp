@@ -71,7 +71,11 @@ std::vector<stored_column> storedColumns(SQLite::Database& database, const std::
 
 std::string addColumn(SQLite::Database& database, const std::string& table,
                       const std::string& title, const std::string& field) {
-  const std::size_t position = storedColumns(database, table).size() + 1;
+  SQLite::Statement last(database,
+                         "SELECT coalesce(max(position), 0) FROM columns WHERE of_table = ?");
+  last.bind(1, table);
+  last.executeStep();
+  const std::int64_t position = last.getColumn(0).getInt64() + 1;
   std::string name = field.empty() ? "user_" + std::to_string(position) : field;
   if (field.empty()) {
     database.exec("ALTER TABLE " + table + " ADD COLUMN " + quotedName(name) +
@@ -79,7 +83,7 @@ std::string addColumn(SQLite::Database& database, const std::string& table,
   }
   SQLite::Statement insert(database, "INSERT INTO columns VALUES (?, ?, ?, ?)");
   insert.bind(1, table);
-  insert.bind(2, static_cast<std::int64_t>(position));
+  insert.bind(2, position);
   insert.bind(3, title);
   insert.bind(4, name);
   insert.exec();

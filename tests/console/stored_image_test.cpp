@@ -45,7 +45,7 @@ class StoredImageTest : public ConsoleTest {
 
 TEST_F(StoredImageTest, GivesWhatTheTablesGiveUntilOneOfThemChanges) {
   const auto [from_image, image] = loaded();
-  change("DELETE FROM image");
+  change("DELETE FROM spx_image");
   const auto [still_there, tables] = loaded();
   EXPECT_TRUE(from_image && !still_there);
   EXPECT_EQ(image, tables);
@@ -57,20 +57,44 @@ TEST_F(StoredImageTest, GivesWhatTheTablesGiveUntilOneOfThemChanges) {
     EXPECT_EQ(run({"--studbook", file, "animal", "set", "0055", "rearing=hand"}), 0);
     EXPECT_TRUE(loaded().first) << "a change by hand keeps a new one";
     change(sql);
-    EXPECT_EQ(number("SELECT count(*) FROM image"), 0) << sql;
+    EXPECT_EQ(number("SELECT count(*) FROM spx_image"), 0) << sql;
+  }
+}
+
+TEST_F(StoredImageTest, EditsMakeItAnewWhateverBecameOfIt) {
+  for (const char* sql :
+       {"DROP TABLE spx_image", "ALTER TABLE spx_image RENAME TO old_image", "VACUUM",
+        "DROP TRIGGER spx_image_animals_update",
+        "ALTER TABLE locations RENAME TO places; CREATE TABLE locations AS SELECT * FROM places"}) {
+    SCOPED_TRACE(sql);
+    change(sql);
+    EXPECT_FALSE(loaded().first);
+    EXPECT_EQ(run({"--studbook", file, "animal", "set", "0055", "rearing=hand"}), 0);
+    EXPECT_TRUE(loaded().first);
+    for (const char* table : {"animals", "locations"}) {
+      change("UPDATE " + std::string(table) + " SET \"row\" = \"row\"");
+      EXPECT_FALSE(loaded().first);
+      EXPECT_EQ(run({"--studbook", file, "animal", "set", "0055", "rearing=hand"}), 0);
+    }
   }
 }
 
 TEST_F(StoredImageTest, IsPassedOverWhereItIsNotOfTheseTables) {
   const std::int64_t schema = number("PRAGMA schema_version");
+  EXPECT_EQ(run({"--studbook", file, "animal", "set", "0055", "rearing=hand"}), 0);
+  EXPECT_NE(number("PRAGMA schema_version"), schema);
+  change("PRAGMA schema_version = " + std::to_string(schema));
+  EXPECT_FALSE(loaded().first) << "another file's";
+  EXPECT_EQ(run({"import", EXAMPLE, "--studbook", file}), 0);
+  const std::string image_schema = std::to_string(number("PRAGMA schema_version"));
   const std::string former = loaded().second;
-  change("DROP TRIGGER image_animals_update; UPDATE animals SET rearing = 'peer'");
+  change("DROP TRIGGER spx_image_animals_update; UPDATE animals SET rearing = 'peer'");
   EXPECT_FALSE(loaded().first);
   EXPECT_NE(loaded().second, former);
-  change("PRAGMA schema_version = " + std::to_string(schema));
+  change("PRAGMA schema_version = " + image_schema);
   EXPECT_EQ(loaded().second, former) << "it is the image that is taken";
   change(
-      "DROP TRIGGER image_events_insert; "
+      "DROP TRIGGER spx_image_events_insert; "
       "INSERT INTO events (animal, date, event) VALUES (9, '2001', 'arrival'); "
       "PRAGMA schema_version = " +
       std::to_string(schema));
@@ -80,17 +104,17 @@ TEST_F(StoredImageTest, IsPassedOverWhereItIsNotOfTheseTables) {
 TEST_F(StoredImageTest, DamageIsMadeUpForByTheTables) {
   const std::string former = loaded().second;
   std::vector<std::string> changes = {
-      "DELETE FROM image WHERE part = 0",
-      "DELETE FROM image WHERE part = 1",
-      "UPDATE image SET bytes = x''",
-      "UPDATE image SET bytes = x'00' WHERE part = 1",
-      "INSERT INTO image SELECT part + 1, bytes FROM image "
+      "DELETE FROM spx_image WHERE part = 0",
+      "DELETE FROM spx_image WHERE part = 1",
+      "UPDATE spx_image SET bytes = x''",
+      "UPDATE spx_image SET bytes = x'00' WHERE part = 1",
+      "INSERT INTO spx_image SELECT part + 1, bytes FROM spx_image "
       "WHERE part = 1",
-      "INSERT INTO image SELECT 2, bytes FROM image WHERE part = 0"};
+      "INSERT INTO spx_image SELECT 2, bytes FROM spx_image WHERE part = 0"};
   for (const char* part : {"0", "1"}) {
     for (const int place : {1, 9, 20, 300}) {
       const std::string at = std::to_string(place);
-      changes.push_back("UPDATE image SET bytes = CAST(substr(bytes, 1, " + at +
+      changes.push_back("UPDATE spx_image SET bytes = CAST(substr(bytes, 1, " + at +
                         " - 1) || x'FE' || substr(bytes, " + at +
                         " + 1) AS BLOB) WHERE part = " + part);
     }
@@ -127,8 +151,9 @@ TEST(Bytes, ComeBackOrAreRefused) {
                    .text(),
                BadBytes);
   EXPECT_THROW(ByteReader("\x05").numberBelow(5), BadBytes);
-  EXPECT_NE(checkSum("ab"), checkSum(std::string("ab\0", 3)));
-  EXPECT_NE(checkSum("12345678x"), checkSum("x12345678"));
+  EXPECT_NE(checkSum("ab", 1), checkSum(std::string("ab\0", 3), 1));
+  EXPECT_NE(checkSum("12345678x", 1), checkSum("x12345678", 1));
+  EXPECT_NE(checkSum("ab", 1), checkSum("ab", 2));
 }
 
 }  // namespace
