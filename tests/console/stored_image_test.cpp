@@ -97,7 +97,7 @@ TEST_F(StoredImageTest, IsPassedOverWhereItIsNotOfTheseTables) {
       "DROP TRIGGER spx_image_events_insert; "
       "INSERT INTO events (animal, date, event) VALUES (9, '2001', 'arrival'); "
       "PRAGMA schema_version = " +
-      std::to_string(schema));
+      image_schema);
   EXPECT_FALSE(loaded().first) << "another number of rows";
 }
 
