@@ -106,7 +106,8 @@ class ImagePart {
     const SQLite::Column blob = parts.getColumn(0);
     bytes_.assign(static_cast<const char*>(blob.getBlob()),
                   static_cast<std::size_t>(blob.getBytes()));
-    if (ByteReader(bytes_).fixed<std::uint64_t>() != checkSum(content(), place)) throw BadBytes();
+    const auto sum = ByteReader(bytes_).fixed<std::uint64_t>();
+    if (sum != checkSum(content(), place)) throw BadBytes();
   }
 
   bool isLast() const { return is_last_; }
