@@ -61,6 +61,7 @@ BENCHMARK(ReadTable)->Apply(allSizes);
 void LoadStudbook(benchmark::State& state) {
   console::studbook_files files;
   files.animals = tableOf(state.range(0));
+  console::dropStudbook();
   for ([[maybe_unused]] auto step : state) {
     console::loadStudbook(files);
   }
