@@ -5,6 +5,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
 #include "spx/support/console.h"
+#include "spx/support/fetch_ahead.h"
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
 #include "spx/views/meta_population.h"
@@ -67,11 +68,7 @@ bool reportEmpty() {
 
 // Asks memory for what a line shows, so that it has come when the line is written.
 void fetch(const master_data& animal) {
-  __builtin_prefetch(&animal.id_key);
-  __builtin_prefetch(&animal.dam_id);
-  __builtin_prefetch(&animal.birth);
-  __builtin_prefetch(&animal.death);
-  __builtin_prefetch(&animal.fcoef);
+  qs_lib::fetchAhead(&animal.id_key, &animal.dam_id, &animal.birth, &animal.death, &animal.fcoef);
 }
 
 bool listTable() {

@@ -186,9 +186,9 @@ class SPX_EXPORT AnimalData {
   void orderEqualBirths(const std::vector<std::uint64_t>& days);
   void fetchParents(const RecordIndex& known, std::size_t entry) const;
 
-  position search(const std::string& id, const RecordIndex* known) const;
   void appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day);
-  position resolveParent(const std::string& id, SEX sex, RecordIndex* known);
+  position parentOf(position record, SEX sex, RecordIndex& known);
+  position assumeParent(std::string missing, SEX sex, RecordIndex* known);
   struct Validation;
   void validateRecord(position record, Validation& pass);
   taxon_handle validateParent(position record, SEX sex, Validation& pass);

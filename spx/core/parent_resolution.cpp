@@ -8,6 +8,7 @@
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/record_index.h"
 #include "spx/support/console.h"
+#include "spx/support/fetch_ahead.h"
 #include "spx/support/progress_bar.h"
 #include "spx/support/text.h"
 #include "spx/support/write_file.h"
@@ -133,20 +134,25 @@ bool AnimalData::checkPseudoFounder(master_data& animal) {
   return true;
 }
 
-// One pass over the studbook searches by its index of IDs, a single call scans the records.
-position AnimalData::search(const std::string& id, const RecordIndex* known) const {
-  return known == nullptr ? findMaster(id) : known->find(id);
+position AnimalData::findParent(const std::string& id, SEX sex) {
+  const position found = findMaster(id);
+  return found != records.size() ? found : assumeParent(id, sex, nullptr);
 }
 
-position AnimalData::resolveParent(const std::string& id, SEX sex, RecordIndex* known) {
-  const position found = search(id, known);
+// One pass over the studbook searches by its index of IDs, a single call scans the records.
+position AnimalData::parentOf(position record, SEX sex, RecordIndex& known) {
+  const bool is_sire = sex == SEX::MALE;
+  const position found = is_sire ? known.findSire(record) : known.findDam(record);
   if (found != records.size()) {
     return found;
   }
-  // The ID may belong to a record, which moves when parents are added.
-  const std::string missing = id;  // NOLINT(performance-unnecessary-copy-initialization)
+  return assumeParent(is_sire ? known.sireId(record) : known.damId(record), sex, &known);
+}
+
+// The ID is a copy: records move when parents are added.
+position AnimalData::assumeParent(std::string missing, SEX sex, RecordIndex* known) {
   const std::string substitute = substituteOf(missing, sex);
-  position parent = search(substitute, known);
+  const position parent = known == nullptr ? findMaster(substitute) : known->find(substitute);
   if (parent == records.size()) {
     appendPseudo(substitute, sex, dayOf(FOUNDER_BIRTH));
     if (known != nullptr) {
@@ -155,10 +161,6 @@ position AnimalData::resolveParent(const std::string& id, SEX sex, RecordIndex* 
   }
   warnOfMissing(missing, substitute);
   return parent;
-}
-
-position AnimalData::findParent(const std::string& id, SEX sex) {
-  return resolveParent(id, sex, nullptr);
 }
 
 struct AnimalData::Validation {
@@ -178,8 +180,7 @@ struct AnimalData::Validation {
   }
 
   void fetchParentsOf(position record) const {
-    __builtin_prefetch(facts.data() + known.probableSire(record));
-    __builtin_prefetch(facts.data() + known.probableDam(record));
+    qs_lib::fetchAhead(facts.data() + known.findSire(record), facts.data() + known.findDam(record));
   }
 };
 
@@ -223,12 +224,9 @@ void AnimalData::validateRecord(position record, Validation& pass) {
 taxon_handle AnimalData::validateParent(position record, SEX sex, Validation& pass) {
   const bool is_sire = sex == SEX::MALE;
   std::string master_data::*parent_id = is_sire ? &master_data::sire_id : &master_data::dam_id;
-  position found = is_sire ? pass.known.findSire(record) : pass.known.findDam(record);
-  if (found == records.size()) {
-    found = resolveParent(records[record].*parent_id, sex, &pass.known);
-    if (pass.facts.size() < records.size()) {
-      pass.facts.emplace_back(records.back());
-    }
+  const position found = parentOf(record, sex, pass.known);
+  if (pass.facts.size() < records.size()) {
+    pass.facts.emplace_back(records.back());
   }
   const parent_facts& parent = pass.facts[found];
   if (parent.is_unknown) {

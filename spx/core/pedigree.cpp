@@ -7,6 +7,7 @@
 #include "spx/core/errors.h"
 #include "spx/core/record_index.h"
 #include "spx/core/record_order.h"
+#include "spx/support/fetch_ahead.h"
 
 namespace spx {
 namespace {
@@ -27,8 +28,8 @@ class ParentsAndBirths {
     ends_.reserve(pedigree.size());
     for (std::size_t i = 0; i < pedigree.size(); ++i) {
       if (i + FETCH_AHEAD < pedigree.size()) {
-        __builtin_prefetch(&records[pedigree[i + FETCH_AHEAD].animal].birth);
-        __builtin_prefetch(&records[pedigree[i + FETCH_AHEAD].*parent].stud_id);
+        const pedigree_record& later = pedigree[i + FETCH_AHEAD];
+        qs_lib::fetchAhead(&records[later.animal].birth, &records[later.*parent].stud_id);
       }
       const qs_lib::day_number birth = records[pedigree[i].animal].birth.date;
       if (birth != day) {
@@ -124,14 +125,8 @@ bool AnimalData::populationPedigree() {
     const position animal = index[i];
     pedigree_record entry;
     entry.animal = animal;
-    entry.sire = known.findSire(animal);
-    if (entry.sire == records.size()) {
-      entry.sire = resolveParent(records[animal].sire_id, SEX::MALE, &known);
-    }
-    entry.dam = known.findDam(animal);
-    if (entry.dam == records.size()) {
-      entry.dam = resolveParent(records[animal].dam_id, SEX::FEMALE, &known);
-    }
+    entry.sire = parentOf(animal, SEX::MALE, known);
+    entry.dam = parentOf(animal, SEX::FEMALE, known);
     pedigree.push_back(entry);
   }
   pedigree_sort_field_ = SORT_FIELD::NO_ORDER;

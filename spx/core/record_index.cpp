@@ -9,14 +9,14 @@
 namespace spx {
 namespace {
 
-constexpr position EMPTY = std::numeric_limits<position>::max();
-constexpr std::uint32_t NO_RECORD = std::numeric_limits<std::uint32_t>::max();
+constexpr std::uint32_t EMPTY = std::numeric_limits<std::uint32_t>::max();
 constexpr std::uint64_t NO_NUMBER = std::numeric_limits<std::uint64_t>::max();
 constexpr std::size_t FIRST_SLOTS = 64;
 constexpr unsigned SIZE_SHIFT = 56;
-constexpr std::size_t LONGEST_EXACT = 7;
+constexpr std::size_t WORD = sizeof(std::uint64_t);
+constexpr std::size_t LONGEST_EXACT = 2 * WORD - 1;
 
-// The bytes are read as numbers, two or four at once.
+// The bytes are read as numbers, several at once.
 static_assert(std::endian::native == std::endian::little);
 
 template <class Number>
@@ -26,10 +26,8 @@ std::uint64_t numberAt(const char* bytes) {
   return number;
 }
 
-// At most seven bytes, read in two pieces that may overlap.
-std::uint64_t bytesOf(const std::string& id) {
-  const char* const bytes = id.data();
-  const std::size_t size = id.size();
+// At most eight bytes, read in two pieces that may overlap.
+std::uint64_t bytesOf(const char* bytes, std::size_t size) {
   if (size >= 4) {
     return numberAt<std::uint32_t>(bytes) | numberAt<std::uint32_t>(bytes + size - 4)
                                                 << 8 * (size - 4);
@@ -41,8 +39,9 @@ std::uint64_t bytesOf(const std::string& id) {
   return size == 0 ? 0 : static_cast<unsigned char>(*bytes);
 }
 
-// Numbers that differ anywhere differ in the low bits.
-std::size_t mixed(std::uint64_t number) {
+// Words that differ anywhere differ in the low bits.
+std::size_t mixed(const id_words& words) {
+  std::uint64_t number = words.low ^ std::rotl(words.high * 0xD1B54A32D192ED03, 32);
   number ^= number >> 32;
   number *= 0x9E3779B97F4A7C15;
   number ^= number >> 29;
@@ -52,25 +51,34 @@ std::size_t mixed(std::uint64_t number) {
 
 }  // namespace
 
-id_word::id_word(const std::string& id)
-    : word(id.size() <= LONGEST_EXACT
-               ? bytesOf(id) | std::uint64_t{id.size()} << SIZE_SHIFT
-               : std::hash<std::string_view>()(id) | std::uint64_t{0xFF} << SIZE_SHIFT) {}
+id_words::id_words(const std::string& id) {
+  const std::size_t size = id.size();
+  if (size <= WORD) {
+    low = bytesOf(id.data(), size);
+    high = std::uint64_t{size} << SIZE_SHIFT;
+  } else if (size <= LONGEST_EXACT) {
+    low = numberAt<std::uint64_t>(id.data());
+    high = bytesOf(id.data() + WORD, size - WORD) | std::uint64_t{size} << SIZE_SHIFT;
+  } else {
+    low = std::hash<std::string_view>()(id);
+    high = std::uint64_t{0xFF} << SIZE_SHIFT;
+  }
+}
 
 // Eight digits at once: to pairs, to fours, to the number.
-std::uint64_t id_word::number() const {
+std::uint64_t id_words::number() const {
   constexpr std::uint64_t ZEROS = 0x3030303030303030;
   constexpr std::uint64_t SIXES = 0x0606060606060606;
   constexpr std::uint64_t HIGH_HALVES = 0xF0F0F0F0F0F0F0F0;
   constexpr std::uint64_t PAIRS = 0x000000FF000000FF;
-  const std::uint64_t size = word >> SIZE_SHIFT;
-  const bool begins_with_zero = (word & 0xFF) == '0' && size > 1;
-  if (size == 0 || size > LONGEST_EXACT || begins_with_zero) {
+  const std::uint64_t size = high >> SIZE_SHIFT;
+  const bool begins_with_zero = (low & 0xFF) == '0' && size > 1;
+  if (size == 0 || size > WORD || begins_with_zero) {
     return NO_NUMBER;
   }
   // The last digit comes to the highest byte, zeros stand before the first.
-  const auto shift = static_cast<unsigned>(8 * (8 - size));
-  const std::uint64_t letters = word << shift | ZEROS >> (64 - shift);
+  const auto shift = static_cast<unsigned>(8 * (WORD - size));
+  const std::uint64_t letters = low << shift | (ZEROS >> 1) >> (63 - shift);
   if ((letters & HIGH_HALVES) != ZEROS || ((letters + SIXES) & HIGH_HALVES) != ZEROS) {
     return NO_NUMBER;
   }
@@ -79,98 +87,95 @@ std::uint64_t id_word::number() const {
   return ((pairs & PAIRS) * 0x000F424000000064 + (pairs >> 16 & PAIRS) * 0x0000271000000001) >> 32;
 }
 
-// Numbers that are much larger than the studbook are looked up as other IDs.
+// Numbers that are much larger than the studbook are taken for other IDs.
 void RecordIndex::makeRoom() {
-  numbered_.assign(2 * records_.size() + FIRST_SLOTS, NO_RECORD);
-  slots_.assign(FIRST_SLOTS, {0, EMPTY});
+  first_text_ = 2 * records_.size() + FIRST_SLOTS;
+  first_records_.reserve(first_text_ + records_.size());
+  first_records_.assign(first_text_, NO_RECORD);
+  slots_.assign(FIRST_SLOTS, {id_words(""), EMPTY});
   parents_.reserve(records_.size());
+  is_duplicate_.reserve(records_.size());
 }
 
 void RecordIndex::addNext() {
   const position record = parents_.size();
-  const master_data& animal = records_[record];
-  parents_.push_back({id_word(animal.sire_id), id_word(animal.dam_id)});
-  const id_word word(animal.stud_id);
-  const std::uint64_t number = word.number();
-  if (number >= numbered_.size()) {
-    enterSlot(word, record);
-  } else if (numbered_[number] == NO_RECORD) {
-    numbered_[number] = static_cast<short_position>(record);
+  parents_.push_back(
+      {numberOf({record, &master_data::sire_id}), numberOf({record, &master_data::dam_id})});
+  short_position& first = first_records_[numberOf({record, &master_data::stud_id})];
+  is_duplicate_.push_back(first != NO_RECORD);
+  if (first == NO_RECORD) {
+    first = static_cast<short_position>(record);
   } else {
-    duplicates_.insert(numbered_[number]);
+    is_duplicate_[first] = true;
   }
 }
 
-void RecordIndex::enterSlot(id_word word, position record) {
-  if (2 * (used_ + 1) > slots_.size()) {
-    grow();
+// The number of an ID, a new one when it is none itself and was not met before.
+RecordIndex::id_number RecordIndex::numberOf(mention place) {
+  const std::string& id = records_[place.record].*place.field;
+  const id_words words(id);
+  const std::uint64_t number = words.number();
+  if (number < first_text_) {
+    return static_cast<id_number>(number);
   }
-  slot& place = slots_[slotFor(word, records_[record].stud_id)];
-  if (place.record == EMPTY) {
-    place = {word.word, record};
-    ++used_;
-  } else {
-    duplicates_.insert(place.record);
+  std::size_t at = slotFor(words, id);
+  if (slots_[at].number == EMPTY) {
+    if (2 * (mentions_.size() + 1) > slots_.size()) {
+      growSlots();
+      at = slotFor(words, id);
+    }
+    slots_[at] = {words, static_cast<id_number>(first_records_.size())};
+    mentions_.push_back(place);
+    first_records_.push_back(NO_RECORD);
   }
+  return slots_[at].number;
 }
 
-position RecordIndex::find(id_word word, const std::string& id) const {
-  const std::uint64_t number = word.number();
-  if (number < numbered_.size()) {
-    return numbered_[number] == NO_RECORD ? records_.size() : numbered_[number];
+std::string RecordIndex::textOf(id_number number) const {
+  if (number < first_text_) {
+    return std::to_string(number);
   }
-  const slot& place = slots_[slotFor(word, id)];
-  return place.record == EMPTY ? records_.size() : place.record;
+  const mention& first = mentions_[number - first_text_];
+  return records_[first.record].*first.field;
 }
 
-// Where the search for the ID begins.
-const void* RecordIndex::placeOf(id_word word) const {
-  const std::uint64_t number = word.number();
-  return number < numbered_.size()
-             ? static_cast<const void*>(&numbered_[number])
-             : static_cast<const void*>(&slots_[mixed(word.word) & (slots_.size() - 1)]);
-}
-
-void RecordIndex::fetchParentPlaces(position record) const {
-  __builtin_prefetch(placeOf(parents_[record].sire));
-  __builtin_prefetch(placeOf(parents_[record].dam));
-}
-
-position RecordIndex::probable(id_word word) const {
-  const std::uint64_t number = word.number();
-  if (number < numbered_.size()) {
-    return numbered_[number] == NO_RECORD ? records_.size() : numbered_[number];
+position RecordIndex::find(const std::string& id) const {
+  const id_words words(id);
+  const std::uint64_t number = words.number();
+  if (number < first_text_) {
+    return recordOf(static_cast<id_number>(number));
   }
-  const slot& place = slots_[mixed(word.word) & (slots_.size() - 1)];
-  return place.record != EMPTY && place.word == word.word ? place.record : records_.size();
-}
-
-bool RecordIndex::isDuplicate(position record) const {
-  return !duplicates_.empty() && duplicates_.contains(find(records_[record].stud_id));
+  const slot& place = slots_[slotFor(words, id)];
+  return place.number == EMPTY ? records_.size() : recordOf(place.number);
 }
 
 // The slot that holds the ID, or the empty one where it belongs.
-std::size_t RecordIndex::slotFor(id_word word, const std::string& id) const {
+std::size_t RecordIndex::slotFor(const id_words& words, const std::string& id) const {
   const std::size_t mask = slots_.size() - 1;
-  std::size_t at = mixed(word.word) & mask;
-  while (slots_[at].record != EMPTY &&
-         (slots_[at].word != word.word ||
-          (!word.isExact() && records_[slots_[at].record].stud_id != id))) {
+  const auto holdsOther = [&](const slot& place) {
+    if (place.words != words || words.isExact()) {
+      return place.words != words;
+    }
+    const mention& first = mentions_[place.number - first_text_];
+    return records_[first.record].*first.field != id;
+  };
+  std::size_t at = mixed(words) & mask;
+  while (slots_[at].number != EMPTY && holdsOther(slots_[at])) {
     at = (at + 1) & mask;
   }
   return at;
 }
 
-void RecordIndex::grow() {
-  std::vector<slot> former(slots_.size() * 2, {0, EMPTY});
+void RecordIndex::growSlots() {
+  std::vector<slot> former(slots_.size() * 2, {id_words(""), EMPTY});
   former.swap(slots_);
   const std::size_t mask = slots_.size() - 1;
   for (const slot& place : former) {
-    if (place.record == EMPTY) {
+    if (place.number == EMPTY) {
       continue;
     }
-    std::size_t at = mixed(place.word) & mask;
-    while (slots_[at].record != EMPTY) {
+    std::size_t at = mixed(place.words) & mask;
+    while (slots_[at].number != EMPTY) {
       at = (at + 1) & mask;
     }
     slots_[at] = place;

@@ -2,36 +2,43 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "spx/core/master_data.h"
+#include "spx/support/fetch_ahead.h"
 
 namespace spx {
 
-/// A studbook ID in one word. Up to seven bytes are the ID itself; of a longer one it is a hash,
-/// and two of them that are equal have to be compared by their texts.
-struct id_word {
-  std::uint64_t word;  ///< the size, or 255 for a hash, above seven bytes
+/// A studbook ID in two words. Up to fifteen bytes are the ID itself; of a longer one they hold a
+/// hash, and two of them that are equal have to be compared by their texts.
+struct id_words {
+  std::uint64_t low;   ///< the first eight bytes, or the hash
+  std::uint64_t high;  ///< the bytes after these; above seven of them the size, or 255 for a hash
 
-  explicit id_word(const std::string& id);
+  explicit id_words(const std::string& id);
+
+  bool operator==(const id_words&) const = default;
 
   /// Whether equal words mean equal IDs.
-  bool isExact() const { return word >> 56 != 0xFF; }
+  bool isExact() const { return high >> 56 != 0xFF; }
 
-  /// The number that the ID is, written without zeros before it; the largest value for other IDs.
+  /// The number that the ID is, of at most eight digits and written without zeros before it; the
+  /// largest value for other IDs.
   std::uint64_t number() const;
 };
 
-/// From studbook ID to the first record that bears it, in expected constant time. It holds
-/// positions and IDs as words, no text, so it stays right while the records move; records that are
-/// appended have to be entered with addNext(). Lives on the stack of one pass over the studbook.
+/// From studbook ID to the first record that bears it, in expected constant time. It holds no text,
+/// so it stays right while the records move; records that are appended have to be entered with
+/// addNext(). IDs of more than fifteen bytes are compared where the records have them: these have
+/// to stay as they are. Lives on the stack of one pass over the studbook.
 ///
 /// A studbook of a million animals fits no cache, so that reading the memory is what takes time.
-/// The index reads the records once; a pass over all parents asks them again for long IDs only.
-/// Most studbooks number their animals: numbers are looked up in a plain table, where parents lie
-/// near their offspring, and all other IDs by a hash.
+/// The index reads the records once and gives each ID a number, under which it keeps the record;
+/// a pass over all parents then reads four bytes for a parent and four for its record. Most
+/// studbooks number their animals: such IDs are their own numbers, so that parents lie near their
+/// offspring; all others are numbered as they come.
 class RecordIndex {
  public:
   /// Enters every record. Linear. The sequence must outlive the index.
@@ -46,8 +53,8 @@ class RecordIndex {
     makeRoom();
     for (position record = 0; record < records.size(); ++record) {
       if (record + FETCH_AHEAD < records.size()) {
-        __builtin_prefetch(&records[record + FETCH_AHEAD].stud_id);
-        __builtin_prefetch(&records[record + FETCH_AHEAD].dam_id);
+        const master_data& later = records[record + FETCH_AHEAD];
+        qs_lib::fetchAhead(&later.stud_id, &later.dam_id);
       }
       addNext();
       visit(records[record]);
@@ -58,60 +65,71 @@ class RecordIndex {
   void addNext();
 
   /// The first record with the ID; the number of records when there is none.
-  position find(const std::string& id) const { return find(id_word(id), id); }
+  position find(const std::string& id) const;
 
   /// @{
   /// The first record with the ID that the record named as its parent when it was entered; the
   /// number of records when there is none.
-  position findSire(position record) const {
-    return find(parents_[record].sire, records_[record].sire_id);
-  }
-  position findDam(position record) const {
-    return find(parents_[record].dam, records_[record].dam_id);
-  }
+  position findSire(position record) const { return recordOf(parents_[record].sire); }
+  position findDam(position record) const { return recordOf(parents_[record].dam); }
   /// @}
 
-  /// Has the memory fetched that the search for the parents of a record will read, in two steps
-  /// that want to come some searches before the next: a pass knows what it will search for.
-  void fetchParents(position record) const { __builtin_prefetch(&parents_[record]); }
-  void fetchParentPlaces(position record) const;
+  /// @{
+  /// The ID of the parent that the record named. Of a number no text is read.
+  std::string sireId(position record) const { return textOf(parents_[record].sire); }
+  std::string damId(position record) const { return textOf(parents_[record].dam); }
+  /// @}
 
   /// @{
-  /// Where the search for a parent of that record will probably end, for whoever keeps more facts
-  /// of the records; the end position when it would take more than a look.
-  position probableSire(position record) const { return probable(parents_[record].sire); }
-  position probableDam(position record) const { return probable(parents_[record].dam); }
+  /// Has the memory fetched that the search for the parents of a record will read, in two steps
+  /// that want to come some searches before the next: a pass knows what it will search for.
+  void fetchParents(position record) const { qs_lib::fetchAhead(&parents_[record]); }
+  void fetchParentPlaces(position record) const {
+    const parent_numbers& parents = parents_[record];
+    qs_lib::fetchAhead(&first_records_[parents.sire], &first_records_[parents.dam]);
+  }
   /// @}
 
   /// Whether another record bears the same ID as the one at this position.
-  bool isDuplicate(position record) const;
+  bool isDuplicate(position record) const { return is_duplicate_[record]; }
 
  private:
-  using short_position = std::uint32_t;  // more records of half a kilobyte fit no memory
+  // Four bytes for each: more records of 400 bytes fit no memory.
+  using id_number = std::uint32_t;
+  using short_position = std::uint32_t;
+  static constexpr short_position NO_RECORD = std::numeric_limits<short_position>::max();
 
   struct slot {
-    std::uint64_t word;
-    position record;
+    id_words words;
+    id_number number;
   };
-  struct parent_words {
-    id_word sire;
-    id_word dam;
+  struct parent_numbers {
+    id_number sire;
+    id_number dam;
+  };
+  /// Where an ID is written.
+  struct mention {
+    position record;
+    std::string master_data::*field;
   };
 
   void makeRoom();
-  position find(id_word word, const std::string& id) const;
-  position probable(id_word word) const;
-  const void* placeOf(id_word word) const;
-  std::size_t slotFor(id_word word, const std::string& id) const;
-  void enterSlot(id_word word, position record);
-  void grow();
+  position recordOf(id_number number) const {
+    const short_position record = first_records_[number];
+    return record == NO_RECORD ? records_.size() : record;
+  }
+  id_number numberOf(mention place);
+  std::string textOf(id_number number) const;
+  std::size_t slotFor(const id_words& words, const std::string& id) const;
+  void growSlots();
 
   const std::vector<master_data>& records_;
-  std::vector<short_position> numbered_;  ///< by number
-  std::vector<slot> slots_;  ///< of the other IDs: open addressing, a power of two, half full
-  std::size_t used_ = 0;
-  std::vector<parent_words> parents_;        ///< by record
-  std::unordered_set<position> duplicates_;  ///< first records whose ID occurs again
+  std::size_t first_text_ = 0;  ///< below are the IDs that are numbers, from here on the others
+  std::vector<short_position> first_records_;  ///< by the number of the ID
+  std::vector<parent_numbers> parents_;        ///< by record
+  std::vector<slot> slots_;         ///< of IDs that are no numbers: open addressing, half full
+  std::vector<mention> mentions_;   ///< of these IDs, the first, in numbers' order
+  std::vector<bool> is_duplicate_;  ///< by record
 };
 
 }  // namespace spx

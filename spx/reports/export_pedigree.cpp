@@ -10,6 +10,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/reports/export_table.h"
 #include "spx/support/csv_text.h"
+#include "spx/support/fetch_ahead.h"
 #include "spx/support/number_text.h"
 #include "spx/views/meta_population.h"
 #include "spx/views/predicates.h"
@@ -129,13 +130,9 @@ class PedigreeRows {
  private:
   static void fetch(const pedigree_record& entry) {
     const master_data& animal = Animals.records[entry.animal];
-    __builtin_prefetch(&animal.stud_id);
-    __builtin_prefetch(&animal.taxon);
-    __builtin_prefetch(&animal.birth.location);
-    __builtin_prefetch(&animal.death);
-    __builtin_prefetch(&animal.generation);
-    __builtin_prefetch(&Animals.records[entry.sire].stud_id);
-    __builtin_prefetch(&Animals.records[entry.dam].stud_id);
+    qs_lib::fetchAhead(&animal.stud_id, &animal.taxon, &animal.birth.location, &animal.death,
+                       &animal.generation, &Animals.records[entry.sire].stud_id,
+                       &Animals.records[entry.dam].stud_id);
   }
 
   void appendRow(std::string& rows, const pedigree_record& entry) const {
