@@ -93,15 +93,16 @@ void RecordIndex::makeRoom() {
   first_records_.reserve(first_text_ + records_.size());
   first_records_.assign(first_text_, NO_RECORD);
   slots_.assign(FIRST_SLOTS, {id_words(""), EMPTY});
+  begins_.assign(1, 0);
   parents_.reserve(records_.size());
   is_duplicate_.reserve(records_.size());
 }
 
 void RecordIndex::addNext() {
   const position record = parents_.size();
-  parents_.push_back(
-      {numberOf({record, &master_data::sire_id}), numberOf({record, &master_data::dam_id})});
-  short_position& first = first_records_[numberOf({record, &master_data::stud_id})];
+  const master_data& animal = records_[record];
+  parents_.push_back({numberOf(animal.sire_id), numberOf(animal.dam_id)});
+  short_position& first = first_records_[numberOf(animal.stud_id)];
   is_duplicate_.push_back(first != NO_RECORD);
   if (first == NO_RECORD) {
     first = static_cast<short_position>(record);
@@ -111,8 +112,7 @@ void RecordIndex::addNext() {
 }
 
 // The number of an ID, a new one when it is none itself and was not met before.
-RecordIndex::id_number RecordIndex::numberOf(mention place) {
-  const std::string& id = records_[place.record].*place.field;
+RecordIndex::id_number RecordIndex::numberOf(const std::string& id) {
   const id_words words(id);
   const std::uint64_t number = words.number();
   if (number < first_text_) {
@@ -120,12 +120,13 @@ RecordIndex::id_number RecordIndex::numberOf(mention place) {
   }
   std::size_t at = slotFor(words, id);
   if (slots_[at].number == EMPTY) {
-    if (2 * (mentions_.size() + 1) > slots_.size()) {
+    if (2 * begins_.size() > slots_.size()) {
       growSlots();
       at = slotFor(words, id);
     }
     slots_[at] = {words, static_cast<id_number>(first_records_.size())};
-    mentions_.push_back(place);
+    texts_ += id;
+    begins_.push_back(texts_.size());
     first_records_.push_back(NO_RECORD);
   }
   return slots_[at].number;
@@ -135,8 +136,12 @@ std::string RecordIndex::textOf(id_number number) const {
   if (number < first_text_) {
     return std::to_string(number);
   }
-  const mention& first = mentions_[number - first_text_];
-  return records_[first.record].*first.field;
+  return std::string(text(number));
+}
+
+std::string_view RecordIndex::text(id_number number) const {
+  const std::size_t* const begin = &begins_[number - first_text_];
+  return std::string_view(texts_).substr(begin[0], begin[1] - begin[0]);
 }
 
 position RecordIndex::find(const std::string& id) const {
@@ -153,11 +158,7 @@ position RecordIndex::find(const std::string& id) const {
 std::size_t RecordIndex::slotFor(const id_words& words, const std::string& id) const {
   const std::size_t mask = slots_.size() - 1;
   const auto holdsOther = [&](const slot& place) {
-    if (place.words != words || words.isExact()) {
-      return place.words != words;
-    }
-    const mention& first = mentions_[place.number - first_text_];
-    return records_[first.record].*first.field != id;
+    return place.words != words || (!words.isExact() && text(place.number) != id);
   };
   std::size_t at = mixed(words) & mask;
   while (slots_[at].number != EMPTY && holdsOther(slots_[at])) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "spx/core/master_data.h"
@@ -29,16 +30,15 @@ struct id_words {
   std::uint64_t number() const;
 };
 
-/// From studbook ID to the first record that bears it, in expected constant time. It holds no text,
-/// so it stays right while the records move; records that are appended have to be entered with
-/// addNext(). IDs of more than fifteen bytes are compared where the records have them: these have
-/// to stay as they are. Lives on the stack of one pass over the studbook.
+/// From studbook ID to the first record that bears it, in expected constant time. It holds what it
+/// needs to know of the records, so it stays right while they move and change; records that are
+/// appended have to be entered with addNext(). Lives on the stack of one pass over the studbook.
 ///
 /// A studbook of a million animals fits no cache, so that reading the memory is what takes time.
 /// The index reads the records once and gives each ID a number, under which it keeps the record;
 /// a pass over all parents then reads four bytes for a parent and four for its record. Most
 /// studbooks number their animals: such IDs are their own numbers, so that parents lie near their
-/// offspring; all others are numbered as they come.
+/// offspring; all others are numbered as they come, and their texts kept.
 class RecordIndex {
  public:
   /// Enters every record. Linear. The sequence must outlive the index.
@@ -75,7 +75,7 @@ class RecordIndex {
   /// @}
 
   /// @{
-  /// The ID of the parent that the record named. Of a number no text is read.
+  /// The ID that the record named as its parent when it was entered.
   std::string sireId(position record) const { return textOf(parents_[record].sire); }
   std::string damId(position record) const { return textOf(parents_[record].dam); }
   /// @}
@@ -107,19 +107,15 @@ class RecordIndex {
     id_number sire;
     id_number dam;
   };
-  /// Where an ID is written.
-  struct mention {
-    position record;
-    std::string master_data::*field;
-  };
 
   void makeRoom();
   position recordOf(id_number number) const {
     const short_position record = first_records_[number];
     return record == NO_RECORD ? records_.size() : record;
   }
-  id_number numberOf(mention place);
+  id_number numberOf(const std::string& id);
   std::string textOf(id_number number) const;
+  std::string_view text(id_number number) const;
   std::size_t slotFor(const id_words& words, const std::string& id) const;
   void growSlots();
 
@@ -127,9 +123,10 @@ class RecordIndex {
   std::size_t first_text_ = 0;  ///< below are the IDs that are numbers, from here on the others
   std::vector<short_position> first_records_;  ///< by the number of the ID
   std::vector<parent_numbers> parents_;        ///< by record
-  std::vector<slot> slots_;         ///< of IDs that are no numbers: open addressing, half full
-  std::vector<mention> mentions_;   ///< of these IDs, the first, in numbers' order
-  std::vector<bool> is_duplicate_;  ///< by record
+  std::vector<slot> slots_;          ///< of IDs that are no numbers: open addressing, half full
+  std::string texts_;                ///< of these IDs, one after the other, in numbers' order
+  std::vector<std::size_t> begins_;  ///< of each in texts_, and the end of the last
+  std::vector<bool> is_duplicate_;   ///< by record
 };
 
 }  // namespace spx
