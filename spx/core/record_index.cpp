@@ -136,10 +136,10 @@ std::string RecordIndex::textOf(id_number number) const {
   if (number < first_text_) {
     return std::to_string(number);
   }
-  return std::string(text(number));
+  return std::string(keptText(number));
 }
 
-std::string_view RecordIndex::text(id_number number) const {
+std::string_view RecordIndex::keptText(id_number number) const {
   const std::size_t* const begin = &begins_[number - first_text_];
   return std::string_view(texts_).substr(begin[0], begin[1] - begin[0]);
 }
@@ -158,7 +158,7 @@ position RecordIndex::find(const std::string& id) const {
 std::size_t RecordIndex::slotFor(const id_words& words, const std::string& id) const {
   const std::size_t mask = slots_.size() - 1;
   const auto holdsOther = [&](const slot& place) {
-    return place.words != words || (!words.isExact() && text(place.number) != id);
+    return place.words != words || (!words.isExact() && keptText(place.number) != id);
   };
   std::size_t at = mixed(words) & mask;
   while (slots_[at].number != EMPTY && holdsOther(slots_[at])) {

@@ -115,7 +115,7 @@ class RecordIndex {
   }
   id_number numberOf(const std::string& id);
   std::string textOf(id_number number) const;
-  std::string_view text(id_number number) const;
+  std::string_view keptText(id_number number) const;
   std::size_t slotFor(const id_words& words, const std::string& id) const;
   void growSlots();
 
