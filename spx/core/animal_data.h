@@ -188,7 +188,7 @@ class SPX_EXPORT AnimalData {
 
   void appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day);
   position parentOf(position record, SEX sex, RecordIndex& known);
-  position assumeParent(std::string missing, SEX sex, RecordIndex* known);
+  position assumeParent(const std::string& missing, SEX sex, RecordIndex* known);
   struct Validation;
   void validateRecord(position record, Validation& pass);
   taxon_handle validateParent(position record, SEX sex, Validation& pass);

@@ -136,7 +136,7 @@ bool AnimalData::checkPseudoFounder(master_data& animal) {
 
 position AnimalData::findParent(const std::string& id, SEX sex) {
   const position found = findMaster(id);
-  return found != records.size() ? found : assumeParent(id, sex, nullptr);
+  return found != records.size() ? found : assumeParent(std::string(id), sex, nullptr);
 }
 
 // One pass over the studbook searches by its index of IDs, a single call scans the records.
@@ -149,8 +149,8 @@ position AnimalData::parentOf(position record, SEX sex, RecordIndex& known) {
   return assumeParent(is_sire ? known.sireId(record) : known.damId(record), sex, &known);
 }
 
-// The ID is a copy: records move when parents are added.
-position AnimalData::assumeParent(std::string missing, SEX sex, RecordIndex* known) {
+// The ID belongs to no record: these move when parents are added.
+position AnimalData::assumeParent(const std::string& missing, SEX sex, RecordIndex* known) {
   const std::string substitute = substituteOf(missing, sex);
   const position parent = known == nullptr ? findMaster(substitute) : known->find(substitute);
   if (parent == records.size()) {
