@@ -39,7 +39,7 @@ std::uint64_t bytesOf(const char* bytes, std::size_t size) {
   return size == 0 ? 0 : static_cast<unsigned char>(*bytes);
 }
 
-// Words that differ anywhere differ in the low bits.
+// Words that differ anywhere differ in the low bits, but for rare pairs.
 std::size_t mixed(const id_words& words) {
   std::uint64_t number = words.low ^ std::rotl(words.high * 0xD1B54A32D192ED03, 32);
   number ^= number >> 32;

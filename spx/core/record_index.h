@@ -30,9 +30,10 @@ struct id_words {
   std::uint64_t number() const;
 };
 
-/// From studbook ID to the first record that bears it, in expected constant time. It holds what it
-/// needs to know of the records, so it stays right while they move and change; records that are
-/// appended have to be entered with addNext(). Lives on the stack of one pass over the studbook.
+/// From studbook ID to the first record that bears it, in expected constant time. It holds the IDs
+/// as they were when a record was entered, so records may move and change their parents; records
+/// that are appended have to be entered with addNext(). Lives on the stack of one pass over the
+/// studbook.
 ///
 /// A studbook of a million animals fits no cache, so that reading the memory is what takes time.
 /// The index reads the records once and gives each ID a number, under which it keeps the record;
@@ -94,7 +95,8 @@ class RecordIndex {
   bool isDuplicate(position record) const { return is_duplicate_[record]; }
 
  private:
-  // Four bytes for each: more records of 400 bytes fit no memory.
+  // Four bytes for each: enough for 600 million records and their parents, which would take 240
+  // gigabytes.
   using id_number = std::uint32_t;
   using short_position = std::uint32_t;
   static constexpr short_position NO_RECORD = std::numeric_limits<short_position>::max();
@@ -123,8 +125,8 @@ class RecordIndex {
   std::size_t first_text_ = 0;  ///< below are the IDs that are numbers, from here on the others
   std::vector<short_position> first_records_;  ///< by the number of the ID
   std::vector<parent_numbers> parents_;        ///< by record
-  std::vector<slot> slots_;          ///< of IDs that are no numbers: open addressing, half full
-  std::string texts_;                ///< of these IDs, one after the other, in numbers' order
+  std::vector<slot> slots_;  ///< of other IDs: open addressing, a power of two, at most half full
+  std::string texts_;        ///< of these IDs, one after the other, in numbers' order
   std::vector<std::size_t> begins_;  ///< of each in texts_, and the end of the last
   std::vector<bool> is_duplicate_;   ///< by record
 };
