@@ -119,7 +119,6 @@ std::string valueNames(const CLI::App& app, const std::string& between) {
   return joined(names, between);
 }
 
-// A `=` is a word of its own in bash: `--format=json` are three.
 /// In the loop over the words that were typed, for both shells: leaves out the values of options,
 /// follows the commands to the one that is typed, and begins the cases of what it takes.
 std::string followedWay(const CLI::App& app) {
@@ -128,6 +127,7 @@ std::string followedWay(const CLI::App& app) {
          ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
 }
 
+// A `=` is a word of its own in bash: `--format=json` are three.
 std::string bashScript(const CLI::App& app) {
   std::string script =
       "# bash completion of spx\n"
