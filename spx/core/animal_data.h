@@ -126,7 +126,7 @@ class SPX_EXPORT AnimalData {
   ///
   /// What is found goes to `inconsistencies` and, a line each, into
   /// "~/spx/projects/studbook-errors.txt", which is replaced. When that file cannot be written
-  /// "Cannot write studbook error file" is reported once. Findings never make it fail. One pass.
+  /// "Cannot write studbook error file" is reported once. Findings never make it fail. Linear.
   /// @return false for an empty store
   bool validate();
 

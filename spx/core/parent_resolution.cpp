@@ -19,8 +19,8 @@ namespace {
 
 constexpr char ERROR_FILE[] = "~/spx/projects/studbook-errors.txt";
 
-// Pseudo individuals are born before every animal of a studbook, in the order in which they stand
-// for each other.
+// Pseudo individuals are born before the animals of usual studbooks, each before those that may
+// name it as a parent.
 constexpr char WILD_BIRTH[] = "1800";
 constexpr char UNKNOWN_BIRTH[] = "1801";
 constexpr char FOUNDER_BIRTH[] = "1802";
@@ -65,8 +65,8 @@ void warnOfMissing(const std::string& id, const std::string& substitute) {
   qs_lib::display(warning);
 }
 
-// What an offspring's check asks of a parent. The records of a large studbook fit no cache, these
-// do; `taxon` follows the record's.
+// What an offspring's check asks of a parent, in a small part of a record's memory; `taxon` follows
+// the record's.
 struct parent_facts {
   taxon_handle taxon;
   qs_lib::day_number birth_day;
@@ -149,7 +149,7 @@ position AnimalData::parentOf(position record, SEX sex, RecordIndex& known) {
   return assumeParent(is_sire ? known.sireId(record) : known.damId(record), sex, &known);
 }
 
-// The ID belongs to no record: these move when parents are added.
+// The text of the ID must not be a record's own: records move when parents are added.
 position AnimalData::assumeParent(const std::string& missing, SEX sex, RecordIndex* known) {
   const std::string substitute = substituteOf(missing, sex);
   const position parent = known == nullptr ? findMaster(substitute) : known->find(substitute);
@@ -257,6 +257,7 @@ void AnimalData::setTaxon(position record, taxon_handle taxon, Validation& pass)
 void AnimalData::writeInconsistencies() const {
   qs_lib::WriteFile file;
   file.setFileName(ERROR_FILE);
+  file.setStaged(true);
   bool written = file.fileOpen();
   if (written) {
     for (const inconsistency& finding : inconsistencies) {

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The identifiers of the pseudo parents. Literals, so that every source file has its own copy and
-/// constructors that run while the library is loaded may use them.
+/// The identifiers of the pseudo parents. Literals, so that constructors that run while the library
+/// is loaded may use them.
 namespace spx {
 
 inline constexpr char WILD_PARENT[] = "WILD";         ///< caught in the wild
