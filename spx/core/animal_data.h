@@ -64,7 +64,7 @@ class SPX_EXPORT AnimalData {
   /// a signed number, DAM_ID (5) by sire and EVENT (6) by dam, each one step off its name; LOCATION
   /// (7) orders nothing and is not recorded, UNKNOWN_ORDER (8) orders nothing but is recorded.
   /// @return false after "No index created" for an empty index; false without a message for
-  ///         NO_ORDER and values above 8
+  ///         NO_ORDER, unless it is recorded, and for values above 8
   bool sortList(SORT_FIELD field);
 
   /// Forgets the order of the index, so that the next sort is done whatever it was.
@@ -134,7 +134,7 @@ class SPX_EXPORT AnimalData {
 
   /// Builds the pedigree list in studbook-ID order from the index (made if it is empty). Parents
   /// without a record become pseudo founders as in findParent, which get no entry of their own.
-  /// Always true.
+  /// Always true; an empty store is reported ("No animals in list", "No index created").
   bool populationPedigree();
 
   /// Orders the pedigree list, stably, after building it if it is empty. BIRTH (1) by birth date,
@@ -142,7 +142,8 @@ class SPX_EXPORT AnimalData {
   /// the sire's or dam's ID run together with the animal's birth date, one text, so that IDs of
   /// different lengths mix with the dates. The numbers are those of sortList, with the same
   /// intended offset.
-  /// @return false without a message, and with the order as it was, for every other field
+  /// @return false, with the order as it was, for every other field but the recorded one, which is
+  ///         NO_ORDER after building
   bool sortPedigree(SORT_FIELD field);
 
   /// Sets `breeder` on every record that the pedigree names as a parent, pseudo parents included,
@@ -152,7 +153,8 @@ class SPX_EXPORT AnimalData {
   /// Selects an animal and all its ancestors, and nothing else; leaves the pedigree in birth order.
   /// One walk from the youngest to the oldest: beyond a parent that is said to be younger than its
   /// offspring, or that is its own descendant, ancestors may be missed. Builds the pedigree if it
-  /// is empty. Reports "Animal does not exist" for an unknown ID.
+  /// is empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder that the
+  /// building has added has no entry: nothing is selected.
   bool individualPedigree(const std::string& id);
 
   /// Checks the number of founder lineages: false without a message for 0 and above 255. The stored

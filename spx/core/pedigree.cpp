@@ -1,5 +1,5 @@
 // The pedigree list: building it, ordering it, and what is read from it.
-#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 

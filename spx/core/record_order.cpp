@@ -16,7 +16,7 @@ constexpr std::uint64_t GOES_ON = CHUNK + 1;
 // Runs of so few are sorted in place; texts that share that many chunks are compared.
 constexpr std::size_t FEW = 32;
 constexpr std::size_t MOST_CHUNKS = 8;
-// More digits need fewer passes, but their lists no longer fit the nearest caches.
+// Wider digits need fewer passes, but their lists no longer fit the nearest caches.
 constexpr unsigned MOST_BITS = 10;
 constexpr unsigned BYTE = 8;
 
