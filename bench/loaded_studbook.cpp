@@ -13,7 +13,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/support/console.h"
 
-#include "console/studbook_loader.h"
+#include "console/studbook/load_studbook.h"
 
 namespace spx::bench {
 namespace {
@@ -30,9 +30,7 @@ class Tables {
     std::error_code ignored;
     fs::remove_all(directory_, ignored);
   }
-  std::string path(long animals) const {
-    return (directory_ / (std::to_string(animals) + ".csv")).string();
-  }
+  std::string path(long animals) const { return (directory_ / (std::to_string(animals) + ".csv")).string(); }
 
  private:
   fs::path directory_;
@@ -59,8 +57,7 @@ std::string tableOf(long animals) {
   static const Tables tables;
   const std::string path = tables.path(animals);
   if (!fs::exists(path)) {
-    const std::string command =
-        std::string(SPX_MAKE_STUDBOOK) + " " + std::to_string(animals) + " > '" + path + "'";
+    const std::string command = std::string(SPX_MAKE_STUDBOOK) + " " + std::to_string(animals) + " > '" + path + "'";
     if (std::system(command.c_str()) != 0) {
       std::fprintf(stderr, "spx_bench: cannot write %s\n", path.c_str());
       std::exit(1);

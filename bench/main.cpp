@@ -1,7 +1,7 @@
 // The benchmarks under the conditions of the program.
 #include <benchmark/benchmark.h>
 
-#include "console/process_memory.h"
+#include "console/base/process_memory.h"
 
 int main(int argument_count, char** arguments) {
   spx::console::keepFreedMemory();

@@ -56,9 +56,7 @@ class Dice {
   explicit Dice(std::uint64_t seed) : engine_(seed) {}
 
   /// A whole number from 0 to limit - 1.
-  std::uint32_t below(std::uint32_t limit) {
-    return static_cast<std::uint32_t>(((engine_() >> 32U) * limit) >> 32U);
-  }
+  std::uint32_t below(std::uint32_t limit) { return static_cast<std::uint32_t>(((engine_() >> 32U) * limit) >> 32U); }
   bool permille(std::uint32_t chance) { return below(1000) < chance; }
   std::int32_t between(std::int32_t low, std::int32_t high) {
     return low + static_cast<std::int32_t>(below(static_cast<std::uint32_t>(high - low + 1)));
@@ -84,7 +82,9 @@ class Table {
   }
   void endLine() {
     buffer_ += '\n';
-    if (buffer_.size() > 1U << 20U) write();
+    if (buffer_.size() > 1U << 20U) {
+      write();
+    }
   }
   /// Writes what is left and closes; false when anything of the table was lost.
   bool close() {
@@ -121,9 +121,13 @@ Table& writeTwoDigits(Table& table, unsigned number) {
 Table& operator<<(Table& table, day_text text) {
   const std::chrono::year_month_day date{FIRST_DAY + std::chrono::days{text.day}};
   table << static_cast<std::uint32_t>(static_cast<int>(date.year()));
-  if (text.exact == precision::year) return table;
+  if (text.exact == precision::year) {
+    return table;
+  }
   writeTwoDigits(table << "-", static_cast<unsigned>(date.month()));
-  if (text.exact == precision::month) return table;
+  if (text.exact == precision::month) {
+    return table;
+  }
   return writeTwoDigits(table << "-", static_cast<unsigned>(date.day()));
 }
 
@@ -137,10 +141,7 @@ Table& operator<<(Table& table, deme_text text) {
 class Generator {
  public:
   Generator(const options& wanted, Table animals, std::optional<Table> events)
-      : count_(wanted.animals),
-        dice_(wanted.seed),
-        animals_(std::move(animals)),
-        events_(std::move(events)) {
+      : count_(wanted.animals), dice_(wanted.seed), animals_(std::move(animals)), events_(std::move(events)) {
     population_.reserve(count_);
   }
 
@@ -152,7 +153,9 @@ class Generator {
       *events_ << "id,date,event,location";
       events_->endLine();
     }
-    for (std::uint32_t index = 0; index < count_; ++index) addAnimal(index);
+    for (std::uint32_t index = 0; index < count_; ++index) {
+      addAnimal(index);
+    }
     const bool events_written = !events_ || events_->close();
     return animals_.close() && events_written;
   }
@@ -170,8 +173,7 @@ class Generator {
     moveWindow(born.birth);
     const parent sire = founder ? parent{} : drawParent(true, born.birth);
     const parent dam = founder ? parent{} : drawParent(false, born.birth);
-    const std::uint32_t birth_deme =
-        dam.kind == parent::known ? population_[dam.number - 1].deme : dice_.below(DEMES);
+    const std::uint32_t birth_deme = dam.kind == parent::known ? population_[dam.number - 1].deme : dice_.below(DEMES);
     born.male = dice_.below(2) == 0;
     born.sexed = !dice_.permille(10);
     born.death = born.birth + (founder ? dice_.between(YOUNGEST_PARENT, LONGEST_LIFE) : drawLife());
@@ -183,19 +185,27 @@ class Generator {
 
   /// The animals from first_ to last_ (excluded) are of an age to be parents of one born that day.
   void moveWindow(std::int32_t day) {
-    while (last_ < population_.size() && population_[last_].birth <= day - YOUNGEST_PARENT) ++last_;
-    while (first_ < last_ && population_[first_].birth < day - OLDEST_PARENT) ++first_;
+    while (last_ < population_.size() && population_[last_].birth <= day - YOUNGEST_PARENT) {
+      ++last_;
+    }
+    while (first_ < last_ && population_[first_].birth < day - OLDEST_PARENT) {
+      ++first_;
+    }
   }
 
   parent drawParent(bool male, std::int32_t day) {
     const std::uint32_t lot = dice_.below(1000);
-    if (lot < 50) return {parent::unknown};
+    if (lot < 50) {
+      return {parent::unknown};
+    }
     // Odd numbers for dams, even ones for sires: nobody is asked for in both roles.
     if (lot < 70) {
       const std::uint32_t number = count_ + 1 + dice_.below(count_ / 50 + 2);
       return {parent::missing, number - number % 2 + (male ? 2 : 1)};
     }
-    if (lot < 75) return {parent::group, dice_.below(std::size(GROUPS))};
+    if (lot < 75) {
+      return {parent::group, dice_.below(std::size(GROUPS))};
+    }
     return drawKnownParent(male, day);
   }
 
@@ -212,9 +222,7 @@ class Generator {
   }
 
   /// One in seven dies in its first month, the others at any age.
-  std::int32_t drawLife() {
-    return dice_.permille(143) ? dice_.between(0, 30) : dice_.between(31, LONGEST_LIFE);
-  }
+  std::int32_t drawLife() { return dice_.permille(143) ? dice_.between(0, 30) : dice_.between(31, LONGEST_LIFE); }
 
   /// Every third animal moves once, in its second year: before it has offspring, which are born
   /// where their dam lives.
@@ -222,12 +230,16 @@ class Generator {
     const bool moves = dice_.below(3) == 0;
     const std::int32_t day = born.birth + TRANSFER_AGE + dice_.between(0, TRANSFER_AGE - 1);
     const std::uint32_t target = dice_.below(DEMES);
-    if (!moves || day >= born.death || day >= STUDBOOK_DAYS) return;
+    if (!moves || day >= born.death || day >= STUDBOOK_DAYS) {
+      return;
+    }
     const bool same_place = target / ENCLOSURES == born.deme / ENCLOSURES;
     born.deme = static_cast<std::uint16_t>(target);
-    if (!events_) return;
-    *events_ << index + 1 << "," << day_text{day} << "," << (same_place ? "social in" : "arrival")
-             << "," << deme_text{target};
+    if (!events_) {
+      return;
+    }
+    *events_ << index + 1 << "," << day_text{day} << "," << (same_place ? "social in" : "arrival") << ","
+             << deme_text{target};
     events_->endLine();
   }
 
@@ -249,8 +261,7 @@ class Generator {
     }
   }
 
-  void writeAnimal(std::uint32_t index, const animal& born, parent sire, parent dam,
-                   std::uint32_t birth_deme) {
+  void writeAnimal(std::uint32_t index, const animal& born, parent sire, parent dam, std::uint32_t birth_deme) {
     const bool wild = sire.kind == parent::wild;
     animals_ << index + 1 << ",";
     writeParent(sire);
@@ -262,11 +273,11 @@ class Generator {
                              : "female")
              << "," << day_text{born.birth, drawPrecision()} << "," << deme_text{birth_deme} << ",";
     writeEnd(born);
-    animals_ << (wild                 ? ",wild-born,parent,"
-                 : dice_.permille(80) ? ",captive-born,hand,"
-                                      : ",captive-born,parent,");
+    animals_ << (wild ? ",wild-born,parent," : dice_.permille(80) ? ",captive-born,hand," : ",captive-born,parent,");
     // Only the founders' taxon is given: the others take it from their parents.
-    if (wild) animals_ << TAXA[dice_.below(std::size(TAXA))];
+    if (wild) {
+      animals_ << TAXA[dice_.below(std::size(TAXA))];
+    }
     animals_ << ",9850" << 100000000 + index;
     animals_.endLine();
   }
@@ -283,8 +294,7 @@ class Generator {
       animals_ << ",,";
       return;
     }
-    animals_ << day_text{born.death} << "," << deme_text{born.deme} << ","
-             << (lost ? "lost-to-follow-up" : "death");
+    animals_ << day_text{born.death} << "," << deme_text{born.deme} << "," << (lost ? "lost-to-follow-up" : "death");
   }
 
   std::uint32_t count_;
@@ -303,12 +313,12 @@ bool writeLocations(Table table) {
     table << "region," << region << ",Region " << region << ",,";
     table.endLine();
     for (std::uint32_t place = 1; place <= INSTITUTIONS; ++place) {
-      table << "institution," << region << "." << place << ",Zoo " << region << "-" << place << ","
-            << 30 + region * 3 << ".25," << place * 4 << ".5";
+      table << "institution," << region << "." << place << ",Zoo " << region << "-" << place << "," << 30 + region * 3
+            << ".25," << place * 4 << ".5";
       table.endLine();
       for (std::uint32_t pen = 1; pen <= ENCLOSURES; ++pen) {
-        table << "enclosure," << region << "." << place << "." << pen << ",Pen " << region << "-"
-              << place << "-" << pen << ",,";
+        table << "enclosure," << region << "." << place << "." << pen << ",Pen " << region << "-" << place << "-" << pen
+              << ",,";
         table.endLine();
       }
     }
@@ -330,7 +340,9 @@ std::optional<options> parseArguments(int count, char** arguments) {
     const std::string_view word = arguments[at];
     const bool has_value = at + 1 < count;
     if (word == "--seed" && has_value) {
-      if (!parseNumber(arguments[++at], wanted.seed)) return std::nullopt;
+      if (!parseNumber(arguments[++at], wanted.seed)) {
+        return std::nullopt;
+      }
     } else if (word == "--events" && has_value) {
       wanted.events = arguments[++at];
     } else if (word == "--locations" && has_value) {
@@ -339,7 +351,9 @@ std::optional<options> parseArguments(int count, char** arguments) {
       return std::nullopt;
     }
   }
-  if (wanted.animals == 0 || wanted.animals > MOST_ANIMALS) return std::nullopt;
+  if (wanted.animals == 0 || wanted.animals > MOST_ANIMALS) {
+    return std::nullopt;
+  }
   return wanted;
 }
 
@@ -361,12 +375,16 @@ int main(int argc, char** argv) {
   }
   if (!wanted->locations.empty()) {
     std::FILE* file = std::fopen(wanted->locations.c_str(), "wb");
-    if (file == nullptr || !writeLocations(Table(file))) return fail(wanted->locations);
+    if (file == nullptr || !writeLocations(Table(file))) {
+      return fail(wanted->locations);
+    }
   }
   std::optional<Table> events;
   if (!wanted->events.empty()) {
     std::FILE* file = std::fopen(wanted->events.c_str(), "wb");
-    if (file == nullptr) return fail(wanted->events);
+    if (file == nullptr) {
+      return fail(wanted->events);
+    }
     events.emplace(file);
   }
   return Generator(*wanted, Table(stdout), std::move(events)).run() ? 0 : fail("the tables");

@@ -4,12 +4,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include "spx/analyses/biology.h"
 #include "spx/analyses/trace_parents.h"
 #include "spx/core/animal_data.h"
-#include "spx/reports/export_dattrf.h"
-#include "spx/reports/export_field.h"
-#include "spx/reports/export_pedigree.h"
+#include "spx/exports/export_dattrf.h"
+#include "spx/exports/export_field.h"
+#include "spx/exports/export_pedigree.h"
+#include "spx/project/biology.h"
 #include "spx/views/data_filter.h"
 
 #include "bench/loaded_studbook.h"
@@ -22,8 +22,7 @@ namespace fs = std::filesystem;
 
 class OutputDirectory {
  public:
-  OutputDirectory()
-      : path_(fs::temp_directory_path() / ("spx-bench-out-" + std::to_string(::getpid()))) {
+  OutputDirectory() : path_(fs::temp_directory_path() / ("spx-bench-out-" + std::to_string(::getpid()))) {
     fs::create_directories(path_);
   }
   ~OutputDirectory() {
@@ -67,8 +66,7 @@ void TraceParentsPerCandidate(benchmark::State& state) {
   }
   const auto candidates = static_cast<double>(lines(output.path() + "/parents-all.xml", "<AGE>"));
   state.counters["candidates"] = candidates;
-  state.counters["ns_per_candidate"] =
-      seconds * 1e9 / static_cast<double>(state.iterations()) / candidates;
+  state.counters["ns_per_candidate"] = seconds * 1e9 / static_cast<double>(state.iterations()) / candidates;
 }
 BENCHMARK(TraceParentsPerCandidate)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 

@@ -10,7 +10,7 @@
 
 #include "bench/loaded_studbook.h"
 #include "bench/sizes.h"
-#include "console/studbook_loader.h"
+#include "console/studbook/load_studbook.h"
 #include "console/tables/animals_table.h"
 #include "console/tables/csv_table.h"
 

@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <ios>
 
-#include "console/command_line.h"
-#include "console/process_memory.h"
+#include "console/base/process_memory.h"
+#include "console/commands/command_line.h"
 
 int main(int argument_count, char** arguments) {
   // A reader that has seen enough ends the program quietly, also when the parent ignores it.

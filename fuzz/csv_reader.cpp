@@ -51,8 +51,7 @@ class CsvReader {
     require(size != std::string_view::npos, "a cell without an end");
     const std::string text(left_.substr(0, size));
     require(text.find_first_of("\"'#\r") == std::string::npos, "a cell needs quotes");
-    require(text.empty() || (text.front() != ' ' && text.back() != ' '),
-            "a cell with outer blanks");
+    require(text.empty() || (text.front() != ' ' && text.back() != ' '), "a cell with outer blanks");
     left_.remove_prefix(size);
     return text;
   }

@@ -18,8 +18,7 @@ bool isReadable(const std::string& iso) {
 void tryText(const std::string& text) {
   setUseTime(true);
   const julian_ms moment = dateToJulian(text);
-  require(dateToJulian(julianToISO(moment)) == moment - moment % 1000,
-          "a moment changes by its text");
+  require(dateToJulian(julianToISO(moment)) == moment - moment % 1000, "a moment changes by its text");
   setUseTime(false);
   const julian_ms day = dayToMs(msToDay(moment));
   require(dateToJulian(julianToISO(moment)) == day, "a day changes by its text");
@@ -46,8 +45,7 @@ void tryMoment(julian_ms moment) {
 /// A written date says that there is one, and none is written without a day.
 void tryEstimate(julian_ms moment, const std::string& line) {
   const auto accuracy = static_cast<DATE_ACCURACY>(line.size() % 9);
-  for (const std::uint64_t range :
-       {std::uint64_t{0}, std::uint64_t{29}, std::uint64_t{30}, moment}) {
+  for (const std::uint64_t range : {std::uint64_t{0}, std::uint64_t{29}, std::uint64_t{30}, moment}) {
     require(formatEstDate(moment, accuracy, range).empty() == (moment == 0) || moment < MS_PER_DAY,
             "an estimated date without a text");
   }

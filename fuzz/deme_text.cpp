@@ -3,8 +3,8 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "spx/views/deme_id.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/deme_id.h"
+#include "spx/core/meta_population.h"
 
 #include "fuzz/fuzz_support.h"
 
@@ -43,16 +43,13 @@ void tryNumber(packed_deme number) {
   DemeID deme;
   deme.set(number);
   const packed_deme again = deme.binary();
-  require(deme.getLevel() >= EXACT_LEVELS || again == number || (number & 0xFFFFFF) != 0,
-          "a packed deme changes");
+  require(deme.getLevel() >= EXACT_LEVELS || again == number || (number & 0xFFFFFF) != 0, "a packed deme changes");
   DemeID parent = deme;
   if (deme.getLevel() >= 0 && deme.getLevel() < EXACT_LEVELS) {
     parent.blocks[static_cast<std::size_t>(deme.getLevel())] = 0;
   }
-  require(isSubMember(0, number) && isSubMember(number, number),
-          "a deme outside the root or itself");
-  require(deme.getLevel() >= EXACT_LEVELS || isSubMember(parent.binary(), again),
-          "a deme outside its parent");
+  require(isSubMember(0, number) && isSubMember(number, number), "a deme outside the root or itself");
+  require(deme.getLevel() >= EXACT_LEVELS || isSubMember(parent.binary(), again), "a deme outside its parent");
 }
 
 /// Whether the text forms agree with a comparison of blocks that is written the other way round.
@@ -63,8 +60,7 @@ void tryWithin(const std::string& parent_text, const std::string& member_text) {
     return;
   }
   const auto depth = static_cast<std::size_t>(parent.getLevel() + 1);
-  const bool is_prefix =
-      std::equal(parent.blocks.begin(), parent.blocks.begin() + depth, member.blocks.begin());
+  const bool is_prefix = std::equal(parent.blocks.begin(), parent.blocks.begin() + depth, member.blocks.begin());
   require(isSubMember(parent_text, member_text) == is_prefix, "a prefix that is none");
 }
 
@@ -80,8 +76,7 @@ void enter(MetaPopulation& demes, const std::string& text) {
   }
   require(id == deme.binary() && demes.memberExists(text), "an entered deme is not found");
   if (deme.getLevel() < EXACT_LEVELS) {
-    require(demes.isMemberSelected(id) && !demes.getMemberName(id).empty(),
-            "a deme without a name");
+    require(demes.isMemberSelected(id) && !demes.getMemberName(id).empty(), "a deme without a name");
   }
 }
 

@@ -1,7 +1,7 @@
 // Identifiers of pseudo individuals: the expressions and the matcher for long identifiers know the
 // same languages, and an identifier that only grows longer keeps its kind.
+#include "spx/core/identifier_matcher.h"
 #include "spx/core/master_data.h"
-#include "spx/views/identifier_matcher.h"
 #include "spx/views/predicates.h"
 
 #include "fuzz/fuzz_support.h"

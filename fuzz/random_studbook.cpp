@@ -39,9 +39,7 @@ class Parts {
  public:
   explicit Parts(std::string_view line) : parts_(splitAt(line, '\t')) {}
 
-  std::string_view raw(std::size_t part) const {
-    return part < parts_.size() ? parts_[part] : std::string_view();
-  }
+  std::string_view raw(std::size_t part) const { return part < parts_.size() ? parts_[part] : std::string_view(); }
   std::string text(std::size_t part) const { return unescaped(raw(part)); }
 
  private:

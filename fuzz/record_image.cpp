@@ -1,15 +1,15 @@
 // The image of a studbook. An input is the bytes of one, registries first; what can be read of it
 // is written and read again.
-#include "console/studbook_file/record_image.h"
+#include "console/studbook/record_image.h"
 
 #include <utility>
 
 #include "spx/core/animal_data.h"
-#include "spx/reports/user_fields.h"
-#include "spx/views/breeding_program.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/breeding_program.h"
+#include "spx/core/meta_population.h"
+#include "spx/core/user_fields.h"
 
-#include "console/studbook_loader.h"
+#include "console/studbook/load_studbook.h"
 #include "fuzz/fuzz_support.h"
 
 namespace spx::fuzz {

@@ -65,9 +65,9 @@ void checkFindings() {
   for (const auto& [id, count] : bearers) {
     duplicates += count > 1 && !isPseudoIndividual(id) ? count : 0;
   }
-  const auto found = std::count_if(
-      Animals.inconsistencies.begin(), Animals.inconsistencies.end(),
-      [](const inconsistency& finding) { return finding.code == INCONSISTENCY::DUPLICATE_ID; });
+  const auto found =
+      std::count_if(Animals.inconsistencies.begin(), Animals.inconsistencies.end(),
+                    [](const inconsistency& finding) { return finding.code == INCONSISTENCY::DUPLICATE_ID; });
   require(found == duplicates, "duplicate IDs are miscounted");
 }
 
@@ -164,9 +164,8 @@ void listAll(const std::string& id) {
 
 std::size_t realAnimals() {
   return static_cast<std::size_t>(
-      std::count_if(Animals.pedigree.begin(), Animals.pedigree.end(), [](const auto& entry) {
-        return !isPseudoIndividual(Animals.records[entry.animal].stud_id);
-      }));
+      std::count_if(Animals.pedigree.begin(), Animals.pedigree.end(),
+                    [](const auto& entry) { return !isPseudoIndividual(Animals.records[entry.animal].stud_id); }));
 }
 
 void checkExports() {

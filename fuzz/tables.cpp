@@ -1,10 +1,10 @@
 // The tables of a studbook. An input holds the animals, events, locations and programmes, separated
 // by lines "%%"; its lines are the cells of a table written and read back, too.
 #include "spx/core/animal_data.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/meta_population.h"
 
-#include "console/failure.h"
-#include "console/studbook_loader.h"
+#include "console/base/failure.h"
+#include "console/studbook/load_studbook.h"
 #include "console/tables/csv_table.h"
 #include "fuzz/fuzz_support.h"
 
@@ -28,9 +28,8 @@ studbook_files writeTables(std::string_view text) {
   studbook_files files;
   files.animals = ramDirectory() + "/animals.csv";
   writeContent(files.animals, takePart(text));
-  for (auto [file, name] :
-       {std::pair(&files.events, "/events.csv"), std::pair(&files.locations, "/locations.csv"),
-        std::pair(&files.programs, "/programs.csv")}) {
+  for (auto [file, name] : {std::pair(&files.events, "/events.csv"), std::pair(&files.locations, "/locations.csv"),
+                            std::pair(&files.programs, "/programs.csv")}) {
     if (!text.empty()) {
       *file = ramDirectory() + name;
       writeContent(*file, takePart(text));
@@ -58,8 +57,7 @@ void checkStudbook(const studbook_files& files) {
     ++animals;
     require(!animal.stud_id.empty(), "an animal without an ID");
     require(MetaPop.memberExists(animal.birth.location), "a birth at no deme");
-    require(animal.death.date == 0 || MetaPop.memberExists(animal.death.location),
-            "an end nowhere");
+    require(animal.death.date == 0 || MetaPop.memberExists(animal.death.location), "an end nowhere");
     for (const move_data& move : animal.moves) {
       require(MetaPop.memberExists(move.location) && move.date != 0, "an event at no deme or day");
     }

@@ -2,10 +2,10 @@
 // that was loaded is one that can be listed, saved and loaded again.
 #include <stdexcept>
 
+#include "spx/core/meta_population.h"
 #include "spx/reports/view_to_r.h"
 #include "spx/support/configuration.h"
 #include "spx/views/data_filter.h"
-#include "spx/views/meta_population.h"
 
 #include "fuzz/fuzz_support.h"
 
@@ -52,8 +52,7 @@ void requireSameAfterSaving() {
   View.save("first");
   require(loads("first"), "a saved view does not load");
   View.save("second");
-  require(contentOf(pathOf("first.view")) == contentOf(pathOf("second.view")),
-          "a view changes by saving and loading");
+  require(contentOf(pathOf("first.view")) == contentOf(pathOf("second.view")), "a view changes by saving and loading");
 }
 
 void tryLoading(const std::string& name) {

@@ -84,8 +84,7 @@ class XmlReader {
   }
 
   std::string name() {
-    constexpr std::string_view LETTERS =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_0123456789";
+    constexpr std::string_view LETTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_0123456789";
     const std::size_t found = left_.find_first_not_of(LETTERS);
     const std::size_t size = found == std::string_view::npos ? left_.size() : found;
     require(size > 0, "a name is missing");

@@ -2,16 +2,16 @@
 // is destroyed in the reverse order when it is unloaded. The constructors use literals,
 // constant-initialised tables and each other only, since the objects of other source files may not
 // exist yet.
-#include "spx/analyses/biology.h"
-#include "spx/analyses/project.h"
 #include "spx/core/animal_data.h"
+#include "spx/core/breeding_program.h"
+#include "spx/core/meta_population.h"
 #include "spx/core/multi_parent.h"
 #include "spx/core/studbook.h"
-#include "spx/reports/user_fields.h"
-#include "spx/views/breeding_program.h"
+#include "spx/core/sub_taxa.h"
+#include "spx/core/user_fields.h"
+#include "spx/project/biology.h"
+#include "spx/project/project.h"
 #include "spx/views/data_filter.h"
-#include "spx/views/meta_population.h"
-#include "spx/views/sub_taxa.h"
 
 namespace spx {
 

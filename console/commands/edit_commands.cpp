@@ -3,9 +3,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "console/command.h"
-#include "console/studbook_file/studbook_edit.h"
-#include "console/tables/faults.h"
+#include "console/base/quoted_text.h"
+#include "console/commands/command.h"
+#include "console/studbook/edit_rows.h"
 
 namespace spx::console {
 namespace {
@@ -20,15 +20,16 @@ using animal_edit = std::vector<std::string> (*)(const std::string&, const std::
 
 std::vector<field_value> parseValues(const edit_options& options) {
   std::vector<field_value> values;
-  for (const std::string& text : options.values) values.push_back(parseFieldValue(text));
+  for (const std::string& text : options.values) {
+    values.push_back(parseFieldValue(text));
+  }
   return values;
 }
 
 ExitCode editAnimal(Session& session, const edit_options& options, animal_edit edit) {
   const std::vector<field_value> values = parseValues(options);
   for (const std::string& parent : edit(session.writableStudbook(), options.id, values)) {
-    std::cerr << "spx: the parent " << quotedText(parent)
-              << " has no record and becomes a pseudo founder\n";
+    std::cerr << "spx: the parent " << quotedText(parent) << " has no record and becomes a pseudo founder\n";
   }
   return ExitCode::DONE;
 }
@@ -49,17 +50,15 @@ void addEditCommands(std::vector<command>& commands) {
         ->required(needs_values);
   };
   const auto with_values = [add_words](CLI::App& app) { add_words(app, true); };
-  command_group animal("animal", "Change the animals of a studbook file");
+  CommandGroup animal("animal", "Change the animals of a studbook file");
   animal.add({"set", "Give an animal other values",
-              [options](Session& session) { return editAnimal(session, *options, &setAnimal); },
-              with_values});
-  animal.add({"add", "Add an animal",
-              [options](Session& session) { return editAnimal(session, *options, &addAnimal); },
+              [options](Session& session) { return editAnimal(session, *options, &setAnimal); }, with_values});
+  animal.add({"add", "Add an animal", [options](Session& session) { return editAnimal(session, *options, &addAnimal); },
               [add_words](CLI::App& app) { add_words(app, false); }});
   commands.push_back(animal.asCommand());
-  command_group event("event", "Change the events of a studbook file");
-  event.add({"add", "Add an event to an animal",
-             [options](Session& session) { return editEvents(session, *options); }, with_values});
+  CommandGroup event("event", "Change the events of a studbook file");
+  event.add({"add", "Add an event to an animal", [options](Session& session) { return editEvents(session, *options); },
+             with_values});
   commands.push_back(event.asCommand());
 }
 

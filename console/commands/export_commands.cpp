@@ -5,19 +5,19 @@
 
 #include <CLI/CLI.hpp>
 
-#include "spx/reports/export_dattrf.h"
-#include "spx/reports/export_field.h"
-#include "spx/reports/export_pedigree.h"
+#include "spx/exports/export_dattrf.h"
+#include "spx/exports/export_field.h"
+#include "spx/exports/export_pedigree.h"
 #include "spx/reports/view_to_r.h"
 #include "spx/support/write_file.h"
 
-#include "console/command.h"
-#include "console/failure.h"
-#include "console/filter_table.h"
-#include "console/output_file.h"
-#include "console/r_loader.h"
-#include "console/studbook_file/write_tables.h"
-#include "console/views/view_options.h"
+#include "console/base/failure.h"
+#include "console/commands/command.h"
+#include "console/output/filter_table.h"
+#include "console/output/output_file.h"
+#include "console/output/r_loader.h"
+#include "console/project/view_options.h"
+#include "console/studbook/write_tables.h"
 
 namespace spx::console {
 namespace {
@@ -53,13 +53,15 @@ ExitCode report(bool written, const std::vector<std::string>& paths) {
   if (!written) {
     throw Failure(paths.front() + ": could not be written; a former file is as it was");
   }
-  for (const std::string& path : paths) std::cerr << "spx: wrote " << path << "\n";
+  for (const std::string& path : paths) {
+    std::cerr << "spx: wrote " << path << "\n";
+  }
   return ExitCode::DONE;
 }
 
 template <class Export>
-ExitCode runExport(Session& session, const export_options& options,
-                   const std::vector<std::string>& files, bool (Export::*write)()) {
+ExitCode runExport(Session& session, const export_options& options, const std::vector<std::string>& files,
+                   bool (Export::*write)()) {
   const std::vector<std::string> paths = openExport(session, options, files);
   Export table;
   table.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
@@ -70,7 +72,9 @@ bool writeText(const std::string& path, const std::string& text) {
   qs_lib::WriteFile file;
   file.setFileName(path);
   file.setStaged(true);
-  if (!file.fileOpen()) return false;
+  if (!file.fileOpen()) {
+    return false;
+  }
   file.write(text);
   return file.fileClose();
 }
@@ -94,8 +98,7 @@ ExitCode exportView(Session& session, const export_options& options) {
 
 ExitCode exportLoader(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"load_studbook.R"});
-  return report(writeText(paths.front(), viewToR(options.monitor, options.settings) + rLoader()),
-                paths);
+  return report(writeText(paths.front(), viewToR(options.monitor, options.settings) + rLoader()), paths);
 }
 
 ExitCode exportFilters(Session& session, const export_options& options) {
@@ -121,44 +124,41 @@ using export_function = ExitCode (*)(Session&, const export_options&);
 
 enum class DESCRIBES { NO_VIEW, VIEW, VIEW_BLOCK };
 
-command exportCommand(const char* name, const char* help, export_function run,
-                      DESCRIBES describes = DESCRIBES::VIEW) {
+command exportCommand(const char* name, const char* help, export_function run, DESCRIBES describes = DESCRIBES::VIEW) {
   const auto options = std::make_shared<export_options>();
   return {name, help, [options, run](Session& session) { return run(session, *options); },
           [options, describes](CLI::App& app) {
             addOutputOptions(app, options->output);
             if (describes == DESCRIBES::VIEW_BLOCK) {
-              app.add_flag("--by-monitor-date", options->monitor,
-                           "Describe the monitor date instead of the period");
-              app.add_flag("--analysis-settings", options->settings,
-                           "Describe the settings of the analyses");
+              app.add_flag("--by-monitor-date", options->monitor, "Describe the monitor date instead of the period");
+              app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
-            if (describes != DESCRIBES::NO_VIEW) addViewOptions(app, options->view);
+            if (describes != DESCRIBES::NO_VIEW) {
+              addViewOptions(app, options->view);
+            }
           }};
 }
 
 }  // namespace
 
 void addExportCommands(std::vector<command>& commands) {
-  command_group group("export", "Write tables for R and other programs");
-  group.add(
-      exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree));
+  CommandGroup group("export", "Write tables for R and other programs");
+  group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree));
   group.add(exportCommand("fields",
                           "animal_data.csv: every field of the animals of the view that "
                           "died or were lost in its period",
                           exportFields));
-  group.add(
-      exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
-  group.add(exportCommand("view", "view.R: the view as comments for the head of an R script",
-                          exportView, DESCRIBES::VIEW_BLOCK));
-  group.add(exportCommand("r-loader", "load_studbook.R: reads the exported tables in R",
-                          exportLoader, DESCRIBES::VIEW_BLOCK));
+  group.add(exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
+  group.add(exportCommand("view", "view.R: the view as comments for the head of an R script", exportView,
+                          DESCRIBES::VIEW_BLOCK));
+  group.add(exportCommand("r-loader", "load_studbook.R: reads the exported tables in R", exportLoader,
+                          DESCRIBES::VIEW_BLOCK));
   group.add(exportCommand("filters",
                           "filter_test.csv: the answer of every predicate for every "
                           "animal",
                           exportFilters));
-  group.add(exportCommand("tables", "animals.csv and the other tables of a studbook file",
-                          exportTables, DESCRIBES::NO_VIEW));
+  group.add(
+      exportCommand("tables", "animals.csv and the other tables of a studbook file", exportTables, DESCRIBES::NO_VIEW));
   commands.push_back(group.asCommand());
 }
 

@@ -3,10 +3,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "console/command.h"
-#include "console/filter_table.h"
-#include "console/output_file.h"
-#include "console/views/view_options.h"
+#include "console/commands/command.h"
+#include "console/output/filter_table.h"
+#include "console/output/output_file.h"
+#include "console/project/view_options.h"
 
 namespace spx::console {
 namespace {
@@ -19,9 +19,10 @@ struct filter_options {
 };
 
 ExitCode writeFilters(Session& session, filter_options options) {
-  if (!session.hasProject() && options.output.directory.empty()) options.output.directory = ".";
-  const std::string path =
-      outputDirectory(session, options.output, &Session::exportDirectory) + "/" + TABLE;
+  if (!session.hasProject() && options.output.directory.empty()) {
+    options.output.directory = ".";
+  }
+  const std::string path = outputDirectory(session, options.output, &Session::exportDirectory) + "/" + TABLE;
   checkTarget(options.output, path);
   session.loadStudbook();
   useView(session, options.view);

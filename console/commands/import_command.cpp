@@ -7,14 +7,14 @@
 #include <CLI/CLI.hpp>
 
 #include "spx/core/animal_data.h"
-#include "spx/views/breeding_program.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/breeding_program.h"
+#include "spx/core/meta_population.h"
 
-#include "console/command.h"
-#include "console/open_tables.h"
+#include "console/commands/command.h"
 #include "console/output/staged_files.h"
-#include "console/studbook_file/new_studbook.h"
-#include "console/studbook_loader.h"
+#include "console/studbook/import_studbook.h"
+#include "console/studbook/load_studbook.h"
+#include "console/studbook/open_tables.h"
 
 namespace spx::console {
 namespace {
@@ -66,7 +66,9 @@ ExitCode import(Session& session, const import_options& options) {
   reportLoaded();
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
-  if (replaced) std::cerr << "spx: the former studbook is kept as " << target << ".bak\n";
+  if (replaced) {
+    std::cerr << "spx: the former studbook is kept as " << target << ".bak\n";
+  }
   return ExitCode::DONE;
 }
 
@@ -74,15 +76,14 @@ ExitCode import(Session& session, const import_options& options) {
 
 void addImportCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<import_options>();
-  commands.push_back(
-      {"import", "Make a studbook file from tables",
-       [options](Session& session) { return import(session, *options); },
-       [options](CLI::App& app) {
-         app.add_option("ANIMALS", options->animals,
-                        "Table of animals (CSV), or a directory with animals.csv and the others")
-             ->required();
-         app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
-       }});
+  commands.push_back({"import", "Make a studbook file from tables",
+                      [options](Session& session) { return import(session, *options); },
+                      [options](CLI::App& app) {
+                        app.add_option("ANIMALS", options->animals,
+                                       "Table of animals (CSV), or a directory with animals.csv and the others")
+                            ->required();
+                        app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
+                      }});
 }
 
 }  // namespace spx::console

@@ -4,14 +4,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include "spx/analyses/biology.h"
+#include "spx/project/biology.h"
 #include "spx/support/file_name.h"
 
-#include "console/command.h"
-#include "console/failure.h"
-#include "console/life_history.h"
-#include "console/output_file.h"
-#include "console/tables/faults.h"
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
+#include "console/commands/command.h"
+#include "console/output/output_file.h"
+#include "console/project/life_history.h"
 
 namespace spx::console {
 namespace {
@@ -33,7 +33,9 @@ Biology copyAt(const std::string& path) {
 }
 
 void keep(Biology& parameters) {
-  if (!parameters.save()) throw Failure(parameters.getFileName() + ": cannot be written");
+  if (!parameters.save()) {
+    throw Failure(parameters.getFileName() + ": cannot be written");
+  }
 }
 
 ExitCode show(Session& session) {
@@ -42,8 +44,7 @@ ExitCode show(Session& session) {
     const std::string name = typedName(setting.key);
     const qs_lib::ConfigElement entry = LifeHistory.get(setting.key);
     std::cout << name << std::string(28 - name.size(), ' ') << entry.value
-              << std::string(entry.value.size() < 12 ? 12 - entry.value.size() : 1, ' ')
-              << entry.description << "\n";
+              << std::string(entry.value.size() < 12 ? 12 - entry.value.size() : 1, ' ') << entry.description << "\n";
   }
   return ExitCode::DONE;
 }
@@ -64,7 +65,9 @@ ExitCode set(Session& session, const life_history_words& words) {
 ExitCode load(Session& session, const life_history_words& words) {
   session.openProject();
   Biology other = copyAt(words.file);
-  if (!other.load()) throw Failure(words.file + ": is no life-history file, or cannot be read");
+  if (!other.load()) {
+    throw Failure(words.file + ": is no life-history file, or cannot be read");
+  }
   Biology changed = other;
   changed.setDirectory(LifeHistory.getDirectory());
   changed.setName(LifeHistory.getName());
@@ -93,20 +96,16 @@ std::string settingsText() {
 
 void addLifeHistoryCommands(std::vector<command>& commands) {
   const auto words = std::make_shared<life_history_words>();
-  command_group group("life-history", "Show and set the life history of the project's species");
+  CommandGroup group("life-history", "Show and set the life history of the project's species");
   group.add({"show", "Show all parameters", [](Session& session) { return show(session); }});
   group.add({"set", "Set parameters", [words](Session& session) { return set(session, *words); },
              [words](CLI::App& app) {
                app.add_option("KEY=VALUE", words->assignments, "Parameters")->required();
                app.footer(settingsText());
              }});
-  group.add({"load", "Take all parameters from a file",
-             [words](Session& session) { return load(session, *words); },
-             [words](CLI::App& app) {
-               app.add_option("FILE", words->file, "A life-history file")->required();
-             }});
-  group.add({"save", "Write all parameters to a file",
-             [words](Session& session) { return save(session, *words); },
+  group.add({"load", "Take all parameters from a file", [words](Session& session) { return load(session, *words); },
+             [words](CLI::App& app) { app.add_option("FILE", words->file, "A life-history file")->required(); }});
+  group.add({"save", "Write all parameters to a file", [words](Session& session) { return save(session, *words); },
              [words](CLI::App& app) {
                app.add_option("FILE", words->file, "The file to write")->required();
                app.add_flag("--overwrite", words->overwrite, "Replace a file that is there");

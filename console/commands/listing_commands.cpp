@@ -7,12 +7,12 @@
 #include "spx/analyses/listings.h"
 #include "spx/core/animal_data.h"
 
-#include "console/command.h"
-#include "console/failure.h"
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
+#include "console/commands/command.h"
 #include "console/output/animal_records.h"
 #include "console/output/output_format.h"
-#include "console/tables/faults.h"
-#include "console/views/view_options.h"
+#include "console/project/view_options.h"
 
 namespace spx::console {
 namespace {
@@ -45,7 +45,9 @@ void explainEmptyListing() {
 // For scripts the animals are flagged as the library's own listings flag them.
 
 void flagAnimals(bool (*flag)(master_data&)) {
-  for (master_data& animal : Animals.records) flag(animal);
+  for (master_data& animal : Animals.records) {
+    flag(animal);
+  }
 }
 
 ExitCode list(Session& session, const listing_options& options) {
@@ -82,13 +84,17 @@ void writeSelected(OUTPUT_FORMAT format) {
 
 /// The library lists what was selected before when there is no such animal.
 void needAnimal(const std::string& id) {
-  if (!Animals.animalExists(id)) throw Failure("there is no animal " + quotedText(id));
+  if (!Animals.animalExists(id)) {
+    throw Failure("there is no animal " + quotedText(id));
+  }
 }
 
 ExitCode offspring(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  if (options.format == OUTPUT_FORMAT::TEXT) return exitCode(listOffspring(options.id));
+  if (options.format == OUTPUT_FORMAT::TEXT) {
+    return exitCode(listOffspring(options.id));
+  }
   for (master_data& animal : Animals.records) {
     animal.selected = animal.sire_id == options.id || animal.dam_id == options.id;
   }
@@ -99,7 +105,9 @@ ExitCode offspring(Session& session, const listing_options& options) {
 ExitCode pedigree(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  if (options.format == OUTPUT_FORMAT::TEXT) return exitCode(listPedigree(options.id));
+  if (options.format == OUTPUT_FORMAT::TEXT) {
+    return exitCode(listPedigree(options.id));
+  }
   Animals.individualPedigree(options.id);
   writeSelected(options.format);
   return ExitCode::DONE;
@@ -108,7 +116,9 @@ ExitCode pedigree(Session& session, const listing_options& options) {
 ExitCode show(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  if (options.format == OUTPUT_FORMAT::TEXT) return exitCode(listAnimal(options.id));
+  if (options.format == OUTPUT_FORMAT::TEXT) {
+    return exitCode(listAnimal(options.id));
+  }
   writeCard(std::cout, options.format, Animals.records[Animals.findMaster(options.id)]);
   return ExitCode::DONE;
 }
@@ -117,8 +127,7 @@ using listing = ExitCode (*)(Session&, const listing_options&);
 
 void addTable(std::vector<command>& commands, const char* name, const char* help, listing run) {
   const auto options = std::make_shared<listing_options>();
-  commands.push_back({name, help,
-                      [options, run](Session& session) { return run(session, *options); },
+  commands.push_back({name, help, [options, run](Session& session) { return run(session, *options); },
                       [options, run](CLI::App& app) {
                         if (run == list) {
                           app.add_flag("--all", options->all,
@@ -131,12 +140,11 @@ void addTable(std::vector<command>& commands, const char* name, const char* help
 
 void addAnimal(std::vector<command>& commands, const char* name, const char* help, listing run) {
   const auto options = std::make_shared<listing_options>();
-  commands.push_back(
-      {name, help, [options, run](Session& session) { return run(session, *options); },
-       [options](CLI::App& app) {
-         app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
-         addFormatOption(app, options->format);
-       }});
+  commands.push_back({name, help, [options, run](Session& session) { return run(session, *options); },
+                      [options](CLI::App& app) {
+                        app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
+                        addFormatOption(app, options->format);
+                      }});
 }
 
 }  // namespace

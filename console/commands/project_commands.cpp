@@ -5,15 +5,15 @@
 
 #include <CLI/CLI.hpp>
 
-#include "spx/analyses/project.h"
+#include "spx/project/project.h"
 #include "spx/support/file_name.h"
 #include "spx/support/julian_date.h"
 #include "spx/support/text.h"
 
-#include "console/command.h"
-#include "console/failure.h"
-#include "console/tables/faults.h"
-#include "console/user_directories.h"
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
+#include "console/base/user_directories.h"
+#include "console/commands/command.h"
 
 namespace spx::console {
 namespace {
@@ -61,7 +61,9 @@ ExitCode create(const std::string& typed_name) {
   if (!fs::is_directory(projectsDirectory())) {
     throw Failure(projectsDirectory() + ": there is no such directory");
   }
-  if (!ActiveProject.create(name, projectsDirectory())) return ExitCode::FAILED;
+  if (!ActiveProject.create(name, projectsDirectory())) {
+    return ExitCode::FAILED;
+  }
   checkProject(fs::path(projectsDirectory()) / name);
   return ExitCode::DONE;
 }
@@ -72,21 +74,27 @@ ExitCode list() {
   std::error_code failed;
   for (const fs::directory_entry& entry : fs::directory_iterator(projectsDirectory(), failed)) {
     std::error_code unreadable;  // another user's directory, a link to itself
-    if (fs::exists(keyFile(entry.path()), unreadable))
+    if (fs::exists(keyFile(entry.path()), unreadable)) {
       names.push_back(entry.path().filename().string());
+    }
   }
-  if (failed) throw Failure(projectsDirectory() + ": cannot be read: " + failed.message());
+  if (failed) {
+    throw Failure(projectsDirectory() + ": cannot be read: " + failed.message());
+  }
   std::sort(names.begin(), names.end());
-  for (const std::string& name : names) std::cout << name << "\n";
-  if (names.empty()) std::cerr << "spx: there are no projects; spx project create NAME makes one\n";
+  for (const std::string& name : names) {
+    std::cout << name << "\n";
+  }
+  if (names.empty()) {
+    std::cerr << "spx: there are no projects; spx project create NAME makes one\n";
+  }
   return ExitCode::DONE;
 }
 
 ExitCode show(const std::string& name) {
   openProjectFile(name);
   for (const auto& [key, entry] : ActiveProject.entries()) {
-    std::cout << key << std::string(key.size() < 18 ? 18 - key.size() : 1, ' ') << entry.value
-              << "\n";
+    std::cout << key << std::string(key.size() < 18 ? 18 - key.size() : 1, ' ') << entry.value << "\n";
   }
   return ExitCode::DONE;
 }
@@ -119,15 +127,12 @@ ExitCode remove(const std::string& name) {
 
 void addProjectCommands(std::vector<command>& commands) {
   const auto name = std::make_shared<std::string>();
-  const auto add_name = [name](CLI::App& app) {
-    app.add_option("NAME", *name, "Name of the project")->required();
-  };
-  command_group group("project", "Create, list, show and remove projects");
-  group.add({"create", "Make a new project with its directories",
-             [name](Session&) { return create(*name); }, add_name});
+  const auto add_name = [name](CLI::App& app) { app.add_option("NAME", *name, "Name of the project")->required(); };
+  CommandGroup group("project", "Create, list, show and remove projects");
+  group.add(
+      {"create", "Make a new project with its directories", [name](Session&) { return create(*name); }, add_name});
   group.add({"list", "List the projects", [](Session&) { return list(); }});
-  group.add({"show", "Show the settings of a project", [name](Session&) { return show(*name); },
-             add_name});
+  group.add({"show", "Show the settings of a project", [name](Session&) { return show(*name); }, add_name});
   group.add({"remove", "Take a project out of the list; its files are kept aside",
              [name](Session&) { return remove(*name); }, add_name});
   commands.push_back(group.asCommand());

@@ -1,9 +1,9 @@
-#include "spx/reports/user_fields.h"
-#include "spx/views/breeding_program.h"
-#include "spx/views/meta_population.h"
-#include "spx/views/sub_taxa.h"
+#include "spx/core/breeding_program.h"
+#include "spx/core/meta_population.h"
+#include "spx/core/sub_taxa.h"
+#include "spx/core/user_fields.h"
 
-#include "console/command.h"
+#include "console/commands/command.h"
 
 namespace spx::console {
 namespace {

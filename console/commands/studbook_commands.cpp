@@ -10,7 +10,7 @@
 #include "spx/core/inconsistency.h"
 #include "spx/views/data_filter.h"
 
-#include "console/command.h"
+#include "console/commands/command.h"
 #include "console/output/output_format.h"
 #include "console/output/record_stream.h"
 
@@ -38,14 +38,18 @@ fact_record findingFacts(const inconsistency& finding) {
   facts["code"] = codeName(finding.code);
   facts["animal"] = finding.animal;
   facts["parent"] = nullptr;
-  if (finding.code != INCONSISTENCY::DUPLICATE_ID) facts["parent"] = finding.parent;
+  if (finding.code != INCONSISTENCY::DUPLICATE_ID) {
+    facts["parent"] = finding.parent;
+  }
   facts["text"] = inconsistencyText(finding);
   return facts;
 }
 
 void writeFindings(OUTPUT_FORMAT format) {
   RecordStream records(std::cout, format, findingFacts({INCONSISTENCY::DUPLICATE_ID, "", ""}));
-  for (const inconsistency& finding : Animals.inconsistencies) records.write(findingFacts(finding));
+  for (const inconsistency& finding : Animals.inconsistencies) {
+    records.write(findingFacts(finding));
+  }
   records.end();
 }
 
@@ -54,8 +58,8 @@ void listFindings() {
     std::cout << inconsistencyText(finding) << "\n";
   }
   const std::size_t count = Animals.inconsistencies.size();
-  std::cout << (count == 0 ? "No" : std::to_string(count))
-            << (count == 1 ? " inconsistency" : " inconsistencies") << " found\n";
+  std::cout << (count == 0 ? "No" : std::to_string(count)) << (count == 1 ? " inconsistency" : " inconsistencies")
+            << " found\n";
 }
 
 ExitCode check(Session& session, OUTPUT_FORMAT format) {
@@ -73,14 +77,18 @@ std::string factName(std::string text) {
 template <typename Counts>
 fact_record countFacts(const Counts& counts) {
   fact_record facts = fact_record::object();
-  for (const auto& [kind, count] : counts) facts[factName(getEnumName(kind))] = count;
+  for (const auto& [kind, count] : counts) {
+    facts[factName(getEnumName(kind))] = count;
+  }
   return facts;
 }
 
 /// The day for which living animals are counted: the end of the view's period, or its start.
 fact_record referenceDate() {
   const qs_lib::day_number day = View.end_date != 0 ? View.end_date : View.start_date;
-  if (day == 0) return nullptr;
+  if (day == 0) {
+    return nullptr;
+  }
   return qs_lib::julianToISO(qs_lib::dayToMs(day));
 }
 
@@ -111,7 +119,9 @@ fact_record summaryFacts(const DataSummary& data) {
 ExitCode summary(Session& session, OUTPUT_FORMAT format) {
   session.loadStudbook();
   DataSummary data;
-  if (!data.initialize()) return ExitCode::FAILED;
+  if (!data.initialize()) {
+    return ExitCode::FAILED;
+  }
   data.analyse();
   if (format == OUTPUT_FORMAT::TEXT) {
     data.reportConsole();
@@ -135,8 +145,7 @@ void addStudbookCommands(std::vector<command>& commands) {
   commands.push_back({"check", "List the inconsistencies of the studbook",
                       [format](Session& session) { return check(session, *format); }, add_format});
   commands.push_back({"summary", "Summarise the studbook: numbers, parentage, dates, ages",
-                      [format](Session& session) { return summary(session, *format); },
-                      add_format});
+                      [format](Session& session) { return summary(session, *format); }, add_format});
   commands.push_back({"info", "Show how much room the records take", info});
 }
 

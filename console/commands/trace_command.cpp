@@ -3,17 +3,17 @@
 
 #include <CLI/CLI.hpp>
 
-#include "spx/analyses/biology.h"
 #include "spx/analyses/trace_parents.h"
+#include "spx/project/biology.h"
 #include "spx/support/file_name.h"
 #include "spx/views/data_filter.h"
 
-#include "console/command.h"
-#include "console/failure.h"
-#include "console/life_history.h"
-#include "console/loading_output.h"
-#include "console/output_file.h"
-#include "console/views/view_options.h"
+#include "console/base/failure.h"
+#include "console/commands/command.h"
+#include "console/output/output_file.h"
+#include "console/project/life_history.h"
+#include "console/project/view_options.h"
+#include "console/studbook/loading_output.h"
 
 namespace spx::console {
 namespace {
@@ -27,7 +27,9 @@ struct trace_options {
 void setParameters(const trace_options& options) {
   for (const std::string& assignment : options.parameters) {
     const std::size_t equals = assignment.find('=');
-    if (equals == std::string::npos) throw UsageError("--life-history takes KEY=VALUE");
+    if (equals == std::string::npos) {
+      throw UsageError("--life-history takes KEY=VALUE");
+    }
     setLifeHistory(assignment.substr(0, equals), assignment.substr(equals + 1));
   }
   if (lacksReproductiveAges()) {
@@ -55,16 +57,19 @@ ExitCode traceParents(Session& session, const trace_options& options) {
   useView(session, options.view);
   setParameters(options);
   TraceParents analysis;
-  const std::string report =
-      directory + "/" + analysis.fileStem() + "-" + getEnumName(View.sex) + ".xml";
+  const std::string report = directory + "/" + analysis.fileStem() + "-" + getEnumName(View.sex) + ".xml";
   checkTarget(options.output, report);
   analysis.setReportDirectory(directory);
-  if (!analysis.initialize()) return ExitCode::FAILED;
+  if (!analysis.initialize()) {
+    return ExitCode::FAILED;
+  }
   {
     const LoadingOutput progress;
     analysis.trace();
   }
-  if (!analysis.isReportWritten()) throw Failure(report + ": could not be written");
+  if (!analysis.isReportWritten()) {
+    throw Failure(report + ": could not be written");
+  }
   printCounts(analysis, report);
   return ExitCode::DONE;
 }

@@ -6,12 +6,12 @@
 
 #include "spx/views/data_filter.h"
 
-#include "console/command.h"
-#include "console/failure.h"
-#include "console/tables/faults.h"
-#include "console/views/view_options.h"
-#include "console/views/view_settings.h"
-#include "console/views/view_store.h"
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
+#include "console/commands/command.h"
+#include "console/project/view_options.h"
+#include "console/project/view_settings.h"
+#include "console/project/view_store.h"
 
 namespace spx::console {
 namespace {
@@ -41,7 +41,9 @@ ExitCode show(Session& session, const view_words& words) {
 
 ExitCode list(Session& session, const view_words&) {
   session.openProject();
-  if (!View.listViews("view")) throw Failure(View.path + ": cannot be read");
+  if (!View.listViews("view")) {
+    throw Failure(View.path + ": cannot be read");
+  }
   return ExitCode::DONE;
 }
 
@@ -52,7 +54,9 @@ ExitCode save(Session& session, const view_words& words) {
 }
 
 ExitCode load(Session& session, const view_words& words) {
-  if (words.name.empty()) throw UsageError("a view has a name");
+  if (words.name.empty()) {
+    throw UsageError("a view has a name");
+  }
   view_choice choice = words.view;
   choice.name = words.name;
   openView(session, choice);
@@ -65,7 +69,9 @@ ExitCode clear(Session& session, const view_words&) {
   const std::string file = session.projectDirectory() + "/" + CURRENT_VIEW + ".view";
   std::error_code failed;
   std::filesystem::remove(file, failed);
-  if (failed) throw Failure(file + ": cannot be removed: " + failed.message());
+  if (failed) {
+    throw Failure(file + ": cannot be removed: " + failed.message());
+  }
   return ExitCode::DONE;
 }
 
@@ -96,23 +102,19 @@ std::string settingsText() {
 
 void addViewCommands(std::vector<command>& commands) {
   const auto words = std::make_shared<view_words>();
-  command_group group("view", "Show, change, save and load views");
-  group.add({"show", "Show the settings of the view",
-             [words](Session& session) { return show(session, *words); },
+  CommandGroup group("view", "Show, change, save and load views");
+  group.add({"show", "Show the settings of the view", [words](Session& session) { return show(session, *words); },
              [words](CLI::App& app) { addViewOptions(app, words->view); }});
-  group.add({"list", "List the saved views of the project",
-             [words](Session& session) { return list(session, *words); }});
-  group.add({"save", "Save the view under a name",
-             [words](Session& session) { return save(session, *words); },
+  group.add(
+      {"list", "List the saved views of the project", [words](Session& session) { return list(session, *words); }});
+  group.add({"save", "Save the view under a name", [words](Session& session) { return save(session, *words); },
              [words](CLI::App& app) {
                app.add_option("NAME", words->name, "Name of the view")->required();
                addViewOptions(app, words->view);
              }});
   group.add({"load", "Make a saved view the current one of the project",
              [words](Session& session) { return load(session, *words); },
-             [words](CLI::App& app) {
-               app.add_option("NAME", words->name, "Name of the view")->required();
-             }});
+             [words](CLI::App& app) { app.add_option("NAME", words->name, "Name of the view")->required(); }});
   group.add({"clear", "Go back to the view that takes every animal",
              [words](Session& session) { return clear(session, *words); }});
   group.add({"set", "Change the current view of the project",

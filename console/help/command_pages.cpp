@@ -8,8 +8,7 @@ namespace spx::console {
 namespace {
 
 std::string indented(std::string text) {
-  for (std::size_t end = text.find('\n'); end != std::string::npos;
-       end = text.find('\n', end + 3)) {
+  for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 3)) {
     text.insert(end + 1, "  ");
   }
   return "  " + text;
@@ -17,10 +16,11 @@ std::string indented(std::string text) {
 
 std::string pageText(const CLI::App& app, const std::string& words) {
   std::string text = app.get_footer();
-  if (!text.empty() && text.back() != '\n') text += '\n';
+  if (!text.empty() && text.back() != '\n') {
+    text += '\n';
+  }
   if (const command_page* page = findPage(words); page != nullptr) {
-    text += (text.empty() ? "" : "\n") + std::string(page->about) + "\n\nExample:\n" +
-            indented(page->example) + "\n\n";
+    text += (text.empty() ? "" : "\n") + std::string(page->about) + "\n\nExample:\n" + indented(page->example) + "\n\n";
   } else if (!app.get_subcommands({}).empty()) {
     text += "spx " + words + (words.empty() ? "" : " ") + "COMMAND --help explains a command.\n\n";
   }
@@ -32,13 +32,15 @@ std::string pageText(const CLI::App& app, const std::string& words) {
 
 const command_page* findPage(const std::string& words) {
   const std::vector<command_page>& pages = commandPages();
-  const auto found = std::find_if(pages.begin(), pages.end(),
-                                  [&](const command_page& page) { return page.words == words; });
+  const auto found =
+      std::find_if(pages.begin(), pages.end(), [&](const command_page& page) { return page.words == words; });
   return found == pages.end() ? nullptr : &*found;
 }
 
 std::string commandWords(const CLI::App& app) {
-  if (app.get_parent() == nullptr) return std::string();
+  if (app.get_parent() == nullptr) {
+    return std::string();
+  }
   const std::string before = commandWords(*app.get_parent());
   return before + (before.empty() ? "" : " ") + app.get_name();
 }
@@ -50,7 +52,9 @@ std::string typedWords(const CLI::App& app) {
 
 std::string exitCodesText(const std::string& words) {
   const std::string codes = "Exit codes: 0 done, 1 the operation failed, 2 wrong usage";
-  if (words.empty()) return codes + ", 3 the studbook has inconsistencies (check).";
+  if (words.empty()) {
+    return codes + ", 3 the studbook has inconsistencies (check).";
+  }
   return codes + (words == "check" ? ", 3 the studbook has inconsistencies." : ".");
 }
 

@@ -5,11 +5,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include "console/failure.h"
+#include "console/base/failure.h"
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
 #include "console/help/command_pages.h"
-#include "console/help/nearest_word.h"
 #include "console/help/option_facts.h"
-#include "console/tables/faults.h"
 
 // Each script goes through the words that were typed and finds the command that they lead to, such
 // as " project create"; then it offers what may follow: commands, and options once a dash is typed.
@@ -19,7 +19,9 @@ namespace {
 
 std::string joined(const std::vector<std::string>& words, const std::string& between) {
   std::string text;
-  for (const std::string& word : words) text += (text.empty() ? "" : between) + word;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : between) + word;
+  }
   return text;
 }
 
@@ -27,7 +29,9 @@ std::string joined(const std::vector<std::string>& words, const std::string& bet
 std::string quoted(const std::string& text) {
   std::string safe;
   for (const char letter : text) {
-    if (letter != '\'' && letter != '\\') safe += letter;
+    if (letter != '\'' && letter != '\\') {
+      safe += letter;
+    }
   }
   return "'" + safe + "'";
 }
@@ -55,10 +59,14 @@ std::map<std::string, option_facts> optionsWithValues(const CLI::App& app) {
   std::map<std::string, option_facts> options;
   for (const CLI::App* command : commandsBelow(app)) {
     for (const option_facts& option : optionsOf(*command)) {
-      if (option.value.empty()) continue;
+      if (option.value.empty()) {
+        continue;
+      }
       for (const std::string& name : option.names) {
         const bool is_new = options.emplace(name, option).second;
-        if (!is_new && (option.value == "FILE" || option.value == "DIR")) options[name] = option;
+        if (!is_new && (option.value == "FILE" || option.value == "DIR")) {
+          options[name] = option;
+        }
       }
     }
   }
@@ -70,16 +78,21 @@ std::string between(const std::string& before, const std::string& words, const s
 }
 
 /// The lines of a shell's `case` over all options that take a value.
-std::string valueCases(const CLI::App& app, const std::string& files,
-                       const std::string& directories, const std::string& words,
-                       const std::string& end) {
+std::string valueCases(const CLI::App& app, const std::string& files, const std::string& directories,
+                       const std::string& words, const std::string& end) {
   std::map<std::string, std::vector<std::string>> names_by_action;
   for (const auto& [name, option] : optionsWithValues(app)) {
     const std::vector<std::string> choices = choicesOf(option);
     std::string action = ":";
-    if (option.value == "FILE") action = files;
-    if (option.value == "DIR") action = directories;
-    if (!choices.empty()) action = between(words, joined(choices, " "), end);
+    if (option.value == "FILE") {
+      action = files;
+    }
+    if (option.value == "DIR") {
+      action = directories;
+    }
+    if (!choices.empty()) {
+      action = between(words, joined(choices, " "), end);
+    }
     names_by_action[action].push_back(name);
   }
   std::string cases;
@@ -92,16 +105,22 @@ std::string valueCases(const CLI::App& app, const std::string& files,
 /// The options that may follow a command: those of the program may stand anywhere.
 std::vector<option_facts> optionsAfter(const CLI::App& command, const CLI::App& app) {
   std::vector<option_facts> options = optionsOf(command);
-  if (&command == &app) return options;
+  if (&command == &app) {
+    return options;
+  }
   for (const option_facts& option : optionsOf(app)) {
-    if (option.names.back() != "--help") options.push_back(option);
+    if (option.names.back() != "--help") {
+      options.push_back(option);
+    }
   }
   return options;
 }
 
 std::string commandNames(const CLI::App& app) {
   std::vector<std::string> names;
-  for (const CLI::App* word : app.get_subcommands({})) names.push_back(word->get_name());
+  for (const CLI::App* word : app.get_subcommands({})) {
+    names.push_back(word->get_name());
+  }
   return joined(names, " ");
 }
 
@@ -115,16 +134,17 @@ std::string optionNames(const CLI::App& command, const CLI::App& app) {
 
 std::string valueNames(const CLI::App& app, const std::string& between) {
   std::vector<std::string> names;
-  for (const auto& entry : optionsWithValues(app)) names.push_back(entry.first);
+  for (const auto& entry : optionsWithValues(app)) {
+    names.push_back(entry.first);
+  }
   return joined(names, between);
 }
 
 /// In the loop over the words that were typed, for both shells: leaves out the values of options,
 /// follows the commands to the one that is typed, and begins the cases of what it takes.
 std::string followedWay(const CLI::App& app) {
-  return "    case $word in " + valueNames(app, "|") +
-         ") skip=1; continue;; esac\n    case \"$way $word\" in " + joined(pathsBelow(app), "|") +
-         ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
+  return "    case $word in " + valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
+         joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
 }
 
 // A `=` is a word of its own in bash: `--format=json` are three.
@@ -138,9 +158,8 @@ std::string bashScript(const CLI::App& app) {
       "  elif [[ $previous == '=' ]]; then previous=${COMP_WORDS[COMP_CWORD-2]}; fi\n"
       "  COMPREPLY=()\n"
       "  case $previous in\n" +
-      valueCases(app, "COMPREPLY=($(compgen -f -- \"$current\"))",
-                 "COMPREPLY=($(compgen -d -- \"$current\"))", "COMPREPLY=($(compgen -W '",
-                 "' -- \"$current\"))") +
+      valueCases(app, "COMPREPLY=($(compgen -f -- \"$current\"))", "COMPREPLY=($(compgen -d -- \"$current\"))",
+                 "COMPREPLY=($(compgen -W '", "' -- \"$current\"))") +
       "  esac\n"
       "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
       "    if [[ -n $skip ]]; then [[ $word == '=' ]] || skip=; continue; fi\n" +
@@ -186,8 +205,8 @@ std::string zshScript(const CLI::App& app) {
       "    if [[ -n $skip ]]; then skip=; continue; fi\n" +
       followedWay(app);
   for (const CLI::App* command : commandsBelow(app)) {
-    script += "    " + quoted(pathTo(*command)) + ")\n    commands=(" + zshCommands(*command) +
-              ")\n    options=(" + zshOptions(*command, app) + ");;\n";
+    script += "    " + quoted(pathTo(*command)) + ")\n    commands=(" + zshCommands(*command) + ")\n    options=(" +
+              zshOptions(*command, app) + ");;\n";
   }
   return script +
          "  esac\n"
@@ -244,14 +263,13 @@ std::string fishScript(const CLI::App& app) {
       "end\n"
       "complete -c spx -f\n";
   for (const CLI::App* command : commandsBelow(app)) {
-    const std::string condition =
-        "complete -c spx -n \"__spx_way " + quoted(pathTo(*command)) + "\"";
+    const std::string condition = "complete -c spx -n \"__spx_way " + quoted(pathTo(*command)) + "\"";
     for (const CLI::App* word : command->get_subcommands({})) {
-      script +=
-          condition + " -a " + word->get_name() + " -d " + quoted(word->get_description()) + "\n";
+      script += condition + " -a " + word->get_name() + " -d " + quoted(word->get_description()) + "\n";
     }
-    for (const option_facts& option : optionsAfter(*command, app))
+    for (const option_facts& option : optionsAfter(*command, app)) {
       script += fishOption(condition, option);
+    }
   }
   return script;
 }
@@ -259,9 +277,15 @@ std::string fishScript(const CLI::App& app) {
 }  // namespace
 
 std::string completionScript(const CLI::App& app, const std::string& shell) {
-  if (shell == "bash") return bashScript(app);
-  if (shell == "zsh") return zshScript(app);
-  if (shell == "fish") return fishScript(app);
+  if (shell == "bash") {
+    return bashScript(app);
+  }
+  if (shell == "zsh") {
+    return zshScript(app);
+  }
+  if (shell == "fish") {
+    return fishScript(app);
+  }
   throw UsageError("--completion: " + quotedText(shell) + " is none of bash, zsh, fish" +
                    suggestion(shell, {"bash", "zsh", "fish"}));
 }

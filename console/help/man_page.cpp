@@ -17,7 +17,9 @@ std::string escaped(const std::string& text) {
   std::string roff;
   for (const char letter : text) {
     const bool begins_line = roff.empty() || roff.back() == '\n';
-    if (begins_line && (letter == '.' || letter == '\'')) roff += "\\&";
+    if (begins_line && (letter == '.' || letter == '\'')) {
+      roff += "\\&";
+    }
     if (letter == '\\') {
       roff += "\\e";
     } else if (letter == '-') {
@@ -43,14 +45,15 @@ std::string optionText(const option_facts& option) {
   for (const std::string& name : option.names) {
     names += (names.empty() ? "\\fB" : ", \\fB") + escaped(name) + "\\fR";
   }
-  if (!option.value.empty()) names += " \\fI" + escaped(option.value) + "\\fR";
+  if (!option.value.empty()) {
+    names += " \\fI" + escaped(option.value) + "\\fR";
+  }
   return ".TP\n" + names + "\n" + escaped(option.help) + "\n";
 }
 
 bool takesView(const CLI::App& app) {
   const std::vector<option_facts> options = optionsOf(app);
-  return std::any_of(options.begin(), options.end(),
-                     [](const option_facts& option) { return option.of_view; });
+  return std::any_of(options.begin(), options.end(), [](const option_facts& option) { return option.of_view; });
 }
 
 /// The options of a command that are its own: every command takes --help.
@@ -58,19 +61,27 @@ std::string optionsText(const CLI::App& app) {
   std::string text;
   for (const option_facts& option : optionsOf(app)) {
     const bool is_help = option.names.back() == "--help" && app.get_parent() != nullptr;
-    if (!option.of_view && !is_help) text += optionText(option);
+    if (!option.of_view && !is_help) {
+      text += optionText(option);
+    }
   }
-  if (takesView(app)) text += paragraph("It takes the view options, which are explained below.");
+  if (takesView(app)) {
+    text += paragraph("It takes the view options, which are explained below.");
+  }
   return text;
 }
 
 std::string commandText(const CLI::App& app) {
   const std::string words = commandWords(app);
   std::string usage = ".SS \"" + escaped(words);
-  for (const std::string& word : positionalsOf(app)) usage += " " + escaped(word);
+  for (const std::string& word : positionalsOf(app)) {
+    usage += " " + escaped(word);
+  }
   std::string text = usage + "\"\n" + escaped(app.get_description()) + ".\n";
   const command_page* page = findPage(words);
-  if (page == nullptr) return text + optionsText(app);
+  if (page == nullptr) {
+    return text + optionsText(app);
+  }
   text += escaped(page->about) + "\n" + optionsText(app);
   return text + verbatim(page->example);
 }
@@ -78,7 +89,9 @@ std::string commandText(const CLI::App& app) {
 std::string commandTexts(const CLI::App& app) {
   std::string text;
   for (const CLI::App* command : commandsBelow(app)) {
-    if (command->get_subcommands({}).empty()) text += commandText(*command);
+    if (command->get_subcommands({}).empty()) {
+      text += commandText(*command);
+    }
   }
   return text;
 }
@@ -86,10 +99,14 @@ std::string commandTexts(const CLI::App& app) {
 /// The same for all commands that take them, so those of the first one.
 std::string viewOptionsText(const CLI::App& app) {
   for (const CLI::App* command : commandsBelow(app)) {
-    if (!takesView(*command)) continue;
+    if (!takesView(*command)) {
+      continue;
+    }
     std::string text;
     for (const option_facts& option : optionsOf(*command)) {
-      if (option.of_view) text += optionText(option);
+      if (option.of_view) {
+        text += optionText(option);
+      }
     }
     return text;
   }
@@ -116,8 +133,8 @@ std::string manPage(const CLI::App& app) {
          "The options of the program may stand before or after the command.\n"
          ".SH OPTIONS\n" +
          optionsText(app) + ".SH COMMANDS\n" + commandTexts(app) + ".SH VIEW OPTIONS\n" +
-         "Which animals a command takes, and the settings of analyses.\n" + viewOptionsText(app) +
-         ".SH EXIT STATUS\n" + escaped(exitCodesText("")) + "\n.SH FILES\n" + filesText();
+         "Which animals a command takes, and the settings of analyses.\n" + viewOptionsText(app) + ".SH EXIT STATUS\n" +
+         escaped(exitCodesText("")) + "\n.SH FILES\n" + filesText();
 }
 
 }  // namespace spx::console

@@ -9,11 +9,19 @@ namespace spx::console {
 std::vector<option_facts> optionsOf(const CLI::App& app) {
   std::vector<option_facts> options;
   for (const CLI::Option* option : app.get_options()) {
-    if (!option->nonpositional()) continue;
+    if (!option->nonpositional()) {
+      continue;
+    }
     option_facts facts;
-    for (const std::string& name : option->get_snames()) facts.names.push_back("-" + name);
-    for (const std::string& name : option->get_lnames()) facts.names.push_back("--" + name);
-    if (option->get_type_size() != 0) facts.value = option->get_type_name();
+    for (const std::string& name : option->get_snames()) {
+      facts.names.push_back("-" + name);
+    }
+    for (const std::string& name : option->get_lnames()) {
+      facts.names.push_back("--" + name);
+    }
+    if (option->get_type_size() != 0) {
+      facts.value = option->get_type_name();
+    }
     facts.help = option->get_description();
     facts.of_view = option->get_group() == "View";
     options.push_back(std::move(facts));
@@ -24,7 +32,9 @@ std::vector<option_facts> optionsOf(const CLI::App& app) {
 std::vector<std::string> positionalsOf(const CLI::App& app) {
   std::vector<std::string> words;
   for (const CLI::Option* option : app.get_options()) {
-    if (!option->get_positional()) continue;
+    if (!option->get_positional()) {
+      continue;
+    }
     const bool is_list = option->get_expected_max() >= CLI::detail::expected_max_vector_size;
     const std::string word = option->get_name(true) + (is_list ? "..." : "");
     words.push_back(option->get_required() ? word : "[" + word + "]");
@@ -34,9 +44,13 @@ std::vector<std::string> positionalsOf(const CLI::App& app) {
 
 std::vector<std::string> choicesOf(const option_facts& option) {
   std::vector<std::string> choices;
-  if (option.value.find('|') == std::string::npos) return choices;
+  if (option.value.find('|') == std::string::npos) {
+    return choices;
+  }
   std::istringstream text(option.value);
-  for (std::string choice; std::getline(text, choice, '|');) choices.push_back(choice);
+  for (std::string choice; std::getline(text, choice, '|');) {
+    choices.push_back(choice);
+  }
   return choices;
 }
 

@@ -5,8 +5,7 @@ namespace spx::console {
 
 const std::vector<command_page>& commandPages() {
   static const std::vector<command_page> pages = {
-      {"help", "Without a word it explains the program. The same as COMMAND --help.",
-       "spx help view set"},
+      {"help", "Without a word it explains the program. The same as COMMAND --help.", "spx help view set"},
       {"check",
        "Tells of IDs that several animals have, of sires that are not male, of dams that are not\n"
        "female, and of parents that are not older than their offspring. For scripts each has a\n"
@@ -14,8 +13,7 @@ const std::vector<command_page>& commandPages() {
        "animal, the parent and the text of the listing.",
        "spx --studbook examples/studbook check\n"
        "spx --studbook examples/studbook check --format json"},
-      {"summary",
-       "Counts all animals of the studbook, whatever the view; pseudo individuals are no animals.",
+      {"summary", "Counts all animals of the studbook, whatever the view; pseudo individuals are no animals.",
        "spx --studbook examples/studbook summary\n"
        "spx --studbook examples/studbook summary --format json"},
       {"info", "Counts the records, pseudo individuals among them, and what there is room for.",
@@ -49,16 +47,14 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook examples/studbook living --monitor 2010-12-31"},
       {"offspring", "Lists all offspring, whatever the view, in the order of their births.",
        "spx --studbook examples/studbook offspring 0003"},
-      {"pedigree",
-       "Lists the animal and all ancestors, whatever the view, in the order of their births.",
+      {"pedigree", "Lists the animal and all ancestors, whatever the view, in the order of their births.",
        "spx --studbook examples/studbook pedigree 0120"},
       {"show", "Shows all that is known of one animal: parents, events, numbers, its own fields.",
        "spx --studbook examples/studbook show 0001\n"
        "spx --studbook examples/studbook show 0001 --format json"},
       {"locations", "Lists the locations of each level with their identifiers.",
        "spx --studbook examples/studbook locations"},
-      {"taxa", "Lists the taxa of the animals; \"generic\" stands for none.",
-       "spx --studbook examples/studbook taxa"},
+      {"taxa", "Lists the taxa of the animals; \"generic\" stands for none.", "spx --studbook examples/studbook taxa"},
       {"programs", "Lists the breeding programmes of the table of programmes.",
        "spx --studbook examples/studbook programs"},
       {"user-fields", "Lists the columns of the animals table that are not the program's own.",
@@ -69,23 +65,19 @@ const std::vector<command_page>& commandPages() {
        "then goes there: views, reports, exports.",
        "spx project create tarrow"},
       {"project list", "Lists the names of the projects in ~/spx/projects.", "spx project list"},
-      {"project show", "Shows where the project keeps its files, and its other settings.",
-       "spx project show tarrow"},
+      {"project show", "Shows where the project keeps its files, and its other settings.", "spx project show tarrow"},
       {"view show",
        "Shows the view that the other commands would use: the one of --view, or the current view\n"
        "of the project, or that of every animal, with the settings of this command line.",
        "spx --studbook examples/studbook view show --sex female"},
-      {"view set",
-       "Changes the current view of the project, from which every command in it starts.",
+      {"view set", "Changes the current view of the project, from which every command in it starts.",
        "spx --project tarrow --studbook examples/studbook view set sex=female from=1990-01-01"},
       {"view save", "Saves the current view with the settings of this command line.",
        "spx --project tarrow view save females"},
-      {"view list", "Lists the views that were saved in the project.",
-       "spx --project tarrow view list"},
+      {"view list", "Lists the views that were saved in the project.", "spx --project tarrow view list"},
       {"view load", "Takes a saved view; the former current view is gone unless it was saved.",
        "spx --project tarrow view load females"},
-      {"view clear", "Removes the current view of the project; saved views stay.",
-       "spx --project tarrow view clear"},
+      {"view clear", "Removes the current view of the project; saved views stay.", "spx --project tarrow view clear"},
       {"life-history show", "Shows the parameters of the project, or those of a new project.",
        "spx --project tarrow life-history show"},
       {"life-history set", "Sets parameters of the project; those not named stay.",
@@ -111,13 +103,11 @@ const std::vector<command_page>& commandPages() {
        "spx --project tarrow --studbook examples/studbook export r-loader"},
       {"export filters", "Writes a row per animal with the answer of every predicate, to compare.",
        "spx --project tarrow --studbook examples/studbook export filters"},
-      {"export tables",
-       "Writes a studbook file back as tables; importing them gives the same studbook again.",
+      {"export tables", "Writes a studbook file back as tables; importing them gives the same studbook again.",
        "spx --project tarrow --studbook ~/tarrow.studbook export tables"},
       {"filters", "The same as export filters, into this directory where no other is given.",
        "spx --studbook examples/studbook filters --to ~/"},
-      {"project remove",
-       "Moves the project to ~/spx/removed: nothing is lost, and the name is free again.",
+      {"project remove", "Moves the project to ~/spx/removed: nothing is lost, and the name is free again.",
        "spx project remove tarrow"},
   };
   return pages;

@@ -4,10 +4,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "console/failure.h"
+#include "console/base/failure.h"
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
 #include "console/help/command_pages.h"
-#include "console/help/nearest_word.h"
-#include "console/tables/faults.h"
 
 namespace spx::console {
 namespace {
@@ -19,7 +19,9 @@ const CLI::App& typedCommand(const CLI::App& app) {
 
 std::vector<std::string> namesOfCommands(const CLI::App& app) {
   std::vector<std::string> names;
-  for (const CLI::App* word : app.get_subcommands({})) names.push_back(word->get_name());
+  for (const CLI::App* word : app.get_subcommands({})) {
+    names.push_back(word->get_name());
+  }
   return names;
 }
 
@@ -28,7 +30,9 @@ std::vector<std::string> namesOfOptions(const CLI::App* app) {
   std::vector<std::string> names;
   for (; app != nullptr; app = app->get_parent()) {
     for (const CLI::Option* option : app->get_options()) {
-      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      for (const std::string& name : option->get_lnames()) {
+        names.push_back("--" + name);
+      }
     }
   }
   return names;
@@ -36,25 +40,29 @@ std::vector<std::string> namesOfOptions(const CLI::App* app) {
 
 std::string wrongOption(const CLI::App& command, const std::string& word) {
   const std::string name = word.substr(0, word.find('='));
-  return typedWords(command) + " has no option " + quotedText(name) +
-         suggestion(name, namesOfOptions(&command));
+  return typedWords(command) + " has no option " + quotedText(name) + suggestion(name, namesOfOptions(&command));
 }
 
 std::string wrongCommand(const CLI::App& group, const std::string& word) {
   const std::string owner = group.get_parent() == nullptr ? "" : " in spx " + commandWords(group);
-  return "there is no command " + quotedText(word) + owner +
-         suggestion(word, namesOfCommands(group));
+  return "there is no command " + quotedText(word) + owner + suggestion(word, namesOfCommands(group));
 }
 
 }  // namespace
 
 std::string wrongWordText(const CLI::App& app) {
   const std::vector<std::string> words = app.remaining(true);
-  if (words.empty()) return std::string();
+  if (words.empty()) {
+    return std::string();
+  }
   const CLI::App& command = typedCommand(app);
   const std::string& word = words.front();
-  if (word.starts_with('-')) return wrongOption(command, word);
-  if (!command.get_subcommands({}).empty()) return wrongCommand(command, word);
+  if (word.starts_with('-')) {
+    return wrongOption(command, word);
+  }
+  if (!command.get_subcommands({}).empty()) {
+    return wrongCommand(command, word);
+  }
   return quotedText(word) + " is one word too many for " + typedWords(command);
 }
 

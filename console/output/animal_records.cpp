@@ -6,9 +6,9 @@
 #include <nlohmann/json.hpp>
 
 #include "spx/core/animal_data.h"
-#include "spx/reports/user_fields.h"
-#include "spx/views/deme_id.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/deme_id.h"
+#include "spx/core/meta_population.h"
+#include "spx/core/user_fields.h"
 
 #include "console/output/record_stream.h"
 
@@ -16,17 +16,23 @@ namespace spx::console {
 namespace {
 
 fact_record dateFact(qs_lib::day_number day) {
-  if (day == 0) return nullptr;
+  if (day == 0) {
+    return nullptr;
+  }
   return qs_lib::julianToISO(qs_lib::dayToMs(day));
 }
 
 fact_record accuracyFact(const move_data& event) {
-  if (event.date == 0) return nullptr;
+  if (event.date == 0) {
+    return nullptr;
+  }
   return getEnumName(event.accuracy);
 }
 
 fact_record rangeFact(const move_data& event) {
-  if (event.date == 0) return nullptr;
+  if (event.date == 0) {
+    return nullptr;
+  }
   return event.range;
 }
 
@@ -43,12 +49,16 @@ std::string placeText(packed_deme location) {
 }
 
 fact_record placeFact(const move_data& event) {
-  if (event.location == 0) return nullptr;
+  if (event.location == 0) {
+    return nullptr;
+  }
   return placeText(event.location);
 }
 
 fact_record placeNameFact(const move_data& event) {
-  if (event.location == 0) return nullptr;
+  if (event.location == 0) {
+    return nullptr;
+  }
   return MetaPop.getMemberName(event.location);
 }
 
@@ -56,7 +66,9 @@ fact_record placeNameFact(const move_data& event) {
 /// come out as 1.2999999523162842.
 template <typename Real>
 fact_record numberFact(Real value) {
-  if (!std::isfinite(value)) return nullptr;
+  if (!std::isfinite(value)) {
+    return nullptr;
+  }
   char text[32];
   const auto end = std::to_chars(text, std::end(text), value).ptr;
   double number = 0;
@@ -99,14 +111,11 @@ constexpr animal_fact FACTS[] = {
     {"death_location", [](const master_data& animal) { return placeFact(animal.death); }},
     {"death_event",
      [](const master_data& animal) {
-       return animal.death.date == 0 ? fact_record(nullptr)
-                                     : fact_record(getEnumName(animal.death.event));
+       return animal.death.date == 0 ? fact_record(nullptr) : fact_record(getEnumName(animal.death.event));
      }},
-    {"origin",
-     [](const master_data& animal) { return fact_record(getEnumName(animal.birth_type)); }},
+    {"origin", [](const master_data& animal) { return fact_record(getEnumName(animal.birth_type)); }},
     {"rearing", [](const master_data& animal) { return fact_record(getEnumName(animal.rearing)); }},
-    {"taxon",
-     [](const master_data& animal) { return fact_record(Subspecies.getName(animal.taxon)); }},
+    {"taxon", [](const master_data& animal) { return fact_record(Subspecies.getName(animal.taxon)); }},
     {"fcoef", [](const master_data& animal) { return numberFact(animal.fcoef); }},
     {"g_cites", generationFact<G_CITES>},
     {"g_genetic", generationFact<G_GENETIC>},
@@ -117,14 +126,18 @@ constexpr animal_fact FACTS[] = {
 };
 
 void fill(fact_record& record, const master_data& animal) {
-  for (const animal_fact& fact : FACTS) record[fact.name] = fact.read(animal);
+  for (const animal_fact& fact : FACTS) {
+    record[fact.name] = fact.read(animal);
+  }
 }
 
 /// The same for a record that has been filled before: the names need not be searched for a million
 /// times.
 void refill(fact_record& record, const master_data& animal) {
   auto value = record.begin();
-  for (const animal_fact& fact : FACTS) *value++ = fact.read(animal);
+  for (const animal_fact& fact : FACTS) {
+    *value++ = fact.read(animal);
+  }
   *value = userFacts(animal);
 }
 
@@ -155,7 +168,9 @@ void writeAnimals(std::ostream& out, OUTPUT_FORMAT format) {
   RecordStream records(out, format, record);
   for (const position which : Animals.index) {
     const master_data& animal = Animals.records[which];
-    if (!animal.print) continue;
+    if (!animal.print) {
+      continue;
+    }
     refill(record, animal);
     records.write(record);
   }
@@ -168,7 +183,9 @@ void writeCard(std::ostream& out, OUTPUT_FORMAT format, const master_data& anima
   record["birth_location_name"] = placeNameFact(animal.birth);
   record["death_location_name"] = placeNameFact(animal.death);
   record["events"] = fact_record::array();
-  for (const move_data& move : animal.moves) record["events"].push_back(eventFacts(move));
+  for (const move_data& move : animal.moves) {
+    record["events"].push_back(eventFacts(move));
+  }
   record["user_fields"] = userFacts(animal);
   writeRecord(out, format, record);
 }

@@ -5,9 +5,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "console/failure.h"
-#include "console/help/nearest_word.h"
-#include "console/tables/faults.h"
+#include "console/base/failure.h"
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
 
 namespace spx::console {
 namespace {
@@ -15,10 +15,11 @@ namespace {
 OUTPUT_FORMAT parseFormat(const std::string& text) {
   const std::vector<std::string> names = {"text", "csv", "json"};  // in the order of the values
   for (std::size_t which = 0; which < names.size(); ++which) {
-    if (names[which] == text) return static_cast<OUTPUT_FORMAT>(which);
+    if (names[which] == text) {
+      return static_cast<OUTPUT_FORMAT>(which);
+    }
   }
-  throw UsageError("--format: " + quotedText(text) + " is none of text, csv, json" +
-                   suggestion(text, names));
+  throw UsageError("--format: " + quotedText(text) + " is none of text, csv, json" + suggestion(text, names));
 }
 
 }  // namespace

@@ -15,8 +15,7 @@ namespace {
 
 using error_handler = nlohmann::detail::error_handler_t;
 
-constexpr std::string_view REPLACEMENT =
-    "\xEF\xBF\xBD";  // what stands for bytes that are not UTF-8
+constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";  // what stands for bytes that are not UTF-8
 constexpr char USER_FIELDS[] = "user_fields";
 
 std::string dumped(const fact_record& value, error_handler faulty_bytes) {
@@ -29,7 +28,9 @@ bool isUtf8(const std::string& text) {
 }
 
 std::string utf8Text(const std::string& text) {
-  if (isUtf8(text)) return text;
+  if (isUtf8(text)) {
+    return text;
+  }
   std::string converted;
   for (const char letter : text) {
     const auto byte = static_cast<unsigned char>(letter);
@@ -44,8 +45,12 @@ std::string utf8Text(const std::string& text) {
 }
 
 fact_record utf8Value(const fact_record& value) {
-  if (value.is_string()) return utf8Text(value.get_ref<const std::string&>());
-  if (!value.is_structured()) return value;
+  if (value.is_string()) {
+    return utf8Text(value.get_ref<const std::string&>());
+  }
+  if (!value.is_structured()) {
+    return value;
+  }
   fact_record converted = value.is_array() ? fact_record::array() : fact_record::object();
   for (const auto& [name, part] : value.items()) {
     if (value.is_array()) {
@@ -59,7 +64,9 @@ fact_record utf8Value(const fact_record& value) {
 
 std::string jsonText(const fact_record& record) {
   std::string text = dumped(record, error_handler::replace);
-  if (text.find(REPLACEMENT) == std::string::npos) return text;
+  if (text.find(REPLACEMENT) == std::string::npos) {
+    return text;
+  }
   return dumped(utf8Value(record), error_handler::replace);
 }
 
@@ -82,10 +89,14 @@ void addNames(std::vector<std::string>& names, const std::string& name, const fa
 std::vector<std::string> columnNames(const fact_record& shape) {
   std::vector<std::string> names;
   for (const auto& [name, value] : shape.items()) {
-    if (name != USER_FIELDS) addNames(names, name, value);
+    if (name != USER_FIELDS) {
+      addNames(names, name, value);
+    }
   }
   const std::vector<std::string> fixed = names;
-  if (!shape.contains(USER_FIELDS)) return names;
+  if (!shape.contains(USER_FIELDS)) {
+    return names;
+  }
   for (const auto& [title, value] : shape[USER_FIELDS].items()) {
     const bool is_taken = std::find(fixed.begin(), fixed.end(), title) != fixed.end();
     names.push_back(is_taken ? std::string(USER_FIELDS) + "_" + title : title);
@@ -96,7 +107,9 @@ std::vector<std::string> columnNames(const fact_record& shape) {
 std::string quotedCell(std::string_view text) {
   std::string cell = "\"";
   for (const char letter : text) {
-    if (letter == '"') cell += '"';
+    if (letter == '"') {
+      cell += '"';
+    }
     cell += letter;
   }
   return cell + '"';
@@ -123,7 +136,9 @@ void addNumber(std::string& line, Number number) {
 
 void addCells(std::string& line, const fact_record& value) {
   if (value.is_structured()) {
-    for (const fact_record& part : value) addCells(line, part);
+    for (const fact_record& part : value) {
+      addCells(line, part);
+    }
   } else if (value.is_string()) {
     addCell(line, value.get_ref<const std::string&>());
   } else if (value.is_number_float()) {
@@ -149,7 +164,9 @@ RecordStream::RecordStream(std::ostream& out, OUTPUT_FORMAT format, const fact_r
     return;
   }
   std::string line;
-  for (const std::string& name : columnNames(shape)) addCell(line, name);
+  for (const std::string& name : columnNames(shape)) {
+    addCell(line, name);
+  }
   writeLine(out_, line);
 }
 
@@ -165,7 +182,9 @@ void RecordStream::write(const fact_record& record) {
 }
 
 void RecordStream::end() {
-  if (is_json_) out_ << (written_ == 0 ? "]\n" : "\n]\n");
+  if (is_json_) {
+    out_ << (written_ == 0 ? "]\n" : "\n]\n");
+  }
 }
 
 void writeRecord(std::ostream& out, OUTPUT_FORMAT format, const fact_record& record) {

@@ -44,7 +44,9 @@ sigset_t endingSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    if (!isIgnored(signal)) sigaddset(&signals, signal);
+    if (!isIgnored(signal)) {
+      sigaddset(&signals, signal);
+    }
   }
   return signals;
 }
@@ -52,9 +54,13 @@ sigset_t endingSignals() {
 /// The lock is kept to the end: the rest of the program stages nothing in another place meanwhile.
 void waitForEnd(sigset_t signals) {
   int signal = 0;
-  if (sigwait(&signals, &signal) != 0) return;
+  if (sigwait(&signals, &signal) != 0) {
+    return;
+  }
   const std::lock_guard<std::mutex> lock(places().mutex);
-  for (const fs::path& directory : places().directories) removeStagedIn(directory);
+  for (const fs::path& directory : places().directories) {
+    removeStagedIn(directory);
+  }
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   std::raise(signal);
 }

@@ -8,10 +8,11 @@
 
 #include "spx/core/animal_data.h"
 #include "spx/core/pseudo_ids.h"
-#include "spx/reports/user_fields.h"
+#include "spx/core/sub_taxa.h"
+#include "spx/core/user_fields.h"
 #include "spx/views/predicates.h"
-#include "spx/views/sub_taxa.h"
 
+#include "console/base/quoted_text.h"
 #include "console/tables/event_cells.h"
 #include "console/tables/field_table.h"
 #include "console/tables/remembered_words.h"
@@ -66,21 +67,23 @@ constexpr table_field ANIMAL_FIELDS[] = {
 };
 
 // What a refused text should have been.
-constexpr char SEX_WORDS[] =
-    "sex (male, female, hermaphrodite, abnormal, unknown; m, f, h, u; 1, 2, 0)";
-constexpr char REARING_WORDS[] =
-    "kind of rearing (parent, hand, foster, colony, supplemental, peer, none, unknown)";
+constexpr char SEX_WORDS[] = "sex (male, female, hermaphrodite, abnormal, unknown; m, f, h, u; 1, 2, 0)";
+constexpr char REARING_WORDS[] = "kind of rearing (parent, hand, foster, colony, supplemental, peer, none, unknown)";
 
 constexpr event_fields BIRTH_FIELDS = {BIRTH_DATE, BIRTH_ACCURACY, BIRTH_RANGE, BIRTH_LOCATION};
 constexpr event_fields DEATH_FIELDS = {DEATH_DATE, DEATH_ACCURACY, DEATH_RANGE, DEATH_LOCATION};
 
 /// The ID as the record has it: the identifiers of the pseudo parents are recognised in any case.
 std::string parentId(std::string_view text, const char* unknown) {
-  static constexpr std::string_view PSEUDO_PARENTS[] = {WILD_PARENT, UNKNOWN_PARENT, UNKNOWN_SIRE,
-                                                        UNKNOWN_DAM, GROUP_PARENT};
-  if (isUnknownId(text)) return unknown;
+  static constexpr std::string_view PSEUDO_PARENTS[] = {WILD_PARENT, UNKNOWN_PARENT, UNKNOWN_SIRE, UNKNOWN_DAM,
+                                                        GROUP_PARENT};
+  if (isUnknownId(text)) {
+    return unknown;
+  }
   for (const std::string_view pseudo : PSEUDO_PARENTS) {
-    if (isSameWord(text, pseudo)) return std::string(pseudo);
+    if (isSameWord(text, pseudo)) {
+      return std::string(pseudo);
+    }
   }
   return std::string(text);
 }
@@ -91,15 +94,19 @@ std::optional<taxon_handle> registerTaxon(std::string_view text) {
 
 class AnimalsReader {
  public:
-  AnimalsReader(const table_source& source, std::span<const title_choice> choices,
-                LocationRegistry& locations, Faults& faults)
+  AnimalsReader(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
+                Faults& faults)
       : table_(source, ANIMAL_FIELDS, ID_CELL, choices, faults),
         locations_(locations),
         guesses_(table_.otherColumns().size()) {}
 
   void read() {
-    for (const std::size_t column : table_.otherColumns()) addUserField(column);
-    while (table_.next()) readRow();
+    for (const std::size_t column : table_.otherColumns()) {
+      addUserField(column);
+    }
+    while (table_.next()) {
+      readRow();
+    }
     for (std::size_t field = 0; field < guesses_.size(); ++field) {
       user_field_list[field].type = guesses_[field].type();
     }
@@ -142,8 +149,7 @@ class AnimalsReader {
     animal.sire_id = parentId(table_[SIRE_CELL], UNKNOWN_SIRE);
     animal.dam_id = parentId(table_[DAM_CELL], UNKNOWN_DAM);
     animal.sex = table_.read(SEX_CELL, std::ref(sexes_), SEX_WORDS);
-    animal.birth_type =
-        table_.read(ORIGIN_CELL, std::ref(origins_), "origin (wild-born, captive-born, unknown)");
+    animal.birth_type = table_.read(ORIGIN_CELL, std::ref(origins_), "origin (wild-born, captive-born, unknown)");
     animal.rearing = table_.read(REARING_CELL, std::ref(rearings_), REARING_WORDS);
     animal.taxon = *taxa_(table_[TAXON_CELL]);
   }
@@ -151,7 +157,9 @@ class AnimalsReader {
   void readBirth(master_data& animal) {
     animal.birth.event = MOVE_TYPE::BIRTH;
     readEventCells(table_, BIRTH_FIELDS, locations_, animal.birth);
-    if (animal.birth.number != 0) return;
+    if (animal.birth.number != 0) {
+      return;
+    }
     const place unknown = locations_.unknown();
     animal.birth.location = unknown.deme;
     animal.birth.number = unknown.number;
@@ -161,14 +169,20 @@ class AnimalsReader {
   void readEnd(master_data& animal) {
     readEventCells(table_, DEATH_FIELDS, locations_, animal.death);
     const bool ended = animal.death.date != 0;
-    if (!ended) initializeMove(animal.death);
+    if (!ended) {
+      initializeMove(animal.death);
+    }
     animal.death.event = ended ? MOVE_TYPE::DEATH : MOVE_TYPE::NO_EVENT;
-    if (isMissing(table_[DEATH_EVENT])) return;
+    if (isMissing(table_[DEATH_EVENT])) {
+      return;
+    }
     const MOVE_TYPE event = table_.read(DEATH_EVENT, std::ref(ends_), KIND_OF_EVENT);
     if (event != MOVE_TYPE::NO_EVENT && !ended) {
       table_.addFault(DEATH_EVENT, quotedText(table_[DEATH_EVENT]) + " needs a date");
     }
-    if (ended) animal.death.event = event;
+    if (ended) {
+      animal.death.event = event;
+    }
   }
 
   void readNumbers(master_data& animal) {
@@ -197,7 +211,9 @@ class AnimalsReader {
   /// not: all such offspring of the studbook would share one wild parent.
   static void nameWildMate(master_data& animal) {
     const bool wild_sire = animal.sire_id == WILD_PARENT;
-    if (wild_sire == (animal.dam_id == WILD_PARENT)) return;
+    if (wild_sire == (animal.dam_id == WILD_PARENT)) {
+      return;
+    }
     if (!isPseudoIndividual(wild_sire ? animal.dam_id : animal.sire_id)) {
       Animals.checkPseudoFounder(animal);
     }
@@ -219,8 +235,8 @@ std::span<const table_field> animalFields() {
   return ANIMAL_FIELDS;
 }
 
-void readAnimals(const table_source& source, std::span<const title_choice> choices,
-                 LocationRegistry& locations, Faults& faults) {
+void readAnimals(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
+                 Faults& faults) {
   AnimalsReader(source, choices, locations, faults).read();
 }
 

@@ -12,14 +12,13 @@ namespace spx::console {
 
 /// Reads the table of animals and adds a record for each row to the store, with taxa and
 /// user-defined fields (every column that is no known field). Throws TableError and UsageError.
-void readAnimals(const table_source& source, std::span<const title_choice> choices,
-                 LocationRegistry& locations, Faults& faults);
+void readAnimals(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
+                 Faults& faults);
 
 /// The fields of the table, in the order in which the documentation lists them.
 std::span<const table_field> animalFields();
 
 /// The titles under which the tables give an animal's ID.
-inline constexpr table_field ID_FIELD = {
-    "id", {"stud_id", "studbook", "individual", "ind", "animal"}, true};
+inline constexpr table_field ID_FIELD = {"id", {"stud_id", "studbook", "individual", "ind", "animal"}, true};
 
 }  // namespace spx::console

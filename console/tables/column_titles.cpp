@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "console/failure.h"
-#include "console/tables/faults.h"
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
 #include "console/tables/row_source.h"
 #include "console/tables/value_text.h"
 
@@ -11,7 +11,9 @@ namespace spx::console {
 namespace {
 
 bool isTitleOf(const table_field& field, std::string_view title) {
-  if (isSameWord(title, field.name)) return true;
+  if (isSameWord(title, field.name)) {
+    return true;
+  }
   return std::any_of(field.other_titles.begin(), field.other_titles.end(),
                      [&](auto other) { return !other.empty() && isSameWord(title, other); });
 }
@@ -25,9 +27,8 @@ std::string fieldNames(std::span<const table_field> fields) {
 }
 
 std::size_t findField(std::span<const table_field> fields, const std::string& name) {
-  const auto found = std::find_if(fields.begin(), fields.end(), [&](const table_field& field) {
-    return isSameWord(name, field.name);
-  });
+  const auto found = std::find_if(fields.begin(), fields.end(),
+                                  [&](const table_field& field) { return isSameWord(name, field.name); });
   if (found == fields.end()) {
     throw UsageError("--map: no field " + quotedText(name) + "; there are " + fieldNames(fields));
   }
@@ -35,12 +36,11 @@ std::size_t findField(std::span<const table_field> fields, const std::string& na
 }
 
 /// The column of exactly that title, else of the same word.
-std::size_t findTitle(const std::string& file, const std::vector<std::string>& titles,
-                      const std::string& title) {
+std::size_t findTitle(const std::string& file, const std::vector<std::string>& titles, const std::string& title) {
   auto found = std::find(titles.begin(), titles.end(), title);
   if (found == titles.end()) {
-    found = std::find_if(titles.begin(), titles.end(),
-                         [&](const std::string& each) { return isSameWord(each, title); });
+    found =
+        std::find_if(titles.begin(), titles.end(), [&](const std::string& each) { return isSameWord(each, title); });
   }
   if (found == titles.end()) {
     throw UsageError("--map: " + file + " has no column " + quotedText(title));
@@ -48,11 +48,11 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
   return static_cast<std::size_t>(found - titles.begin());
 }
 
-[[noreturn]] void failClaimedTwice(const std::string& file, std::string_view field,
-                                   const std::string& first, const std::string& second) {
+[[noreturn]] void failClaimedTwice(const std::string& file, std::string_view field, const std::string& first,
+                                   const std::string& second) {
   throw UsageError(file + ": the columns " + quotedText(first) + " and " + quotedText(second) +
-                   " both claim the field " + std::string(field) + "; choose one with --map " +
-                   std::string(field) + "=TITLE");
+                   " both claim the field " + std::string(field) + "; choose one with --map " + std::string(field) +
+                   "=TITLE");
 }
 
 }  // namespace
@@ -66,8 +66,7 @@ title_choice parseTitleChoice(const std::string& text) {
 }
 
 ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
-                           std::span<const table_field> fields,
-                           std::span<const title_choice> choices)
+                           std::span<const table_field> fields, std::span<const title_choice> choices)
     : columns_(fields.size(), NONE) {
   std::vector<bool> chosen(titles.size());
   std::vector<bool> settled(fields.size());
@@ -84,10 +83,11 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
     settled[field] = chosen[column] = true;
   }
   for (std::size_t column = 0; column < titles.size(); ++column) {
-    if (chosen[column]) continue;
-    const auto known = std::find_if(fields.begin(), fields.end(), [&](const table_field& field) {
-      return isTitleOf(field, titles[column]);
-    });
+    if (chosen[column]) {
+      continue;
+    }
+    const auto known = std::find_if(fields.begin(), fields.end(),
+                                    [&](const table_field& field) { return isTitleOf(field, titles[column]); });
     const auto field = static_cast<std::size_t>(known - fields.begin());
     if (known == fields.end() || settled[field]) {
       others_.push_back(column);
@@ -100,13 +100,11 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
   checkRequired(fields);
 }
 
-ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields,
-                           std::span<const table_field> fields)
+ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields)
     : columns_(fields.size(), NONE) {
   for (std::size_t column = 0; column < column_fields.size(); ++column) {
-    const auto known = std::find_if(fields.begin(), fields.end(), [&](const table_field& field) {
-      return field.name == column_fields[column];
-    });
+    const auto known = std::find_if(fields.begin(), fields.end(),
+                                    [&](const table_field& field) { return field.name == column_fields[column]; });
     if (known == fields.end()) {
       others_.push_back(column);
     } else {

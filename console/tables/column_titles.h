@@ -34,8 +34,8 @@ class ColumnTitles {
   /// underscores. A chosen title takes the field from all other titles. Throws UsageError, naming
   /// both titles, when two columns claim one field, and when a choice names no field or no column;
   /// TableError when a required field has no column.
-  ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
-               std::span<const table_field> fields, std::span<const title_choice> choices);
+  ColumnTitles(const std::string& file, const std::vector<std::string>& titles, std::span<const table_field> fields,
+               std::span<const title_choice> choices);
 
   /// Takes the fields that the columns hold as settled. Throws TableError likewise.
   ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields);

@@ -24,11 +24,15 @@ char CsvParser::separatorOf(std::string_view text) {
   bool begun = false;
   for (const char letter : text) {
     const bool line_end = letter == '\n' || letter == '\r';
-    if (line_end && begun && !quoted) break;
+    if (line_end && begun && !quoted) {
+      break;
+    }
     begun |= !line_end;
     quoted ^= letter == '"';
     const std::size_t which = SEPARATORS.find(letter);
-    if (!quoted && which != std::string_view::npos) ++counts[which];
+    if (!quoted && which != std::string_view::npos) {
+      ++counts[which];
+    }
   }
   return SEPARATORS[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
 }
@@ -40,12 +44,15 @@ void CsvRows::settle() {
   }
 }
 
-CsvParser::CsvParser(const std::string& file)
-    : file_(std::fopen(file.c_str(), "rb"), &std::fclose) {
-  if (!file_) throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
+CsvParser::CsvParser(const std::string& file) : file_(std::fopen(file.c_str(), "rb"), &std::fclose) {
+  if (!file_) {
+    throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
+  }
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);
   constexpr unsigned char OPTIONS = CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL;
-  if (csv_init(&csv_, OPTIONS) != 0) throw std::bad_alloc();
+  if (csv_init(&csv_, OPTIONS) != 0) {
+    throw std::bad_alloc();
+  }
 }
 
 CsvParser::~CsvParser() {
@@ -73,9 +80,13 @@ void CsvParser::readChunk() {
     return fail(0, std::string("cannot be read: ") + std::strerror(errno));
   }
   std::string_view text(chunk.data(), chunk.size());
-  if (first_) begin(text);
+  if (first_) {
+    begin(text);
+  }
   parse(text);
-  if (chunk.size() < CsvRows::CHUNK && !rows_.failure_) finish();
+  if (chunk.size() < CsvRows::CHUNK && !rows_.failure_) {
+    finish();
+  }
 }
 
 void CsvParser::begin(std::string_view& chunk) {
@@ -93,12 +104,22 @@ void CsvParser::parse(std::string_view chunk) {
   std::size_t quote = 0;
   while (!rest.empty() && !rows_.failure_) {
     const std::size_t at = text.size() - rest.size();
-    if (quote <= at) quote = std::min(text.find('"', at), text.size());
-    if (isBetweenRows()) readPlainLines(rest, text.substr(at, quote - at));
-    if (!rest.empty()) parseLine(rest);
+    if (quote <= at) {
+      quote = std::min(text.find('"', at), text.size());
+    }
+    if (isBetweenRows()) {
+      readPlainLines(rest, text.substr(at, quote - at));
+    }
+    if (!rest.empty()) {
+      parseLine(rest);
+    }
   }
-  if (rows_.failure_) return;
-  if (text.size() < chunk.size()) return fail(rowLine(), "holds a NUL byte: it is no text table");
+  if (rows_.failure_) {
+    return;
+  }
+  if (text.size() < chunk.size()) {
+    return fail(rowLine(), "holds a NUL byte: it is no text table");
+  }
   if (csv_get_buffer_size(&csv_) > LONGEST_ROW || rows_.other_.size() > LONGEST_ROW ||
       rows_.cells_.size() - rows_.begunCell() > MOST_CELLS) {
     fail(rowLine(), "has a row that is too long (is a quote not closed?)");
@@ -109,14 +130,19 @@ void CsvParser::parse(std::string_view chunk) {
 // that most lines of large tables need, several times as fast; stops at the first other line.
 void CsvParser::readPlainLines(std::string_view& text, std::string_view plain) {
   std::size_t start = 0;
-  for (std::size_t end = plain.find('\n'); end != std::string_view::npos;
-       end = plain.find('\n', start)) {
+  for (std::size_t end = plain.find('\n'); end != std::string_view::npos; end = plain.find('\n', start)) {
     std::string_view line = plain.substr(start, end - start);
     const bool is_crlf = line.ends_with('\r');
-    if (is_crlf) line.remove_suffix(1);
-    if (line.find('\r') != std::string_view::npos) break;  // a line end, too
+    if (is_crlf) {
+      line.remove_suffix(1);
+    }
+    if (line.find('\r') != std::string_view::npos) {
+      break;  // a line end, too
+    }
     addPlainCells(line);
-    if (is_crlf) endLine('\r');
+    if (is_crlf) {
+      endLine('\r');
+    }
     endLine('\n');
     start = end + 1;
   }
@@ -124,22 +150,25 @@ void CsvParser::readPlainLines(std::string_view& text, std::string_view plain) {
 }
 
 std::string_view CsvParser::trimmed(std::string_view cell) const {
-  const auto isBlank = [this](char letter) {
-    return (letter == ' ' || letter == '\t') && letter != separator_;
-  };
-  while (!cell.empty() && isBlank(cell.front())) cell.remove_prefix(1);
-  while (!cell.empty() && isBlank(cell.back())) cell.remove_suffix(1);
+  const auto isBlank = [this](char letter) { return (letter == ' ' || letter == '\t') && letter != separator_; };
+  while (!cell.empty() && isBlank(cell.front())) {
+    cell.remove_prefix(1);
+  }
+  while (!cell.empty() && isBlank(cell.back())) {
+    cell.remove_suffix(1);
+  }
   return cell;
 }
 
 void CsvParser::addPlainCells(std::string_view line) {
-  if (trimmed(line).empty()) return;
+  if (trimmed(line).empty()) {
+    return;
+  }
   row_line_ = line_;
   after_return_ = false;
   for (std::size_t start = 0, end = 0; end != std::string_view::npos; start = end + 1) {
     end = line.find(separator_, start);
-    const std::string_view cell =
-        trimmed(line.substr(start, end == std::string_view::npos ? end : end - start));
+    const std::string_view cell = trimmed(line.substr(start, end == std::string_view::npos ? end : end - start));
     const auto begin = static_cast<std::size_t>(cell.data() - rows_.chunk_.data());
     rows_.cells_.push_back({begin, cell.size()});
   }
@@ -153,26 +182,37 @@ void CsvParser::parseLine(std::string_view& text) {
   // and over.
   csv_set_blk_size(&csv_, std::max(FIRST_BLOCK, csv_get_buffer_size(&csv_)));
   const std::size_t done = csv_parse(&csv_, line.data(), line.size(), &onCell, &onRow, this);
-  if (out_of_memory_) throw std::bad_alloc();
-  if (done < line.size()) failInCsv();
+  if (out_of_memory_) {
+    throw std::bad_alloc();
+  }
+  if (done < line.size()) {
+    failInCsv();
+  }
   text.remove_prefix(line.size());
 }
 
 void CsvParser::finish() {
   rows_.is_last_ = true;
-  if (csv_fini(&csv_, &onCell, &onRow, this) != 0) failInCsv();
-  if (out_of_memory_) throw std::bad_alloc();
+  if (csv_fini(&csv_, &onCell, &onRow, this) != 0) {
+    failInCsv();
+  }
+  if (out_of_memory_) {
+    throw std::bad_alloc();
+  }
 }
 
 void CsvParser::failInCsv() {
-  if (csv_error(&csv_) != CSV_EPARSE) throw std::bad_alloc();
-  fail(rowLine(), rows_.is_last_
-                      ? "has a quote that is not closed"
-                      : "has a stray quote (quote the whole cell and double the quotes in it)");
+  if (csv_error(&csv_) != CSV_EPARSE) {
+    throw std::bad_alloc();
+  }
+  fail(rowLine(), rows_.is_last_ ? "has a quote that is not closed"
+                                 : "has a stray quote (quote the whole cell and double the quotes in it)");
 }
 
 void CsvParser::addCell(std::string_view cell) {
-  if (!isInRow()) row_line_ = line_;
+  if (!isInRow()) {
+    row_line_ = line_;
+  }
   line_ += static_cast<std::size_t>(std::count(cell.begin(), cell.end(), '\n'));
   rows_.addCell(cell);
   after_return_ = false;
@@ -181,8 +221,12 @@ void CsvParser::addCell(std::string_view cell) {
 // Comes once for every line end outside quotes, for CRLF twice, and at the end of the file.
 void CsvParser::endLine(int letter) {
   const std::size_t first = rows_.begunCell();
-  if (isInRow()) rows_.rows_.push_back({row_line_, first, rows_.cells_.size() - first});
-  if (letter == '\r' || !after_return_) ++line_;
+  if (isInRow()) {
+    rows_.rows_.push_back({row_line_, first, rows_.cells_.size() - first});
+  }
+  if (letter == '\r' || !after_return_) {
+    ++line_;
+  }
   after_return_ = letter == '\r';
 }
 

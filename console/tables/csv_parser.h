@@ -49,13 +49,10 @@ class CsvRows {
 
   void settle();
   std::string_view textOf(const cell_place& place) const {
-    return place.begin < CHUNK
-               ? std::string_view(chunk_.data() + place.begin, place.size)
-               : std::string_view(other_.data() + (place.begin - CHUNK), place.size);
+    return place.begin < CHUNK ? std::string_view(chunk_.data() + place.begin, place.size)
+                               : std::string_view(other_.data() + (place.begin - CHUNK), place.size);
   }
-  std::size_t begunCell() const {
-    return rows_.empty() ? 0 : rows_.back().first_cell + rows_.back().cells;
-  }
+  std::size_t begunCell() const { return rows_.empty() ? 0 : rows_.back().first_cell + rows_.back().cells; }
   void addCell(std::string_view text) {
     cells_.push_back({CHUNK + other_.size(), text.size()});
     other_.insert(other_.end(), text.begin(), text.end());

@@ -20,7 +20,9 @@ constexpr std::size_t SAMPLE_SIZE = std::size_t{64} << 10;
 std::size_t estimateRows(const std::string& file) {
   std::error_code failed;
   const std::uintmax_t size = std::filesystem::file_size(file, failed);
-  if (failed) return 0;
+  if (failed) {
+    return 0;
+  }
   std::ifstream in(file, std::ios::binary);
   std::string titles;
   std::getline(in, titles);
@@ -35,10 +37,12 @@ std::size_t estimateRows(const std::string& file) {
     in.read(part.data(), static_cast<std::streamsize>(std::min(SAMPLE_SIZE, size / SAMPLES + 1)));
     read += static_cast<double>(in.gcount());
     // A table of one column has lines only.
-    separators += static_cast<double>(
-        std::count(part.data(), part.data() + in.gcount(), per_row == 0 ? '\n' : separator));
+    separators +=
+        static_cast<double>(std::count(part.data(), part.data() + in.gcount(), per_row == 0 ? '\n' : separator));
   }
-  if (read == 0) return 0;
+  if (read == 0) {
+    return 0;
+  }
   return static_cast<std::size_t>(separators / static_cast<double>(std::max<long>(per_row, 1)) *
                                   static_cast<double>(size) / read) +
          1;
@@ -47,7 +51,9 @@ std::size_t estimateRows(const std::string& file) {
 }  // namespace
 
 CsvTable::CsvTable(const std::string& file) : parser_(file), rows_(parser_.nextRows()) {
-  if (!nextLine()) throw TableError(0, "is empty: a header line is needed");
+  if (!nextLine()) {
+    throw TableError(0, "is empty: a header line is needed");
+  }
   for (const std::string_view cell : cells_) {
     titles_.push_back(qs_lib::allTrim(std::string(cell)));
   }
@@ -64,10 +70,16 @@ bool CsvTable::next() {
 
 bool CsvTable::nextLine() {
   while (++row_ >= rows_.size()) {
-    if (rows_.failure()) throw TableError(*rows_.failure());
-    if (rows_.isLast()) return false;
+    if (rows_.failure()) {
+      throw TableError(*rows_.failure());
+    }
+    if (rows_.isLast()) {
+      return false;
+    }
     // A table of one chunk needs no second thread.
-    if (!ahead_) ahead_.emplace([this] { return parser_.nextRows(); });
+    if (!ahead_) {
+      ahead_.emplace([this] { return parser_.nextRows(); });
+    }
     rows_ = ahead_->take();
     row_ = static_cast<std::size_t>(-1);
   }
@@ -76,7 +88,9 @@ bool CsvTable::nextLine() {
 }
 
 table_source csvSource(const std::string& file) {
-  if (file.empty()) return {};
+  if (file.empty()) {
+    return {};
+  }
   const table_source::opener open = [file] { return std::make_unique<CsvTable>(file); };
   return {file, open, [file] { return estimateRows(file); }};
 }

@@ -25,7 +25,6 @@ struct event_fields {
 /// Fills date, accuracy, range, location and number of an event from the row. The accuracy follows
 /// from the form of the date unless its column, or a range, says otherwise; it is "unknown" without
 /// a date. Location and number stay 0 when no location is given.
-void readEventCells(FieldTable& table, const event_fields& fields, LocationRegistry& locations,
-                    move_data& event);
+void readEventCells(FieldTable& table, const event_fields& fields, LocationRegistry& locations, move_data& event);
 
 }  // namespace spx::console

@@ -6,6 +6,7 @@
 
 #include "spx/core/animal_data.h"
 
+#include "console/base/quoted_text.h"
 #include "console/tables/animals_table.h"
 #include "console/tables/event_cells.h"
 #include "console/tables/field_table.h"
@@ -33,12 +34,16 @@ class EventsReader {
       : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations) {
     // Only animals of the tables have a location; the pseudo parents take no events.
     for (master_data& animal : Animals.records) {
-      if (animal.birth.location != 0) rows_.push_back(&animal);
+      if (animal.birth.location != 0) {
+        rows_.push_back(&animal);
+      }
     }
   }
 
   void read() {
-    while (table_.next()) readRow();
+    while (table_.next()) {
+      readRow();
+    }
   }
 
  private:
@@ -47,7 +52,9 @@ class EventsReader {
     initializeMove(event);
     event.event = table_.read(KIND, parseMoveType, KIND_OF_EVENT);
     readEventCells(table_, DATED_FIELDS, locations_, event);
-    if (isUnknown(table_[DATE])) table_.addFault(DATE, "the date is missing");
+    if (isUnknown(table_[DATE])) {
+      table_.addFault(DATE, "the date is missing");
+    }
     if (isSameWord(table_[KIND], "birth") || isSameWord(table_[KIND], "death")) {
       table_.addFault(KIND, quotedText(table_[KIND]) + " belongs in the table of animals");
     }
@@ -61,17 +68,23 @@ class EventsReader {
   /// By its row, where that is known; nothing is indexed then.
   master_data* findAnimal(std::string_view id) {
     const std::size_t row = table_.animalRow();
-    if (row != 0 && row <= rows_.size() && rows_[row - 1]->stud_id == id) return rows_[row - 1];
+    if (row != 0 && row <= rows_.size() && rows_[row - 1]->stud_id == id) {
+      return rows_[row - 1];
+    }
     if (animals_.empty()) {
       animals_.reserve(rows_.size());
-      for (master_data* animal : rows_) animals_.try_emplace(animal->stud_id, animal);
+      for (master_data* animal : rows_) {
+        animals_.try_emplace(animal->stud_id, animal);
+      }
     }
     const auto found = animals_.find(id);
     return found == animals_.end() ? nullptr : found->second;
   }
 
   static void append(master_data& animal, move_data& event) {
-    if (event.location == 0) stayThere(animal, event);
+    if (event.location == 0) {
+      stayThere(animal, event);
+    }
     animal.moves.push_back(std::move(event));
   }
 

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace spx::console {
@@ -33,8 +32,5 @@ class Faults {
   std::vector<fault> shown_;
   std::size_t count_ = 0;
 };
-
-/// A text from a table as messages show it: in quotes, without control characters, and shortened.
-std::string quotedText(std::string_view text);
 
 }  // namespace spx::console

@@ -6,18 +6,18 @@ namespace spx::console {
 
 namespace {
 
-ColumnTitles findColumns(const std::string& name, const RowSource& rows,
-                         std::span<const table_field> fields,
+ColumnTitles findColumns(const std::string& name, const RowSource& rows, std::span<const table_field> fields,
                          std::span<const title_choice> choices) {
-  if (!rows.fields().empty()) return ColumnTitles(rows.fields(), fields);
+  if (!rows.fields().empty()) {
+    return ColumnTitles(rows.fields(), fields);
+  }
   return ColumnTitles(name, rows.titles(), fields, choices);
 }
 
 }  // namespace
 
-FieldTable::FieldTable(std::string name, std::unique_ptr<RowSource> rows,
-                       std::span<const table_field> fields, std::size_t id_field,
-                       std::span<const title_choice> choices, Faults& faults)
+FieldTable::FieldTable(std::string name, std::unique_ptr<RowSource> rows, std::span<const table_field> fields,
+                       std::size_t id_field, std::span<const title_choice> choices, Faults& faults)
     : name_(std::move(name)),
       rows_(std::move(rows)),
       columns_(findColumns(name_, *rows_, fields, choices)),
@@ -28,7 +28,9 @@ FieldTable::FieldTable(std::string name, std::unique_ptr<RowSource> rows,
 
 bool FieldTable::next() {
   while (rows_->next()) {
-    if (rows_->cells() == rows_->titles().size()) return true;
+    if (rows_->cells() == rows_->titles().size()) {
+      return true;
+    }
     const std::size_t id = columns_.column(id_field_);
     const bool has_id = id != ColumnTitles::NONE && id < rows_->cells();
     faults_.add({name_, rows_->line(), "", has_id ? std::string((*rows_)[id]) : "",
@@ -46,8 +48,8 @@ std::string_view FieldTable::operator[](std::size_t field) const {
 
 void FieldTable::addFault(std::size_t field, const std::string& reason) {
   const std::size_t column = columns_.column(field);
-  faults_.add({name_, rows_->line(), column == ColumnTitles::NONE ? "" : title(column),
-               std::string((*this)[id_field_]), reason, row_kind_});
+  faults_.add({name_, rows_->line(), column == ColumnTitles::NONE ? "" : title(column), std::string((*this)[id_field_]),
+               reason, row_kind_});
 }
 
 }  // namespace spx::console

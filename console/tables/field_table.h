@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "console/base/quoted_text.h"
 #include "console/tables/column_titles.h"
 #include "console/tables/faults.h"
 #include "console/tables/row_source.h"
@@ -52,7 +53,9 @@ class FieldTable {
   template <typename Reader>
   auto read(std::size_t field, Reader reader, const char* what) {
     const auto value = reader((*this)[field]);
-    if (!value) addFault(field, quotedText((*this)[field]) + " is no " + what);
+    if (!value) {
+      addFault(field, quotedText((*this)[field]) + " is no " + what);
+    }
     return value.value_or(typename decltype(value)::value_type{});
   }
 

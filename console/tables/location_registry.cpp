@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "console/tables/faults.h"
+#include "console/base/quoted_text.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -33,7 +33,9 @@ void LocationRegistry::addLevel(const std::string& name) {
 }
 
 bool LocationRegistry::add(const DemeID& deme, const std::string& name, gis_point point) {
-  if (isKnown(deme)) return false;
+  if (isKnown(deme)) {
+    return false;
+  }
   enter(deme, name, point);
   return true;
 }
@@ -42,21 +44,29 @@ place LocationRegistry::enter(const DemeID& deme, const std::string& name, gis_p
   const place added{MetaPop.addMember(deme.text(), name, point), numbers_.size() + 1};
   numbers_.emplace(added.deme, added.number);
   const auto [entry, first] = names_.try_emplace(name, named_place{added, false});
-  if (!first) entry->second.ambiguous = true;
+  if (!first) {
+    entry->second.ambiguous = true;
+  }
   found_.erase(name);
   return added;
 }
 
 place LocationRegistry::find(std::string_view text, std::string& reason) {
-  if (const auto known = found_.find(text); known != found_.end()) return known->second;
+  if (const auto known = found_.find(text); known != found_.end()) {
+    return known->second;
+  }
   const place where = findAnew(text, reason);
-  if (where.number != 0) found_.insert_or_assign(std::string(text), where);
+  if (where.number != 0) {
+    found_.insert_or_assign(std::string(text), where);
+  }
   return where;
 }
 
 place LocationRegistry::findAnew(std::string_view text, std::string& reason) {
   if (const auto known = names_.find(text); known != names_.end()) {
-    if (!known->second.ambiguous) return known->second.where;
+    if (!known->second.ambiguous) {
+      return known->second.where;
+    }
     reason = quotedText(text) + " is the name of several locations: give the identifier";
     return {};
   }
@@ -74,8 +84,7 @@ place LocationRegistry::findIdentifier(std::string_view text, std::string& reaso
     return {};
   }
   if (!complete_ && by_name_) {
-    reason =
-        quotedText(text) + " is an identifier among names of locations: give a locations table";
+    reason = quotedText(text) + " is an identifier among names of locations: give a locations table";
     return {};
   }
   if (!isKnown(*deme)) {
@@ -92,7 +101,9 @@ void LocationRegistry::addAbove(const DemeID& deme) {
   DemeID above;
   for (std::size_t level = 0; static_cast<int>(level) < deme.getLevel(); ++level) {
     above.blocks[level] = deme.blocks[level];
-    if (!isKnown(above)) enter(above, shortText(above), {});
+    if (!isKnown(above)) {
+      enter(above, shortText(above), {});
+    }
   }
 }
 
@@ -127,18 +138,24 @@ DemeID LocationRegistry::freeDeme() {
       deme.blocks[1] = static_cast<std::uint8_t>(inner / LAST_NUMBER + 1);
       deme.blocks[2] = static_cast<std::uint8_t>(inner % LAST_NUMBER + 1);
     }
-    if (!isKnown(deme)) return deme;
+    if (!isKnown(deme)) {
+      return deme;
+    }
   }
   return {};
 }
 
 place LocationRegistry::unknown() {
-  if (unknown_.number != 0) return unknown_;
+  if (unknown_.number != 0) {
+    return unknown_;
+  }
   needLevels(0);
   // From the top: the free numbers at the bottom are those that a keeper would give next.
   for (std::uint32_t number = LAST_NUMBER; number > 0; --number) {
     const DemeID deme = topDeme(number);
-    if (isKnown(deme)) continue;
+    if (isKnown(deme)) {
+      continue;
+    }
     unknown_ = enter(deme, "unknown", {});
     return unknown_;
   }

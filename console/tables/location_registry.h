@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "spx/views/deme_id.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/deme_id.h"
+#include "spx/core/meta_population.h"
 
 namespace spx::console {
 
@@ -44,9 +44,7 @@ class LocationRegistry {
  private:
   struct text_hash {
     using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-      return std::hash<std::string_view>()(text);
-    }
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
   };
   struct named_place {
     place where;

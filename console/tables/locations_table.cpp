@@ -4,8 +4,9 @@
 #include <set>
 #include <vector>
 
-#include "spx/views/breeding_program.h"
+#include "spx/core/breeding_program.h"
 
+#include "console/base/quoted_text.h"
 #include "console/tables/field_table.h"
 #include "console/tables/value_text.h"
 
@@ -39,12 +40,16 @@ class LocationsReader {
 
   /// All rows first: a level exists only when its name is known, and deep demes may come first.
   void read() {
-    while (table_.next()) readRow();
+    while (table_.next()) {
+      readRow();
+    }
     for (std::size_t level = 0; level < levels_.size(); ++level) {
       const std::string& name = levels_[level];
       locations_.addLevel(name.empty() ? "Level " + std::to_string(level + 1) : name);
     }
-    for (const location& each : rows_) locations_.add(each.deme, each.name, each.point);
+    for (const location& each : rows_) {
+      locations_.add(each.deme, each.name, each.point);
+    }
     locations_.setComplete();
   }
 
@@ -54,7 +59,9 @@ class LocationsReader {
     row.deme = table_.read(DEME, parseDeme, "deme identifier (numbers from 1 to 255)");
     row.name = table_[NAME].empty() ? table_[DEME] : table_[NAME];
     row.point = {readDegrees(LATITUDE, 90), readDegrees(LONGITUDE, 180)};
-    if (row.deme.getLevel() < 0) return;
+    if (row.deme.getLevel() < 0) {
+      return;
+    }
     if (!known_.insert(row.deme.binary()).second) {
       return table_.addFault(DEME, "the location is listed twice");
     }
@@ -65,19 +72,23 @@ class LocationsReader {
   double readDegrees(std::size_t field, double limit) {
     const double degrees = table_.read(field, parseReal<double>, "number of degrees");
     if (std::abs(degrees) > limit) {
-      table_.addFault(field, quotedText(table_[field]) + " lies beyond " +
-                                 std::to_string(static_cast<int>(limit)) + " degrees");
+      table_.addFault(
+          field, quotedText(table_[field]) + " lies beyond " + std::to_string(static_cast<int>(limit)) + " degrees");
     }
     return degrees;
   }
 
   void nameLevel(std::size_t level) {
-    if (levels_.size() <= level) levels_.resize(level + 1);
+    if (levels_.size() <= level) {
+      levels_.resize(level + 1);
+    }
     const std::string_view name = table_[LEVEL];
-    if (levels_[level].empty()) levels_[level] = name;
+    if (levels_[level].empty()) {
+      levels_[level] = name;
+    }
     if (!name.empty() && name != levels_[level]) {
-      table_.addFault(LEVEL, "identifiers of this depth belong to the level " +
-                                 quotedText(levels_[level]) + ", not " + quotedText(name));
+      table_.addFault(LEVEL, "identifiers of this depth belong to the level " + quotedText(levels_[level]) + ", not " +
+                                 quotedText(name));
     }
   }
 

@@ -30,7 +30,9 @@ class ReadAhead {
 
   /// The next part, not to be called after the last one. Throws what making it threw.
   Part take() {
-    if (!thread_.joinable()) return make_();
+    if (!thread_.joinable()) {
+      return make_();
+    }
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !made_.empty(); });
     made_part part = std::move(made_.front());

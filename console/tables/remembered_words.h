@@ -19,10 +19,14 @@ class RememberedWords {
 
   std::optional<Value> operator()(std::string_view text) {
     for (const auto& [word, value] : words_) {
-      if (word == text) return value;
+      if (word == text) {
+        return value;
+      }
     }
     const std::optional<Value> value = read_(text);
-    if (value && words_.size() < MOST) words_.emplace_back(text, *value);
+    if (value && words_.size() < MOST) {
+      words_.emplace_back(text, *value);
+    }
     return value;
   }
 

@@ -17,8 +17,7 @@ class ColumnTitles;
 /// A table that cannot be read on: unreadable, no text, or with broken quotes.
 class TableError : public std::runtime_error {
  public:
-  TableError(std::size_t line, const std::string& reason)
-      : std::runtime_error(reason), line_(line) {}
+  TableError(std::size_t line, const std::string& reason) : std::runtime_error(reason), line_(line) {}
   /// The line, from 1, in which the row begins; 0 when it is the table as a whole.
   std::size_t line() const { return line_; }
 
@@ -41,8 +40,7 @@ class RowSource {
   const std::vector<std::string>& fields() const { return fields_; }
 
   /// Hears, before the first row, which columns hold which fields.
-  virtual void settleColumns(std::span<const table_field> /*fields*/,
-                             const ColumnTitles& /*columns*/) {}
+  virtual void settleColumns(std::span<const table_field> /*fields*/, const ColumnTitles& /*columns*/) {}
 
   /// Goes to the next row. @return false at the end. Throws TableError.
   virtual bool next() = 0;
@@ -72,8 +70,8 @@ class RowSource {
 struct table_source {
   using opener = std::function<std::unique_ptr<RowSource>()>;
 
-  std::string name;  ///< as messages show it
-  opener open;       ///< throws TableError; null for a table that is not given
+  std::string name;                            ///< as messages show it
+  opener open;                                 ///< throws TableError; null for a table that is not given
   std::function<std::size_t()> estimate_rows;  ///< roughly how many rows there are; 0 for unknown
 };
 

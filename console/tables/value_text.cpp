@@ -6,7 +6,9 @@ namespace spx::console {
 namespace {
 
 char folded(char letter) {
-  if (letter >= 'A' && letter <= 'Z') return static_cast<char>(letter - 'A' + 'a');
+  if (letter >= 'A' && letter <= 'Z') {
+    return static_cast<char>(letter - 'A' + 'a');
+  }
   return letter == ' ' || letter == '-' ? '_' : letter;
 }
 
@@ -25,7 +27,9 @@ std::optional<Enum> parseName(std::string_view text, Enum last) {
     return all;
   }();
   for (std::size_t value = 0; value < names.size(); ++value) {
-    if (isSameWord(text, names[value])) return static_cast<Enum>(value);
+    if (isSameWord(text, names[value])) {
+      return static_cast<Enum>(value);
+    }
   }
   return std::nullopt;
 }
@@ -61,21 +65,23 @@ bool isNumber(std::string_view text) {
 }
 
 bool hasLeadingZero(std::string_view text) {
-  if (!text.empty() && text.front() == '-') text.remove_prefix(1);
+  if (!text.empty() && text.front() == '-') {
+    text.remove_prefix(1);
+  }
   return text.size() > 1 && text[0] == '0' && isDigit(text[1]);
 }
 
 }  // namespace
 
 bool isSameWord(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                            [](char x, char y) { return folded(x) == folded(y); });
+  return a.size() == b.size() &&
+         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return folded(x) == folded(y); });
 }
 
 bool isMissing(std::string_view text) {
   constexpr std::size_t LONGEST_CODE = 3;
-  return text.empty() || (text.size() <= LONGEST_CODE &&
-                          (text == "." || isSameWord(text, "NA") || isSameWord(text, "N/A")));
+  return text.empty() ||
+         (text.size() <= LONGEST_CODE && (text == "." || isSameWord(text, "NA") || isSameWord(text, "N/A")));
 }
 
 bool isUnknown(std::string_view text) {
@@ -87,14 +93,20 @@ bool isUnknownId(std::string_view text) {
 }
 
 std::optional<SEX> parseSex(std::string_view text) {
-  if (isUnknown(text)) return SEX::UNKNOWN;
+  if (isUnknown(text)) {
+    return SEX::UNKNOWN;
+  }
   return text.size() == 1 ? parseSexLetter(text[0]) : parseName(text, SEX::UNKNOWN);
 }
 
 std::optional<dated_text> parseDate(std::string_view text) {
-  if (isUnknown(text)) return dated_text{};
+  if (isUnknown(text)) {
+    return dated_text{};
+  }
   const auto day = qs_lib::msToDay(qs_lib::dateToJulian(std::string(text)));
-  if (day == 0) return std::nullopt;
+  if (day == 0) {
+    return std::nullopt;
+  }
   constexpr std::size_t YEAR = 4;
   constexpr std::size_t YEAR_AND_MONTH = 7;
   const auto accuracy = text.size() == YEAR             ? DATE_ACCURACY::BY_YEAR
@@ -112,9 +124,15 @@ std::optional<MOVE_TYPE> parseMoveType(std::string_view text) {
 }
 
 std::optional<BIRTH_TYPE> parseOrigin(std::string_view text) {
-  if (isUnknown(text)) return BIRTH_TYPE::UNKNOWN;
-  if (isSameWord(text, "wild")) return BIRTH_TYPE::WILD_BORN;
-  if (isSameWord(text, "captive")) return BIRTH_TYPE::CAPTIVE_BORN;
+  if (isUnknown(text)) {
+    return BIRTH_TYPE::UNKNOWN;
+  }
+  if (isSameWord(text, "wild")) {
+    return BIRTH_TYPE::WILD_BORN;
+  }
+  if (isSameWord(text, "captive")) {
+    return BIRTH_TYPE::CAPTIVE_BORN;
+  }
   return parseName(text, BIRTH_TYPE::UNKNOWN);
 }
 
@@ -123,16 +141,22 @@ std::optional<REARING> parseRearing(std::string_view text) {
 }
 
 std::optional<std::uint64_t> parseDays(std::string_view text) {
-  if (isUnknown(text)) return 0;
+  if (isUnknown(text)) {
+    return 0;
+  }
   std::uint64_t days = 0;
   const char* end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, days);
-  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+  if (result.ec != std::errc() || result.ptr != end) {
+    return std::nullopt;
+  }
   return days;
 }
 
 bool isDemeText(std::string_view text) {
-  if (text.empty() || text.find_first_not_of("0123456789.") != std::string_view::npos) return false;
+  if (text.empty() || text.find_first_not_of("0123456789.") != std::string_view::npos) {
+    return false;
+  }
   return text.find('.') != std::string_view::npos || isNumber<std::uint8_t>(text);
 }
 
@@ -141,21 +165,31 @@ std::optional<DemeID> parseDeme(std::string_view text) {
   for (std::size_t level = 0;; ++level) {
     const std::size_t dot = std::min(text.find('.'), text.size());
     const std::string_view block = text.substr(0, dot);
-    if (level >= deme.blocks.size() || !isNumber<std::uint8_t>(block)) return std::nullopt;
+    if (level >= deme.blocks.size() || !isNumber<std::uint8_t>(block)) {
+      return std::nullopt;
+    }
     std::from_chars(block.data(), block.data() + block.size(), deme.blocks[level]);
-    if (level > 0 && deme.blocks[level] != 0 && deme.blocks[level - 1] == 0) return std::nullopt;
-    if (dot == text.size()) break;
+    if (level > 0 && deme.blocks[level] != 0 && deme.blocks[level - 1] == 0) {
+      return std::nullopt;
+    }
+    if (dot == text.size()) {
+      break;
+    }
     text.remove_prefix(dot + 1);
   }
   DemeID unpacked;
   unpacked.set(deme.binary());
-  if (deme.getLevel() < 0 || unpacked.blocks != deme.blocks) return std::nullopt;
+  if (deme.getLevel() < 0 || unpacked.blocks != deme.blocks) {
+    return std::nullopt;
+  }
   return deme;
 }
 
 void TypeGuess::add(std::string_view value) {
   using qs_lib::FIELD_TYPE;
-  if (isMissing(value) || type_ == FIELD_TYPE::TEXT) return;
+  if (isMissing(value) || type_ == FIELD_TYPE::TEXT) {
+    return;
+  }
   met_ = true;
   if (hasLeadingZero(value)) {
     type_ = FIELD_TYPE::TEXT;

@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "spx/core/deme_id.h"
 #include "spx/core/enumerations.h"
 #include "spx/support/field_type.h"
 #include "spx/support/julian_date.h"
-#include "spx/views/deme_id.h"
 
 /// The texts of the cells. A reader gives nothing for a text that it cannot take.
 namespace spx::console {
@@ -59,11 +59,15 @@ std::optional<std::uint64_t> parseDays(std::string_view text);
 /// A finite number; missing and "nan" are NaN.
 template <typename Real>
 std::optional<Real> parseReal(std::string_view text) {
-  if (isUnknown(text) || isSameWord(text, "nan")) return std::numeric_limits<Real>::quiet_NaN();
+  if (isUnknown(text) || isSameWord(text, "nan")) {
+    return std::numeric_limits<Real>::quiet_NaN();
+  }
   Real value = 0;
   const char* end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, value);
-  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) {
+    return std::nullopt;
+  }
   return value;
 }
 

@@ -36,8 +36,7 @@ void addAnimal(const animal_row& row) {
   animal.sire_id = row.sire;
   animal.dam_id = row.dam;
   animal.sex = row.sex;
-  animal.birth_type =
-      animal.sire_id == "WILD" ? spx::BIRTH_TYPE::WILD_BORN : spx::BIRTH_TYPE::CAPTIVE_BORN;
+  animal.birth_type = animal.sire_id == "WILD" ? spx::BIRTH_TYPE::WILD_BORN : spx::BIRTH_TYPE::CAPTIVE_BORN;
   animal.birth.date = qs_lib::msToDay(qs_lib::dateToJulian(row.birth));
   animal.death.date = qs_lib::msToDay(qs_lib::dateToJulian(row.death));
   spx::Animals.checkPseudoFounder(animal);  // names the wild mate of a known parent
@@ -48,8 +47,8 @@ bool load() {
   if (!spx::Animals.initialize(std::size(ANIMALS))) return false;
   std::for_each(std::begin(ANIMALS), std::end(ANIMALS), addAnimal);
   return spx::Animals.validate() && spx::Animals.createIndex(spx::SORT_FIELD::STUDBOOK_ID) &&
-         spx::Animals.createLookup() && spx::Animals.assignIdKeys() &&
-         spx::Animals.populationPedigree() && spx::Animals.flagBreeders();
+         spx::Animals.createLookup() && spx::Animals.assignIdKeys() && spx::Animals.populationPedigree() &&
+         spx::Animals.flagBreeders();
 }
 
 bool summarise() {

@@ -48,8 +48,8 @@ class SPX_EXPORT Analysis {
   /// Whether report() appends the sex of the view to the file name; true unless set.
   void setAppendSex(bool append) { append_sex_ = append; }
 
-  const std::string& title() const { return title_; }         ///< shown on top of the report
-  const std::string& fileStem() const { return file_stem_; }  ///< empty at first
+  const std::string& title() const { return title_; }                       ///< shown on top of the report
+  const std::string& fileStem() const { return file_stem_; }                ///< empty at first
   const std::string& reportDirectory() const { return report_directory_; }  ///< as it was set
   const std::string& reportFile() const { return report_file_; }            ///< formed by report()
   bool isAppendSex() const { return append_sex_; }                          ///< see setAppendSex()

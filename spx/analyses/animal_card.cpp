@@ -4,11 +4,11 @@
 #include "spx/analyses/listings.h"
 #include "spx/core/animal_data.h"
 #include "spx/core/estimated_dates.h"
-#include "spx/reports/user_fields.h"
+#include "spx/core/meta_population.h"
+#include "spx/core/user_fields.h"
 #include "spx/reports/view_labels.h"
 #include "spx/support/console.h"
 #include "spx/support/number_text.h"
-#include "spx/views/meta_population.h"
 
 namespace spx {
 namespace {
@@ -38,8 +38,7 @@ std::string eventsText(const master_data& animal) {
   }
   if (animal.death.date != 0) {
     const bool is_lost = animal.death.event == MOVE_TYPE::LOST_TO_FOLLOW_UP;
-    text += line(is_lost ? "Lost       : " : "Death      : ",
-                 dateText(animal.death) + placeText(animal.death));
+    text += line(is_lost ? "Lost       : " : "Death      : ", dateText(animal.death) + placeText(animal.death));
   }
   return text;
 }
@@ -55,8 +54,7 @@ std::string computedValues(const master_data& animal) {
 std::string userText(const master_data& animal) {
   std::string text = "User defined data\n";
   for (std::size_t field = 0; field < user_field_list.size(); ++field) {
-    text += userFieldName(field) + ": " +
-            (field < animal.user_data.size() ? animal.user_data[field] : "") + "\n";
+    text += userFieldName(field) + ": " + (field < animal.user_data.size() ? animal.user_data[field] : "") + "\n";
   }
   return text;
 }
@@ -65,12 +63,11 @@ std::string userText(const master_data& animal) {
 
 void listAnimal(const master_data& animal) {
   qs_lib::display(line("Animal#    : ", animal.stud_id) + line("Sire#      : ", animal.sire_id) +
-                  line("Dam#       : ", animal.dam_id) +
-                  line("Taxon      : ", Subspecies.getName(animal.taxon)) +
+                  line("Dam#       : ", animal.dam_id) + line("Taxon      : ", Subspecies.getName(animal.taxon)) +
                   line("Sex        : ", getEnumName(animal.sex)) +
-                  line("Origin     : ", getEnumName(animal.birth_type)) + eventsText(animal) +
-                  computedValues(animal) + line("Breeder    : ", truthText(animal.breeder)) +
-                  line("Selected   : ", truthText(animal.selected)) + userText(animal));
+                  line("Origin     : ", getEnumName(animal.birth_type)) + eventsText(animal) + computedValues(animal) +
+                  line("Breeder    : ", truthText(animal.breeder)) + line("Selected   : ", truthText(animal.selected)) +
+                  userText(animal));
   qs_lib::pauseKey();
 }
 

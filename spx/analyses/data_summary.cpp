@@ -34,8 +34,7 @@ std::string plainCount(const std::string& text, std::int64_t count) {
 
 std::string shareCount(const std::string& text, std::int64_t count, std::int64_t total) {
   return countText(text, count) + " (" +
-         qs_lib::percent(static_cast<std::uint64_t>(count), static_cast<std::uint64_t>(total), 1) +
-         ")\n";
+         qs_lib::percent(static_cast<std::uint64_t>(count), static_cast<std::uint64_t>(total), 1) + ")\n";
 }
 
 std::string generalText(const DataSummary& summary) {
@@ -57,16 +56,14 @@ std::string sexText(const DataSummary& summary) {
 
 std::string parentText(const DataSummary& summary) {
   const std::int64_t records = summary.records;
-  return "\n3. UNKNOWN PARENTAGES\n" +
-         shareCount("Animals with unknown parents  ", summary.unknown_both, records) +
+  return "\n3. UNKNOWN PARENTAGES\n" + shareCount("Animals with unknown parents  ", summary.unknown_both, records) +
          shareCount("Animals with only unknown sire", summary.unknown_sire, records) +
          shareCount("Animals with only unknown dam ", summary.unknown_dam, records) +
          shareCount("Animals with multiple sires   ", summary.group_sire, records) +
          shareCount("Animals with multiple dams    ", summary.group_dam, records);
 }
 
-std::string accuracyText(const std::string& title, const DataSummary::accuracy_counts& counts,
-                         std::int64_t total) {
+std::string accuracyText(const std::string& title, const DataSummary::accuracy_counts& counts, std::int64_t total) {
   std::string text = "\n" + title + " [n=" + std::to_string(total) + "]\n";
   for (const auto& [accuracy, count] : counts) {
     text += shareCount(getEnumName(accuracy), count, total);
@@ -75,17 +72,15 @@ std::string accuracyText(const std::string& title, const DataSummary::accuracy_c
 }
 
 std::string reproductionText(const DataSummary& summary) {
-  return "\n6. AGE AND REPRODUCTION\n" + label("Oldest observed age") +
-         convertDays(summary.oldest_age) + " (ID:" + summary.oldest_id + ")\n" +
-         plainCount("Number of breeders", summary.breeders) +
+  return "\n6. AGE AND REPRODUCTION\n" + label("Oldest observed age") + convertDays(summary.oldest_age) +
+         " (ID:" + summary.oldest_id + ")\n" + plainCount("Number of breeders", summary.breeders) +
          plainCount("Living breeders", summary.living_breeders);
 }
 
 std::string geneticsText(const DataSummary& summary) {
   return "\n7. GENETICS\n" + plainCount("Wild (source) origin", summary.wild_origin) +
          plainCount("Living of wild origin", summary.living_wild_origin) +
-         plainCount("Founders", summary.bred_founders) +
-         plainCount("Potential founders", summary.potential_founders);
+         plainCount("Founders", summary.bred_founders) + plainCount("Potential founders", summary.potential_founders);
 }
 
 }  // namespace
@@ -95,9 +90,8 @@ DataSummary::DataSummary() {
     sexes[sex] = 0;
   }
   for (const DATE_ACCURACY accuracy :
-       {DATE_ACCURACY::ACCURATE, DATE_ACCURACY::BY_DAY, DATE_ACCURACY::BY_WEEK,
-        DATE_ACCURACY::BY_MONTH, DATE_ACCURACY::BY_YEAR, DATE_ACCURACY::DATE_RANGE,
-        DATE_ACCURACY::UNKNOWN}) {
+       {DATE_ACCURACY::ACCURATE, DATE_ACCURACY::BY_DAY, DATE_ACCURACY::BY_WEEK, DATE_ACCURACY::BY_MONTH,
+        DATE_ACCURACY::BY_YEAR, DATE_ACCURACY::DATE_RANGE, DATE_ACCURACY::UNKNOWN}) {
     birth_accuracy[accuracy] = 0;
     death_accuracy[accuracy] = 0;
   }
@@ -176,8 +170,8 @@ void DataSummary::countLife(const master_data& animal, qs_lib::day_number refere
 
 // Ages are signed: a death before the birth makes no record age.
 void DataSummary::compareAge(const master_data& animal, qs_lib::day_number last_day) {
-  const double age = static_cast<double>(last_day) - static_cast<double>(animal.birth.date) +
-                     static_cast<double>(animal.birth.range);
+  const double age =
+      static_cast<double>(last_day) - static_cast<double>(animal.birth.date) + static_cast<double>(animal.birth.range);
   if (age > oldest_age) {
     oldest_age = age;
     oldest_id = animal.stud_id;
@@ -186,11 +180,10 @@ void DataSummary::compareAge(const master_data& animal, qs_lib::day_number last_
 
 void DataSummary::reportConsole() const {
   const std::string rule = qs_lib::replicateChar('-', 70) + "\n";
-  qs_lib::display(rule + "Summary of studbook data\n" + rule + generalText(*this) + sexText(*this) +
-                  parentText(*this) +
+  qs_lib::display(rule + "Summary of studbook data\n" + rule + generalText(*this) + sexText(*this) + parentText(*this) +
                   accuracyText("4. BIRTHDATE ACCURACY", birth_accuracy, records) +
-                  accuracyText("5. DEATHDATE ACCURACY", death_accuracy, died) +
-                  reproductionText(*this) + geneticsText(*this));
+                  accuracyText("5. DEATHDATE ACCURACY", death_accuracy, died) + reproductionText(*this) +
+                  geneticsText(*this));
 }
 
 }  // namespace spx

@@ -4,11 +4,11 @@
 
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
+#include "spx/core/meta_population.h"
 #include "spx/support/console.h"
 #include "spx/support/fetch_ahead.h"
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
-#include "spx/views/meta_population.h"
 #include "spx/views/predicates.h"
 
 namespace spx {
@@ -44,8 +44,7 @@ std::string inbreedingText(const master_data& animal) {
 }
 
 bool hasViewKind(const master_data& animal) {
-  return !isPseudoIndividual(animal.stud_id) &&
-         (View.origin == BIRTH_TYPE::ALL || View.origin == animal.birth_type) &&
+  return !isPseudoIndividual(animal.stud_id) && (View.origin == BIRTH_TYPE::ALL || View.origin == animal.birth_type) &&
          (View.sex == SEX::ALL || View.sex == animal.sex) &&
          isInGeneration(animal.generation[G_GENETIC], View.low_generation, View.high_generation) &&
          isInFcoef(animal.fcoef, View.low_inbreeding, View.high_inbreeding) &&
@@ -57,8 +56,7 @@ bool hasViewGroup(const master_data& animal) {
 }
 
 bool livesInView(const master_data& animal) {
-  return isLiving(animal, View.monitor_date) &&
-         MetaPop.isMemberSelected(currentDeme(animal, View.monitor_date));
+  return isLiving(animal, View.monitor_date) && MetaPop.isMemberSelected(currentDeme(animal, View.monitor_date));
 }
 
 bool reportEmpty() {
@@ -129,9 +127,9 @@ std::string masterLine(const master_data& animal) {
 std::string masterDebug(const master_data& animal, const std::string& info) {
   std::string line;
   for (const std::string& value :
-       {std::to_string(animal.id_key), animal.stud_id, getEnumName(animal.sex), animal.sire_id,
-        animal.dam_id, dayText(animal.birth.date), dayText(animal.death.date),
-        generationText(animal), inbreedingText(animal), Subspecies.getName(animal.taxon)}) {
+       {std::to_string(animal.id_key), animal.stud_id, getEnumName(animal.sex), animal.sire_id, animal.dam_id,
+        dayText(animal.birth.date), dayText(animal.death.date), generationText(animal), inbreedingText(animal),
+        Subspecies.getName(animal.taxon)}) {
     line += value + "|";
   }
   return line + info + "\n";
@@ -149,8 +147,7 @@ void prnMaster(const master_data& animal) {
 }
 
 bool inListing(master_data& animal) {
-  animal.print = hasViewKind(animal) && isNotWorse(animal.death.accuracy, View.death_accuracy) &&
-                 hasViewGroup(animal);
+  animal.print = hasViewKind(animal) && isNotWorse(animal.death.accuracy, View.death_accuracy) && hasViewGroup(animal);
   return animal.print;
 }
 

@@ -4,15 +4,15 @@
 #include <cmath>
 #include <limits>
 
-#include "spx/analyses/biology.h"
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
+#include "spx/core/meta_population.h"
 #include "spx/core/pseudo_ids.h"
+#include "spx/project/biology.h"
 #include "spx/reports/view_labels.h"
 #include "spx/support/number_text.h"
 #include "spx/support/progress_bar.h"
 #include "spx/views/data_filter.h"
-#include "spx/views/meta_population.h"
 #include "spx/views/predicates.h"
 
 namespace spx {
@@ -80,8 +80,7 @@ void TraceParents::candidate_list::add(position record) {
   }
 }
 
-const std::vector<position>& TraceParents::candidate_list::listFor(packed_deme location,
-                                                                   bool same_location) const {
+const std::vector<position>& TraceParents::candidate_list::listFor(packed_deme location, bool same_location) const {
   static const std::vector<position> nobody;
   if (!same_location) {
     return all;
@@ -133,8 +132,7 @@ void TraceParents::traceAnimal(const master_data& animal) {
   const bool group_dam = isMultiParent(animal.dam_id);
   const bool unknown_sire = isUnknown(animal.sire_id);
   const bool unknown_dam = isUnknown(animal.dam_id);
-  if (!(group_sire || group_dam || unknown_sire || unknown_dam) ||
-      isPseudoIndividual(animal.stud_id)) {
+  if (!(group_sire || group_dam || unknown_sire || unknown_dam) || isPseudoIndividual(animal.stud_id)) {
     return;
   }
   report_writer_.openTag("ANIMAL");
@@ -163,34 +161,30 @@ void TraceParents::traceAnimal(const master_data& animal) {
 }
 
 std::uint64_t TraceParents::trackSire(const master_data& animal, bool same_location) {
-  const double conception = std::trunc(static_cast<double>(animal.birth.date) -
-                                       LONGEST_GESTATION * LifeHistory.getGestation());
-  return writeCandidates(animal,
-                         {"SIRE", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)},
+  const double conception =
+      std::trunc(static_cast<double>(animal.birth.date) - LONGEST_GESTATION * LifeHistory.getGestation());
+  return writeCandidates(animal, {"SIRE", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)},
                          same_location);
 }
 
 std::uint64_t TraceParents::trackDam(const master_data& animal, bool same_location) {
-  return writeCandidates(animal,
-                         {"DAM", dams_, static_cast<double>(animal.birth.date),
-                          LifeHistory.getReproductiveAge(SEX::FEMALE)},
-                         same_location);
+  return writeCandidates(
+      animal, {"DAM", dams_, static_cast<double>(animal.birth.date), LifeHistory.getReproductiveAge(SEX::FEMALE)},
+      same_location);
 }
 
-std::uint64_t TraceParents::writeCandidates(const master_data& animal,
-                                            const parent_question& question, bool same_location) {
+std::uint64_t TraceParents::writeCandidates(const master_data& animal, const parent_question& question,
+                                            bool same_location) {
   if (!isDay(question.day)) {
     return 0;
   }
   const auto day = static_cast<qs_lib::day_number>(question.day);
-  const std::vector<position>& list =
-      question.candidates.listFor(animal.birth.location, same_location);
+  const std::vector<position>& list = question.candidates.listFor(animal.birth.location, same_location);
   const auto is_too_old = [&](position record) {
     return ageAt(animal.birth.date, Animals.records[record]) > question.age_days.upper;
   };
   std::uint64_t count = 0;
-  for (auto at = std::partition_point(list.begin(), list.end(), is_too_old); at != list.end();
-       ++at) {
+  for (auto at = std::partition_point(list.begin(), list.end(), is_too_old); at != list.end(); ++at) {
     const master_data& candidate = Animals.records[*at];
     const double age_days = ageAt(animal.birth.date, candidate);
     // Negated, so that a bound that is no number admits nobody.
@@ -207,8 +201,8 @@ std::uint64_t TraceParents::writeCandidates(const master_data& animal,
   return count;
 }
 
-void TraceParents::writeCandidate(const char* element, const master_data& candidate,
-                                  double age_days, packed_deme location) {
+void TraceParents::writeCandidate(const char* element, const master_data& candidate, double age_days,
+                                  packed_deme location) {
   report_writer_.openTag(element);
   report_writer_.createTag("ID", candidate.stud_id);
   report_writer_.createTag("AGE", qs_lib::realToString(age_days, 0));

@@ -79,10 +79,8 @@ class SPX_EXPORT TraceParents : public Analysis {
     qs_lib::DataRange<double> age_days;
   };
 
-  std::uint64_t writeCandidates(const master_data& animal, const parent_question& question,
-                                bool same_location);
-  void writeCandidate(const char* element, const master_data& candidate, double age_days,
-                      packed_deme location);
+  std::uint64_t writeCandidates(const master_data& animal, const parent_question& question, bool same_location);
+  void writeCandidate(const char* element, const master_data& candidate, double age_days, packed_deme location);
   void traceAnimal(const master_data& animal);
   void gatherCandidates();
 

@@ -92,10 +92,9 @@ bool AnimalData::clearStudbook() {
 void AnimalData::info() const {
   const std::string rule = qs_lib::replicateChar('=', 70) + "\n";
   const std::string used = qs_lib::percent<std::uint64_t>(records.size(), records.capacity(), 1);
-  qs_lib::display(rule + "Memory usage of studbook data\n" + rule +
-                  "\nAllocated records       : " + std::to_string(records.capacity()) +
-                  "\nUsed records            : " + std::to_string(records.size()) + " (" + used +
-                  ")\nMaximum records         : " + std::to_string(records.max_size()) + "\n" +
+  qs_lib::display(rule + "Memory usage of studbook data\n" + rule + "\nAllocated records       : " +
+                  std::to_string(records.capacity()) + "\nUsed records            : " + std::to_string(records.size()) +
+                  " (" + used + ")\nMaximum records         : " + std::to_string(records.max_size()) + "\n" +
                   qs_lib::replicateChar('-', 70) + "\n");
 }
 
@@ -116,9 +115,7 @@ template <class Order>
 void AnimalData::sortIndex() {
   const std::vector<std::uint64_t> numbers = factsOf(records, Order::number);
   if constexpr (requires { &Order::text; }) {
-    sortAscending(index, numbers, [this](position record) -> std::string_view {
-      return Order::text(records[record]);
-    });
+    sortAscending(index, numbers, [this](position record) -> std::string_view { return Order::text(records[record]); });
   } else {
     sortAscending(index, numbers);
   }

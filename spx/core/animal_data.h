@@ -170,11 +170,11 @@ class SPX_EXPORT AnimalData {
   /// True until flagBreeders has run; true again after clearStudbook.
   bool breedersStale() const { return breeders_stale_; }
 
-  std::vector<master_data> records;       ///< in the order in which they were added
-  std::vector<position> index;            ///< the order of listings and analyses
-  std::vector<pedigree_record> pedigree;  ///< made by populationPedigree
+  std::vector<master_data> records;                                      ///< in the order in which they were added
+  std::vector<position> index;                                           ///< the order of listings and analyses
+  std::vector<pedigree_record> pedigree;                                 ///< made by populationPedigree
   std::map<std::string, position, qs_lib::map_key<std::string>> lookup;  ///< made by createLookup
-  std::string text;                            ///< the host's; emptied by clearStudbook
+  std::string text;                                                      ///< the host's; emptied by clearStudbook
   bool records_changed = true;                 ///< for the host; set by addMaster and clearStudbook
   bool derived_changed = true;                 ///< for the host; set likewise
   std::vector<inconsistency> inconsistencies;  ///< the findings of the last validate

@@ -8,14 +8,12 @@ namespace {
 // Fields of fixed width, one per value in the order of the values.
 constexpr char sex_name[][15] = {"female", "male", "hermaphrodite", "abnormal", "unknown", "all"};
 
-constexpr char birth_control[][15] = {"intact",       "neutered", "vasectomy",
-                                      "contracepted", "reversed", "no selection"};
+constexpr char birth_control[][15] = {"intact", "neutered", "vasectomy", "contracepted", "reversed", "no selection"};
 
-constexpr char move_name[][20] = {"birth",          "from wild",         "arrival",
-                                  "population in",  "social in",         "management in",
-                                  "released",       "population out",    "social out",
-                                  "management out", "lost-to-follow-up", "death",
-                                  "surplus",        "no event",          "all"};
+constexpr char move_name[][20] = {
+    "birth",    "from wild",      "arrival",    "population in",  "social in",         "management in",
+    "released", "population out", "social out", "management out", "lost-to-follow-up", "death",
+    "surplus",  "no event",       "all"};
 
 constexpr char est_name[][15] = {"accurate", "by day",     "by week", "by month",
                                  "by year",  "date range", "unknown", "all dates"};
@@ -36,8 +34,7 @@ constexpr char handle_name[][20] = {"ignore", "equal", "observed ratio"};
 
 constexpr char viability[][20] = {"all", "stillbirths", "non-viable", "neonatal", "viable"};
 
-constexpr char timeinterval[][20] = {"day",      "week",   "month",    "quarter",
-                                     "biannual", "annual", "biennial", "five-year"};
+constexpr char timeinterval[][20] = {"day", "week", "month", "quarter", "biannual", "annual", "biennial", "five-year"};
 
 template <std::size_t ROWS, std::size_t WIDTH, typename Value>
 std::string nameIn(const char (&table)[ROWS][WIDTH], Value value) {

@@ -14,14 +14,7 @@ namespace spx {
 enum class SEX : std::uint32_t { FEMALE, MALE, HERMAPHRODITE, ABNORMAL, UNKNOWN, ALL };
 
 /// The state of birth control. NO_SELECTION is the wildcard of views.
-enum class BIRTH_CONTROL : std::uint32_t {
-  INTACT,
-  NEUTERED,
-  VASECTOMY,
-  CONTRACEPTED,
-  REVERSED,
-  NO_SELECTION
-};
+enum class BIRTH_CONTROL : std::uint32_t { INTACT, NEUTERED, VASECTOMY, CONTRACEPTED, REVERSED, NO_SELECTION };
 
 /// The kind of a life event.
 enum class MOVE_TYPE : std::uint32_t {
@@ -58,17 +51,7 @@ enum class DATE_ACCURACY : std::uint32_t {
 enum class BIRTH_TYPE : std::uint32_t { WILD_BORN, CAPTIVE_BORN, UNKNOWN, ALL };
 
 /// How an animal was reared. ALL is the wildcard of views.
-enum class REARING : std::uint32_t {
-  PARENT,
-  HAND,
-  FOSTER,
-  COLONY,
-  SUPPLEMENTAL,
-  PEER,
-  NONE,
-  UNKNOWN,
-  ALL
-};
+enum class REARING : std::uint32_t { PARENT, HAND, FOSTER, COLONY, SUPPLEMENTAL, PEER, NONE, UNKNOWN, ALL };
 
 /// The key by which a list is ordered. The enumerators follow the display names; what
 /// AnimalData::sortList does for SIRE_ID, DAM_ID and EVENT is one step off (see there).

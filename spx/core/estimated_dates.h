@@ -29,12 +29,11 @@ inline constexpr double DAYS_PER_YEAR = 365.25;
 /// @param date      in Julian milliseconds; 0 gives the empty text whatever the accuracy
 /// @param range     in days; read only for DATE_ACCURACY::DATE_RANGE
 /// @param format    order and separator of the full date
-SPX_EXPORT std::string formatEstDate(qs_lib::julian_ms date, DATE_ACCURACY accuracy,
-                                     std::uint64_t range, qs_lib::date_time_set format);
+SPX_EXPORT std::string formatEstDate(qs_lib::julian_ms date, DATE_ACCURACY accuracy, std::uint64_t range,
+                                     qs_lib::date_time_set format);
 
 /// The same in the process-wide format.
-SPX_EXPORT std::string formatEstDate(qs_lib::julian_ms date, DATE_ACCURACY accuracy,
-                                     std::uint64_t range);
+SPX_EXPORT std::string formatEstDate(qs_lib::julian_ms date, DATE_ACCURACY accuracy, std::uint64_t range);
 
 /// A span of days with one decimal and the unit that suits it: " days" below 7, " weeks"
 /// below 30.6001, " months" below 365.25, otherwise " years". The limits apply to the span before

@@ -41,8 +41,7 @@ bool initializeManaged(managed_data& managed) {
 }
 
 void setAnimalGeneration(master_data& animal, double generation) {
-  std::fill(std::begin(animal.generation), std::end(animal.generation),
-            static_cast<float>(generation));
+  std::fill(std::begin(animal.generation), std::end(animal.generation), static_cast<float>(generation));
 }
 
 bool setFounderLineage(master_data& animal, std::uint64_t lineage) {

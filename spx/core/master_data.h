@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "spx/core/deme_id.h"
 #include "spx/core/enumerations.h"
 #include "spx/core/rare.h"
+#include "spx/core/sub_taxa.h"
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
-#include "spx/views/deme_id.h"
-#include "spx/views/sub_taxa.h"
 
 /// The records of a studbook: plain values that the store owns. Dates are day numbers, and 0 means
 /// that no date is known. The default values are those of a zeroed record; initializeMaster gives a
@@ -26,12 +26,12 @@ using position = std::size_t;
 struct move_data {
   qs_lib::day_number date = 0;                       ///< 0 is unknown
   DATE_ACCURACY accuracy = DATE_ACCURACY::ACCURATE;  ///< how exact the date is
-  std::uint64_t range = 0;             ///< uncertainty in days, for DATE_ACCURACY::DATE_RANGE
-  packed_deme location = 0;            ///< a deme of the metapopulation
-  MOVE_TYPE event = MOVE_TYPE::BIRTH;  ///< what happened
-  Rare<std::string> first_text;        ///< the host's; carried and copied only
-  std::uint64_t number = 0;            ///< the running number of the location, for the .TRF export
-  Rare<std::string> second_text;       ///< the host's; carried and copied only
+  std::uint64_t range = 0;                           ///< uncertainty in days, for DATE_ACCURACY::DATE_RANGE
+  packed_deme location = 0;                          ///< a deme of the metapopulation
+  MOVE_TYPE event = MOVE_TYPE::BIRTH;                ///< what happened
+  Rare<std::string> first_text;                      ///< the host's; carried and copied only
+  std::uint64_t number = 0;                          ///< the running number of the location, for the .TRF export
+  Rare<std::string> second_text;                     ///< the host's; carried and copied only
 };
 
 /// A management event: the host's four words, of which the fourth survives a reset.
@@ -51,26 +51,26 @@ enum GENERATION : std::size_t { G_CITES, G_GENETIC, G_MATERNAL, G_AVERAGE };
 struct master_data {
   static constexpr std::size_t LINEAGES = 256;  ///< founder lineages that can be told apart
 
-  std::uint64_t id_key = 0;  ///< numeric key given by the store; all bits set: none yet
-  std::string stud_id;       ///< any bytes, compared as they are
-  std::string sire_id;       ///< a studbook ID or the identifier of a pseudo individual
-  std::string dam_id;        ///< likewise
-  taxon_handle taxon;        ///< an entry of Subspecies
-  SEX sex = SEX::FEMALE;     ///< never SEX::ALL
-  BIRTH_TYPE birth_type = BIRTH_TYPE::WILD_BORN;  ///< the origin
-  REARING rearing = REARING::PARENT;              ///< by whom it was reared
-  move_data birth;                                ///< its location is where the animal was born
-  move_data death;                                ///< a death or loss to follow-up; date 0: neither
-  std::vector<move_data> moves;             ///< between birth and end, in the order of recording
-  std::vector<managed_data> managed;        ///< the host's
-  std::vector<BirthControl> birth_control;  ///< the host's
-  float generation[4] = {0, 0, 0, 0};  ///< generation numbers, see GENERATION; NaN is not computed
-  double fcoef = 0;                    ///< inbreeding coefficient; NaN is not computed
-  bool breeder = false;                ///< a parent of at least one record of the pedigree
-  bool selected = false;               ///< belongs to the current selection
-  bool print = false;                  ///< is to be listed
-  std::vector<std::string> user_data;  ///< one value per field of user_field_list
-  std::bitset<LINEAGES> lineages;      ///< founder lineages that the animal descends from
+  std::uint64_t id_key = 0;                                ///< numeric key given by the store; all bits set: none yet
+  std::string stud_id;                                     ///< any bytes, compared as they are
+  std::string sire_id;                                     ///< a studbook ID or the identifier of a pseudo individual
+  std::string dam_id;                                      ///< likewise
+  taxon_handle taxon;                                      ///< an entry of Subspecies
+  SEX sex = SEX::FEMALE;                                   ///< never SEX::ALL
+  BIRTH_TYPE birth_type = BIRTH_TYPE::WILD_BORN;           ///< the origin
+  REARING rearing = REARING::PARENT;                       ///< by whom it was reared
+  move_data birth;                                         ///< its location is where the animal was born
+  move_data death;                                         ///< a death or loss to follow-up; date 0: neither
+  std::vector<move_data> moves;                            ///< between birth and end, in the order of recording
+  std::vector<managed_data> managed;                       ///< the host's
+  std::vector<BirthControl> birth_control;                 ///< the host's
+  float generation[4] = {0, 0, 0, 0};                      ///< generation numbers, see GENERATION; NaN is not computed
+  double fcoef = 0;                                        ///< inbreeding coefficient; NaN is not computed
+  bool breeder = false;                                    ///< a parent of at least one record of the pedigree
+  bool selected = false;                                   ///< belongs to the current selection
+  bool print = false;                                      ///< is to be listed
+  std::vector<std::string> user_data;                      ///< one value per field of user_field_list
+  std::bitset<LINEAGES> lineages;                          ///< founder lineages that the animal descends from
   Rare<std::vector<std::vector<std::int32_t>>> host_data;  ///< the host's; carried and copied only
 };
 

@@ -1,7 +1,7 @@
 #include "spx/core/master_map.h"
 
+#include "spx/core/meta_population.h"
 #include "spx/support/number_text.h"
-#include "spx/views/meta_population.h"
 
 namespace spx {
 

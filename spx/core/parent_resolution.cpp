@@ -5,6 +5,7 @@
 
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
+#include "spx/core/identifiers.h"
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/record_index.h"
 #include "spx/support/console.h"
@@ -12,7 +13,6 @@
 #include "spx/support/progress_bar.h"
 #include "spx/support/text.h"
 #include "spx/support/write_file.h"
-#include "spx/views/predicates.h"
 
 namespace spx {
 namespace {
@@ -170,8 +170,7 @@ struct AnimalData::Validation {
   bool is_taxon_inherited = Subspecies.names().size() > 1 && generic != Subspecies.end();
 
   explicit Validation(const std::vector<master_data>& records)
-      : facts(roomFor(records)),
-        known(records, [this](const master_data& animal) { facts.emplace_back(animal); }) {}
+      : facts(roomFor(records)), known(records, [this](const master_data& animal) { facts.emplace_back(animal); }) {}
 
   static std::vector<parent_facts> roomFor(const std::vector<master_data>& records) {
     std::vector<parent_facts> room;

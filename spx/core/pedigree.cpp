@@ -18,8 +18,8 @@ using parent_position = position pedigree_record::*;
 // texts lie one after the other.
 class ParentsAndBirths {
  public:
-  ParentsAndBirths(const std::vector<master_data>& records,
-                   const std::vector<pedigree_record>& pedigree, parent_position parent) {
+  ParentsAndBirths(const std::vector<master_data>& records, const std::vector<pedigree_record>& pedigree,
+                   parent_position parent) {
     constexpr std::size_t FETCH_AHEAD = 16;
     constexpr std::size_t USUAL = 20;
     qs_lib::day_number day = 0;
@@ -83,8 +83,7 @@ class EqualBirths {
     await(start);
     while (!waiting_.empty()) {
       const std::size_t entry = waiting_.back();
-      const bool is_ready =
-          !await(entry_of_[entries_[entry].sire]) && !await(entry_of_[entries_[entry].dam]);
+      const bool is_ready = !await(entry_of_[entries_[entry].sire]) && !await(entry_of_[entries_[entry].dam]);
       if (is_ready) {
         *place_++ = entries_[entry];
         waiting_.pop_back();
@@ -165,8 +164,7 @@ void AnimalData::sortPedigreeByParent(position pedigree_record::*parent) {
 }
 
 void AnimalData::sortPedigreeByBirth() {
-  const std::vector<std::uint64_t> days =
-      factsOf(records, [](const master_data& animal) { return animal.birth.date; });
+  const std::vector<std::uint64_t> days = factsOf(records, [](const master_data& animal) { return animal.birth.date; });
   sortPedigreeBy(days);
   orderEqualBirths(days);
 }
@@ -185,8 +183,7 @@ bool AnimalData::sortPedigree(SORT_FIELD field) {
       sortPedigreeByBirth();
       break;
     case SORT_FIELD::SIRE_ID:
-      sortPedigreeBy(
-          factsOf(records, [](const master_data& animal) { return signedOrder(animal.id_key); }));
+      sortPedigreeBy(factsOf(records, [](const master_data& animal) { return signedOrder(animal.id_key); }));
       break;
     case SORT_FIELD::DAM_ID:
       sortPedigreeByParent(&pedigree_record::sire);

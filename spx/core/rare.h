@@ -14,9 +14,9 @@ class Rare {
   Rare() = default;
   /// What makes a value makes this too.
   template <class From>
-  requires std::is_constructible_v<Value, From> &&(!std::is_same_v<std::remove_cvref_t<From>, Rare>)
-      Rare(From&& from) {  // NOLINT(google-explicit-constructor,
-                           // bugprone-forwarding-reference-overload)
+  requires std::is_constructible_v<Value, From> &&
+      (!std::is_same_v<std::remove_cvref_t<From>, Rare>)Rare(From&& from) {  // NOLINT(google-explicit-constructor,
+                                                                             // bugprone-forwarding-reference-overload)
     set(Value(std::forward<From>(from)));
   }
   Rare(const Rare& other) : value_(copyOf(other)) {}
@@ -36,9 +36,7 @@ class Rare {
     return value_ ? *value_ : NOTHING;
   }
 
-  void set(Value value) {
-    value_ = value == Value{} ? nullptr : std::make_unique<Value>(std::move(value));
-  }
+  void set(Value value) { value_ = value == Value{} ? nullptr : std::make_unique<Value>(std::move(value)); }
 
  private:
   static std::unique_ptr<Value> copyOf(const Rare& other) {

@@ -29,12 +29,10 @@ std::uint64_t numberAt(const char* bytes) {
 // At most eight bytes, read in two pieces that may overlap.
 std::uint64_t bytesOf(const char* bytes, std::size_t size) {
   if (size >= 4) {
-    return numberAt<std::uint32_t>(bytes) | numberAt<std::uint32_t>(bytes + size - 4)
-                                                << 8 * (size - 4);
+    return numberAt<std::uint32_t>(bytes) | numberAt<std::uint32_t>(bytes + size - 4) << 8 * (size - 4);
   }
   if (size >= 2) {
-    return numberAt<std::uint16_t>(bytes) | numberAt<std::uint16_t>(bytes + size - 2)
-                                                << 8 * (size - 2);
+    return numberAt<std::uint16_t>(bytes) | numberAt<std::uint16_t>(bytes + size - 2) << 8 * (size - 2);
   }
   return size == 0 ? 0 : static_cast<unsigned char>(*bytes);
 }

@@ -43,8 +43,7 @@ struct id_words {
 class RecordIndex {
  public:
   /// Enters every record. Linear. The sequence must outlive the index.
-  explicit RecordIndex(const std::vector<master_data>& records)
-      : RecordIndex(records, [](const master_data&) {}) {}
+  explicit RecordIndex(const std::vector<master_data>& records) : RecordIndex(records, [](const master_data&) {}) {}
 
   /// The same.
   /// @param visit  is handed each record, in their order, while it is at hand
@@ -122,13 +121,13 @@ class RecordIndex {
   void growSlots();
 
   const std::vector<master_data>& records_;
-  std::size_t first_text_ = 0;  ///< below are the IDs that are numbers, from here on the others
+  std::size_t first_text_ = 0;                 ///< below are the IDs that are numbers, from here on the others
   std::vector<short_position> first_records_;  ///< by the number of the ID
   std::vector<parent_numbers> parents_;        ///< by record
-  std::vector<slot> slots_;  ///< of other IDs: open addressing, a power of two, at most half full
-  std::string texts_;        ///< of these IDs, one after the other, in numbers' order
-  std::vector<std::size_t> begins_;  ///< of each in texts_, and the end of the last
-  std::vector<bool> is_duplicate_;   ///< by record
+  std::vector<slot> slots_;                    ///< of other IDs: open addressing, a power of two, at most half full
+  std::string texts_;                          ///< of these IDs, one after the other, in numbers' order
+  std::vector<std::size_t> begins_;            ///< of each in texts_, and the end of the last
+  std::vector<bool> is_duplicate_;             ///< by record
 };
 
 }  // namespace spx

@@ -68,8 +68,7 @@ class DigitSort {
   }
 
   // Afterwards next_ holds where the entries of each digit end.
-  void distribute(std::span<const Entry> from, std::span<Entry> into, unsigned shift,
-                  unsigned bits) {
+  void distribute(std::span<const Entry> from, std::span<Entry> into, unsigned shift, unsigned bits) {
     const std::uint64_t mask = bit(bits) - 1;
     next_.assign(mask + 1, 0);
     for (const Entry& each : from) {
@@ -122,8 +121,7 @@ std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
 // still equal, so that memory is read many texts at a time.
 class TextOrder {
  public:
-  explicit TextOrder(const std::function<std::string_view(std::size_t)>& textOf)
-      : textOf_(textOf) {}
+  explicit TextOrder(const std::function<std::string_view(std::size_t)>& textOf) : textOf_(textOf) {}
 
   // The entries hold the first chunks.
   void sort(std::vector<entry>& entries) {
@@ -158,8 +156,8 @@ class TextOrder {
       entries.size() <= FEW ? sortFew(entries) : numbers_.sort(entries, 0, BYTE);
       for (auto first = entries.begin(); first != entries.end();) {
         const std::uint64_t number = first->number;
-        const auto last = std::find_if(
-            first, entries.end(), [number](const entry& each) { return each.number != number; });
+        const auto last =
+            std::find_if(first, entries.end(), [number](const entry& each) { return each.number != number; });
         if (last - first > 1 && (number & 0xFF) == GOES_ON) {
           still_equal.emplace_back(first, last);
         }
@@ -178,9 +176,8 @@ class TextOrder {
 
   void compareTexts() const {
     for (const run& entries : equal_) {
-      std::stable_sort(entries.begin(), entries.end(), [this](const entry& a, const entry& b) {
-        return textOf_(a.element) < textOf_(b.element);
-      });
+      std::stable_sort(entries.begin(), entries.end(),
+                       [this](const entry& a, const entry& b) { return textOf_(a.element) < textOf_(b.element); });
     }
   }
 
@@ -189,8 +186,7 @@ class TextOrder {
   NumberSort numbers_;
 };
 
-std::vector<entry> entriesOf(const std::vector<std::size_t>& elements,
-                             const std::vector<std::uint64_t>& numbers) {
+std::vector<entry> entriesOf(const std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers) {
   std::vector<entry> entries;
   entries.reserve(elements.size());
   for (const std::size_t element : elements) {
@@ -200,13 +196,12 @@ std::vector<entry> entriesOf(const std::vector<std::size_t>& elements,
 }
 
 void putBack(const std::vector<entry>& entries, std::vector<std::size_t>& elements) {
-  std::transform(entries.begin(), entries.end(), elements.begin(),
-                 [](const entry& sorted) { return sorted.element; });
+  std::transform(entries.begin(), entries.end(), elements.begin(), [](const entry& sorted) { return sorted.element; });
 }
 
 // Numbers that lie as near to each other as dates do share a word with their elements.
-void sortNear(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers,
-              std::uint64_t smallest, std::uint64_t largest) {
+void sortNear(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers, std::uint64_t smallest,
+              std::uint64_t largest) {
   constexpr unsigned ELEMENT_BITS = 32;
   std::vector<std::uint64_t> words;
   words.reserve(elements.size());
@@ -216,12 +211,10 @@ void sortNear(std::vector<std::size_t>& elements, const std::vector<std::uint64_
   const auto width = static_cast<unsigned>(std::bit_width(largest - smallest));
   const unsigned passes = (width + MOST_BITS - 1) / MOST_BITS;
   if (passes != 0) {
-    DigitSort<std::uint64_t, std::identity>().sort(words, ELEMENT_BITS,
-                                                   (width + passes - 1) / passes);
+    DigitSort<std::uint64_t, std::identity>().sort(words, ELEMENT_BITS, (width + passes - 1) / passes);
   }
-  std::transform(words.begin(), words.end(), elements.begin(), [](std::uint64_t word) {
-    return word & ((std::uint64_t{1} << ELEMENT_BITS) - 1);
-  });
+  std::transform(words.begin(), words.end(), elements.begin(),
+                 [](std::uint64_t word) { return word & ((std::uint64_t{1} << ELEMENT_BITS) - 1); });
 }
 
 }  // namespace

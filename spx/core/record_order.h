@@ -36,8 +36,7 @@ void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::ui
 
 /// The elements in that order of their places.
 template <class Element>
-std::vector<Element> reordered(const std::vector<Element>& elements,
-                               const std::vector<std::size_t>& order) {
+std::vector<Element> reordered(const std::vector<Element>& elements, const std::vector<std::size_t>& order) {
   std::vector<Element> sorted;
   sorted.reserve(elements.size());
   for (const std::size_t place : order) {

@@ -42,8 +42,7 @@ bool inOrder(const std::vector<ranged_event>& events) {
   return true;
 }
 
-void dropImpossible(std::vector<ranged_event>& moves, date_range birth, date_range end,
-                    life_findings& findings) {
+void dropImpossible(std::vector<ranged_event>& moves, date_range birth, date_range end, life_findings& findings) {
   const auto kept = std::remove_if(moves.begin(), moves.end(), [&](const ranged_event& move) {
     const bool early = move.range.last < birth.first;
     const bool late = !early && move.range.first > end.last;

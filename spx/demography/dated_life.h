@@ -22,8 +22,8 @@ SPX_EXPORT date_range rangeOf(const move_data& event);
 
 /// One dated event of a life, on the day that calculations use.
 struct life_event {
-  qs_lib::day_number day = 0;    ///< the middle of what the order of the life leaves of the range
-  qs_lib::day_number error = 0;  ///< days to either side that the day may be off
+  qs_lib::day_number day = 0;        ///< the middle of what the order of the life leaves of the range
+  qs_lib::day_number error = 0;      ///< days to either side that the day may be off
   const move_data* event = nullptr;  ///< the record's
   bool is_birth = false;             ///< the record's birth
   bool is_end = false;               ///< the record's death or loss
@@ -31,12 +31,11 @@ struct life_event {
 
 /// What was wrong with the events of animals, and how it was resolved.
 struct life_findings {
-  std::size_t undated_events = 0;       ///< events without a date: ignored
-  std::size_t events_before_birth = 0;  ///< events that cannot be after the birth: ignored
-  std::size_t events_after_end = 0;     ///< events that cannot be before the end: ignored
-  std::size_t events_out_of_order = 0;  ///< lives whose events were put in the order of their dates
-  std::size_t entries_while_present =
-      0;  ///< entries of an animal that was there: a change of place
+  std::size_t undated_events = 0;         ///< events without a date: ignored
+  std::size_t events_before_birth = 0;    ///< events that cannot be after the birth: ignored
+  std::size_t events_after_end = 0;       ///< events that cannot be before the end: ignored
+  std::size_t events_out_of_order = 0;    ///< lives whose events were put in the order of their dates
+  std::size_t entries_while_present = 0;  ///< entries of an animal that was there: a change of place
   std::size_t departures_while_away = 0;  ///< departures of an animal that was gone: ignored
   std::size_t events_while_away = 0;      ///< other events of an animal that was gone: ignored
   std::size_t ends_while_away = 0;        ///< deaths and losses after a departure: not counted
@@ -53,7 +52,6 @@ struct life_findings {
 /// are dropped and counted.
 /// @param life  replaced
 /// @return false, with nothing in `life`, when the end lies wholly before the birth
-SPX_EXPORT bool datedLife(const master_data& animal, std::vector<life_event>& life,
-                          life_findings& findings);
+SPX_EXPORT bool datedLife(const master_data& animal, std::vector<life_event>& life, life_findings& findings);
 
 }  // namespace spx

@@ -29,9 +29,8 @@ LocationSet::LocationSet(const std::set<packed_deme>& demes) {
 
 bool LocationSet::contains(packed_deme location) const {
   const auto number = static_cast<std::uint64_t>(location);
-  return choices_.empty() || std::any_of(choices_.begin(), choices_.end(), [number](auto choice) {
-           return (number & choice.first) == choice.second;
-         });
+  return choices_.empty() || std::any_of(choices_.begin(), choices_.end(),
+                                         [number](auto choice) { return (number & choice.first) == choice.second; });
 }
 
 }  // namespace spx

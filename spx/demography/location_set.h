@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "spx/core/deme_id.h"
 #include "spx/support/export.h"
-#include "spx/views/deme_id.h"
 
 namespace spx {
 

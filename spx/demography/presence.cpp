@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "spx/analyses/biology.h"
+#include "spx/project/biology.h"
 #include "spx/views/predicates.h"
 
 namespace spx {
@@ -12,9 +12,8 @@ namespace {
 using qs_lib::day_number;
 
 bool isDeparture(MOVE_TYPE event) {
-  return event == MOVE_TYPE::RELEASED || event == MOVE_TYPE::POPULATION_OUT ||
-         event == MOVE_TYPE::SURPLUS || event == MOVE_TYPE::LOST_TO_FOLLOW_UP ||
-         event == MOVE_TYPE::DEATH;
+  return event == MOVE_TYPE::RELEASED || event == MOVE_TYPE::POPULATION_OUT || event == MOVE_TYPE::SURPLUS ||
+         event == MOVE_TYPE::LOST_TO_FOLLOW_UP || event == MOVE_TYPE::DEATH;
 }
 
 bool isEntry(MOVE_TYPE event) {
@@ -60,13 +59,11 @@ class Follower {
   // An animal from the wild is there from its first event, unless that takes it away.
   void beBorn(day_number day, const std::vector<life_event>& life) {
     location_ = animal_.birth.location;
-    const auto first = std::find_if(life.begin() + 1, life.end(), [](const life_event& one) {
-      return one.is_end || !isNothing(one.event->event);
-    });
+    const auto first = std::find_if(life.begin() + 1, life.end(),
+                                    [](const life_event& one) { return one.is_end || !isNothing(one.event->event); });
     const bool is_wild = animal_.birth_type == BIRTH_TYPE::WILD_BORN;
     const bool is_move = first != life.end() && !first->is_end;
-    if (is_move &&
-        (isEntry(first->event->event) || (is_wild && !isDeparture(first->event->event)))) {
+    if (is_move && (isEntry(first->event->event) || (is_wild && !isDeparture(first->event->event)))) {
       return;
     }
     course_.assumed_entry = is_wild;
@@ -130,8 +127,7 @@ bool hasDiedBy(const master_data& animal, const life_event& end) {
   return end.is_end && endBy(animal.death.event) == STAY_END::DIED;
 }
 
-LEFT_OUT earlyDeath(const master_data& animal, const std::vector<life_event>& life,
-                    const presence_settings& settings) {
+LEFT_OUT earlyDeath(const master_data& animal, const std::vector<life_event>& life, const presence_settings& settings) {
   const life_event& birth = life.front();
   const life_event& end = life.back();
   if (!birth.is_birth || !hasDiedBy(animal, end)) return LEFT_OUT::COUNT;
@@ -156,8 +152,8 @@ bool emerge(life_course& course, double days) {
   return true;
 }
 
-void presumeLost(life_course& course, const std::vector<life_event>& life,
-                 const presence_settings& settings, life_findings& findings) {
+void presumeLost(life_course& course, const std::vector<life_event>& life, const presence_settings& settings,
+                 life_findings& findings) {
   stay& last = course.stays.back();
   if (!(settings.longest_life > 0) || last.end != STAY_END::PRESENT || course.birth == 0) return;
   if (settings.until - double{1} * course.birth <= settings.longest_life) return;
@@ -177,9 +173,7 @@ bool isChosen(Value wanted, Value value) {
 }
 
 bool areDatesGood(const master_data& animal, const DataFilter& view) {
-  const auto is_good = [&view](const move_data& move) {
-    return isNotWorse(move.accuracy, view.event_accuracy);
-  };
+  const auto is_good = [&view](const move_data& move) { return isNotWorse(move.accuracy, view.event_accuracy); };
   return isNotWorse(animal.birth.accuracy, view.birth_accuracy) &&
          (animal.death.date == 0 || isNotWorse(animal.death.accuracy, view.death_accuracy)) &&
          std::all_of(animal.moves.begin(), animal.moves.end(), is_good);
@@ -193,8 +187,7 @@ presence_settings presenceSettings(const DataFilter& view) {
   settings.use_stillbirth = view.use_stillbirth;
   settings.neonatal_days = lifeHistoryDays("NEONATAL_AGE");
   settings.emerge_days = view.use_emerge ? lifeHistoryDays("DEN_EMERGE") : 0;
-  settings.longest_life =
-      std::max(LifeHistory.getLongevity(SEX::MALE), LifeHistory.getLongevity(SEX::FEMALE));
+  settings.longest_life = std::max(LifeHistory.getLongevity(SEX::MALE), LifeHistory.getLongevity(SEX::FEMALE));
   settings.until = view.end_date;
   return settings;
 }
@@ -221,8 +214,8 @@ std::size_t left_out_counts::total() const {
   return std::accumulate(counts.begin(), counts.end(), std::size_t{0});
 }
 
-LEFT_OUT followLife(const master_data& animal, const presence_settings& settings,
-                    life_course& course, life_findings& findings) {
+LEFT_OUT followLife(const master_data& animal, const presence_settings& settings, life_course& course,
+                    life_findings& findings) {
   course.stays.clear();
   course.birth = course.birth_error = 0;
   course.assumed_entry = false;
@@ -260,16 +253,14 @@ void joinStays(const LocationSet& locations, std::vector<stay>& stays) {
 bool isInViewRecord(const master_data& animal, const DataFilter& view) {
   const auto matches = [&animal](const user_filter& filter) {
     const auto field = static_cast<std::size_t>(filter.field);
-    return field < animal.user_data.size() ? animal.user_data[field] == filter.value
-                                           : filter.value.empty();
+    return field < animal.user_data.size() ? animal.user_data[field] == filter.value : filter.value.empty();
   };
   const double generation = animal.generation[G_GENETIC];
   return isChosen(view.origin, animal.birth_type) && isChosen(view.sex, animal.sex) &&
          isChosen(view.rearing, animal.rearing) && areDatesGood(animal, view) &&
          isInGeneration(generation, view.low_generation, view.high_generation) &&
          isInFcoef(animal.fcoef, view.low_inbreeding, view.high_inbreeding) &&
-         (view.taxa.empty() ||
-          std::find(view.taxa.begin(), view.taxa.end(), animal.taxon) != view.taxa.end()) &&
+         (view.taxa.empty() || std::find(view.taxa.begin(), view.taxa.end(), animal.taxon) != view.taxa.end()) &&
          std::all_of(view.user_filters.begin(), view.user_filters.end(), matches) &&
          !isPseudoIndividual(animal.stud_id);
 }
@@ -279,13 +270,11 @@ bool isPresent(const master_data& animal, day_number day, const LocationSet& loc
   life_course course;
   life_findings findings;
   followLife(animal, settings, course, findings);
-  return std::any_of(course.stays.begin(), course.stays.end(), [&](const stay& one) {
-    return isDuring(one, day) && locations.contains(one.location);
-  });
+  return std::any_of(course.stays.begin(), course.stays.end(),
+                     [&](const stay& one) { return isDuring(one, day) && locations.contains(one.location); });
 }
 
-Presence::Presence(const std::vector<master_data>& records, const DataFilter& view,
-                   const presence_settings& settings) {
+Presence::Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings) {
   const LocationSet locations(view.demes);
   life_course course;
   for (position animal = 0; animal < records.size(); ++animal) {
@@ -307,15 +296,13 @@ Presence::Presence(const std::vector<master_data>& records, const DataFilter& vi
 
 void Presence::add(position animal, const master_data& record, const life_course& course) {
   lives_.push_back({animal, course.birth, course.birth_error, stays_.size(),
-                    static_cast<std::uint32_t>(course.stays.size()), record.sex,
-                    course.assumed_entry});
+                    static_cast<std::uint32_t>(course.stays.size()), record.sex, course.assumed_entry});
   stays_.insert(stays_.end(), course.stays.begin(), course.stays.end());
 }
 
 bool Presence::isPresent(const life& one, day_number day) const {
   const auto times = stays(one);
-  return std::any_of(times.begin(), times.end(),
-                     [day](const stay& time) { return isDuring(time, day); });
+  return std::any_of(times.begin(), times.end(), [day](const stay& time) { return isDuring(time, day); });
 }
 
 std::vector<position> Presence::presentOn(day_number day) const {

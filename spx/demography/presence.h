@@ -118,8 +118,8 @@ struct life_course {
 /// other events of one that is gone are ignored; all are counted in `findings`.
 /// @param course  replaced
 /// @return why the animal has no stays; COUNT when it has some
-SPX_EXPORT LEFT_OUT followLife(const master_data& animal, const presence_settings& settings,
-                               life_course& course, life_findings& findings);
+SPX_EXPORT LEFT_OUT followLife(const master_data& animal, const presence_settings& settings, life_course& course,
+                               life_findings& findings);
 
 /// Joins the stays in the chosen locations: going from one to another is not a departure. The ends
 /// say where the animal came from and went to; stays elsewhere are dropped.
@@ -132,8 +132,8 @@ SPX_EXPORT bool isInViewRecord(const master_data& animal, const DataFilter& view
 
 /// Whether an animal was alive and present in the locations of the view on a day, by the rules
 /// above. For many animals make a Presence once, or keep the LocationSet.
-SPX_EXPORT bool isPresent(const master_data& animal, qs_lib::day_number day,
-                          const LocationSet& locations, const presence_settings& settings);
+SPX_EXPORT bool isPresent(const master_data& animal, qs_lib::day_number day, const LocationSet& locations,
+                          const presence_settings& settings);
 
 /// The stays of all animals of a view in its locations: one pass over the records.
 class SPX_EXPORT Presence {
@@ -151,16 +151,13 @@ class SPX_EXPORT Presence {
 
   /// Follows the records that are of the view (isInViewRecord). The view's period does not cut the
   /// stays. Linear in records and events.
-  Presence(const std::vector<master_data>& records, const DataFilter& view,
-           const presence_settings& settings);
+  Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings);
 
   /// The animals that were ever there, in the order of the records.
   const std::vector<life>& lives() const { return lives_; }
 
   /// The stays of one of them, in order of time; at least one.
-  std::span<const stay> stays(const life& one) const {
-    return {stays_.data() + one.first_stay, one.number_of_stays};
-  }
+  std::span<const stay> stays(const life& one) const { return {stays_.data() + one.first_stay, one.number_of_stays}; }
 
   /// Whether one of them was alive and there on a day.
   bool isPresent(const life& one, qs_lib::day_number day) const;

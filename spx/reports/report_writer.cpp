@@ -2,10 +2,10 @@
 
 #include <ios>
 
-#include "spx/analyses/project.h"
 #include "spx/core/errors.h"
 #include "spx/core/studbook.h"
-#include "spx/reports/user_fields.h"
+#include "spx/core/user_fields.h"
+#include "spx/project/project.h"
 #include "spx/reports/view_labels.h"
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
@@ -63,10 +63,8 @@ void ReportWriter::writeProject() {
   openTag("PROJECT");
   createTag("DATE", "describe", "Date of analysis", qs_lib::getTodayAsISO());
   createTag("STUDBOOK", "describe", "Studbook", Book.name);
-  createTag("FORMAT", "describe", "Studbook format",
-            orProjectEntry(Book.format, "STUDBOOK_FORMAT"));
-  createTag("DB_SYSTEM", "describe", "Name of database system",
-            orProjectEntry(Book.db_system, "DB_SYSTEM"));
+  createTag("FORMAT", "describe", "Studbook format", orProjectEntry(Book.format, "STUDBOOK_FORMAT"));
+  createTag("DB_SYSTEM", "describe", "Name of database system", orProjectEntry(Book.db_system, "DB_SYSTEM"));
   createTag("INIT_DATE", "describe", "First date of data recorded", isoDay(Book.first_date));
   createTag("LAST_DATE", "describe", "Date of update", isoDay(Book.update_date));
   closeTag("PROJECT");
@@ -156,21 +154,18 @@ void ReportWriter::writeStatResult(const std::string& tag, const std::string& va
   createTag(tag, value);
 }
 
-void ReportWriter::writeStatResult(const std::string& tag, const std::string& description,
-                                   const std::string& value) {
+void ReportWriter::writeStatResult(const std::string& tag, const std::string& description, const std::string& value) {
   createTag(tag, "describe", description, value);
 }
 
 void ReportWriter::writeStatConfidence(double alpha, qs_lib::DataRange<double> range) {
-  writeStatResult("LEVEL", "Confidence interval of mean",
-                  qs_lib::realToString((1.0 - alpha) * 100.0, 2));
+  writeStatResult("LEVEL", "Confidence interval of mean", qs_lib::realToString((1.0 - alpha) * 100.0, 2));
   writeStatResult("LOWER", "Lower confidence limit of mean", qs_lib::realToString(range.lower, 3));
   writeStatResult("UPPER", "Upper confidence limit of mean", qs_lib::realToString(range.upper, 3));
 }
 
 void ReportWriter::writeBasicStat(const qs_lib::basic_stat& stat, const std::string& what) {
-  const auto real = [this](const char* tag, const std::string& description, double value,
-                           int decimals) {
+  const auto real = [this](const char* tag, const std::string& description, double value, int decimals) {
     writeStatResult(tag, description, qs_lib::realToString(value, decimals));
   };
   writeStatResult("SAMPLE_SIZE", "Sample size", std::to_string(stat.sample_size));

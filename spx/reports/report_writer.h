@@ -69,8 +69,7 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   /// @{
   /// An element with a text, and with the attribute `describe`.
   void writeStatResult(const std::string& tag, const std::string& value);
-  void writeStatResult(const std::string& tag, const std::string& description,
-                       const std::string& value);
+  void writeStatResult(const std::string& tag, const std::string& description, const std::string& value);
   /// @}
 
   /// LEVEL, LOWER and UPPER of a confidence interval. @param alpha  0.05 is written as level 95.00

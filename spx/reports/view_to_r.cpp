@@ -33,8 +33,7 @@ std::string analysisDate() {
 std::string settingsText() {
   return comment("Class width (days)", qs_lib::realToString(View.class_width, 6)) +
          comment("Left truncation", truthText(View.left_truncated)) +
-         comment("Right censored", truthText(View.right_censored)) +
-         comment("Prorating", truthText(View.prorating)) +
+         comment("Right censored", truthText(View.right_censored)) + comment("Prorating", truthText(View.prorating)) +
          comment("Handle unknown sex", getEnumName(View.handle_unknown)) +
          comment("Handle unknown parent", getEnumName(View.handle_parent));
 }
@@ -75,14 +74,12 @@ std::string writeComment(const std::string& label, const std::string& value, int
 
 std::string viewToR(bool monitor, bool settings) {
   return "###\n" + comment("Studbook", Book.name) + analysisDate() +
-         comment("Subspecies", View.createTaxonString(SEMICOLON)) +
-         comment("Sex", getEnumName(View.sex)) + comment("Events", getEnumName(MOVE_TYPE::ALL)) +
-         datesText(monitor, settings) +
+         comment("Subspecies", View.createTaxonString(SEMICOLON)) + comment("Sex", getEnumName(View.sex)) +
+         comment("Events", getEnumName(MOVE_TYPE::ALL)) + datesText(monitor, settings) +
          comment("Birth date accuracy", getEnumName(View.birth_accuracy)) +
          comment("Death date accuracy", getEnumName(View.death_accuracy)) +
          comment("Event date accuracy", getEnumName(View.event_accuracy)) +
-         comment("Origin", getEnumName(View.origin)) +
-         comment("Rearing", getEnumName(View.rearing)) + boundsText() +
+         comment("Origin", getEnumName(View.origin)) + comment("Rearing", getEnumName(View.rearing)) + boundsText() +
          comment("Include neonates", truthText(View.use_neonate)) +
          comment("Include stillbirths", truthText(View.use_stillbirth)) +
          comment("Population view", View.createDemeString(false, SEMICOLON)) + "###\n";

@@ -43,8 +43,7 @@ bool Configuration::load() {
   nameFile(file, *this);
   KeyFileParser parser;
   // A device or a pipe may never end.
-  if (!isRegularFile(file.getFileName()) || !file.fileOpen() || !parseFile(file, parser) ||
-      !file.fileClose()) {
+  if (!isRegularFile(file.getFileName()) || !file.fileOpen() || !parseFile(file, parser) || !file.fileClose()) {
     return false;
   }
   if (match_section_ && !section_.empty() && parser.section() != section_) {

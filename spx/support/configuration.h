@@ -1,27 +1,17 @@
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "spx/support/export.h"
-#include "spx/support/text.h"
+#include "spx/support/key_file_entries.h"
 
 namespace qs_lib {
-/// One entry of a key file. The type word ("TEXT", "INTEGER", ...) is kept as it is; nothing checks
-/// that the value fits it.
-struct ConfigElement {
-  String value;             ///< the value as text
-  std::string type;         ///< the type word
-  std::string description;  ///< for people
-};
-
 /// A key file held in memory. The file is text that a person can read and edit: the section in
 /// brackets, then for every key its description, type and value, in key order. Any bytes in any
 /// of these texts come back exactly.
 class SPX_EXPORT Configuration {
  public:
-  /// Entries by key, in byte order of the keys.
-  using entry_map = std::map<std::string, ConfigElement, map_key<std::string>>;
+  using entry_map = key_file_entries;
 
   Configuration();
   /// @{
@@ -43,8 +33,7 @@ class SPX_EXPORT Configuration {
   virtual bool save();
 
   /// Creates the entry or replaces it whole.
-  void set(const std::string& key, const std::string& type, const std::string& value,
-           const std::string& description);
+  void set(const std::string& key, const std::string& type, const std::string& value, const std::string& description);
 
   /// A copy of the entry; three empty texts for a key that is absent.
   ConfigElement get(const std::string& key) const;

@@ -16,12 +16,8 @@ struct DataRange {
     if (bracket.size() != 2) {
       return false;
     }
-    const bool above = bracket[0] == '['   ? lower <= value
-                       : bracket[0] == '(' ? lower < value
-                                           : false;
-    const bool below = bracket[1] == ']'   ? value <= upper
-                       : bracket[1] == ')' ? value < upper
-                                           : false;
+    const bool above = bracket[0] == '[' ? lower <= value : bracket[0] == '(' ? lower < value : false;
+    const bool below = bracket[1] == ']' ? value <= upper : bracket[1] == ')' ? value < upper : false;
     return above && below;
   }
 };

@@ -12,8 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The name to be listed; empty for what does not belong to the list.
-std::string listedName(const fs::directory_entry& entry, const std::string& extension,
-                       bool base_names) {
+std::string listedName(const fs::directory_entry& entry, const std::string& extension, bool base_names) {
   const std::string file = entry.path().filename().string();
   const name_of_file parts = splitFileName(file);
   std::error_code error;
@@ -42,8 +41,7 @@ bool listDir(const std::string& directory, const std::string& extension, bool ba
   }
   std::error_code error;
   std::vector<std::string> found;
-  for (fs::directory_iterator entry(path, error), end; !error && entry != end;
-       entry.increment(error)) {
+  for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error)) {
     std::string name = listedName(*entry, extension, base_names);
     if (!name.empty()) {
       found.push_back(std::move(name));

@@ -27,8 +27,7 @@ name_of_file splitFileName(const std::string& path) {
   return parts;
 }
 
-std::string createFileName(const std::string& directory, const std::string& name,
-                           const std::string& extension) {
+std::string createFileName(const std::string& directory, const std::string& name, const std::string& extension) {
   std::string path = directory;
   if (!directory.empty() && directory != "/") {
     path += '/';

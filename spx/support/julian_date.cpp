@@ -18,9 +18,8 @@ constexpr std::int64_t YEARS_PER_ERA = 400;
 constexpr std::uint64_t DAYS_BEFORE_ZERO = 32044;
 constexpr std::int64_t FIRST_YEAR = -4800;
 
-constexpr char MONTH_NAMES[][10] = {"January",   "February", "March",    "April",
-                                    "May",       "June",     "July",     "August",
-                                    "September", "October",  "November", "December"};
+constexpr char MONTH_NAMES[][10] = {"January", "February", "March",     "April",   "May",      "June",
+                                    "July",    "August",   "September", "October", "November", "December"};
 
 date_time_set current_format;
 bool use_time = false;
@@ -51,8 +50,7 @@ julian_ms joinMoment(const civil_date& date, const time_parts& time) {
 }
 
 void appendTwoDigits(std::string& text, unsigned number) {
-  const char digits[] = {static_cast<char>('0' + number / 10 % 10),
-                         static_cast<char>('0' + number % 10)};
+  const char digits[] = {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
   text.append(digits, sizeof digits);
 }
 
@@ -174,13 +172,12 @@ date_extent readDate(DateReader& reader, civil_date& date) {
 }
 
 bool readTime(DateReader& reader, time_parts& time) {
-  if (!(reader.take('T') || reader.take(' ')) || !reader.takeDigits(2, time.hour) ||
-      !reader.take(':') || !reader.takeDigits(2, time.minute)) {
+  if (!(reader.take('T') || reader.take(' ')) || !reader.takeDigits(2, time.hour) || !reader.take(':') ||
+      !reader.takeDigits(2, time.minute)) {
     return false;
   }
   if (reader.take(':')) {
-    return reader.takeDigits(2, time.second) &&
-           (!reader.take('.') || reader.takeFraction(time.millisecond));
+    return reader.takeDigits(2, time.second) && (!reader.take('.') || reader.takeFraction(time.millisecond));
   }
   return true;
 }
@@ -203,10 +200,8 @@ civil_date civilFromDay(std::uint64_t day) {
   const std::uint64_t shifted = day + DAYS_BEFORE_ZERO;
   const auto day_of_era = static_cast<unsigned>(shifted % DAYS_PER_ERA);
   // Leap days come after 1460, 36524 and 146096 days: taking them out leaves years of 365 days.
-  const unsigned year_of_era =
-      (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
-  const unsigned day_of_year =
-      day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
+  const unsigned year_of_era = (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
+  const unsigned day_of_year = day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
   // From March on the months repeat 31, 30, 31, 30, 31 days: five months of 153.
   const unsigned march_month = (5 * day_of_year + 2) / 153;
   const unsigned month = march_month < 10 ? march_month + 3 : march_month - 9;
@@ -223,9 +218,8 @@ std::optional<day_number> dayFromCivil(const civil_date& date) {
   }
   const std::int64_t year = date.year - FIRST_YEAR - (date.month <= 2 ? 1 : 0);
   const std::int64_t march_month = date.month <= 2 ? date.month + 9 : date.month - 3;
-  const std::int64_t day = 365 * year + year / 4 - year / 100 + year / 400 +
-                           (153 * march_month + 2) / 5 + date.day - 1 -
-                           static_cast<std::int64_t>(DAYS_BEFORE_ZERO);
+  const std::int64_t day = 365 * year + year / 4 - year / 100 + year / 400 + (153 * march_month + 2) / 5 + date.day -
+                           1 - static_cast<std::int64_t>(DAYS_BEFORE_ZERO);
   if (day < 0 || day > std::numeric_limits<day_number>::max()) {
     return std::nullopt;
   }
@@ -324,9 +318,8 @@ void getToday(date_time_record& record) {
   std::tm local{};
   tzset();  // localtime_r need not notice that the host has changed the zone
   localtime_r(&now.tv_sec, &local);
-  record = {narrow(local.tm_mon + 1),  narrow(local.tm_year + 1900), narrow(local.tm_mday),
-            narrow(local.tm_hour),     narrow(local.tm_min),         narrow(local.tm_sec),
-            narrow(now.tv_usec / 1000)};
+  record = {narrow(local.tm_mon + 1), narrow(local.tm_year + 1900), narrow(local.tm_mday),     narrow(local.tm_hour),
+            narrow(local.tm_min),     narrow(local.tm_sec),         narrow(now.tv_usec / 1000)};
 }
 
 std::string getTodayAsISO() {

@@ -87,7 +87,7 @@ std::string part(const std::string& line, std::size_t start, std::size_t end) {
 }
 }  // namespace
 
-std::string keyFileText(const std::string& section, const Configuration::entry_map& entries) {
+std::string keyFileText(const std::string& section, const key_file_entries& entries) {
   std::string text = "[";
   appendEscaped(text, section, MARKS_OF_SECTION);
   text += "]\n";

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "spx/support/configuration.h"
+#include "spx/support/key_file_entries.h"
 
 namespace qs_lib {
 /// Writes a key file as text; docs/key-files.md describes it for people.
-std::string keyFileText(const std::string& section, const Configuration::entry_map& entries);
+std::string keyFileText(const std::string& section, const key_file_entries& entries);
 
 /// Reads the text of a key file, line by line.
 class KeyFileParser {
@@ -19,7 +19,7 @@ class KeyFileParser {
   bool isComplete() const { return state_ == parser_state::ENDED; }
 
   const std::string& section() const { return section_; }
-  Configuration::entry_map& entries() { return entries_; }
+  key_file_entries& entries() { return entries_; }
 
  private:
   enum class parser_state { BEFORE_SECTION, ENTRIES, ENDED };
@@ -31,6 +31,6 @@ class KeyFileParser {
   bool first_line_ = true;
   std::string section_;
   std::string description_;  ///< the comment line just read
-  Configuration::entry_map entries_;
+  key_file_entries entries_;
 };
 }  // namespace qs_lib

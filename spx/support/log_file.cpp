@@ -13,9 +13,8 @@ std::string timeStamp() {
   date_time_record now;
   getToday(now);
   std::array<char, 40> text;
-  std::snprintf(text.data(), text.size(), "%04u-%02u-%02u %02u:%02u:%02u ", unsigned{now.year},
-                unsigned{now.month}, unsigned{now.day}, unsigned{now.hour}, unsigned{now.minute},
-                unsigned{now.second});
+  std::snprintf(text.data(), text.size(), "%04u-%02u-%02u %02u:%02u:%02u ", unsigned{now.year}, unsigned{now.month},
+                unsigned{now.day}, unsigned{now.hour}, unsigned{now.minute}, unsigned{now.second});
   return text.data();
 }
 }  // namespace

@@ -15,8 +15,8 @@ constexpr std::size_t USUAL_DECIMALS = 30;
 
 void appendFixed(std::string& text, double value, int decimals) {
   std::array<char, LONGEST_WHOLE + USUAL_DECIMALS> digits;
-  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                          std::chars_format::fixed, decimals);
+  const auto [end, error] =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals);
   if (error == std::errc{}) {
     text.append(digits.data(), end);
     return;
@@ -25,10 +25,9 @@ void appendFixed(std::string& text, double value, int decimals) {
   constexpr int MOST_DECIMALS = 1100;
   std::string many(LONGEST_WHOLE + MOST_DECIMALS, '\0');
   const int written = decimals < MOST_DECIMALS ? decimals : MOST_DECIMALS;
-  many.resize(static_cast<std::size_t>(std::to_chars(many.data(), many.data() + many.size(), value,
-                                                     std::chars_format::fixed, written)
-                                           .ptr -
-                                       many.data()));
+  many.resize(static_cast<std::size_t>(
+      std::to_chars(many.data(), many.data() + many.size(), value, std::chars_format::fixed, written).ptr -
+      many.data()));
   text.append(many).append(static_cast<std::size_t>(decimals - written), '0');
 }
 }  // namespace
@@ -45,8 +44,7 @@ void appendReal(std::string& text, double value, int decimals) {
 
 void appendWhole(std::string& text, int value) {
   std::array<char, std::numeric_limits<int>::digits10 + 2> digits;
-  text.append(digits.data(),
-              std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+  text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
 }
 
 template <typename T>
@@ -64,8 +62,8 @@ std::string defaultReal(double value) {
     return realToString(value, 0);
   }
   std::array<char, 32> digits;
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                    std::chars_format::general, DEFAULT_DECIMALS);
+  const auto result =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general, DEFAULT_DECIMALS);
   return {digits.data(), result.ptr};
 }
 

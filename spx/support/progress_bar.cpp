@@ -12,8 +12,7 @@ constexpr char RULER[] = "|----|----|----|----|----|----|----|----|----|----|";
 constexpr std::uint16_t MARK_STEP = 2;  // percent
 }  // namespace
 
-ProgressBar::ProgressBar(std::uint64_t total, const std::string& title)
-    : total_(total), title_(title) {
+ProgressBar::ProgressBar(std::uint64_t total, const std::string& title) : total_(total), title_(title) {
   display();
   timer_.restart();
 }

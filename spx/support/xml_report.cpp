@@ -8,8 +8,7 @@ std::string startTag(const std::string& name) {
   return "<" + name;
 }
 
-std::string startTag(const std::string& name, const std::string& attribute,
-                     const std::string& value) {
+std::string startTag(const std::string& name, const std::string& attribute, const std::string& value) {
   std::string tag = startTag(name) + " " + attribute + "=\"";
   appendXmlText(tag, value, true);
   return tag + "\"";
@@ -27,8 +26,7 @@ XmlReport::XmlReport() = default;
 XmlReport::~XmlReport() = default;
 
 void XmlReport::declaration(const std::string& encoding, const std::string& standalone) {
-  writeLine("<?xml version=\"1.0\" encoding=\"" + encoding + "\" standalone=\"" + standalone +
-            "\" ?>");
+  writeLine("<?xml version=\"1.0\" encoding=\"" + encoding + "\" standalone=\"" + standalone + "\" ?>");
 }
 
 void XmlReport::styleSheet(const std::string& href) {
@@ -40,8 +38,7 @@ void XmlReport::openTag(const std::string& name) {
   openElement(startTag(name));
 }
 
-void XmlReport::openTag(const std::string& name, const std::string& attribute,
-                        const std::string& value) {
+void XmlReport::openTag(const std::string& name, const std::string& attribute, const std::string& value) {
   openElement(startTag(name, attribute, value));
 }
 
@@ -56,8 +53,8 @@ void XmlReport::createTag(const std::string& name, const std::string& text) {
   writeIndented(startTag(name) + content(name, text));
 }
 
-void XmlReport::createTag(const std::string& name, const std::string& attribute,
-                          const std::string& value, const std::string& text) {
+void XmlReport::createTag(const std::string& name, const std::string& attribute, const std::string& value,
+                          const std::string& text) {
   writeIndented(startTag(name, attribute, value) + content(name, text));
 }
 

@@ -10,8 +10,7 @@ std::size_t sequenceLength(std::string_view text) {
     unsigned char mask, lead;
     std::uint32_t smallest;  ///< overlong forms of smaller characters are no UTF-8
   };
-  constexpr sequence_form FORMS[] = {
-      {0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}};
+  constexpr sequence_form FORMS[] = {{0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}};
   const auto lead = static_cast<unsigned char>(text[0]);
   for (std::size_t length = 1; length <= std::size(FORMS) && length <= text.size(); ++length) {
     const auto& [mask, form, smallest] = FORMS[length - 1];

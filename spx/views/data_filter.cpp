@@ -5,9 +5,9 @@
 #include <limits>
 #include <optional>
 
+#include "spx/core/meta_population.h"
 #include "spx/support/read_file.h"
 #include "spx/support/tokenizer.h"
-#include "spx/views/meta_population.h"
 
 namespace spx {
 namespace {

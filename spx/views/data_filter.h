@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "spx/core/deme_id.h"
 #include "spx/core/enumerations.h"
+#include "spx/core/sub_taxa.h"
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
-#include "spx/views/deme_id.h"
-#include "spx/views/sub_taxa.h"
 
 namespace spx {
 
@@ -29,15 +29,15 @@ class SPX_EXPORT DataFilter {
 
   // Settings
 
-  qs_lib::day_number start_date = 0;    ///< start of the period
-  qs_lib::day_number end_date = 0;      ///< end of the period
-  qs_lib::day_number monitor_date = 0;  ///< the day on which living animals are taken
-  double low_generation = 0;            ///< generation number; NaN is not set
-  double high_generation = 0;           ///< likewise
-  double low_inbreeding = 0;            ///< inbreeding coefficient; NaN is not set
-  double high_inbreeding = 0;           ///< likewise
-  double low_age = 0;                   ///< lower bound of age in days; NaN is not set
-  double high_age = 0;                  ///< likewise
+  qs_lib::day_number start_date = 0;                              ///< start of the period
+  qs_lib::day_number end_date = 0;                                ///< end of the period
+  qs_lib::day_number monitor_date = 0;                            ///< the day on which living animals are taken
+  double low_generation = 0;                                      ///< generation number; NaN is not set
+  double high_generation = 0;                                     ///< likewise
+  double low_inbreeding = 0;                                      ///< inbreeding coefficient; NaN is not set
+  double high_inbreeding = 0;                                     ///< likewise
+  double low_age = 0;                                             ///< lower bound of age in days; NaN is not set
+  double high_age = 0;                                            ///< likewise
   DATE_ACCURACY birth_accuracy = DATE_ACCURACY::ALL_DATES;        ///< the worst that is accepted
   DATE_ACCURACY death_accuracy = DATE_ACCURACY::ALL_DATES;        ///< likewise
   DATE_ACCURACY event_accuracy = DATE_ACCURACY::ALL_DATES;        ///< likewise
@@ -45,12 +45,12 @@ class SPX_EXPORT DataFilter {
   HANDLE_UNKNOWN handle_unknown = HANDLE_UNKNOWN::EQUAL;          ///< animals of unknown sex
   HANDLE_UNKNOWN handle_parent = HANDLE_UNKNOWN::OBSERVED_RATIO;  ///< unknown parents
   BIRTH_TYPE origin = BIRTH_TYPE::CAPTIVE_BORN;                   ///< of the animals, or ALL
-  REARING rearing = REARING::ALL;  ///< told in reports; not in view files
-  BIRTH_CONTROL contraception = BIRTH_CONTROL::NO_SELECTION;  ///< the method of birth control
+  REARING rearing = REARING::ALL;                                 ///< told in reports; not in view files
+  BIRTH_CONTROL contraception = BIRTH_CONTROL::NO_SELECTION;      ///< the method of birth control
   qs_lib::TIME_INTERVAL census_interval = qs_lib::TIME_INTERVAL::ANNUAL;  ///< between two censuses
-  std::vector<taxon_handle> taxa;  ///< empty: all taxa; see SubTaxa::clear()
-  std::set<packed_deme> demes;     ///< empty: all demes
-  std::vector<MOVE_TYPE> events;   ///< reports show "all" whatever it holds; clearView leaves it
+  std::vector<taxon_handle> taxa;                                         ///< empty: all taxa; see SubTaxa::clear()
+  std::set<packed_deme> demes;                                            ///< empty: all demes
+  std::vector<MOVE_TYPE> events;          ///< reports show "all" whatever it holds; clearView leaves it
   std::vector<user_filter> user_filters;  ///< all of them must match
   int filter_id = 0;                      ///< the number of the view; 0 is none
   bool generic_parents = false;           ///< assume generic unknown parents; clearView leaves it
@@ -65,7 +65,7 @@ class SPX_EXPORT DataFilter {
   bool right_censored = true;             ///< right censoring of life tables
   bool prorating = false;                 ///< the host's; stored, listed and told to R
   bool same_sex = true;                   ///< count same-sex offspring
-  std::string path;  ///< directory of view files and deme files; the host sets it
+  std::string path;                       ///< directory of view files and deme files; the host sets it
 
   // Editing
 

@@ -3,11 +3,12 @@
 #include <string>
 #include <vector>
 
+#include "spx/core/identifiers.h"
 #include "spx/core/master_data.h"
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
 
-/// Questions about one record or one identifier. None of them changes anything; those named after
+/// Questions about one record. None of them changes anything; those named after
 /// the view read View, MetaPop and user_field_list. Dates are day numbers.
 ///
 /// Spans of days are unsigned 32-bit differences, on purpose: a difference that would be negative
@@ -15,30 +16,10 @@
 /// days. An unknown death (0) never ends a life; an unknown birth (0) lies before every day.
 namespace spx {
 
-// Identifiers, whole and in any letter case. Line breaks are white space, but not a character that
-// may follow where anything may: "WILD\n12" is a same-litter parent and no pseudo individual.
-
-/// Begins with COLONY, GROUP, HERD, MULT, MULTI, UNK, UNKN, UNKM, UNKF, WILD or P. So every
-/// identifier that begins with P, "Pedro" too, is a pseudo individual: studbooks rely on that
-/// breadth.
-SPX_EXPORT bool isPseudoIndividual(const std::string& id);
-
-/// COLONY, GROUP, HERD, MULT or MULTI and at least one character more: "MULT" alone is no group of
-/// parents.
-SPX_EXPORT bool isMultiParent(const std::string& id);
-
-/// One of the beginnings of a pseudo individual, white space or none, and digits: "WILD 12",
-/// "unk3".
-SPX_EXPORT bool isSameLitterParent(const std::string& id);
-
-/// P or WILD, white space or none, and digits.
-SPX_EXPORT bool isPseudoFounder(const std::string& id);
-
 // Records
 
 /// Whether the animal has exactly that dam and was born at most so many days after the date.
-SPX_EXPORT bool isSameLitter(const master_data& animal, const std::string& dam,
-                             qs_lib::day_number date, double days);
+SPX_EXPORT bool isSameLitter(const master_data& animal, const std::string& dam, qs_lib::day_number date, double days);
 
 /// Born by the date and neither dead nor lost to follow-up by it. An animal is not alive on its
 /// last day.
@@ -60,8 +41,8 @@ SPX_EXPORT bool isLivingFounder(const master_data& animal, qs_lib::day_number da
 SPX_EXPORT bool isPotentialFounder(const master_data& animal, qs_lib::day_number date);
 
 /// An animal with two wild parents that has not bred and is not alive: dead, lost, or not yet born.
-/// Pseudo individuals count, unlike in the other questions about founders; the diagnostic table has
-/// always shown them.
+/// Pseudo individuals count, unlike in the other questions about founders; the diagnostic table
+/// shows them.
 SPX_EXPORT bool isLostFounder(const master_data& animal, qs_lib::day_number date);
 
 /// A parent is a numbered "WILD", such as "WILD 3"; "WILD" alone makes no litter.
@@ -95,8 +76,7 @@ SPX_EXPORT bool isOppositeSex(SEX a, SEX b);
 
 /// Whether a date lies in a span, by the four bracket texts "()", "(]", "[)" and "[]"; never by
 /// another text.
-SPX_EXPORT bool isInDates(qs_lib::day_number date, qs_lib::DateSpan span,
-                          const std::string& brackets);
+SPX_EXPORT bool isInDates(qs_lib::day_number date, qs_lib::DateSpan span, const std::string& brackets);
 
 // The view
 

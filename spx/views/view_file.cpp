@@ -52,9 +52,7 @@ class ViewReader {
   void date(const char* key, qs_lib::day_number& day) const {
     day = qs_lib::msToDay(qs_lib::dateToJulian(file_.get(key).value));
   }
-  void truth(const char* key, bool& value) const {
-    value = qs_lib::stringToBool(file_.get(key).value);
-  }
+  void truth(const char* key, bool& value) const { value = qs_lib::stringToBool(file_.get(key).value); }
   void number(const char* key, int& value) const { value = std::stoi(file_.get(key).value); }
   template <class Enumeration>
   void choice(const char* key, Enumeration& value) const {
@@ -97,14 +95,11 @@ void writeView(const DataFilter& view, ViewWriter to) {
   to.truth("GENERIC_PARENTS", view.generic_parents, "Assume generic unknown parents");
   to.choice("SEX", view.sex, "Selected Sex group");
   // These two are numbers of type TEXT: readers look at the type word.
-  to.text("HANDLE_UNKNOWN", std::to_string(static_cast<int>(view.handle_unknown)),
-          "Method of handling unknown sex");
-  to.text("HANDLE_PARENT", std::to_string(static_cast<int>(view.handle_parent)),
-          "Method of handling unknown parents");
+  to.text("HANDLE_UNKNOWN", std::to_string(static_cast<int>(view.handle_unknown)), "Method of handling unknown sex");
+  to.text("HANDLE_PARENT", std::to_string(static_cast<int>(view.handle_parent)), "Method of handling unknown parents");
   to.choice("CONTRACEPTION", view.contraception, "Contraception method");
   to.text("TAXON", view.createTaxonString(DEME_SEPARATOR), "Selected taxon (e.g. sub-species)");
-  to.text("METAPOPULATION", view.createDemeString(true, DEME_SEPARATOR),
-          "Location(s) included in metapopulation");
+  to.text("METAPOPULATION", view.createDemeString(true, DEME_SEPARATOR), "Location(s) included in metapopulation");
 }
 
 void readView(DataFilter& view, const ViewReader& from) {

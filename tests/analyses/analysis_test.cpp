@@ -2,7 +2,7 @@
 
 #include <tuple>
 
-#include "tests/analyses/book_test.h"
+#include "tests/support/book_test.h"
 
 namespace spx {
 namespace {

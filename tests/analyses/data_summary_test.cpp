@@ -19,8 +19,7 @@ class Summaries : public StoreTest {
   }
 
   // Adds an animal born so many days before the end of the view; it lives for ever at the age 0.
-  static master_data& add(const char* id, const char* sire, const char* dam, SEX sex, int days,
-                          int age = 0) {
+  static master_data& add(const char* id, const char* sire, const char* dam, SEX sex, int days, int age = 0) {
     const int birth = static_cast<int>(View.end_date) - days;
     Animals.addMaster(animalOf(id, sire, dam, sex, birth, age == 0 ? 0 : birth + age));
     return Animals.records.back();
@@ -33,7 +32,7 @@ TEST_F(Summaries, CountEveryAnimalOnce) {
   add("1", "WILD", "WILD", SEX::MALE, 3650).birth.accuracy = DATE_ACCURACY::BY_YEAR;
   add("2", "WILD", "WILD", SEX::FEMALE, 4000, 3000).death.accuracy = DATE_ACCURACY::BY_MONTH;
   add("3", "1", "2", SEX::FEMALE, 2000, 1000).death.event = MOVE_TYPE::LOST_TO_FOLLOW_UP;
-  add("4", "UNKM", "UNKF", SEX::UNKNOWN, 400).birth.range = 3285;  // the oldest by its range
+  add("4", "UNKM", "UNKF", SEX::UNKNOWN, 400).birth.range = 3285;              // the oldest by its range
   add("5", "GROUP 1", "UNKF", SEX{7}, -30).birth.accuracy = DATE_ACCURACY{9};  // not yet born
   add("6", "WILD", "WILD", SEX::HERMAPHRODITE, 10);
   add("7", "1", "WILD", SEX::MALE, 3660, 3685);  // dies after the end

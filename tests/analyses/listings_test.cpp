@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "tests/analyses/book_test.h"
+#include "tests/support/book_test.h"
 
 namespace spx {
 namespace {
@@ -29,8 +29,7 @@ TEST_F(Listing, ShowsWholeTablesAndCards) {
     EXPECT_TRUE(list());
     EXPECT_GT(std::exchange(pauses, former), 0);
   }
-  const std::string debug =
-      masterDebug(Animals.records[7], "why") + masterDebug(Animals.records[8], "");
+  const std::string debug = masterDebug(Animals.records[7], "why") + masterDebug(Animals.records[8], "");
   expectFile(takeOutput() + debugHeader() + debug, "analyses/expected/listings.txt");
 }
 
@@ -62,10 +61,8 @@ TEST_F(Listing, FollowsTheView) {
       {[] {}, "1 2 3 4 5 O'Hara #6 7 ", "1 2 3 4 O'Hara #6 7 "},
       {[] { View.sex = SEX::FEMALE; }, "2 3 5 ", "2 3 "},
       {[] { View.origin = BIRTH_TYPE::WILD_BORN; }, "1 ", "1 "},
-      {[] { View.birth_accuracy = DATE_ACCURACY::ACCURATE; }, "1 3 4 5 O'Hara #6 7 ",
-       "1 3 4 O'Hara #6 7 "},
-      {[] { View.death_accuracy = DATE_ACCURACY::BY_YEAR; }, "1 2 3 4 5 O'Hara #6 ",
-       "1 2 3 4 O'Hara #6 7 "},
+      {[] { View.birth_accuracy = DATE_ACCURACY::ACCURATE; }, "1 3 4 5 O'Hara #6 7 ", "1 3 4 O'Hara #6 7 "},
+      {[] { View.death_accuracy = DATE_ACCURACY::BY_YEAR; }, "1 2 3 4 5 O'Hara #6 ", "1 2 3 4 O'Hara #6 7 "},
       {[] { View.low_generation = 0; }, "1 2 3 5 O'Hara #6 7 ", "1 2 3 O'Hara #6 7 "},
       {[] { View.low_inbreeding = 0.1; }, "1 2 4 5 O'Hara #6 7 ", "1 2 4 O'Hara #6 7 "},
       {[] { View.addTaxon("kob"); }, "O'Hara #6 ", "O'Hara #6 "},

@@ -7,7 +7,7 @@
 
 #include "spx/views/predicates.h"
 
-#include "tests/analyses/book_test.h"
+#include "tests/support/book_test.h"
 #include "tests/support/well_formed.h"
 
 namespace spx {
@@ -69,16 +69,15 @@ TEST_F(Tracing, AsksForAgesAtBirthAndForLifeAtConception) {
 }
 
 // The IDs of the candidates of one sex that a scan of all animals in birth order finds.
-std::string scanned(const std::vector<master_data>& born, const master_data& animal, SEX sex,
-                    bool same) {
+std::string scanned(const std::vector<master_data>& born, const master_data& animal, SEX sex, bool same) {
   const double gestation = sex == SEX::MALE ? LifeHistory.getGestation() : 0;
   const auto day = static_cast<qs_lib::day_number>(animal.birth.date - 1.0625 * gestation);
   const qs_lib::DataRange<double> ages = LifeHistory.getReproductiveAge(sex);
   std::string found;
   for (const master_data& other : born) {
     const double age = static_cast<double>(animal.birth.date) - other.birth.date;
-    if (other.sex == sex && other.stud_id[0] != 'P' && isLiving(other, day) &&
-        ages.isInRange(age, "[]") && (!same || currentDeme(other, day) == animal.birth.location)) {
+    if (other.sex == sex && other.stud_id[0] != 'P' && isLiving(other, day) && ages.isInRange(age, "[]") &&
+        (!same || currentDeme(other, day) == animal.birth.location)) {
       found += (sex == SEX::MALE ? "SIRE " : "DAM ") + other.stud_id + " ";
     }
   }
@@ -98,8 +97,7 @@ std::string scannedAnimal(const std::vector<master_data>& born, const master_dat
       }
     }
   }
-  return is_asked && !isPseudoIndividual(animal.stud_id) ? "ANIMAL " + animal.stud_id + " " + text
-                                                         : "";
+  return is_asked && !isPseudoIndividual(animal.stud_id) ? "ANIMAL " + animal.stud_id + " " + text : "";
 }
 
 TEST_F(Tracing, FindsWhatAScanOfAllPairsFinds) {
@@ -112,8 +110,8 @@ TEST_F(Tracing, FindsWhatAScanOfAllPairsFinds) {
     LifeHistory.setGestation(any(60));
     setAges(any(100), 50 + any(200));
     for (unsigned i = 0; i < 60; ++i) {
-      master_data& animal = add((any(9) == 0 ? "P" : "") + std::to_string(i), parents[any(7)],
-                                parents[any(7)], SEX{any(3)}, "2000-01-01", sites[any(3)]);
+      master_data& animal = add((any(9) == 0 ? "P" : "") + std::to_string(i), parents[any(7)], parents[any(7)],
+                                SEX{any(3)}, "2000-01-01", sites[any(3)]);
       animal.birth.date += any(300);
       animal.death.date = any(2) * (animal.birth.date + any(200));
       animal.breeder = any(2) != 0;
@@ -124,9 +122,8 @@ TEST_F(Tracing, FindsWhatAScanOfAllPairsFinds) {
       }
     }
     std::vector<master_data> born = Animals.records;
-    std::stable_sort(born.begin(), born.end(), [](const master_data& a, const master_data& b) {
-      return a.birth.date < b.birth.date;
-    });
+    std::stable_sort(born.begin(), born.end(),
+                     [](const master_data& a, const master_data& b) { return a.birth.date < b.birth.date; });
     std::string expected;
     for (const master_data& animal : born) {
       expected += scannedAnimal(born, animal);
@@ -146,10 +143,8 @@ TEST_F(Tracing, CountsAlsoWhenNothingCanBeWritten) {
   Animals.pedigree.clear();
   std::filesystem::create_directory(at("full"));
   std::filesystem::create_symlink("/dev/full", at("full/parents-all.xml"));
-  const std::string errors =
-      "Cannot create report file\nCannot re-open report file to write footer\n";
-  const std::pair<std::string, std::string> cases[] = {
-      {at("missing"), errors}, {"/proc", errors}, {at("full"), ""}};
+  const std::string errors = "Cannot create report file\nCannot re-open report file to write footer\n";
+  const std::pair<std::string, std::string> cases[] = {{at("missing"), errors}, {"/proc", errors}, {at("full"), ""}};
   for (const auto& [directory, reported] : cases) {
     analysis.setReportDirectory(directory);
     EXPECT_TRUE(analysis.initialize() && analysis.trace());

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "console/command_line.h"
-#include "console/studbook_loader.h"
+#include "console/commands/command_line.h"
+#include "console/studbook/load_studbook.h"
 #include "tests/support/temporary_home.h"
 
 namespace spx::console {
@@ -24,7 +24,9 @@ class ConsoleTest : public TemporaryHome {
   /// Runs the program with these words. @return its exit code
   static int run(const std::vector<std::string>& words) {
     std::vector<const char*> arguments = {"spx"};
-    for (const std::string& word : words) arguments.push_back(word.c_str());
+    for (const std::string& word : words) {
+      arguments.push_back(word.c_str());
+    }
     return runCommandLine(static_cast<int>(arguments.size()), arguments.data());
   }
 };

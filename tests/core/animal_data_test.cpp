@@ -15,9 +15,9 @@ namespace {
 using Store = FamilyTest;
 
 TEST_F(StoreTest, ReportsThatItIsEmpty) {
-  EXPECT_FALSE(Animals.createIndex(SORT_FIELD::BIRTH) || Animals.createLookup() ||
-               Animals.assignIdKeys() || Animals.validate() || Animals.flagBreeders() ||
-               Animals.individualPedigree("1") || Animals.initializeLineages(1));
+  EXPECT_FALSE(Animals.createIndex(SORT_FIELD::BIRTH) || Animals.createLookup() || Animals.assignIdKeys() ||
+               Animals.validate() || Animals.flagBreeders() || Animals.individualPedigree("1") ||
+               Animals.initializeLineages(1));
   const std::string none = "No animals in list\n";
   EXPECT_EQ(takeErrors(), none + none + none + none + none + none + none);
   EXPECT_FALSE(Animals.initializeLineages(0) || Animals.sortList(SORT_FIELD::STUDBOOK_ID));
@@ -32,19 +32,17 @@ TEST_F(StoreTest, ReservesRoomOrSaysThatThereIsNone) {
   store.info();
   const std::string rule = std::string(70, '=') + "\n", last = std::string(70, '-') + "\n";
   const std::string most = std::to_string(PTRDIFF_MAX / sizeof(master_data)) + "\n";
-  EXPECT_EQ(takeOutput(),
-            rule + "Memory usage of studbook data\n" + rule +
-                "\nAllocated records       : 105\nUsed records            : 5 (4.8%)\n"
-                "Maximum records         : " +
-                most + last);
+  EXPECT_EQ(takeOutput(), rule + "Memory usage of studbook data\n" + rule +
+                              "\nAllocated records       : 105\nUsed records            : 5 (4.8%)\n"
+                              "Maximum records         : " +
+                              most + last);
 }
 
 TEST_F(Store, OrdersFollowTheNumbersOfTheFields) {
-  const char* const orders[] = {"12 9 20 21 21 30 31 40 ", "9 12 21 20 21 30 40 31 ",
-                                "12 9 20 21 30 31 40 21 ", "12 20 21 21 30 31 40 9 ",
-                                "31 9 12 21 20 21 30 40 ", "20 21 21 40 31 30 12 9 ",
-                                "30 31 40 20 21 21 12 9 ", "12 9 20 21 21 30 31 40 ",
-                                "12 9 20 21 21 30 31 40 ", "12 9 20 21 21 30 31 40 "};
+  const char* const orders[] = {"12 9 20 21 21 30 31 40 ", "9 12 21 20 21 30 40 31 ", "12 9 20 21 30 31 40 21 ",
+                                "12 20 21 21 30 31 40 9 ", "31 9 12 21 20 21 30 40 ", "20 21 21 40 31 30 12 9 ",
+                                "30 31 40 20 21 21 12 9 ", "12 9 20 21 21 30 31 40 ", "12 9 20 21 21 30 31 40 ",
+                                "12 9 20 21 21 30 31 40 "};
   Animals.assignIdKeys();
   Animals.records[6].id_key = UINT64_MAX;  // as a signed number before all others
   for (std::uint32_t field = 0; field < std::size(orders); ++field) {
@@ -96,11 +94,8 @@ TEST_F(StoreTest, SearchesAndOrdersTakeAnyBytes) {
     ASSERT_TRUE(whole.findSire(record) == record && whole.sireId(record) == animal.sire_id);
   }
   Animals.createIndex(SORT_FIELD::STUDBOOK_ID);
-  const auto later = [](position a, position b) {
-    return Animals.records[a].stud_id > Animals.records[b].stud_id;
-  };
-  EXPECT_EQ(std::adjacent_find(Animals.index.begin(), Animals.index.end(), later),
-            Animals.index.end());
+  const auto later = [](position a, position b) { return Animals.records[a].stud_id > Animals.records[b].stud_id; };
+  EXPECT_EQ(std::adjacent_find(Animals.index.begin(), Animals.index.end(), later), Animals.index.end());
   EXPECT_EQ(std::set(Animals.index.begin(), Animals.index.end()).size(), 2000U);
 }
 
@@ -109,8 +104,7 @@ TEST_F(StoreTest, LargeStudbooksAreOrderedWhole) {
   std::mt19937 random(11);
   Animals.initialize(70000);
   for (int animal = 0; animal < 70000; ++animal) {
-    const std::string id =
-        (animal % 3 == 0 ? "house-" : "") + std::to_string(random() >> animal % 20);
+    const std::string id = (animal % 3 == 0 ? "house-" : "") + std::to_string(random() >> animal % 20);
     Animals.addMaster(animalOf(id, "UNK", "UNK", SEX::MALE, random() % 30000));
   }
   const auto expectOrder = [](SORT_FIELD field, auto keyOf) {

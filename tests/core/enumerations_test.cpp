@@ -20,23 +20,19 @@ std::string namesOf() {
 
 TEST(EnumNames, AreThoseOfStudbooksAndReports) {
   EXPECT_EQ(namesOf<SEX>(), ",female,male,hermaphrodite,abnormal,unknown,all");
-  EXPECT_EQ(namesOf<BIRTH_CONTROL>(),
-            ",intact,neutered,vasectomy,contracepted,reversed,no selection");
+  EXPECT_EQ(namesOf<BIRTH_CONTROL>(), ",intact,neutered,vasectomy,contracepted,reversed,no selection");
   EXPECT_EQ(namesOf<MOVE_TYPE>(),
             ",birth,from wild,arrival,population in,social in,management in,released,population out"
             ",social out,management out,lost-to-follow-up,death,surplus,no event,all");
-  EXPECT_EQ(namesOf<DATE_ACCURACY>(),
-            ",accurate,by day,by week,by month,by year,date range,unknown,all dates");
+  EXPECT_EQ(namesOf<DATE_ACCURACY>(), ",accurate,by day,by week,by month,by year,date range,unknown,all dates");
   EXPECT_EQ(namesOf<BIRTH_TYPE>(), ",wild-born,captive-born,unknown,all");
   EXPECT_EQ(namesOf<REARING>(), ",parent,hand,foster,colony,supplemental,peer,none,unknown,all");
-  EXPECT_EQ(namesOf<SORT_FIELD>(),
-            ",no order,birth,death,studbook ID,sire ID,dam ID,event,location,unknown order");
+  EXPECT_EQ(namesOf<SORT_FIELD>(), ",no order,birth,death,studbook ID,sire ID,dam ID,event,location,unknown order");
   EXPECT_EQ(namesOf<REPRODUCTIVE_SYSTEM>(), ",oviparous,ovoviviparous,viviparous,unknown");
   EXPECT_EQ(namesOf<REPRODUCTIVE_SEASON>(), ",birth-flow,birth-pulse");
   EXPECT_EQ(namesOf<HANDLE_UNKNOWN>(), ",ignore,equal,observed ratio");
   EXPECT_EQ(namesOf<OFFSPRING_VIABILITY>(), ",all,stillbirths,non-viable,neonatal,viable");
-  EXPECT_EQ(namesOf<qs_lib::TIME_INTERVAL>(),
-            ",day,week,month,quarter,biannual,annual,biennial,five-year");
+  EXPECT_EQ(namesOf<qs_lib::TIME_INTERVAL>(), ",day,week,month,quarter,biannual,annual,biennial,five-year");
   EXPECT_EQ(getEnumName(SORT_ORDER{0}) + getEnumName(SORT_ORDER{7}), "ascendingdescending");
   EXPECT_EQ(getEnumName(SEX{~0U}), "");
 }

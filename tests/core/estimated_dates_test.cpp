@@ -19,13 +19,12 @@ std::string byAccuracy(const char* date, std::uint64_t range) {
 }
 
 TEST(EstimatedDates, ShowTheMarkAndThePartsThatAreKnown) {
-  const std::pair<std::uint64_t, const char*> ranges[] = {
-      {0, "29/02/2004"},  {1, "+29/02/2004"},  {29, "+29/02/2004"}, {30, "+Feb/2004"},
-      {364, "+Feb/2004"}, {365, "29/02/2004"}, {366, "+2004"},      {UINT64_MAX, "+2004"}};
+  const std::pair<std::uint64_t, const char*> ranges[] = {{0, "29/02/2004"}, {1, "+29/02/2004"},   {29, "+29/02/2004"},
+                                                          {30, "+Feb/2004"}, {364, "+Feb/2004"},   {365, "29/02/2004"},
+                                                          {366, "+2004"},    {UINT64_MAX, "+2004"}};
   for (const auto& [range, text] : ranges) {
     EXPECT_EQ(byAccuracy("2004-02-29", range),
-              std::string("29/02/2004|~29/02/2004|unknown|~Feb/2004|~2004|") + text +
-                  "|unknown|unknown|unknown|");
+              std::string("29/02/2004|~29/02/2004|unknown|~Feb/2004|~2004|") + text + "|unknown|unknown|unknown|");
   }
   EXPECT_EQ(byAccuracy("0987-12-31", 366),
             "31/12/0987|~31/12/0987|unknown|~Dec/ 987|~ 987|+ 987|unknown|unknown|unknown|");

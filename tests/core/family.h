@@ -17,8 +17,8 @@ inline qs_lib::day_number dayOf(const char* date) {
 }
 
 /// A bare record, as a host's loader makes it.
-inline master_data animalOf(std::string id, std::string sire, std::string dam, SEX sex,
-                            qs_lib::day_number birth, qs_lib::day_number death = 0) {
+inline master_data animalOf(std::string id, std::string sire, std::string dam, SEX sex, qs_lib::day_number birth,
+                            qs_lib::day_number death = 0) {
   master_data animal;
   initializeMaster(animal);
   animal.stud_id = std::move(id);
@@ -72,8 +72,8 @@ class StoreTest : public TemporaryHome {
 class FamilyTest : public StoreTest {
  protected:
   FamilyTest() {
-    const auto add = [](const char* id, const char* sire, const char* dam, SEX sex,
-                        const char* birth, const char* death = "") {
+    const auto add = [](const char* id, const char* sire, const char* dam, SEX sex, const char* birth,
+                        const char* death = "") {
       Animals.addMaster(animalOf(id, sire, dam, sex, dayOf(birth), dayOf(death)));
     };
     add("12", "WILD", "WILD", SEX::MALE, "1991-05-01");

@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "spx/core/master_map.h"
-#include "spx/views/meta_population.h"
+#include "spx/core/meta_population.h"
 
 #include "tests/core/family.h"
 
@@ -31,8 +31,7 @@ TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   const master_data copy = animal;
   const std::string text = animal.birth.first_text;
   animal.birth.first_text = "";
-  EXPECT_EQ(text + copy.birth.first_text.get() + animal.birth.first_text.get(), "firstfirst")
-      << "deep";
+  EXPECT_EQ(text + copy.birth.first_text.get() + animal.birth.first_text.get(), "firstfirst") << "deep";
   EXPECT_EQ(getEnumName(animal.birth.event), "arrival");
   EXPECT_EQ(animal.birth.date + animal.birth.range + animal.birth.number + animal.death.date, 0U);
   EXPECT_TRUE(animal.moves.empty() && animal.selected && animal.print && animal.id_key + 1 == 0);
@@ -50,8 +49,8 @@ TEST(MasterData, IsWhereTheLastRecordedMoveOfTheDayTookIt) {
   for (const auto& [date, location] : {std::pair{300U, 3}, {200U, 2}, {4294967295U, 4}}) {
     animal.moves.push_back({date, {}, 0, location, MOVE_TYPE::ARRIVAL, {}, 0, {}});
   }
-  const std::pair<qs_lib::day_number, packed_deme> days[] = {
-      {0, -1}, {199, -1}, {200, 2}, {300, 2}, {4294967294, 2}, {4294967295, 4}};
+  const std::pair<qs_lib::day_number, packed_deme> days[] = {{0, -1},  {199, -1},       {200, 2},
+                                                             {300, 2}, {4294967294, 2}, {4294967295, 4}};
   for (const auto& [day, deme] : days) {
     EXPECT_EQ(currentDeme(animal, day), deme) << day;
   }
@@ -64,11 +63,10 @@ TEST(MasterMap, HoldsTwelveFieldsAndTellsOfDeathsOnly) {
   animal.fcoef = 0.03124;
   animal.generation[G_CITES] = -1;
   animal.generation[G_GENETIC] = 1.5;
-  master_map expected = {
-      {"DAM", "D\n2"},          {"SIRE", "S|1"},          {"BIRTHSITE", "Old <zoo>"},
-      {"DEATHAGE", ""},         {"DEATHDATE", ""},        {"BIRTHDATE", "2000-01-01"},
-      {"FCOEF", "0.0312"},      {"SEX", "hermaphrodite"}, {"GENERATION_C", "-1.00"},
-      {"GENERATION_G", "1.50"}, {"GENERATION_M", "nan"},  {"GENERATION_A", "nan"}};
+  master_map expected = {{"DAM", "D\n2"},          {"SIRE", "S|1"},          {"BIRTHSITE", "Old <zoo>"},
+                         {"DEATHAGE", ""},         {"DEATHDATE", ""},        {"BIRTHDATE", "2000-01-01"},
+                         {"FCOEF", "0.0312"},      {"SEX", "hermaphrodite"}, {"GENERATION_C", "-1.00"},
+                         {"GENERATION_G", "1.50"}, {"GENERATION_M", "nan"},  {"GENERATION_A", "nan"}};
   const std::tuple<const char*, MOVE_TYPE, const char*, const char*> ends[] = {
       {"2001", MOVE_TYPE::DEATH, "2001-01-01", "366.0"},
       {"2000", MOVE_TYPE::BIRTH, "2000-01-01", "0.0"},

@@ -13,8 +13,7 @@ using Validation = FamilyTest;
 
 // ID, sire, dam, sex, year of birth and a generation number.
 std::string lineOf(const master_data& animal) {
-  return animal.stud_id + " " + animal.sire_id + " " + animal.dam_id + " " +
-         getEnumName(animal.sex) + " " +
+  return animal.stud_id + " " + animal.sire_id + " " + animal.dam_id + " " + getEnumName(animal.sex) + " " +
          qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date)).substr(0, 4) +
          (std::isnan(animal.generation[G_MATERNAL]) ? "" : " generation");
 }
@@ -55,17 +54,15 @@ TEST_F(Parents, TheWildMateOfAKnownParentGetsAnIdentity) {
 TEST_F(Parents, AMissingParentBecomesAPseudoFounderAndIsWarnedOfEachTime) {
   const std::string lines = "two\nlines", huge(1 << 20, '7');
   const std::tuple<std::string, SEX, std::string> cases[] = {
-      {"1234", SEX::MALE, "P1234"},    {"1234", SEX::FEMALE, "P1234"},
-      {"P1234", SEX::MALE, "P1234"},   {"", SEX::MALE, "P"},
-      {"UNK", SEX::MALE, "UNK"},       {"UNKX", SEX::MALE, "UNKM"},
-      {"UNK 7", SEX::FEMALE, "UNKF"},  {"UNKX", SEX::ALL, "UNK"},
-      {lines, SEX::MALE, "P" + lines}, {huge, SEX::MALE, "P" + huge}};
+      {"1234", SEX::MALE, "P1234"},   {"1234", SEX::FEMALE, "P1234"}, {"P1234", SEX::MALE, "P1234"},
+      {"", SEX::MALE, "P"},           {"UNK", SEX::MALE, "UNK"},      {"UNKX", SEX::MALE, "UNKM"},
+      {"UNK 7", SEX::FEMALE, "UNKF"}, {"UNKX", SEX::ALL, "UNK"},      {lines, SEX::MALE, "P" + lines},
+      {huge, SEX::MALE, "P" + huge}};
   Animals.initialize(0);
   for (const auto& [id, sex, found] : cases) {
     const std::string padded = id.size() < 8 ? std::string(8 - id.size(), ' ') + id : id;
     EXPECT_EQ(Animals.records[Animals.findParent(id, sex)].stud_id, found);
-    const std::string warning =
-        "Warning: record of parent id #" + padded + " does not exist, assume " + found + "\n";
+    const std::string warning = "Warning: record of parent id #" + padded + " does not exist, assume " + found + "\n";
     EXPECT_EQ(takeOutput(), id == found ? "" : warning);
   }
   EXPECT_EQ(Animals.records.size(), 9U) << "four founders beside the pseudo parents";

@@ -25,8 +25,7 @@ class Pedigree : public FamilyTest {
 TEST_F(Pedigree, TiesAnimalsToTheFirstRecordOfTheirParents) {
   EXPECT_TRUE(Animals.populationPedigree());
   EXPECT_EQ(idsBy(&pedigree_record::animal), BY_ID);
-  EXPECT_EQ(idsBy(&pedigree_record::sire),
-            "WILD 12 12 12 UNK P99 21 WILD UNKM WILD WILD WILD WILD ");
+  EXPECT_EQ(idsBy(&pedigree_record::sire), "WILD 12 12 12 UNK P99 21 WILD UNKM WILD WILD WILD WILD ");
   EXPECT_EQ(idsBy(&pedigree_record::dam), "WILD 9 9 9 20 20 30 WILD UNKF WILD WILD WILD WILD ");
   EXPECT_EQ(Animals.pedigree[6].sire, 3U) << "21 is the first of two";
 }
@@ -110,9 +109,8 @@ TEST_F(Undated, EveryAncestorIsSelected) {
 }
 
 TEST_F(Undated, AnimalsBelowACycleKeepTheirAncestors) {
-  const char* const animals[][3] = {{"a", "c", "b"}, {"b", "d", "g"}, {"c", "c", "e"},
-                                    {"d", "e", "d"}, {"e", "d", "g"}, {"f", "a", "g"},
-                                    {"g", "g", "g"}};
+  const char* const animals[][3] = {{"a", "c", "b"}, {"b", "d", "g"}, {"c", "c", "e"}, {"d", "e", "d"},
+                                    {"e", "d", "g"}, {"f", "a", "g"}, {"g", "g", "g"}};
   for (const auto& [id, sire, dam] : animals) {
     add(id, sire, dam);
   }

@@ -63,8 +63,7 @@ inline MOVE_TYPE kindOf(char letter) {
 /// Letters: b birth in captivity, B birth in the wild, w from wild, a arrival, i population in,
 /// s social in, m management out, r released, o population out, u surplus, l lost, d death, n none.
 /// A death or loss that comes last is the record's end.
-inline master_data lifeOf(const std::string& line, const std::string& id = "1",
-                          SEX sex = SEX::FEMALE) {
+inline master_data lifeOf(const std::string& line, const std::string& id = "1", SEX sex = SEX::FEMALE) {
   master_data animal;
   initializeMaster(animal);
   animal.stud_id = id;
@@ -79,8 +78,8 @@ inline master_data lifeOf(const std::string& line, const std::string& id = "1",
       animal.moves.push_back(dated(date, kindOf(what[0]), location));
     }
   }
-  if (!animal.moves.empty() && (animal.moves.back().event == MOVE_TYPE::DEATH ||
-                                animal.moves.back().event == MOVE_TYPE::LOST_TO_FOLLOW_UP)) {
+  if (!animal.moves.empty() &&
+      (animal.moves.back().event == MOVE_TYPE::DEATH || animal.moves.back().event == MOVE_TYPE::LOST_TO_FOLLOW_UP)) {
     animal.death = animal.moves.back();
     animal.moves.pop_back();
   }
@@ -96,8 +95,8 @@ inline std::string textOf(const std::vector<stay>& stays) {
     DemeID location;
     location.set(one.location);
     text += (text.empty() ? "" : ", ") + std::string(STARTS[static_cast<int>(one.start)]) +
-            std::to_string(location.blocks[0]) + " " +
-            qs_lib::julianToISO(qs_lib::dayToMs(one.from)) + " " + ENDS[static_cast<int>(one.end)];
+            std::to_string(location.blocks[0]) + " " + qs_lib::julianToISO(qs_lib::dayToMs(one.from)) + " " +
+            ENDS[static_cast<int>(one.end)];
     if (one.end != STAY_END::PRESENT) text += qs_lib::julianToISO(qs_lib::dayToMs(one.to));
   }
   return text;

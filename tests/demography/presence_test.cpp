@@ -23,32 +23,27 @@ constexpr life_case LIVES[] = {
      "born1 2000-05-01 moved 2003-02-01, arrived2 2003-02-01 died 2010-01-01"},
     {"caught in the wild: not there before", "B9 1998 w1 2000-05-01 d1 2001-01-01",
      "entered1 2000-05-01 died 2001-01-01"},
-    {"the first arrival of a wild animal is its entry", "B9 1998 a1 2000-05-01",
-     "entered1 2000-05-01 there"},
-    {"a wild animal without an entry", "B1 1998-01-01 d1 1999-01-01",
-     "born1 1998-01-01 died 1999-01-01"},
+    {"the first arrival of a wild animal is its entry", "B9 1998 a1 2000-05-01", "entered1 2000-05-01 there"},
+    {"a wild animal without an entry", "B1 1998-01-01 d1 1999-01-01", "born1 1998-01-01 died 1999-01-01"},
     {"a wild animal that is first heard of when released", "B1 1998-01-01 r9 1999-01-01",
      "born1 1998-01-01 departed 1999-01-01"},
     {"born outside the population", "b5 1998-01-01 i1 2000-01-01", "entered1 2000-01-01 there"},
-    {"birth unknown: from its first event", "a2 2000-01-01 l2 2001-01-01",
-     "entered2 2000-01-01 lost 2001-01-01"},
+    {"birth unknown: from its first event", "a2 2000-01-01 l2 2001-01-01", "entered2 2000-01-01 lost 2001-01-01"},
     {"released and caught again", "b1 2000-01-01 r9 2001-01-01 w2 2003-01-01",
      "born1 2000-01-01 departed 2001-01-01, entered2 2003-01-01 there"},
     {"surplus", "b1 2000-01-01 u1 2001-01-01", "born1 2000-01-01 departed 2001-01-01"},
     {"lost, and found again", "b1 2000-01-01 l1 2001-01-01 a1 2002-01-01",
      "born1 2000-01-01 lost 2001-01-01, entered1 2002-01-01 there"},
-    {"a death after the release is not the population's",
-     "b1 2000-01-01 r9 2001-01-01 d9 2001-06-01", "born1 2000-01-01 departed 2001-01-01"},
-    {"social and management events move, and end nothing",
-     "b1 2000-01-01 s2 2001-01-01 m1 2002-01-01",
+    {"a death after the release is not the population's", "b1 2000-01-01 r9 2001-01-01 d9 2001-06-01",
+     "born1 2000-01-01 departed 2001-01-01"},
+    {"social and management events move, and end nothing", "b1 2000-01-01 s2 2001-01-01 m1 2002-01-01",
      "born1 2000-01-01 moved 2001-01-01, arrived2 2001-01-01 moved 2002-01-01, "
      "arrived1 2002-01-01 there"},
     {"two arrivals without a departure", "b1 2000-01-01 i2 2001-01-01 w2 2002-01-01 i2 2003-01-01",
      "entered2 2001-01-01 there"},
     {"two departures", "b1 2000-01-01 o9 2001-01-01 o9 2002-01-01 s1 2002-06-01",
      "born1 2000-01-01 departed 2001-01-01"},
-    {"stillborn: a stay of no length", "b1 2000-01-01 d1 2000-01-01",
-     "born1 2000-01-01 died 2000-01-01"},
+    {"stillborn: a stay of no length", "b1 2000-01-01 d1 2000-01-01", "born1 2000-01-01 died 2000-01-01"},
     {"in and out on one day", "b1 2000-01-01 a2 2001-01-01 a1 2001-01-01",
      "born1 2000-01-01 moved 2001-01-01, arrived2 2001-01-01 moved 2001-01-01, "
      "arrived1 2001-01-01 there"},
@@ -56,8 +51,7 @@ constexpr life_case LIVES[] = {
      "born1 2000-01-01 moved 2002-01-01, arrived2 2002-01-01 moved 2003-01-01, "
      "arrived3 2003-01-01 there"},
     {"an event before the birth", "b1 2000-01-01 a2 1999-12-31", "born1 2000-01-01 there"},
-    {"an event after the death", "b1 2000-01-01 a2 2002-01-01 d1 2001-01-01",
-     "born1 2000-01-01 died 2001-01-01"},
+    {"an event after the death", "b1 2000-01-01 a2 2002-01-01 d1 2001-01-01", "born1 2000-01-01 died 2001-01-01"},
     {"years: the middle of each", "b1 2000 a2 2003 d2 2010",
      "born1 2000-07-01 moved 2003-07-02, arrived2 2003-07-02 died 2010-07-02"},
     {"months", "b1 2000-04 d1 2000-06", "born1 2000-04-15 died 2000-06-15"},
@@ -67,8 +61,7 @@ constexpr life_case LIVES[] = {
     {"the recorded order is kept within a year", "b1 2000-01-01 a2 2001-09-01 a3 2001",
      "born1 2000-01-01 moved 2001-09-01, arrived2 2001-09-01 moved 2001-10-31, "
      "arrived3 2001-10-31 there"},
-    {"an event that says nothing", "B1 1998-01-01 n1 1999-01-01 w2 2000-01-01",
-     "entered2 2000-01-01 there"},
+    {"an event that says nothing", "B1 1998-01-01 n1 1999-01-01 w2 2000-01-01", "entered2 2000-01-01 there"},
     {"no date at all", "", "neither birth nor entry is dated"},
     {"only an end", "d1 2000-01-01", "neither birth nor entry is dated"},
     {"died before its birth", "b1 2000-01-01 d1 1999-01-01", "died or lost before birth"},
@@ -91,8 +84,7 @@ TEST(Presence, CountsContradictions) {
     followLife(lifeOf(line), {}, course, findings);
     return findings;
   };
-  EXPECT_EQ(found("b1 2000-01-01 i2 2001-01-01 w2 2002-01-01 i2 2003-01-01").entries_while_present,
-            2U);
+  EXPECT_EQ(found("b1 2000-01-01 i2 2001-01-01 w2 2002-01-01 i2 2003-01-01").entries_while_present, 2U);
   EXPECT_EQ(found("b1 2000-01-01 o9 2001-01-01 o9 2002-01-01").departures_while_away, 1U);
   EXPECT_EQ(found("b1 2000-01-01 o9 2001-01-01 s1 2002-01-01").events_while_away, 1U);
   EXPECT_EQ(found("b1 2000-01-01 o9 2001-01-01 d9 2002-01-01").ends_while_away, 1U);
@@ -150,10 +142,9 @@ TEST(LocationSet, HoldsWhatLiesWithin) {
     return deme.binary();
   };
   const LocationSet chosen({id("3.1"), id("200")});
-  EXPECT_TRUE(chosen.contains(id("3.1")) && chosen.contains(id("3.1.12")) &&
-              chosen.contains(id("200.0.7")));
-  EXPECT_FALSE(chosen.contains(id("3")) || chosen.contains(id("3.11")) ||
-               chosen.contains(id("20")) || chosen.contains(0));
+  EXPECT_TRUE(chosen.contains(id("3.1")) && chosen.contains(id("3.1.12")) && chosen.contains(id("200.0.7")));
+  EXPECT_FALSE(chosen.contains(id("3")) || chosen.contains(id("3.11")) || chosen.contains(id("20")) ||
+               chosen.contains(0));
   EXPECT_TRUE(LocationSet({}).contains(0) && LocationSet({}).contains(id("9")));
 }
 
@@ -167,11 +158,9 @@ std::vector<master_data> randomLives(unsigned seed, std::size_t count) {
   };
   std::vector<master_data> lives;
   for (std::size_t animal = 0; animal < count; ++animal) {
-    std::string line =
-        pick(9) == 0 ? "" : (pick(4) == 0 ? "B" : "b") + std::to_string(1 + pick(3)) + " " + date();
+    std::string line = pick(9) == 0 ? "" : (pick(4) == 0 ? "B" : "b") + std::to_string(1 + pick(3)) + " " + date();
     for (int events = pick(5); events > 0; --events) {
-      line +=
-          std::string(" ") + "waismrouln"[pick(10)] + std::to_string(1 + pick(3)) + " " + date();
+      line += std::string(" ") + "waismrouln"[pick(10)] + std::to_string(1 + pick(3)) + " " + date();
     }
     if (pick(2) == 0) line += " d1 " + date();
     lives.push_back(lifeOf(line, std::to_string(animal)));

@@ -1,8 +1,8 @@
 #include "spx/reports/report_writer.h"
 
-#include "spx/analyses/project.h"
+#include "spx/project/project.h"
 
-#include "tests/analyses/book_test.h"
+#include "tests/support/book_test.h"
 #include "tests/support/well_formed.h"
 
 namespace spx {
@@ -48,8 +48,7 @@ TEST_F(Reporting, WritesHeadBodyAndFooter) {
   report.writeBasicStat(stat, "age");
   report.writeFrequency(7, -1, 2.0 / 3);
   ASSERT_TRUE(report.endReport(1.5));
-  EXPECT_NE(content().find("<TIMEUSED describe=\"Time used\">1.5000</TIMEUSED>"),
-            std::string::npos);
+  EXPECT_NE(content().find("<TIMEUSED describe=\"Time used\">1.5000</TIMEUSED>"), std::string::npos);
   const std::string without_home = std::regex_replace(content(), std::regex(home), "HOME");
   expectFile(masked(without_home, qs_lib::getTodayAsISO()), "reports/expected/report.xml");
 }

@@ -1,6 +1,6 @@
 #include "spx/reports/view_to_r.h"
 
-#include "tests/analyses/book_test.h"
+#include "tests/support/book_test.h"
 
 namespace spx {
 namespace {
@@ -19,8 +19,8 @@ TEST_F(ViewToR, ComparesWithTheExpectedBlocks) {
   View.low_generation = View.high_generation = 0;
   View.low_age = View.high_age = 365.25;
   std::string text;
-  for (const auto& [monitor, settings] : {std::pair{true, true}, std::pair{true, false},
-                                          std::pair{false, true}, std::pair{false, false}}) {
+  for (const auto& [monitor, settings] :
+       {std::pair{true, true}, std::pair{true, false}, std::pair{false, true}, std::pair{false, false}}) {
     qs_lib::setUseTime(settings);
     text += viewToR(monitor, settings);
     EXPECT_EQ(qs_lib::isUseTime(), settings);

@@ -23,8 +23,7 @@ TEST_F(Console, BarShowsOneMarkAStepAtMost) {
     EXPECT_FALSE(bar.progress());
     bar.finished();
     const std::string output = takeOutput();
-    const std::string expected =
-        std::string("[Title]\n") + SCALE + std::string(static_cast<std::size_t>(marks), '*');
+    const std::string expected = std::string("[Title]\n") + SCALE + std::string(static_cast<std::size_t>(marks), '*');
     EXPECT_EQ(output.substr(0, expected.size()), expected);
     const std::string rest = output.substr(expected.size());
     EXPECT_EQ(rest.substr(0, 13), "\nTime used : ");

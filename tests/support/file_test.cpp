@@ -95,8 +95,7 @@ TEST_F(Files, LossIsToldWhenClosing) {
 TEST_F(Files, WhatCannotBeOpened) {
   WriteFile out;
   ReadFile in;
-  for (const std::string& path :
-       {home, at("missing/file"), std::string(), home + std::string("/a\0b", 4)}) {
+  for (const std::string& path : {home, at("missing/file"), std::string(), home + std::string("/a\0b", 4)}) {
     for (const bool staged : {false, true}) {
       out.setFileName(path);
       out.setStaged(staged);
@@ -198,7 +197,6 @@ TEST_F(Files, LogAddsStampedLines) {
   EXPECT_TRUE(log.write("inert without a file"));
   log.setFileName("~/log.txt");
   EXPECT_TRUE(log.write("one\nline") && log.write("two"));
-  EXPECT_TRUE(std::regex_match(contentOf(at("log.txt")),
-                               std::regex("([-\\d]{10} [:\\d]{8} (one line|two)\n){2}")));
+  EXPECT_TRUE(std::regex_match(contentOf(at("log.txt")), std::regex("([-\\d]{10} [:\\d]{8} (one line|two)\n){2}")));
 }
 }  // namespace qs_lib

@@ -41,8 +41,7 @@ TEST_F(JulianDate, EveryDayFollowsTheOneBefore) {
   const day_number first = *dayFromCivil(expected);
   for (day_number day = first; day < first + 150000; ++day) {
     const civil_date date = civilFromDay(day);
-    ASSERT_EQ(std::tie(date.year, date.month, date.day),
-              std::tie(expected.year, expected.month, expected.day));
+    ASSERT_EQ(std::tie(date.year, date.month, date.day), std::tie(expected.year, expected.month, expected.day));
     ASSERT_EQ(dayFromCivil(date), day);
     ASSERT_EQ(dateToJulian(julianToISO(dayToMs(day))), dayToMs(day));
     if (++expected.day > daysInMonth(expected.year, expected.month)) {
@@ -57,8 +56,8 @@ TEST_F(JulianDate, ExtremeDaysKeepTheirYear) {
   EXPECT_EQ(julianToISO(dayToMs(1)), "-4713-11-25");
   EXPECT_EQ(julianToISO(dayToMs(4294967295u)), "11754508-12-13");
   EXPECT_EQ(dayFromCivil({11754508, 12, 13}), 4294967295u);
-  for (const civil_date& none : {civil_date{11754508, 12, 14}, civil_date{-4713, 11, 23},
-                                 civil_date{INT64_MAX, 1, 1}, civil_date{INT64_MIN, 1, 1}}) {
+  for (const civil_date& none : {civil_date{11754508, 12, 14}, civil_date{-4713, 11, 23}, civil_date{INT64_MAX, 1, 1},
+                                 civil_date{INT64_MIN, 1, 1}}) {
     EXPECT_FALSE(dayFromCivil(none)) << none.year;
   }
 }
@@ -88,8 +87,7 @@ TEST_F(JulianDate, DisplayFollowsFormatAndSwitch) {
   setDateTimeFormat({DATE_ORDER::DAY_MONTH_YEAR, '/'});
   EXPECT_EQ(julianToISO(morning), "2009-03-04T05:06:07");
   EXPECT_EQ(formatJulianDate(morning), "04/03/2009 05:06:07");
-  EXPECT_EQ(formatJulianDate(dayToMs(msToDay(morning)), {DATE_ORDER::MONTH_DAY_YEAR, '.'}),
-            "03.04.2009");
+  EXPECT_EQ(formatJulianDate(dayToMs(msToDay(morning)), {DATE_ORDER::MONTH_DAY_YEAR, '.'}), "03.04.2009");
   EXPECT_EQ(getTodayAsISO().size(), std::string("2009-03-04T05:06:07").size());
   for (const julian_ms unknown : {julian_ms{0}, MS_PER_DAY - 1}) {
     EXPECT_EQ(julianToISO(unknown) + julianToYYYYMMDD(unknown) + formatJulianDate(unknown), "");

@@ -87,8 +87,8 @@ TEST_F(Reports, DeclaredTableSeparatesItsCells) {
     }
   }
   std::string expected = "ID|SIRE NAME|F|G\n";
-  for (const char* id : {"001", "\"a|b\"", "\"a\"\"b\"", "\"O'Hara\"", "\"#5\"", "\"a\nb\"",
-                         "\"a\rb\"", "\" a\"", "\"a \"", ""}) {
+  for (const char* id :
+       {"001", "\"a|b\"", "\"a\"\"b\"", "\"O'Hara\"", "\"#5\"", "\"a\nb\"", "\"a\rb\"", "\" a\"", "\"a \"", ""}) {
     expected += id + std::string("|plain text; 1,5|0.12346|-7\n");
   }
   EXPECT_EQ(written(), expected) << "the destructor has closed the file";

@@ -51,8 +51,7 @@ TEST(NumberText, RealsAreWrittenAsAStreamWritesThem) {
                                 5e-324,
                                 1.7976931348623157e308};
   for (int i = 0; i < 2000; ++i) {
-    values.push_back(
-        std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 90) - 90));
+    values.push_back(std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 90) - 90));
   }
   for (const double value : values) {
     for (const int decimals : {0, 1, 5, 60}) {
@@ -96,8 +95,8 @@ TEST(StringText, TrimReplaceAndTruth) {
   for (const char* text : {"false", "0", "", "2", "truely", "tr", "no", "11"}) {
     EXPECT_FALSE(stringToBool(text)) << text;
   }
-  const std::map<std::string, int, map_key<std::string>> sorted = {
-      {"9", 4}, {"a", 6}, {"10", 3}, {"\xC3", 7}, {"A", 5}, {"1", 2}, {"", 1}};
+  const std::map<std::string, int, map_key<std::string>> sorted = {{"9", 4}, {"a", 6}, {"10", 3}, {"\xC3", 7},
+                                                                   {"A", 5}, {"1", 2}, {"", 1}};
   int expected = 0;
   for (const auto& [key, place] : sorted) {
     EXPECT_EQ(place, ++expected) << key;

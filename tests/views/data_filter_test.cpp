@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "spx/views/meta_population.h"
+#include "spx/core/meta_population.h"
 
 #include "tests/core/family.h"
 
@@ -139,8 +139,7 @@ TEST_F(Editing, DemeFilesNameOneDemeALine) {
   EXPECT_EQ(takeErrors(), "Could not open " + home + "/zoos.fed\n");
   const std::string longest(1023, 'z');
   MetaPop.addMember("8", longest);
-  writeContent(at("zoos.fed"), "# zoos\n\nAsia # the east\r\nEurope\r\nBerlin\n" + longest +
-                                   "and more\nnine\nAsia");
+  writeContent(at("zoos.fed"), "# zoos\n\nAsia # the east\r\nEurope\r\nBerlin\n" + longest + "and more\nnine\nAsia");
   EXPECT_TRUE(View.loadDemeFile("zoos", "level 1"));
   EXPECT_EQ(View.createDemeString(false, ';'), "Europe;Asia;" + longest + ";");
 }

@@ -10,9 +10,9 @@
 
 #include <sys/stat.h>
 
-#include "spx/reports/user_fields.h"
+#include "spx/core/meta_population.h"
+#include "spx/core/user_fields.h"
 #include "spx/views/data_filter.h"
-#include "spx/views/meta_population.h"
 
 #include "tests/core/family.h"
 #include "tests/support/expected_file.h"
@@ -36,8 +36,7 @@ std::string answers(const char* letters, std::initializer_list<bool> truths) {
 
 // Pseudo individual, multiple parent, same-litter parent, pseudo founder.
 std::string kindsOf(const std::string& id) {
-  return answers("pmlf", {isPseudoIndividual(id), isMultiParent(id), isSameLitterParent(id),
-                          isPseudoFounder(id)});
+  return answers("pmlf", {isPseudoIndividual(id), isMultiParent(id), isSameLitterParent(id), isPseudoFounder(id)});
 }
 
 TEST(Identifiers, BelongToTheirKinds) {
@@ -45,8 +44,8 @@ TEST(Identifiers, BelongToTheirKinds) {
   const std::map<std::string, std::vector<std::string>> ids_of_kinds = {
       {"----", {"", "12", "UN", " P1", "Pa\n", "MULT\n", "p" + es + "\n", "X" + zeros}},
       {"p---",
-       {"P", "Pedro", "MULT", "colony", "WILD", "WILDX", "WILD 12a", "UNKX", "P\xC3\xA9",
-        std::string("P\0b", 3), "p" + es}},
+       {"P", "Pedro", "MULT", "colony", "WILD", "WILDX", "WILD 12a", "UNKX", "P\xC3\xA9", std::string("P\0b", 3),
+        "p" + es}},
       {"pm--", {"MULTI", "GROUP A", "GROUP" + million + "x"}},
       {"pml-", {"MULT3", "MULTI42", "herd7", "mULTi" + zeros}},
       {"p-l-", {"unk3", "UNKM 3"}},
@@ -64,9 +63,8 @@ TEST(Identifiers, BelongToTheirKinds) {
 // agree with the expressions of the language.
 TEST(Identifiers, AgreeWithTheExpressionsAtEveryLength) {
   std::vector<std::regex> expressions;
-  for (const char* text :
-       {R"((COLONY|GROUP|HERD|MULTI?|UNK[NMF]?|WILD|P).*)", R"((COLONY|GROUP|HERD|MULTI?).+)",
-        R"((COLONY|GROUP|HERD|MULTI?|UNK[NMF]?|WILD|P)\s*\d+)", R"((P|WILD)\s*\d+)"}) {
+  for (const char* text : {R"((COLONY|GROUP|HERD|MULTI?|UNK[NMF]?|WILD|P).*)", R"((COLONY|GROUP|HERD|MULTI?).+)",
+                           R"((COLONY|GROUP|HERD|MULTI?|UNK[NMF]?|WILD|P)\s*\d+)", R"((P|WILD)\s*\d+)"}) {
     expressions.emplace_back(text, std::regex::ECMAScript | std::regex::icase);
   }
   const char* const beginnings[] = {"COLONY", "gRoup", "HERD", "MULT",  "mulTI", "UNK", "unkn",
@@ -80,17 +78,16 @@ TEST(Identifiers, AgreeWithTheExpressionsAtEveryLength) {
     id.append(std::max(length, id.size()) - id.size(), '4');
     id.append(random() % 4 == 0, others[random() % others.size()]);
     const auto is = [&](int kind) { return std::regex_match(id, expressions[kind]); };
-    ASSERT_EQ(kindsOf(id), answers("pmlf", {is(0), is(1), is(2), is(3)}))
-        << testing::PrintToString(id);
+    ASSERT_EQ(kindsOf(id), answers("pmlf", {is(0), is(1), is(2), is(3)})) << testing::PrintToString(id);
   }
 }
 
 TEST(Days, WrapWhereADifferenceWouldBeNegative) {
   // Whether an animal born on day 100 is living on a day, by its death.
-  const std::tuple<day_number, day_number, bool> lives[] = {
-      {0, LAST_DAY, true}, {LAST_DAY, LAST_DAY, false}, {200, 199, true},
-      {200, 200, false},   {100, 100, false},           {99, 100, false},
-      {0, 99, false},      {LAST_DAY, 99, false}};
+  const std::tuple<day_number, day_number, bool> lives[] = {{0, LAST_DAY, true}, {LAST_DAY, LAST_DAY, false},
+                                                            {200, 199, true},    {200, 200, false},
+                                                            {100, 100, false},   {99, 100, false},
+                                                            {0, 99, false},      {LAST_DAY, 99, false}};
   for (const auto& [death, day, living] : lives) {
     const master_data record = animalOf("1", "", "", SEX::MALE, 100, death);
     EXPECT_EQ(isLiving(record, day), living) << "death " << death << " on " << day;
@@ -212,8 +209,7 @@ TEST_F(ViewPredicates, AreDumpedForEveryRecord) {
   EXPECT_TRUE(::fstat(former, &facts) == 0 && facts.st_nlink == 0) << "replaced, not written over";
   ::close(former);
   EXPECT_TRUE(isLivingFounder(Animals.records[0], 150));
-  EXPECT_FALSE(isLivingFounder(Animals.records[1], 150) ||
-               isLivingFounder(Animals.records[2], 150));
+  EXPECT_FALSE(isLivingFounder(Animals.records[1], 150) || isLivingFounder(Animals.records[2], 150));
 }
 
 }  // namespace

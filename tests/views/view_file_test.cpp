@@ -4,9 +4,9 @@
 
 #include <sys/resource.h>
 
+#include "spx/core/meta_population.h"
 #include "spx/support/configuration.h"
 #include "spx/views/data_filter.h"
-#include "spx/views/meta_population.h"
 
 #include "tests/support/expected_file.h"
 #include "tests/support/temporary_home.h"
@@ -26,8 +26,7 @@ class ViewFiles : public TemporaryHome {
     view.path = home;
   }
 
-  const std::string all_settings =
-      contentOf(SPX_SOURCE_DIR "/tests/views/expected/all_settings.view");
+  const std::string all_settings = contentOf(SPX_SOURCE_DIR "/tests/views/expected/all_settings.view");
 
   static void change(const std::string& key, const std::string& value) {
     qs_lib::Configuration file;
@@ -92,9 +91,8 @@ TEST_F(ViewFiles, WithWrongValuesFollowTheConversions) {
 
 TEST_F(ViewFiles, OfOtherKindsChangeNothing) {
   std::filesystem::create_directory("folder.view");
-  for (const std::string& content :
-       {std::string(), all_settings.substr(0, all_settings.size() / 2), std::string(2000, '\0'),
-        "[BIOLOGY]" + all_settings.substr(6)}) {
+  for (const std::string& content : {std::string(), all_settings.substr(0, all_settings.size() / 2),
+                                     std::string(2000, '\0'), "[BIOLOGY]" + all_settings.substr(6)}) {
     writeContent("bad.view", content);
     EXPECT_FALSE(view.load("bad")) << content;
   }
@@ -119,8 +117,7 @@ TEST_F(ViewFiles, AreOldOrNewWhenSavingFails) {
   const std::string old = contentOf("v.view");
   view.filter_id = 7;
   const rlimit small = {64, 64};
-  EXPECT_EXIT(setrlimit(RLIMIT_FSIZE, &small); view.save("v");
-              std::_Exit(0), testing::KilledBySignal(SIGXFSZ), "");
+  EXPECT_EXIT(setrlimit(RLIMIT_FSIZE, &small); view.save("v"); std::_Exit(0), testing::KilledBySignal(SIGXFSZ), "");
   EXPECT_EXIT(std::signal(SIGXFSZ, SIG_IGN); setrlimit(RLIMIT_FSIZE, &small); view.save("v");
               std::_Exit(takeErrors() == FAILED ? 3 : 4), testing::ExitedWithCode(3), "");
   EXPECT_EQ(contentOf("v.view"), old);

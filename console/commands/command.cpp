@@ -1,0 +1,21 @@
+#include "console/commands/command.h"
+
+namespace spx::console {
+
+std::vector<command> allCommands() {
+  std::vector<command> commands;
+  addStudbookCommands(commands);
+  addImportCommands(commands);
+  addEditCommands(commands);
+  addListingCommands(commands);
+  addRegistryCommands(commands);
+  addProjectCommands(commands);
+  addViewCommands(commands);
+  addLifeHistoryCommands(commands);
+  addTraceCommands(commands);
+  addExportCommands(commands);
+  addFilterCommands(commands);
+  return commands;
+}
+
+}  // namespace spx::console

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "console/base/exit_code.h"
+#include "console/project/session.h"
+
+namespace CLI {
+class App;
+}
+
+namespace spx::console {
+
+/// One word that the program obeys, or a group of them. Results go to standard output, everything
+/// else to standard error. `run` opens through the session what it needs, and may throw Failure and
+/// UsageError.
+struct command {
+  std::string name;
+  std::string help;  ///< one line
+  std::function<ExitCode(Session&)> run;
+  std::function<void(CLI::App&)> add_options = [](CLI::App&) {};
+  std::vector<command> words = {};  ///< of a group: the words that may follow; one has to
+};
+
+/// A command with words of its own, such as `project create`.
+class CommandGroup {
+ public:
+  CommandGroup(std::string name, std::string help) : group_{std::move(name), std::move(help), {}} {}
+  void add(command word) { group_.words.push_back(std::move(word)); }
+  command asCommand() const { return group_; }
+
+ private:
+  command group_;
+};
+
+/// All commands in the order of the help text: one function per family, below.
+std::vector<command> allCommands();
+
+void addStudbookCommands(std::vector<command>& commands);     ///< check, summary, info
+void addImportCommands(std::vector<command>& commands);       ///< import
+void addEditCommands(std::vector<command>& commands);         ///< animal ..., event ...
+void addListingCommands(std::vector<command>& commands);      ///< list, living, offspring, ...
+void addRegistryCommands(std::vector<command>& commands);     ///< locations, taxa, programs, ...
+void addProjectCommands(std::vector<command>& commands);      ///< project ...
+void addViewCommands(std::vector<command>& commands);         ///< view ...
+void addLifeHistoryCommands(std::vector<command>& commands);  ///< life-history ...
+void addTraceCommands(std::vector<command>& commands);        ///< trace-parents
+void addExportCommands(std::vector<command>& commands);       ///< export ...
+void addFilterCommands(std::vector<command>& commands);       ///< filters
+
+}  // namespace spx::console

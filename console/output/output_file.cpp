@@ -1,0 +1,46 @@
+#include "console/output/output_file.h"
+
+#include <filesystem>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/support/file_name.h"
+
+#include "console/base/failure.h"
+#include "console/output/staged_files.h"
+
+namespace spx::console {
+
+namespace fs = std::filesystem;
+
+void refuseToOverwrite(const std::string& path, bool overwrite) {
+  if (!overwrite && fs::exists(fs::symlink_status(path))) {
+    throw Failure(path + " is there already; --overwrite replaces it");
+  }
+}
+
+void addOutputOptions(CLI::App& app, output_options& options) {
+  app.add_option("--to", options.directory, "Directory to write to (default: the project's)")->type_name("DIR");
+  app.add_flag("--overwrite", options.overwrite, "Replace files that are in that directory");
+}
+
+std::string outputDirectory(Session& session, const output_options& options,
+                            std::string (Session::*project_directory)() const) {
+  if (options.directory.empty() && !session.hasProject()) {
+    throw UsageError("there is no directory to write to; name one with --to DIR");
+  }
+  session.openProjectIfNamed();
+  std::string directory =
+      options.directory.empty() ? (session.*project_directory)() : qs_lib::homePath(options.directory);
+  if (!fs::is_directory(directory)) {
+    throw Failure(directory + ": there is no such directory");
+  }
+  removeStagedWhenEnded(directory);
+  return directory;
+}
+
+void checkTarget(const output_options& options, const std::string& path) {
+  refuseToOverwrite(path, options.overwrite || options.directory.empty());
+}
+
+}  // namespace spx::console

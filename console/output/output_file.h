@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include "console/project/session.h"
+
+namespace CLI {
+class App;
+}
+
+namespace spx::console {
+
+/// Throws Failure when there is something under that name already and it may not be replaced.
+void refuseToOverwrite(const std::string& path, bool overwrite);
+
+/// Where a command writes its files.
+struct output_options {
+  std::string directory;  ///< as typed; empty: the project's
+  bool overwrite = false;
+};
+
+/// Offers `--to DIR` and `--overwrite`.
+void addOutputOptions(CLI::App& app, output_options& options);
+
+/// The directory to write to: the one typed, or the project's, which the program may always replace
+/// files in. Throws UsageError when there is neither, and Failure when it is no directory.
+/// @param project_directory  of the session, asked only when nothing was typed
+std::string outputDirectory(Session& session, const output_options& options,
+                            std::string (Session::*project_directory)() const);
+
+/// Throws Failure for a file that may not be replaced: those in a directory that was typed need
+/// `--overwrite`.
+void checkTarget(const output_options& options, const std::string& path);
+
+}  // namespace spx::console

@@ -1,0 +1,161 @@
+#include "console/project/life_history.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "spx/project/biology.h"
+
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
+#include "console/tables/value_text.h"
+
+namespace spx::console {
+namespace {
+
+constexpr char DAYS[] = "DAYS";
+
+double days(const std::string& name, const std::string& value) {
+  const auto number = parseReal<double>(value);
+  if (!number || !(*number >= 0)) {
+    throw UsageError(name + ": " + console::quotedText(value) + " is no number of days");
+  }
+  return *number;
+}
+
+int wholeNumber(const std::string& name, const std::string& value) {
+  int number = 0;
+  const char* end = value.data() + value.size();
+  const auto result = std::from_chars(value.data(), end, number);
+  if (result.ec != std::errc() || result.ptr != end || number < 0) {
+    throw UsageError(name + ": " + console::quotedText(value) + " is no whole number from 0 up");
+  }
+  return number;
+}
+
+template <class Enumeration>
+Enumeration choice(const std::string& name, const std::string& value) {
+  std::string names;
+  for (std::uint32_t number = 0; !getEnumName(static_cast<Enumeration>(number)).empty(); ++number) {
+    const std::string known = getEnumName(static_cast<Enumeration>(number));
+    if (isSameWord(value, known)) {
+      return static_cast<Enumeration>(number);
+    }
+    names += (names.empty() ? "" : ", ") + known;
+  }
+  throw UsageError(name + ": " + console::quotedText(value) + " is none of " + names);
+}
+
+using range = qs_lib::DataRange<double>;
+
+/// One bound of a range, with the other one left as it is.
+range withBound(range both, bool lower, double value) {
+  (lower ? both.lower : both.upper) = value;
+  return both;
+}
+
+void setAges(SEX sex, bool lower, double value) {
+  LifeHistory.setReproductiveAge(sex, withBound(LifeHistory.getReproductiveAge(sex), lower, value));
+}
+
+void setKey(const std::string& key, const std::string& name, const std::string& value) {
+  const auto is = [&key](const char* other) { return key == other; };
+  if (is("LATIN_NAME")) {
+    return LifeHistory.setLatinName(value);
+  }
+  if (is("COMMON_NAME")) {
+    return LifeHistory.setCommonName(value);
+  }
+  if (is("REPRODUCTIVE_SYSTEM")) {
+    return LifeHistory.setReproductiveSystem(choice<REPRODUCTIVE_SYSTEM>(name, value));
+  }
+  if (is("REPRODUCTIVE_SEASON")) {
+    return LifeHistory.setReproductiveSeason(choice<REPRODUCTIVE_SEASON>(name, value));
+  }
+  if (is("MAX_LITTER_SIZE")) {
+    return LifeHistory.setMaxLitterSize(wholeNumber(name, value));
+  }
+  const double number = days(name, value);
+  if (is("GESTATION")) {
+    return LifeHistory.setGestation(number);
+  }
+  if (is("DEN_EMERGE")) {
+    return LifeHistory.setDenEmerge(number);
+  }
+  if (is("IMPLANTATION")) {
+    return LifeHistory.setImplantation(number);
+  }
+  if (is("BIRTHDATE_RANGE")) {
+    return LifeHistory.setBirthDateRange(number);
+  }
+  if (is("NEONATAL_AGE")) {
+    return LifeHistory.setNeonatalAge(number);
+  }
+  if (is("MAX_MALE_LONGEVITY")) {
+    return LifeHistory.setLongevity(SEX::MALE, number);
+  }
+  if (is("MAX_FEMALE_LONGEVITY")) {
+    return LifeHistory.setLongevity(SEX::FEMALE, number);
+  }
+  const bool lower = key.ends_with("_LOWER");
+  if (key.starts_with("MALE_")) {
+    return setAges(SEX::MALE, lower, number);
+  }
+  if (key.starts_with("FEMALE_")) {
+    return setAges(SEX::FEMALE, lower, number);
+  }
+  LifeHistory.setBirthInterval(withBound(LifeHistory.getBirthInterval(), lower, number));
+}
+
+bool lacksAges(SEX sex) {
+  const range ages = LifeHistory.getReproductiveAge(sex);
+  return !(ages.lower <= ages.upper);
+}
+
+}  // namespace
+
+const std::vector<life_history_setting>& lifeHistorySettings() {
+  static const std::vector<life_history_setting> settings = {
+      {"LATIN_NAME", "TEXT"},
+      {"COMMON_NAME", "TEXT"},
+      {"REPRODUCTIVE_SYSTEM", "SYSTEM"},
+      {"REPRODUCTIVE_SEASON", "SEASON"},
+      {"GESTATION", DAYS},
+      {"DEN_EMERGE", DAYS},
+      {"IMPLANTATION", DAYS},
+      {"BIRTH_INTERVAL_LOWER", DAYS},
+      {"BIRTH_INTERVAL_UPPER", DAYS},
+      {"BIRTHDATE_RANGE", DAYS},
+      {"MAX_LITTER_SIZE", "COUNT"},
+      {"MALE_REPRODUCTIVE_LOWER", DAYS},
+      {"MALE_REPRODUCTIVE_UPPER", DAYS},
+      {"FEMALE_REPRODUCTIVE_LOWER", DAYS},
+      {"FEMALE_REPRODUCTIVE_UPPER", DAYS},
+      {"MAX_MALE_LONGEVITY", DAYS},
+      {"MAX_FEMALE_LONGEVITY", DAYS},
+      {"NEONATAL_AGE", DAYS},
+  };
+  return settings;
+}
+
+std::string typedName(const std::string& key) {
+  std::string name = key;
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](char letter) { return letter == '_' ? '-' : static_cast<char>(letter | 0x20); });
+  return name;
+}
+
+void setLifeHistory(const std::string& name, const std::string& value) {
+  for (const life_history_setting& setting : lifeHistorySettings()) {
+    if (isSameWord(name, setting.key)) {
+      return setKey(setting.key, name, value);
+    }
+  }
+  throw UsageError("there is no life-history parameter " + console::quotedText(name));
+}
+
+bool lacksReproductiveAges() {
+  return lacksAges(SEX::MALE) && lacksAges(SEX::FEMALE);
+}
+
+}  // namespace spx::console

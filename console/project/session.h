@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console/studbook/source_files.h"
+
+namespace spx::console {
+
+/// What the global options of the command line chose.
+struct session_options {
+  studbook_files files;
+  std::vector<std::string> titles;  ///< FIELD=TITLE, as typed
+  std::string project;
+};
+
+/// One run of the program: opens what a command asks for, when it asks for it.
+class Session {
+ public:
+  explicit Session(session_options options) : options_(std::move(options)) {}
+
+  bool hasProject() const { return !options_.project.empty(); }
+
+  /// Opens the project of the command line: its settings, the directory of its views, its life
+  /// history and the use of times in dates. Does nothing the second time. Throws UsageError when no
+  /// project was named, and Failure when it does not exist or one of its files is damaged.
+  void openProject();
+
+  /// The same when a project was named; nothing otherwise.
+  void openProjectIfNamed();
+
+  /// The tables of the command line with that one, or that directory, in place of the studbook.
+  studbook_files filesBeside(const std::string& animals) const;
+
+  /// The studbook file that an import makes: that of the command line, or the project's.
+  /// Opens the project. Throws UsageError when there is neither.
+  std::string importTarget();
+
+  /// The studbook that loadStudbook loads, as the command line or the project names it.
+  /// Opens the project. Throws UsageError when there is none.
+  std::string studbook();
+
+  /// The studbook file to write to, which has to exist: likewise. Throws UsageError when there is
+  /// none, and Failure when it is something else, such as a table.
+  std::string writableStudbook();
+
+  /// Loads the studbook of the command line, or that of the project; opens the project first.
+  /// Throws UsageError when there is none, and what loadStudbook throws.
+  void loadStudbook();
+
+  /// The same when there is a studbook; nothing otherwise.
+  void loadStudbookIfNamed();
+
+  // Of the open project.
+
+  std::string projectDirectory() const;  ///< the key file, the current view and the life history
+  std::string viewDirectory() const;
+  std::string reportDirectory() const;
+  std::string exportDirectory() const;
+
+ private:
+  [[noreturn]] void failWithoutStudbook() const;
+  studbook_files chosenFiles() const;
+  std::string projectStudbook() const;
+
+  session_options options_;
+  bool project_open_ = false;
+  bool studbook_loaded_ = false;
+};
+
+/// The directory of all projects.
+std::string projectsDirectory();
+
+/// Gives ActiveProject the name and directory of a project. Throws Failure when there is no such
+/// directory.
+void nameProject(const std::string& name);
+
+/// Makes ActiveProject the project of that name. Throws Failure when there is none or its key file
+/// is damaged.
+void openProjectFile(const std::string& name);
+
+}  // namespace spx::console

@@ -1,0 +1,67 @@
+#include "console/project/view_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "console/base/failure.h"
+#include "console/project/view_settings.h"
+#include "console/project/view_store.h"
+
+namespace spx::console {
+namespace {
+
+void loadNamedView(const Session& session, const std::string& name) {
+  if (!session.hasProject()) {
+    throw UsageError("--view " + name + " needs --project NAME");
+  }
+  if (!viewExists(session.viewDirectory(), name)) {
+    throw Failure("there is no view \"" + name + "\" in " + session.viewDirectory());
+  }
+  loadView(session.viewDirectory(), name);
+}
+
+// A command that writes has `--to DIR`; the last day of the period is `--until` everywhere.
+std::string optionNames(const CLI::App& app, const view_setting& setting) {
+  std::string name = std::string("--") + setting.name;
+  if (setting.name != std::string("until")) {
+    return name;
+  }
+  return app.get_option_no_throw("--to") == nullptr ? name + ",--to" : name;
+}
+
+}  // namespace
+
+void addViewOptions(CLI::App& app, view_choice& choice) {
+  constexpr char GROUP[] = "View";
+  app.add_option("--view", choice.name, "A saved view of the project")
+      ->type_name("NAME")
+      ->check([](const std::string& name) { return name.empty() ? "a view has a name" : ""; })
+      ->group(GROUP);
+  for (const view_setting& setting : viewSettings()) {
+    app.add_option_function<std::vector<std::string>>(
+           optionNames(app, setting),
+           [&choice, name = std::string(setting.name)](const std::vector<std::string>& values) {
+             for (const std::string& value : values) {
+               choice.settings.emplace_back(name, value);
+             }
+           },
+           setting.help)
+        ->type_name(setting.values)
+        ->expected(1)
+        ->multi_option_policy(setting.is_list ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::TakeLast)
+        ->group(GROUP);
+  }
+}
+
+void useView(const Session& session, const view_choice& choice) {
+  setStartView();
+  if (!choice.name.empty()) {
+    loadNamedView(session, choice.name);
+  } else if (session.hasProject() && viewExists(session.projectDirectory(), CURRENT_VIEW)) {
+    loadView(session.projectDirectory(), CURRENT_VIEW);
+  }
+  for (const auto& [name, value] : choice.settings) {
+    setViewSetting(name, value);
+  }
+}
+
+}  // namespace spx::console

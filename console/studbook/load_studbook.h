@@ -1,0 +1,30 @@
+#pragma once
+
+#include "console/studbook/source_files.h"
+#include "console/studbook/studbook_tables.h"
+
+namespace spx::console {
+
+/// Loads a studbook from its tables or its studbook file into the process-wide objects: animals
+/// with their events, demes, programmes, taxa and user-defined fields; then resolves and checks the
+/// parents, indexes, keys and builds the pedigree.
+///
+/// Whatever was loaded before is dropped. Nothing reaches standard output; standard error tells how
+/// many pseudo individuals and pseudo founders there are.
+///
+/// Throws Failure when a table has faults, with the text of the faults, and UsageError; either way
+/// the objects are empty afterwards.
+void loadStudbook(const studbook_files& files);
+
+/// The same from tables that are open; they are let go once they are read.
+void loadStudbook(studbook_tables tables);
+
+/// Reads the tables for their faults alone: throws what loadStudbook throws, and leaves the objects
+/// empty.
+/// @param refused  what did not come about because of the faults, such as "nothing was changed"
+void checkTables(const studbook_tables& tables, const char* refused);
+
+/// Empties the process-wide objects that loadStudbook fills.
+void dropStudbook();
+
+}  // namespace spx::console

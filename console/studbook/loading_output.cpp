@@ -1,0 +1,32 @@
+#include "console/studbook/loading_output.h"
+
+#include <iostream>
+#include <string>
+#include <unistd.h>
+
+#include "spx/support/console.h"
+
+namespace spx::console {
+
+LoadingOutput::LoadingOutput() : verbose_(qs_lib::isVerbose()) {
+  const bool terminal = ::isatty(STDERR_FILENO) == 1;
+  std::cout.flush();
+  // A stream without a buffer refuses what is written; its state is cleared at the end.
+  output_ = std::cout.rdbuf(terminal ? std::cerr.rdbuf() : nullptr);
+  qs_lib::setVerbose(terminal);
+  qs_lib::setDisplayHandler([this](const std::string& text) {
+    if (text.rfind("Warning: record of parent", 0) == 0) {
+      ++parent_warnings_;
+    } else {
+      std::cerr << text;
+    }
+  });
+}
+
+LoadingOutput::~LoadingOutput() {
+  qs_lib::setDisplayHandler({});
+  qs_lib::setVerbose(verbose_);
+  std::cout.rdbuf(output_);  // clears the state
+}
+
+}  // namespace spx::console

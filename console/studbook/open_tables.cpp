@@ -1,0 +1,39 @@
+#include "console/studbook/open_tables.h"
+
+#include "console/base/failure.h"
+#include "console/studbook/file_rows.h"
+#include "console/studbook/studbook_file.h"
+#include "console/tables/csv_table.h"
+
+namespace spx::console {
+namespace {
+
+void refuseOtherFiles(const studbook_files& files) {
+  if (files.events.empty() && files.locations.empty() && files.programs.empty() && files.titles.empty()) {
+    return;
+  }
+  throw UsageError(files.animals +
+                   " is a studbook file with all its tables: --events, --locations, --programs "
+                   "and --map go with tables");
+}
+
+}  // namespace
+
+studbook_tables openTables(const studbook_files& files) {
+  if (isStudbookFile(files.animals)) {
+    refuseOtherFiles(files);
+    return storedTables(std::make_shared<StudbookFile>(files.animals, FILE_ACCESS::READ));
+  }
+  const studbook_files tables = resolveFiles(files);
+  return {tables.animals,
+          "CSV",
+          csvSource(tables.animals),
+          csvSource(tables.events),
+          csvSource(tables.locations),
+          csvSource(tables.programs),
+          tables.titles,
+          {},
+          {}};
+}
+
+}  // namespace spx::console

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console/tables/column_titles.h"
+
+namespace SQLite {
+class Database;
+}
+
+namespace spx::console {
+
+/// Marks a database as a studbook file: "spxb".
+inline constexpr std::int32_t APPLICATION_ID = 0x73707862;
+
+/// The version of the schema that is written; docs/studbook-file.md tells what raises it.
+inline constexpr int SCHEMA_VERSION = 1;
+
+/// A table of a studbook file with its fields.
+struct stored_table {
+  const char* name;
+  std::span<const table_field> fields;
+};
+
+std::span<const stored_table> storedTableList();
+const stored_table& findStoredTable(const std::string& name);
+
+/// A column of a table in a studbook file.
+struct stored_column {
+  std::string title;  ///< as the table had it
+  std::string field;  ///< the column's name in the studbook file; that of the field where it is one
+};
+
+/// The columns that a table has, in their order.
+std::vector<stored_column> storedColumns(SQLite::Database& database, const std::string& table);
+
+/// Makes the tables in an empty database, without their indexes.
+void createTables(SQLite::Database& database);
+
+// Indexes of full tables: to keep them up to date while the tables are filled takes longer.
+
+void createAnimalIndex(SQLite::Database& database);  ///< unless it is there
+void createEventIndex(SQLite::Database& database);
+
+/// Gives a table one more column at its end. A column that is no field gets a place of its own.
+/// @return its name in the database
+std::string addColumn(SQLite::Database& database, const std::string& table, const std::string& title,
+                      const std::string& field);
+
+/// A name as SQL has it: in double quotes.
+std::string quotedName(std::string_view name);
+
+}  // namespace spx::console

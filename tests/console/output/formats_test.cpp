@@ -1,0 +1,112 @@
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+#include "spx/support/text.h"
+
+#include "tests/console/console_fixture.h"
+
+namespace spx::console {
+namespace {
+
+using nlohmann::json;
+using words = std::vector<std::string>;
+
+class FormatsTest : public ConsoleTest {
+ protected:
+  /// The output of a command on a studbook.
+  std::string output(const std::string& studbook, words command, const std::string& format) {
+    command.insert(command.begin(), {"--studbook", studbook});
+    command.insert(command.end(), {"--format", format});
+    run(command);
+    return takeOutput();
+  }
+
+  const std::string example = SPX_SOURCE_DIR "/examples/studbook";
+};
+
+std::vector<std::string> idsOfText(const std::string& listing) {
+  std::vector<std::string> ids;
+  std::istringstream lines(listing);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t bar = line.find("| ");
+    if (bar == std::string::npos || line.starts_with("id ")) {
+      continue;
+    }
+    ids.push_back(qs_lib::allTrim(line.substr(bar + 2, line.find('|', bar + 2) - bar - 2)));
+  }
+  return ids;
+}
+
+TEST_F(FormatsTest, ScriptsGetTheAnimalsOfTheListingInItsOrder) {
+  const words commands[] = {{"list"},
+                            {"list", "--all"},
+                            {"list", "--sex", "male", "--from", "1990"},
+                            {"living", "--monitor", "2005-06-30"},
+                            {"offspring", "0021"},
+                            {"pedigree", "0120"}};
+  for (const words& command : commands) {
+    SCOPED_TRACE(testing::PrintToString(command));
+    std::vector<std::string> ids;
+    for (const json& animal : json::parse(output(example, command, "json"))) {
+      ids.push_back(animal["id"]);
+    }
+    EXPECT_EQ(ids, idsOfText(output(example, command, "text")));
+    EXPECT_GT(ids.size(), 2U);
+  }
+}
+
+TEST_F(FormatsTest, AListingReadAgainIsTheSameStudbook) {
+  const std::string copy = table("copy.csv", output(example, {"list"}, "csv"));
+  for (const char* format : {"text", "csv", "json"}) {
+    EXPECT_EQ(output(copy, {"summary"}, format), output(example, {"summary"}, format));
+  }
+}
+
+TEST_F(FormatsTest, AnyTextComesThroughWhole) {
+  const std::string file = table("a.csv",
+                                 "id,sire,birth_date,g_cites,breeder,\"no\"\"te\"\n"
+                                 "J\xFCrgen,WILD,1990-05,1.3,maybe,\"a,\"\"b\"\"\n\"\n"
+                                 "2\xC3\xBC,J\xFCrgen,,,, \n");
+  const json animals = json::parse(output(file, {"list"}, "json"));
+  const json& first = animals[1];  // an unknown birth comes first
+  EXPECT_EQ(first["id"], "J\xC3\xBCrgen");
+  EXPECT_EQ(first["birth_date"], "1990-05-01");
+  EXPECT_EQ(first["birth_accuracy"], "by month");
+  EXPECT_EQ(first["g_cites"], 1.3);
+  EXPECT_EQ(first["user_fields"], json({{"breeder", "maybe"}, {"no\"te", "a,\"b\"\n"}}));
+  EXPECT_EQ(animals[0]["id"], "2\xC3\xBC");
+  EXPECT_TRUE(animals[0]["birth_date"].is_null() && animals[0]["fcoef"].is_null());
+  const std::string csv = output(file, {"list"}, "csv");
+  EXPECT_NE(csv.find(",breeder,selected,user_fields_breeder,\"no\"\"te\"\n"), std::string::npos);
+  EXPECT_NE(csv.find(",1.3,,,,true,true,maybe,\"a,\"\"b\"\"\n\"\n"), std::string::npos);
+  EXPECT_NE(csv.find(",J\xFCrgen,WILD,"), std::string::npos);
+}
+
+TEST_F(FormatsTest, FindingsHaveCodes) {
+  const std::string file = table("a.csv", "id,sire,dam,sex,dob\n1,,,f,1990\n2,1,2,m,1990\n2,,,f,\n");
+  EXPECT_EQ(output(file, {"check"}, "csv"),
+            "code,animal,parent,text\n"
+            "duplicate_id,2,,Multiple master records of 2\n"
+            "sire_not_male,2,1,1 is not a male!\n"
+            "sire_not_older,2,1,1 was born after birth of offspring 2\n"
+            "dam_not_female,2,2,2 is not a female!\n"
+            "dam_not_older,2,2,2 was born after birth of offspring 2\n"
+            "duplicate_id,2,,Multiple master records of 2\n");
+  EXPECT_EQ(output(table("b.csv", "id\n1\n"), {"check"}, "json"), "[]\n");
+}
+
+TEST_F(FormatsTest, TheCardHasTheEventsAndTheSummaryItsCounters) {
+  const json card = json::parse(output(example, {"show", "0003"}, "json"));
+  EXPECT_EQ(card["birth_range"], 400);
+  EXPECT_EQ(card["death_location_name"], "Ashgrove Paddock A");
+  EXPECT_EQ(card["events"][1]["event"], "social in");
+  EXPECT_EQ(card["events"][1]["location"], "2.1.1");
+  const json summary = json::parse(output(example, {"summary"}, "json"));
+  EXPECT_EQ(summary["records"], 150);
+  EXPECT_EQ(summary["sexes"]["abnormal"], 1);
+  EXPECT_EQ(summary["death_accuracy"]["by_week"], 2);
+}
+
+}  // namespace
+}  // namespace spx::console

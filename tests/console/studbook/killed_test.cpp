@@ -1,0 +1,83 @@
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <random>
+
+#include "console/studbook/write_tables.h"
+#include "tests/console/console_fixture.h"
+
+namespace spx::console {
+namespace {
+
+class KilledTest : public ConsoleTest {
+ protected:
+  /// Runs the program, and kills it after so many milliseconds. @return whether it came to its end
+  static bool runFor(int milliseconds, const std::vector<std::string>& words) {
+    std::string line = "timeout -s KILL " + std::to_string(milliseconds / 1000.0) + " " SPX_PROGRAM;
+    for (const std::string& word : words) {
+      line += " " + word;
+    }
+    return std::system((line + " >/dev/null 2>&1").c_str()) == 0;
+  }
+
+  std::string tablesOf(const std::string& studbook) {
+    std::filesystem::create_directory(at("out"));
+    writeTables(studbook, at("out"));
+    return contentOf(at("out/animals.csv"));
+  }
+};
+
+// What a command writes is what was there before or what it was to become, never a mixture.
+TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
+  std::string texts[] = {"id,sex,rearing\n", "id,sex,rearing\n"};
+  for (int animal = 1; animal <= 400; ++animal) {
+    texts[0] += std::to_string(animal) + ",m,hand\n";
+    texts[1] += std::to_string(animal) + ",f,parent\n";
+  }
+  const std::string a = table("a.csv", texts[0]), b = table("b.csv", texts[1]);
+  const std::string imported = at("imported.studbook"), edited = at("edited.studbook");
+  ASSERT_EQ(run({"project", "create", "p"}), 0);
+  ASSERT_EQ(run({"import", a, "--studbook", edited}), 0);
+  using words = std::vector<std::string>;
+  const struct {
+    words to[2];  ///< the words that bring about the one state and the other
+    std::function<std::string()> state;
+  } cases[] = {
+      {{{"import", a, "--studbook", imported}, {"import", b, "--studbook", imported}},
+       [&] { return tablesOf(imported); }},
+      {{{"--studbook", edited, "animal", "set", "7", "sex=m", "rearing=hand"},
+        {"--studbook", edited, "animal", "set", "7", "sex=f", "rearing=parent"}},
+       [&] { return tablesOf(edited); }},
+      {{{"--studbook", a, "--project", "p", "view", "save", "v", "--sex", "male"},
+        {"--studbook", a, "--project", "p", "view", "save", "v", "--rearing", "hand"}},
+       [&] { return contentOf(at("spx/projects/p/views/v.view")); }},
+      {{{"--studbook", a, "export", "pedigree", "--to", home, "--overwrite"},
+        {"--studbook", b, "export", "pedigree", "--to", home, "--overwrite"}},
+       [&] { return contentOf(at("pedigree.csv")); }},
+  };
+  std::mt19937 random(7);
+  for (const auto& [to, state] : cases) {
+    std::string states[2];
+    for (const int which : {1, 0}) {
+      ASSERT_TRUE(runFor(60000, to[which])) << to[which].back();
+      states[which] = state();
+    }
+    ASSERT_NE(states[0], states[1]);
+    int longest = 10;
+    std::size_t now = 0;
+    for (int round = 0; round < 16; ++round) {
+      // Until one has come to its end the time is doubled.
+      const int wait = round < 4 ? longest : std::uniform_int_distribution(1, longest)(random);
+      const bool ended = runFor(wait, to[1 - now]);
+      if (!ended && wait == longest) {
+        longest *= 2;
+      }
+      const std::string found = state();
+      EXPECT_TRUE(found == states[1 - now] || (!ended && found == states[now])) << to[0].back();
+      now = found == states[0] ? 0 : 1;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace spx::console
