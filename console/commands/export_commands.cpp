@@ -10,10 +10,10 @@
 #include "spx/exports/export_pedigree.h"
 #include "spx/reports/view_to_r.h"
 #include "spx/support/write_file.h"
+#include "spx/views/predicates.h"
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
-#include "console/output/filter_table.h"
 #include "console/output/output_file.h"
 #include "console/output/r_loader.h"
 #include "console/project/view_options.h"
@@ -103,8 +103,7 @@ ExitCode exportLoader(Session& session, const export_options& options) {
 
 ExitCode exportFilters(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"filter_test.csv"});
-  writeFilterTable(paths.front());
-  return report(true, paths);
+  return report(TestFilters(paths.front()), paths);
 }
 
 /// The tables that a studbook file was imported from, with the changes that were made since.

@@ -3,8 +3,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include "spx/views/predicates.h"
+
+#include "console/base/failure.h"
 #include "console/commands/command.h"
-#include "console/output/filter_table.h"
 #include "console/output/output_file.h"
 #include "console/project/view_options.h"
 
@@ -26,7 +28,9 @@ ExitCode writeFilters(Session& session, filter_options options) {
   checkTarget(options.output, path);
   session.loadStudbook();
   useView(session, options.view);
-  writeFilterTable(path);
+  if (!TestFilters(path)) {
+    throw Failure(path + ": could not be written");
+  }
   std::cerr << "spx: wrote " << path << "\n";
   return ExitCode::DONE;
 }

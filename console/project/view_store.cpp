@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 
@@ -50,40 +49,6 @@ constexpr std::pair<const char*, const char*> TYPED_ENTRIES[] = {
     {"PRORATING", "prorating"},
     {"SAME_SEX", "same-sex"},
     {"GENERIC_PARENTS", "generic-parents"},
-};
-
-/// A directory for the library's own form of the file, removed when it goes.
-class Workshop {
- public:
-  Workshop() {
-    std::string path = (fs::temp_directory_path() / "spx-view-XXXXXX").string();
-    if (::mkdtemp(path.data()) == nullptr) {
-      throw Failure(path + ": cannot be created");
-    }
-    path_ = path;
-  }
-  ~Workshop() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  Workshop(const Workshop&) = delete;
-  Workshop& operator=(const Workshop&) = delete;
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-/// Lends View a directory and gives its own one back.
-class ViewPath {
- public:
-  explicit ViewPath(const std::string& path) : former_(View.path) { View.path = path; }
-  ~ViewPath() { View.path = former_; }
-  ViewPath(const ViewPath&) = delete;
-  ViewPath& operator=(const ViewPath&) = delete;
-
- private:
-  std::string former_;
 };
 
 std::string numbered(const char* key, std::size_t number) {
@@ -180,15 +145,10 @@ void restoreMissingEntries(const qs_lib::Configuration& file) {
   }
 }
 
-// The library reads the deme list as 32-bit numbers and stops there; it gets the file without it.
-void loadKnownEntries(qs_lib::Configuration file) {
-  const Workshop workshop;
-  const ViewPath path(workshop.path());
+// The library reads the deme list as 32-bit numbers, which packed demes exceed.
+void readKnownEntries(qs_lib::Configuration file) {
   file.set("METAPOPULATION", "TEXT", "", "");
-  file.setDirectory(workshop.path());
-  if (!file.save() || !View.load(file.getName())) {
-    throw Failure("cannot be copied to " + workshop.path());
-  }
+  readView(View, file);
 }
 
 /// The library takes what it can of a damaged file; here each text has to be one that a person may
@@ -208,7 +168,7 @@ void checkEntries(const qs_lib::Configuration& file) {
 }
 
 void loadEntries(const qs_lib::Configuration& file) {
-  loadKnownEntries(file);
+  readKnownEntries(file);
   checkEntries(file);
   setViewSetting("sex", choiceName<SEX>(file, "SEX"));
   restoreMissingEntries(file);
@@ -222,19 +182,11 @@ void saveView(const std::string& directory, const std::string& name) {
   if (!qs_lib::isPlainName(name)) {
     throw UsageError(quotedText(name) + " cannot be the name of a view");
   }
-  const Workshop workshop;
-  {
-    const ViewPath path(workshop.path());
-    View.save(name);
-  }
-  qs_lib::Configuration file = viewFile(workshop.path(), name);
-  if (!file.load()) {
-    throw Failure(workshop.path() + ": cannot be written to");
-  }
+  qs_lib::Configuration file = viewFile(directory, name);
+  writeView(View, file);
   addExactBounds(file);
   addExactTaxa(file);
   addMissingEntries(file);
-  file.setDirectory(directory);
   if (!file.save()) {
     throw Failure(file.getFileName() + ": cannot be written");
   }

@@ -12,6 +12,8 @@ namespace {
 
 constexpr double NEONATAL_DAYS = 30;
 
+constexpr char TABLE[] = "filter_test.csv";
+
 // "Same itter dam" is misspelt in the header that readers of the table expect.
 constexpr char FILTER_HEADER[] =
     "ID|Unknown sex|Pseudo|"
@@ -67,10 +69,14 @@ void filterRow(qs_lib::CsvReport& table, const master_data& animal, qs_lib::day_
 }  // namespace
 
 bool TestFilters() {
+  qs_lib::display(std::string("Writing filter to: ") + TABLE + "\n");
+  return TestFilters(TABLE);
+}
+
+bool TestFilters(const std::string& file_name) {
   qs_lib::CsvReport table;
-  table.setFileName("filter_test.csv");
+  table.setFileName(file_name);
   table.setStaged(true);
-  qs_lib::display("Writing filter to: " + table.getFileName() + "\n");
   if (!table.fileOpen()) {
     return false;
   }

@@ -102,8 +102,13 @@ SPX_EXPORT qs_lib::day_number removalDemeView(const master_data& animal);
 /// Writes the answers for every record of the store into "filter_test.csv" in the working
 /// directory, for diagnosis, and names the file on the console. The view's monitor date is the date
 /// asked for; neonatal deaths are those within 30 days, whatever the life history says.
-/// @return false when the file cannot be opened or not all of it could be written; a former table
-///         then stays as it was
+/// @return false when the file cannot be opened or not all of it could be written; an existing file
+///         is then unchanged
 SPX_EXPORT bool TestFilters();
+
+/// Writes the table of TestFilters() to the given file and shows nothing. "~" is replaced.
+/// @return false when the file cannot be opened or not all of it could be written; an existing file
+///         is then unchanged
+SPX_EXPORT bool TestFilters(const std::string& file_name);
 
 }  // namespace spx

@@ -66,7 +66,19 @@ class ViewReader {
   const qs_lib::Configuration& file_;
 };
 
-void writeView(const DataFilter& view, ViewWriter to) {
+}  // namespace
+
+qs_lib::Configuration viewFile(const std::string& directory, const std::string& name) {
+  qs_lib::Configuration file;
+  file.setDirectory(directory);
+  file.setName(name);
+  file.setExtension("view");
+  file.setSection("VIEW");
+  return file;
+}
+
+void writeView(const DataFilter& view, qs_lib::Configuration& file) {
+  ViewWriter to(file);
   to.number("FILTER_ID", view.filter_id, "Filter ID");
   to.date("START_DATE", view.start_date, "Start date");
   to.date("END_DATE", view.end_date, "End date");
@@ -94,7 +106,7 @@ void writeView(const DataFilter& view, ViewWriter to) {
   to.real("HIGH_AGE", view.high_age, 1, "Upper age");
   to.truth("GENERIC_PARENTS", view.generic_parents, "Assume generic unknown parents");
   to.choice("SEX", view.sex, "Selected Sex group");
-  // These two are numbers of type TEXT: readers look at the type word.
+  // These two are numbers with the type word TEXT; kept on purpose, it is part of the format.
   to.text("HANDLE_UNKNOWN", std::to_string(static_cast<int>(view.handle_unknown)), "Method of handling unknown sex");
   to.text("HANDLE_PARENT", std::to_string(static_cast<int>(view.handle_parent)), "Method of handling unknown parents");
   to.choice("CONTRACEPTION", view.contraception, "Contraception method");
@@ -102,7 +114,8 @@ void writeView(const DataFilter& view, ViewWriter to) {
   to.text("METAPOPULATION", view.createDemeString(true, DEME_SEPARATOR), "Location(s) included in metapopulation");
 }
 
-void readView(DataFilter& view, const ViewReader& from) {
+void readView(DataFilter& view, const qs_lib::Configuration& file) {
+  const ViewReader from(file);
   from.number("FILTER_ID", view.filter_id);
   from.date("START_DATE", view.start_date);
   from.date("END_DATE", view.end_date);
@@ -129,7 +142,7 @@ void readView(DataFilter& view, const ViewReader& from) {
   from.real("HIGH_AGE", view.high_age);
   from.truth("GENERIC_PARENTS", view.generic_parents);
   // Not "SEX": files are written with one key and read with the other, so a saved sex group does
-  // not come back, as hosts expect that restore it themselves.
+  // not come back. Kept on purpose: hosts restore it themselves.
   if (from.has("Sex")) {
     from.choice("Sex", view.sex);
   }
@@ -139,20 +152,9 @@ void readView(DataFilter& view, const ViewReader& from) {
   view.extractDemeString(from.text("METAPOPULATION"));
 }
 
-}  // namespace
-
-qs_lib::Configuration viewFile(const std::string& directory, const std::string& name) {
-  qs_lib::Configuration file;
-  file.setDirectory(directory);
-  file.setName(name);
-  file.setExtension("view");
-  file.setSection("VIEW");
-  return file;
-}
-
 void DataFilter::save(const std::string& name) const {
   qs_lib::Configuration file = viewFile(path, name);
-  writeView(*this, ViewWriter(file));
+  writeView(*this, file);
   if (!qs_lib::isPlainName(name) || !file.save()) {
     spxError("Could not save view settings");
   }
@@ -163,7 +165,7 @@ bool DataFilter::load(const std::string& name) {
   if (!qs_lib::isPlainName(name) || !file.load()) {
     return false;
   }
-  readView(*this, ViewReader(file));
+  readView(*this, file);
   return true;
 }
 

@@ -208,6 +208,10 @@ TEST_F(ViewPredicates, AreDumpedForEveryRecord) {
   struct stat facts {};
   EXPECT_TRUE(::fstat(former, &facts) == 0 && facts.st_nlink == 0) << "replaced, not written over";
   ::close(former);
+  EXPECT_TRUE(TestFilters(at("elsewhere.csv")));
+  EXPECT_EQ(takeOutput(), "Writing filter to: filter_test.csv\n") << "the second file is not announced";
+  expectFile(contentOf("elsewhere.csv"), "views/expected/filter_test.csv");
+  EXPECT_FALSE(TestFilters(at("missing/table.csv")));
   EXPECT_TRUE(isLivingFounder(Animals.records[0], 150));
   EXPECT_FALSE(isLivingFounder(Animals.records[1], 150) || isLivingFounder(Animals.records[2], 150));
 }

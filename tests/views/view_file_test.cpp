@@ -1,5 +1,7 @@
 // View files and the listings of views. Expected texts are in tests/views/expected; all_settings
 // holds a view in which no stored setting has its default.
+#include "spx/views/view_file.h"
+
 #include <csignal>
 
 #include <sys/resource.h>
@@ -87,6 +89,21 @@ TEST_F(ViewFiles, WithWrongValuesFollowTheConversions) {
   change("LOW_AGE", "young");
   EXPECT_TRUE(view.load("v"));
   EXPECT_TRUE(view.end_date == 0 && !view.prorating && view.low_age != view.low_age);
+}
+
+TEST_F(ViewFiles, CanBeEntriesInMemory) {
+  qs_lib::Configuration file = viewFile(home, "v");
+  view.filter_id = 7;
+  view.low_age = 30.26;
+  writeView(view, file);
+  EXPECT_EQ(file.entries().size(), 31u);
+  EXPECT_TRUE(std::filesystem::is_empty(home));
+  view.clearView();
+  readView(view, file);
+  EXPECT_EQ(view.filter_id, 7);
+  EXPECT_EQ(view.low_age, 30.3);
+  file.set("CENSUS_DAY", "INTEGER", "first", "");
+  EXPECT_THROW(readView(view, file), std::invalid_argument);
 }
 
 TEST_F(ViewFiles, OfOtherKindsChangeNothing) {
