@@ -1,14 +1,19 @@
 #include "console/base/quoted_text.h"
 
+#include <algorithm>
+#include <cstddef>
+
+#include "console/base/display_text.h"
+
 namespace spx::console {
 namespace {
 
-constexpr std::size_t LONGEST_TEXT = 60;
+constexpr std::size_t LONGEST_TEXT = 60;  // terminal columns
 
-/// The text cut where no UTF-8 character is torn apart.
-std::string_view shortened(std::string_view text) {
-  std::size_t size = LONGEST_TEXT;
-  while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U) {
+/// What can be shown of a text at most: a cell may hold megabytes. No UTF-8 character is torn apart.
+std::string_view beginning(std::string_view text) {
+  std::size_t size = std::min(text.size(), 8 * LONGEST_TEXT);
+  while (size > 0 && size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U) {
     --size;
   }
   return text.substr(0, size);
@@ -17,14 +22,10 @@ std::string_view shortened(std::string_view text) {
 }  // namespace
 
 std::string quotedText(std::string_view text) {
-  const bool cut = text.size() > LONGEST_TEXT;
-  std::string shown(cut ? shortened(text) : text);
-  for (char& letter : shown) {
-    if (static_cast<unsigned char>(letter) < ' ' || letter == '\x7F') {
-      letter = '?';
-    }
-  }
-  return "\"" + shown + (cut ? "...\"" : "\"");
+  const std::string visible = visibleText(beginning(text));
+  const std::string_view shown = firstColumns(visible, LONGEST_TEXT);
+  const bool is_cut = shown.size() < visible.size() || beginning(text).size() < text.size();
+  return "\"" + std::string(shown) + (is_cut ? "...\"" : "\"");
 }
 
 }  // namespace spx::console

@@ -11,6 +11,7 @@
 #include "spx/core/user_fields.h"
 
 #include "console/output/record_stream.h"
+#include "console/tables/value_text.h"
 
 namespace spx::console {
 namespace {
@@ -36,16 +37,10 @@ fact_record rangeFact(const move_data& event) {
   return event.range;
 }
 
-/// "2.1.2", without the levels that are not used.
 std::string placeText(packed_deme location) {
   DemeID deme;
   deme.set(location);
-  std::string text;
-  for (int level = 0; level <= deme.getLevel(); ++level) {
-    const std::uint8_t block = deme.blocks[static_cast<std::size_t>(level)];
-    text += (text.empty() ? "" : ".") + std::to_string(block);
-  }
-  return text;
+  return shortDemeText(deme);
 }
 
 fact_record placeFact(const move_data& event) {

@@ -13,12 +13,6 @@ namespace spx::console {
 
 namespace fs = std::filesystem;
 
-void refuseToOverwrite(const std::string& path, bool overwrite) {
-  if (!overwrite && fs::exists(fs::symlink_status(path))) {
-    throw Failure(path + " is there already; --overwrite replaces it");
-  }
-}
-
 void addOutputOptions(CLI::App& app, output_options& options) {
   app.add_option("--to", options.directory, "Directory to write to (default: the project's)")->type_name("DIR");
   app.add_flag("--overwrite", options.overwrite, "Replace files that are in that directory");

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "console/output/result_output.h"
 #include "console/project/session.h"
 
 namespace CLI {
@@ -9,9 +10,6 @@ class App;
 }
 
 namespace spx::console {
-
-/// Throws Failure when there is something under that name already and it may not be replaced.
-void refuseToOverwrite(const std::string& path, bool overwrite);
 
 /// Where a command writes its files.
 struct output_options {

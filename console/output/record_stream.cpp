@@ -10,6 +10,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "console/base/csv_cell.h"
+#include "console/base/display_text.h"
+
 namespace spx::console {
 namespace {
 
@@ -20,28 +23,6 @@ constexpr char USER_FIELDS[] = "user_fields";
 
 std::string dumped(const fact_record& value, error_handler faulty_bytes) {
   return value.dump(-1, ' ', false, faulty_bytes);
-}
-
-/// Replacing and leaving out differ in nothing but the bytes that are not UTF-8.
-bool isUtf8(const std::string& text) {
-  return dumped(text, error_handler::replace) == dumped(text, error_handler::ignore);
-}
-
-std::string utf8Text(const std::string& text) {
-  if (isUtf8(text)) {
-    return text;
-  }
-  std::string converted;
-  for (const char letter : text) {
-    const auto byte = static_cast<unsigned char>(letter);
-    if (byte < 0x80) {
-      converted += letter;
-    } else {
-      converted += static_cast<char>(0xC0U | byte >> 6U);
-      converted += static_cast<char>(0x80U | (byte & 0x3FU));
-    }
-  }
-  return converted;
 }
 
 fact_record utf8Value(const fact_record& value) {
@@ -104,25 +85,9 @@ std::vector<std::string> columnNames(const fact_record& shape) {
   return names;
 }
 
-std::string quotedCell(std::string_view text) {
-  std::string cell = "\"";
-  for (const char letter : text) {
-    if (letter == '"') {
-      cell += '"';
-    }
-    cell += letter;
-  }
-  return cell + '"';
-}
-
 /// Adds a cell and a comma.
 void addCell(std::string& line, std::string_view text) {
-  const bool has_blank_end = !text.empty() && (text.front() == ' ' || text.back() == ' ');
-  if (!has_blank_end && text.find_first_of(",\"\r\n\t") == std::string_view::npos) {
-    line += text;
-  } else {
-    line += quotedCell(text);
-  }
+  appendCsvCell(line, text);
   line += ',';
 }
 

@@ -4,22 +4,13 @@
 #include <cstring>
 #include <utility>
 
+#include "console/base/csv_cell.h"
 #include "console/base/failure.h"
 
 namespace spx::console {
 namespace {
 
-constexpr std::string_view SPECIAL = ",\"\r\n";
-constexpr std::string_view SPECIAL_IN_TITLES = ",\"\r\n;\t|";  // readers count separators there
-constexpr std::string_view BLANKS = " \t";
-
-bool needsQuotes(std::string_view text, std::string_view special) {
-  if (text.empty()) {
-    return false;
-  }
-  return text.find_first_of(special) != std::string_view::npos || BLANKS.find(text.front()) != std::string_view::npos ||
-         BLANKS.find(text.back()) != std::string_view::npos;
-}
+constexpr std::string_view SEPARATORS = ";\t|";  // readers count them in titles
 
 [[noreturn]] void fail(const std::string& file) {
   throw Failure(file + ": cannot be written" + (errno == 0 ? "" : std::string(": ") + std::strerror(errno)));
@@ -41,7 +32,7 @@ void TableWriter::addTitles(std::span<const std::string> titles) {
     if (&title != &titles.front()) {
       file_.write(",");
     }
-    addCell(title, SPECIAL_IN_TITLES);
+    addCell(title, SEPARATORS);
   }
   file_.write("\n");
 }
@@ -51,7 +42,7 @@ void TableWriter::addRow(std::span<const std::string_view> cells) {
     if (&cell != &cells.front()) {
       file_.write(",");
     }
-    addCell(cell, SPECIAL);
+    addCell(cell, {});
   }
   file_.write("\n");
 }
@@ -63,18 +54,10 @@ void TableWriter::finish() {
   }
 }
 
-void TableWriter::addCell(std::string_view text, std::string_view special) {
-  if (!needsQuotes(text, special)) {
-    return file_.write(text);
-  }
-  file_.write("\"");
-  for (std::size_t quote = text.find('"'); quote != std::string_view::npos; quote = text.find('"')) {
-    file_.write(text.substr(0, quote + 1));
-    file_.write("\"");
-    text.remove_prefix(quote + 1);
-  }
-  file_.write(text);
-  file_.write("\"");
+void TableWriter::addCell(std::string_view text, std::string_view quoted) {
+  cell_.clear();
+  appendCsvCell(cell_, text, quoted);
+  file_.write(cell_);
 }
 
 }  // namespace spx::console

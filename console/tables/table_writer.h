@@ -22,10 +22,11 @@ class TableWriter {
   void finish();
 
  private:
-  void addCell(std::string_view text, std::string_view special);
+  void addCell(std::string_view text, std::string_view quoted);
 
   std::string name_;
   qs_lib::WriteFile file_;
+  std::string cell_;
 };
 
 }  // namespace spx::console

@@ -179,7 +179,7 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
       {"id,sex\n1\n", "", "", "a.csv:2: animal \"1\": the row has 1 cells, the header line has 2"},
       {"name\nx\n", "", "", "a.csv:1: there is no column \"id\""},
       {"id,YOB\n\"1\n\",1\n2,1976-31\n", "", "",
-       "a.csv:2: column \"YOB\", animal \"1?\": \"1\" is no date (YYYY-MM-DD, YYYY-MM or YYYY)"},
+       "a.csv:2: column \"YOB\", animal \"1\\n\": \"1\" is no date (YYYY-MM-DD, YYYY-MM or YYYY)"},
       {"id,death_event\n1,death\n", "", "", "a.csv:2: column \"death_event\", animal \"1\": \"death\" needs a date"},
       {"id,f\n1,1e999\n", "", "", "a.csv:2: column \"f\", animal \"1\": \"1e999\" is no number"},
       {"id,location\n1,3.300\n", "", "",

@@ -167,8 +167,8 @@ TEST(Faults, ShowsTwentyAndCountsTheRest) {
   EXPECT_NE(faults.text().find("t.csv:21: "), std::string::npos);
   EXPECT_EQ(faults.text().find("t.csv:22: "), std::string::npos);
   EXPECT_NE(faults.text().find("\n... and 3 more\n"), std::string::npos);
-  EXPECT_EQ(quotedText("a\tb\x1B"), "\"a?b?\"");
-  EXPECT_EQ(quotedText(std::string(59, 'x') + "\xC3\xA4y"), "\"" + std::string(59, 'x') + "...\"");
+  EXPECT_EQ(quotedText("a\tb\x1B"), "\"a\\tb\\x1b\"");
+  EXPECT_EQ(quotedText(std::string(59, 'x') + "\u30D1y"), "\"" + std::string(59, 'x') + "...\"") << "two columns wide";
 }
 
 }  // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+namespace spx::console {
+
+/// Compares texts as people sort them: runs of digits by their number ("2" before "10", "A9" before "A10"), letters
+/// without regard to case. Texts that are equal so are compared byte by byte, so that only equal texts give 0.
+/// @return below 0, 0 or above 0
+int compareNaturally(std::string_view a, std::string_view b);
+
+}  // namespace spx::console
