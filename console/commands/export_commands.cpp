@@ -17,6 +17,7 @@
 #include "console/output/output_file.h"
 #include "console/output/r_loader.h"
 #include "console/project/view_options.h"
+#include "console/project/view_settings.h"
 #include "console/studbook/write_tables.h"
 
 namespace spx::console {
@@ -133,7 +134,7 @@ command exportCommand(const char* name, const char* help, export_function run, D
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
             if (describes != DESCRIBES::NO_VIEW) {
-              addViewOptions(app, options->view);
+              addViewOptions(app, options->view, WHOLE_VIEW);
             }
           }};
 }

@@ -9,6 +9,7 @@
 #include "console/commands/command.h"
 #include "console/output/output_file.h"
 #include "console/project/view_options.h"
+#include "console/project/view_settings.h"
 
 namespace spx::console {
 namespace {
@@ -43,7 +44,7 @@ void addFilterCommands(std::vector<command>& commands) {
                       [options](Session& session) { return writeFilters(session, *options); },
                       [options](CLI::App& app) {
                         addOutputOptions(app, options->output);
-                        addViewOptions(app, options->view);
+                        addViewOptions(app, options->view, WHOLE_VIEW);
                       }});
 }
 

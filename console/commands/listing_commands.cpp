@@ -13,6 +13,7 @@
 #include "console/output/animal_records.h"
 #include "console/output/output_format.h"
 #include "console/project/view_options.h"
+#include "console/project/view_settings.h"
 
 namespace spx::console {
 namespace {
@@ -134,7 +135,7 @@ void addTable(std::vector<command>& commands, const char* name, const char* help
                                        "Every record, whatever the view, pseudo individuals too");
                         }
                         addFormatOption(app, options->format);
-                        addViewOptions(app, options->view);
+                        addViewOptions(app, options->view, WHOLE_VIEW);
                       }});
 }
 

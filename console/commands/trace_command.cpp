@@ -13,6 +13,7 @@
 #include "console/output/output_file.h"
 #include "console/project/life_history.h"
 #include "console/project/view_options.h"
+#include "console/project/view_settings.h"
 #include "console/studbook/loading_output.h"
 
 namespace spx::console {
@@ -87,7 +88,7 @@ void addTraceCommands(std::vector<command>& commands) {
                                        "lists them)")
                             ->type_name("KEY=VALUE")
                             ->allow_extra_args(false);
-                        addViewOptions(app, options->view);
+                        addViewOptions(app, options->view, WHOLE_VIEW);
                       }});
 }
 

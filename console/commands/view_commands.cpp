@@ -104,13 +104,13 @@ void addViewCommands(std::vector<command>& commands) {
   const auto words = std::make_shared<view_words>();
   CommandGroup group("view", "Show, change, save and load views");
   group.add({"show", "Show the settings of the view", [words](Session& session) { return show(session, *words); },
-             [words](CLI::App& app) { addViewOptions(app, words->view); }});
+             [words](CLI::App& app) { addViewOptions(app, words->view, WHOLE_VIEW); }});
   group.add(
       {"list", "List the saved views of the project", [words](Session& session) { return list(session, *words); }});
   group.add({"save", "Save the view under a name", [words](Session& session) { return save(session, *words); },
              [words](CLI::App& app) {
                app.add_option("NAME", words->name, "Name of the view")->required();
-               addViewOptions(app, words->view);
+               addViewOptions(app, words->view, WHOLE_VIEW);
              }});
   group.add({"load", "Make a saved view the current one of the project",
              [words](Session& session) { return load(session, *words); },

@@ -7,7 +7,9 @@
 #include "spx/project/biology.h"
 
 #include "console/base/failure.h"
+#include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
+#include "console/tables/enum_names.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -18,7 +20,7 @@ constexpr char DAYS[] = "DAYS";
 double days(const std::string& name, const std::string& value) {
   const auto number = parseReal<double>(value);
   if (!number || !(*number >= 0)) {
-    throw UsageError(name + ": " + console::quotedText(value) + " is no number of days");
+    throw UsageError(name + ": " + quotedText(value) + " must be a number of days of at least 0");
   }
   return *number;
 }
@@ -28,22 +30,17 @@ int wholeNumber(const std::string& name, const std::string& value) {
   const char* end = value.data() + value.size();
   const auto result = std::from_chars(value.data(), end, number);
   if (result.ec != std::errc() || result.ptr != end || number < 0) {
-    throw UsageError(name + ": " + console::quotedText(value) + " is no whole number from 0 up");
+    throw UsageError(name + ": " + quotedText(value) + " must be a whole number of at least 0");
   }
   return number;
 }
 
 template <class Enumeration>
 Enumeration choice(const std::string& name, const std::string& value) {
-  std::string names;
-  for (std::uint32_t number = 0; !getEnumName(static_cast<Enumeration>(number)).empty(); ++number) {
-    const std::string known = getEnumName(static_cast<Enumeration>(number));
-    if (isSameWord(value, known)) {
-      return static_cast<Enumeration>(number);
-    }
-    names += (names.empty() ? "" : ", ") + known;
+  if (const auto chosen = parseName<Enumeration>(value)) {
+    return *chosen;
   }
-  throw UsageError(name + ": " + console::quotedText(value) + " is none of " + names);
+  throw UsageError(name + ": " + quotedText(value) + " must be one of: " + joinedWords(typedNames<Enumeration>()));
 }
 
 using range = qs_lib::DataRange<double>;
@@ -118,8 +115,8 @@ const std::vector<life_history_setting>& lifeHistorySettings() {
   static const std::vector<life_history_setting> settings = {
       {"LATIN_NAME", "TEXT"},
       {"COMMON_NAME", "TEXT"},
-      {"REPRODUCTIVE_SYSTEM", "SYSTEM"},
-      {"REPRODUCTIVE_SEASON", "SEASON"},
+      {"REPRODUCTIVE_SYSTEM", joinedWords(typedNames<REPRODUCTIVE_SYSTEM>(), "|")},
+      {"REPRODUCTIVE_SEASON", joinedWords(typedNames<REPRODUCTIVE_SEASON>(), "|")},
       {"GESTATION", DAYS},
       {"DEN_EMERGE", DAYS},
       {"IMPLANTATION", DAYS},
@@ -139,19 +136,18 @@ const std::vector<life_history_setting>& lifeHistorySettings() {
 }
 
 std::string typedName(const std::string& key) {
-  std::string name = key;
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](char letter) { return letter == '_' ? '-' : static_cast<char>(letter | 0x20); });
-  return name;
+  return typedWord(key);
 }
 
 void setLifeHistory(const std::string& name, const std::string& value) {
+  std::vector<std::string> names;
   for (const life_history_setting& setting : lifeHistorySettings()) {
     if (isSameWord(name, setting.key)) {
       return setKey(setting.key, name, value);
     }
+    names.push_back(typedName(setting.key));
   }
-  throw UsageError("there is no life-history parameter " + console::quotedText(name));
+  throw UsageError("there is no life-history parameter " + quotedText(name) + suggestion(name, names));
 }
 
 bool lacksReproductiveAges() {

@@ -9,7 +9,7 @@ namespace spx::console {
 /// One parameter: its name as typed is its key in lower case with "-" for "_".
 struct life_history_setting {
   const char* key;
-  const char* values;  ///< what it takes, for the help text
+  std::string values;  ///< what it takes, for the help text
 };
 
 const std::vector<life_history_setting>& lifeHistorySettings();
@@ -17,8 +17,8 @@ const std::vector<life_history_setting>& lifeHistorySettings();
 /// The name of a key as it is typed.
 std::string typedName(const std::string& key);
 
-/// Sets a parameter of LifeHistory. Throws UsageError for an unknown name, a text that is no number
-/// of days from 0 up or no name of the enumeration.
+/// Sets a parameter of LifeHistory. Throws UsageError for an unknown name, a text that is not a number
+/// of days of at least 0, or not a name of the enumeration.
 void setLifeHistory(const std::string& name, const std::string& value);
 
 /// Whether no animal can be of reproductive age, as with the defaults.

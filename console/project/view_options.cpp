@@ -19,24 +19,28 @@ void loadNamedView(const Session& session, const std::string& name) {
   loadView(session.viewDirectory(), name);
 }
 
-// A command that writes has `--to DIR`; the last day of the period is `--until` everywhere.
+/// An alias that the command uses for something else, as `--to DIR`, is left out.
 std::string optionNames(const CLI::App& app, const view_setting& setting) {
-  std::string name = std::string("--") + setting.name;
-  if (setting.name != std::string("until")) {
+  const std::string name = std::string("--") + setting.name;
+  if (setting.alias == nullptr) {
     return name;
   }
-  return app.get_option_no_throw("--to") == nullptr ? name + ",--to" : name;
+  const std::string alias = std::string("--") + setting.alias;
+  return app.get_option_no_throw(alias) == nullptr ? name + "," + alias : name;
 }
 
 }  // namespace
 
-void addViewOptions(CLI::App& app, view_choice& choice) {
+void addViewOptions(CLI::App& app, view_choice& choice, unsigned parts) {
   constexpr char GROUP[] = "View";
   app.add_option("--view", choice.name, "A saved view of the project")
       ->type_name("NAME")
       ->check([](const std::string& name) { return name.empty() ? "a view has a name" : ""; })
       ->group(GROUP);
   for (const view_setting& setting : viewSettings()) {
+    if ((setting.parts & parts) == 0) {
+      continue;
+    }
     app.add_option_function<std::vector<std::string>>(
            optionNames(app, setting),
            [&choice, name = std::string(setting.name)](const std::vector<std::string>& values) {

@@ -23,9 +23,10 @@ struct view_choice {
   std::vector<std::pair<std::string, std::string>> settings;  ///< in the order of the command line
 };
 
-/// Offers `--view NAME` and one option per setting. The choice must live until the command line is
-/// parsed.
-void addViewOptions(CLI::App& app, view_choice& choice);
+/// Offers `--view NAME` and an option for each setting that the command obeys. The choice must live
+/// until the command line is parsed.
+/// @param parts  what the command obeys of a view: VIEW_PART bits
+void addViewOptions(CLI::App& app, view_choice& choice, unsigned parts);
 
 /// Sets View for a command: the named view, or the project's current one, or the start view; then
 /// the settings one by one. The studbook has to be loaded, if there is one. Throws Failure and

@@ -13,6 +13,7 @@
 #include "console/base/failure.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
+#include "console/tables/enum_names.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -25,44 +26,70 @@ constexpr char NONE[] = "none";
   throw UsageError(std::string(setting.name) + ": " + quotedText(value) + " " + reason);
 }
 
+open_dates open;
+
+/// The mark of a date that can be today as such; null for the others.
+template <auto MEMBER>
+bool* openMark() {
+  if constexpr (MEMBER == &DataFilter::end_date) {
+    return &open.until;
+  } else if constexpr (MEMBER == &DataFilter::monitor_date) {
+    return &open.on;
+  } else {
+    return nullptr;
+  }
+}
+
+qs_lib::day_number today() {
+  qs_lib::date_time_record now;
+  qs_lib::getToday(now);
+  return qs_lib::msToDay(qs_lib::dateToJulian(now));
+}
+
 template <auto MEMBER>
 void applyDate(const view_setting& setting, const std::string& value) {
-  if (isSameWord(value, "today")) {
-    qs_lib::date_time_record today;
-    qs_lib::getToday(today);
-    View.*MEMBER = qs_lib::msToDay(qs_lib::dateToJulian(today));
-    return;
-  }
-  const auto date = parseDate(value);
+  const bool is_today = isSameWord(value, "today");
+  const auto date = is_today ? dated_text{today()} : parseDate(value);
   if (!date || date->day == 0) {
-    refuse(setting, value, "is no date (YYYY-MM-DD or today)");
+    refuse(setting, value, "is not a date (YYYY-MM-DD or today)");
   }
   View.*MEMBER = date->day;
+  if (bool* mark = openMark<MEMBER>(); mark != nullptr) {
+    *mark = is_today;
+  }
 }
 
 template <auto MEMBER>
 void applyTruth(const view_setting& setting, const std::string& value) {
-  const bool is_true = qs_lib::stringToBool(value);
-  const auto is_word = [&value](const char* word) { return isSameWord(value, word); };
-  const auto no_words = {"false", "f", "no", "n", "0", "off"};
-  if (!is_true && std::none_of(no_words.begin(), no_words.end(), is_word)) {
-    refuse(setting, value, "is neither yes nor no");
+  const auto truth = parseTruth(value);
+  if (!truth) {
+    refuse(setting, value, "must be yes or no");
   }
-  View.*MEMBER = is_true;
+  View.*MEMBER = *truth;
 }
 
-// A bound that is not set is NaN; the library takes an upper bound without a lower one for nothing.
+/// A bound that is not set is NaN. The library takes an upper bound alone for one that only unknown
+/// values meet, so a lower one of 0 goes with it.
+template <auto LOWER, auto UPPER>
+void completeBounds() {
+  if (!std::isnan(View.*UPPER) && std::isnan(View.*LOWER)) {
+    View.*LOWER = 0;
+  }
+}
+
 template <auto MEMBER>
 void applyBound(const view_setting& setting, const std::string& value) {
   if (isSameWord(value, NONE)) {
     View.*MEMBER = std::numeric_limits<double>::quiet_NaN();
-    return;
+  } else {
+    const auto bound = parseReal<double>(value);
+    if (!bound || std::isnan(*bound)) {
+      refuse(setting, value, "must be a number, or none");
+    }
+    View.*MEMBER = *bound;
   }
-  const auto bound = parseReal<double>(value);
-  if (!bound || std::isnan(*bound)) {
-    refuse(setting, value, "is no number (or none)");
-  }
-  View.*MEMBER = *bound;
+  completeBounds<&DataFilter::low_generation, &DataFilter::high_generation>();
+  completeBounds<&DataFilter::low_inbreeding, &DataFilter::high_inbreeding>();
 }
 
 template <auto MEMBER, long LOWEST, long HIGHEST>
@@ -71,7 +98,7 @@ void applyNumber(const view_setting& setting, const std::string& value) {
   const char* end = value.data() + value.size();
   const auto result = std::from_chars(value.data(), end, number);
   if (result.ec != std::errc() || result.ptr != end || number < LOWEST || number > HIGHEST) {
-    refuse(setting, value, "is no whole number from " + std::to_string(LOWEST) + " to " + std::to_string(HIGHEST));
+    refuse(setting, value, "must be a whole number from " + std::to_string(LOWEST) + " to " + std::to_string(HIGHEST));
   }
   using number_type = std::remove_reference_t<decltype(View.*MEMBER)>;
   View.*MEMBER = static_cast<number_type>(number);
@@ -80,37 +107,34 @@ void applyNumber(const view_setting& setting, const std::string& value) {
 void applyClassWidth(const view_setting& setting, const std::string& value) {
   const auto days = parseReal<double>(value);
   if (!days || !(*days > 0)) {
-    refuse(setting, value, "is no number of days above 0");
+    refuse(setting, value, "must be a number of days above 0");
   }
   View.class_width = *days;
 }
 
-// The display names are those of listings and tables; the names end where the first value has none.
 template <auto MEMBER>
 void applyChoice(const view_setting& setting, const std::string& value) {
   using choice = std::remove_reference_t<decltype(View.*MEMBER)>;
-  std::string names;
-  for (std::uint32_t number = 0; !getEnumName(static_cast<choice>(number)).empty(); ++number) {
-    const std::string name = getEnumName(static_cast<choice>(number));
-    if (isSameWord(value, name)) {
-      View.*MEMBER = static_cast<choice>(number);
-      return;
-    }
-    names += (names.empty() ? "" : ", ") + name;
+  auto chosen = parseName<choice>(value);
+  if constexpr (std::is_same_v<choice, BIRTH_TYPE>) {
+    chosen = chosen || value.empty() ? chosen : parseOrigin(value);  // "captive" and "wild" too
   }
-  refuse(setting, value, "is none of " + names);
+  if (!chosen) {
+    refuse(setting, value, "must be one of: " + joinedWords(typedNames<choice>()));
+  }
+  View.*MEMBER = *chosen;
 }
 
 void applyTaxon(const view_setting& setting, const std::string& value) {
   if (isSameWord(value, ALL)) {
     View.taxa.clear();
   } else if (!View.addTaxon(value)) {
-    refuse(setting, value, "is no taxon of the studbook (spx taxa lists them)");
+    refuse(setting, value, "is not a taxon of the studbook (spx taxa lists them)");
   }
 }
 
 // By identifier, or by name in the first level that has it.
-void applyDeme(const view_setting& setting, const std::string& value) {
+void applyLocation(const view_setting& setting, const std::string& value) {
   if (isSameWord(value, ALL)) {
     View.demes.clear();
     MetaPop.selectMembers(true);
@@ -123,7 +147,7 @@ void applyDeme(const view_setting& setting, const std::string& value) {
   }
   const auto deme = parseDeme(value);
   if (!deme || !View.addDeme(deme->binary())) {
-    refuse(setting, value, "is no location of the studbook (spx locations lists them)");
+    refuse(setting, value, "is not a location of the studbook (spx locations lists them)");
   }
 }
 
@@ -147,69 +171,97 @@ void applyUserField(const view_setting& setting, const std::string& value) {
   View.addUserView(static_cast<int>(best), value.substr(user_field_list[best].name.size() + 1));
 }
 
-constexpr char DATES[] = "DATE";
-constexpr char REALS[] = "NUMBER";
+constexpr char DATES[] = "YYYY-MM-DD|today";
+constexpr char REALS[] = "NUMBER|none";
 constexpr char TRUTHS[] = "yes|no";
-constexpr char ACCURACIES[] = "ACCURACY";
+
+template <typename Enum>
+std::string choices() {
+  return joinedWords(typedNames<Enum>(), "|");
+}
+
+std::vector<view_setting> allSettings() {
+  using D = DataFilter;
+  const std::string accuracies = choices<DATE_ACCURACY>();
+  const std::string methods = choices<HANDLE_UNKNOWN>();
+  return {
+      {"sex", nullptr, choices<SEX>(), "Only animals of this sex", VIEW_RECORDS, false, applyChoice<&D::sex>},
+      {"origin", nullptr, choices<BIRTH_TYPE>(), "Only animals of this origin", VIEW_RECORDS, false,
+       applyChoice<&D::origin>},
+      {"rearing", nullptr, choices<REARING>(), "Only animals reared like this", VIEW_RECORDS, false,
+       applyChoice<&D::rearing>},
+      {"taxon", nullptr, "NAME", "Only animals of this taxon; may be repeated", VIEW_RECORDS, true, applyTaxon},
+      {"location", "deme", "NAME", "Only animals at this location, by name or identifier; may be repeated", VIEW_PLACES,
+       true, applyLocation},
+      {"user-field", nullptr, "FIELD=VALUE", "Only animals with this value in a user-defined field; may be repeated",
+       VIEW_RECORDS, true, applyUserField},
+      {"on", "monitor", DATES, "The day for which animals are taken as living and present", VIEW_DAY, false,
+       applyDate<&D::monitor_date>},
+      {"from", nullptr, DATES, "First day of the period", VIEW_PERIOD, false, applyDate<&D::start_date>},
+      {"until", "to", DATES, "Last day of the period", VIEW_PERIOD, false, applyDate<&D::end_date>},
+      {"birth-accuracy", nullptr, accuracies, "Only animals with a birth date at least this exact", VIEW_RECORDS, false,
+       applyChoice<&D::birth_accuracy>},
+      {"death-accuracy", nullptr, accuracies, "Only animals with a death date at least this exact", VIEW_RECORDS, false,
+       applyChoice<&D::death_accuracy>},
+      {"event-accuracy", nullptr, accuracies, "The worst accuracy of event dates (in files and reports only)",
+       VIEW_WORDS, false, applyChoice<&D::event_accuracy>},
+      {"low-generation", nullptr, REALS, "Lowest generation number", VIEW_RECORDS, false,
+       applyBound<&D::low_generation>},
+      {"high-generation", nullptr, REALS, "Highest generation number", VIEW_RECORDS, false,
+       applyBound<&D::high_generation>},
+      {"low-inbreeding", nullptr, REALS, "Lowest inbreeding coefficient", VIEW_RECORDS, false,
+       applyBound<&D::low_inbreeding>},
+      {"high-inbreeding", nullptr, REALS, "Highest inbreeding coefficient", VIEW_RECORDS, false,
+       applyBound<&D::high_inbreeding>},
+      {"low-age", nullptr, REALS, "Lowest age (in files and reports only)", VIEW_WORDS, false, applyBound<&D::low_age>},
+      {"high-age", nullptr, REALS, "Highest age (in files and reports only)", VIEW_WORDS, false,
+       applyBound<&D::high_age>},
+      {"contraception", nullptr, choices<BIRTH_CONTROL>(), "Contraception method (in files and reports only)",
+       VIEW_WORDS, false, applyChoice<&D::contraception>},
+      {"handle-unknown", nullptr, methods, "How animals of unknown sex count", VIEW_UNKNOWN_SEX, false,
+       applyChoice<&D::handle_unknown>},
+      {"handle-parent", nullptr, methods, "How unknown parents count", VIEW_PARENTS, false,
+       applyChoice<&D::handle_parent>},
+      {"census-interval", nullptr, choices<qs_lib::TIME_INTERVAL>(), "Time between two censuses", VIEW_CENSUS, false,
+       applyChoice<&D::census_interval>},
+      {"census-day", nullptr, "1-31", "Day of the census", VIEW_CENSUS, false, applyNumber<&D::census_day, 1, 31>},
+      {"census-month", nullptr, "1-12", "Month of the census", VIEW_CENSUS, false,
+       applyNumber<&D::census_month, 1, 12>},
+      {"class-width", nullptr, "DAYS", "Width of the age classes", VIEW_CLASSES, false, applyClassWidth},
+      {"classes", nullptr, "COUNT", "Number of age classes", VIEW_CLASSES, false,
+       applyNumber<&D::number_of_classes, 1, 100000>},
+      {"neonates", nullptr, TRUTHS, "Include animals that died as neonates", VIEW_LIVES, false,
+       applyTruth<&D::use_neonate>},
+      {"stillbirths", nullptr, TRUTHS, "Include animals that died on the day of their birth", VIEW_LIVES, false,
+       applyTruth<&D::use_stillbirth>},
+      {"den-emerge", nullptr, TRUTHS, "Count from the day on which animals emerge from the den", VIEW_LIVES, false,
+       applyTruth<&D::use_emerge>},
+      {"left-truncated", nullptr, TRUTHS, "Left truncation of life tables", VIEW_SURVIVAL, false,
+       applyTruth<&D::left_truncated>},
+      {"right-censored", nullptr, TRUTHS, "Right censoring of life tables", VIEW_SURVIVAL, false,
+       applyTruth<&D::right_censored>},
+      {"prorating", nullptr, TRUTHS, "Share the time of a class among those in it", VIEW_SURVIVAL, false,
+       applyTruth<&D::prorating>},
+      {"same-sex", nullptr, TRUTHS, "Count offspring of the parent's sex only", VIEW_OFFSPRING, false,
+       applyTruth<&D::same_sex>},
+      {"generic-parents", nullptr, TRUTHS, "Assume generic unknown parents", VIEW_PARENTS, false,
+       applyTruth<&D::generic_parents>},
+      {"filter-id", nullptr, "NUMBER", "The number of the view, 0 for none (in files and reports only)", VIEW_WORDS,
+       false, applyNumber<&D::filter_id, 0, std::numeric_limits<int>::max()>},
+  };
+}
 
 }  // namespace
 
 const std::vector<view_setting>& viewSettings() {
-  static const std::vector<view_setting> settings = {
-      {"from", DATES, "First day of the period", false, applyDate<&DataFilter::start_date>},
-      {"until", DATES, "Last day of the period", false, applyDate<&DataFilter::end_date>},
-      {"monitor", DATES, "The day on which living animals are taken", false, applyDate<&DataFilter::monitor_date>},
-      {"sex", "SEX", "Only animals of this sex", false, applyChoice<&DataFilter::sex>},
-      {"origin", "ORIGIN", "Only animals of this origin", false, applyChoice<&DataFilter::origin>},
-      {"rearing", "REARING", "The kind of rearing that reports name", false, applyChoice<&DataFilter::rearing>},
-      {"taxon", "NAME", "Only animals of this taxon", true, applyTaxon},
-      {"deme", "DEME", "Only animals in this location, by name or identifier", true, applyDeme},
-      {"user-field", "FIELD=VALUE", "Only animals with this value", true, applyUserField},
-      {"birth-accuracy", ACCURACIES, "The worst accuracy of birth dates", false,
-       applyChoice<&DataFilter::birth_accuracy>},
-      {"death-accuracy", ACCURACIES, "The worst accuracy of death dates", false,
-       applyChoice<&DataFilter::death_accuracy>},
-      {"event-accuracy", ACCURACIES, "The worst accuracy of event dates", false,
-       applyChoice<&DataFilter::event_accuracy>},
-      {"low-generation", REALS, "Lowest generation number", false, applyBound<&DataFilter::low_generation>},
-      {"high-generation", REALS, "Highest generation number (needs a lowest one)", false,
-       applyBound<&DataFilter::high_generation>},
-      {"low-inbreeding", REALS, "Lowest inbreeding coefficient", false, applyBound<&DataFilter::low_inbreeding>},
-      {"high-inbreeding", REALS, "Highest inbreeding coefficient (needs a lowest one)", false,
-       applyBound<&DataFilter::high_inbreeding>},
-      {"low-age", REALS, "Lowest age that reports name", false, applyBound<&DataFilter::low_age>},
-      {"high-age", REALS, "Highest age that reports name", false, applyBound<&DataFilter::high_age>},
-      {"contraception", "METHOD", "The contraception that analyses take", false,
-       applyChoice<&DataFilter::contraception>},
-      {"handle-unknown", "METHOD", "How analyses treat animals of unknown sex", false,
-       applyChoice<&DataFilter::handle_unknown>},
-      {"handle-parent", "METHOD", "How analyses treat unknown parents", false, applyChoice<&DataFilter::handle_parent>},
-      {"census-interval", "INTERVAL", "The interval between censuses", false,
-       applyChoice<&DataFilter::census_interval>},
-      {"census-day", "DAY", "Day of the census", false, applyNumber<&DataFilter::census_day, 1, 31>},
-      {"census-month", "MONTH", "Month of the census", false, applyNumber<&DataFilter::census_month, 1, 12>},
-      {"class-width", "DAYS", "Width of the age classes", false, applyClassWidth},
-      {"classes", "COUNT", "Number of age classes", false, applyNumber<&DataFilter::number_of_classes, 1, 100000>},
-      {"neonates", TRUTHS, "Include neonates", false, applyTruth<&DataFilter::use_neonate>},
-      {"stillbirths", TRUTHS, "Include stillbirths", false, applyTruth<&DataFilter::use_stillbirth>},
-      {"den-emerge", TRUTHS, "Count from the day when animals emerge from the den", false,
-       applyTruth<&DataFilter::use_emerge>},
-      {"left-truncated", TRUTHS, "Left truncation of life tables", false, applyTruth<&DataFilter::left_truncated>},
-      {"right-censored", TRUTHS, "Right censoring of life tables", false, applyTruth<&DataFilter::right_censored>},
-      {"prorating", TRUTHS, "Prorating", false, applyTruth<&DataFilter::prorating>},
-      {"same-sex", TRUTHS, "Count same-sex offspring", false, applyTruth<&DataFilter::same_sex>},
-      {"generic-parents", TRUTHS, "Assume generic unknown parents", false, applyTruth<&DataFilter::generic_parents>},
-      {"filter-id", "NUMBER", "The number of the view, 0 for none", false,
-       applyNumber<&DataFilter::filter_id, 0, std::numeric_limits<int>::max()>},
-  };
+  static const std::vector<view_setting> settings = allSettings();
   return settings;
 }
 
 void setViewSetting(const std::string& name, const std::string& value) {
-  const std::string wanted = isSameWord(name, "to") ? "until" : name;
   std::vector<std::string> names;
   for (const view_setting& setting : viewSettings()) {
-    if (isSameWord(wanted, setting.name)) {
+    if (isSameWord(name, setting.name) || (setting.alias != nullptr && isSameWord(name, setting.alias))) {
       return setting.apply(setting, value);
     }
     names.emplace_back(setting.name);
@@ -217,8 +269,13 @@ void setViewSetting(const std::string& name, const std::string& value) {
   throw UsageError("there is no view setting " + quotedText(name) + suggestion(name, names));
 }
 
+open_dates openDates() {
+  return open;
+}
+
 void setStartView() {
   View.clearView();
+  open = {};
   View.origin = BIRTH_TYPE::ALL;
 }
 

@@ -7,11 +7,30 @@
 /// `sex=male` for `view set`.
 namespace spx::console {
 
+/// What a command obeys of a view, one bit each: it offers only these settings as options.
+enum VIEW_PART : unsigned {
+  VIEW_RECORDS = 1U << 0U,      ///< sex, origin, rearing, taxon, user field, accuracies of birth and death, bounds
+  VIEW_PLACES = 1U << 1U,       ///< location
+  VIEW_DAY = 1U << 2U,          ///< on: View.monitor_date
+  VIEW_PERIOD = 1U << 3U,       ///< from, until
+  VIEW_LIVES = 1U << 4U,        ///< neonates, stillbirths, den-emerge: who counts at all
+  VIEW_UNKNOWN_SEX = 1U << 5U,  ///< handle-unknown
+  VIEW_CENSUS = 1U << 6U,       ///< census-interval, census-day, census-month
+  VIEW_CLASSES = 1U << 7U,      ///< class-width, classes
+  VIEW_SURVIVAL = 1U << 8U,     ///< left-truncated, right-censored, prorating
+  VIEW_OFFSPRING = 1U << 9U,    ///< same-sex
+  VIEW_PARENTS = 1U << 10U,     ///< handle-parent, generic-parents
+  VIEW_WORDS = 1U << 11U,       ///< what only reports and files of a view say
+  WHOLE_VIEW = (1U << 12U) - 1  ///< every setting
+};
+
 /// One setting of a view.
 struct view_setting {
   const char* name;    ///< as it is typed, such as "birth-accuracy"
-  const char* values;  ///< what it takes, for the help text
+  const char* alias;   ///< another name for it; null for none
+  std::string values;  ///< what it takes, for the help text
   const char* help;    ///< one line
+  unsigned parts;      ///< the VIEW_PART that it belongs to
   bool is_list;        ///< may be given several times; each adds to the list, "all" empties it
   /// Changes View. Throws UsageError with the setting, the value and what would do.
   void (*apply)(const view_setting& setting, const std::string& value);
@@ -20,13 +39,23 @@ struct view_setting {
 /// All settings in the order of the help text.
 const std::vector<view_setting>& viewSettings();
 
-/// Sets one setting of View; "to" is another word for "until". Demes, taxa and user-defined fields
-/// have to be those of the loaded studbook. Throws UsageError, also for an unknown name, and then
-/// leaves View as it was.
+/// Sets one setting of View by its name or alias. Locations, taxa and user-defined fields have to be
+/// those of the loaded studbook. An upper bound alone starts at 0. Throws UsageError, also for an
+/// unknown name, and then leaves View as it was.
 void setViewSetting(const std::string& name, const std::string& value);
 
 /// Sets View to what the program starts from: the library's defaults with animals of every origin,
-/// since few tables tell the origin.
+/// since few tables tell the origin. Its last day and the day that it asks for are today.
 void setStartView();
+
+/// The dates of View that are today as such, not the day that today happens to be: whoever saves a
+/// view keeps them open.
+struct open_dates {
+  bool until = true;  ///< View.end_date
+  bool on = true;     ///< View.monitor_date
+};
+
+/// Of the view in use.
+open_dates openDates();
 
 }  // namespace spx::console

@@ -8,6 +8,7 @@
 #include "spx/support/text.h"
 #include "spx/views/predicates.h"
 
+#include "console/base/assignment.h"
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/studbook/file_rows.h"
@@ -193,11 +194,8 @@ auto change(const std::string& file, const char* table, Change make) {
 }  // namespace
 
 field_value parseFieldValue(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals == 0 || equals == std::string::npos) {
-    throw UsageError(quotedText(text) + " is not FIELD=VALUE");
-  }
-  return {text.substr(0, equals), text.substr(equals + 1)};
+  const assignment split = splitAssignment(text, "FIELD=VALUE");
+  return {split.name, split.value};
 }
 
 std::vector<std::string> setAnimal(const std::string& file, const std::string& id,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "console/base/assignment.h"
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/tables/row_source.h"
@@ -58,11 +59,11 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
 }  // namespace
 
 title_choice parseTitleChoice(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals == 0 || equals == std::string::npos || equals + 1 == text.size()) {
+  const assignment split = splitAssignment(text, "FIELD=TITLE", "--map");
+  if (split.value.empty()) {
     throw UsageError("--map: " + quotedText(text) + " is not FIELD=TITLE");
   }
-  return {text.substr(0, equals), text.substr(equals + 1)};
+  return {split.name, split.value};
 }
 
 ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::string>& titles,

@@ -18,14 +18,6 @@ DemeID topDeme(std::uint32_t number) {
   return deme;
 }
 
-std::string shortText(const DemeID& deme) {
-  std::string text;
-  for (int level = 0; level <= deme.getLevel(); ++level) {
-    text += (level == 0 ? "" : ".") + std::to_string(deme.blocks[static_cast<std::size_t>(level)]);
-  }
-  return text;
-}
-
 }  // namespace
 
 void LocationRegistry::addLevel(const std::string& name) {
@@ -90,7 +82,7 @@ place LocationRegistry::findIdentifier(std::string_view text, std::string& reaso
   if (!isKnown(*deme)) {
     by_identifier_ = true;
     addAbove(*deme);
-    enter(*deme, shortText(*deme), {});
+    enter(*deme, shortDemeText(*deme), {});
   }
   return {deme->binary(), numbers_.at(deme->binary())};
 }
@@ -102,7 +94,7 @@ void LocationRegistry::addAbove(const DemeID& deme) {
   for (std::size_t level = 0; static_cast<int>(level) < deme.getLevel(); ++level) {
     above.blocks[level] = deme.blocks[level];
     if (!isKnown(above)) {
-      enter(above, shortText(above), {});
+      enter(above, shortDemeText(above), {});
     }
   }
 }

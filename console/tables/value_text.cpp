@@ -2,15 +2,10 @@
 
 #include <algorithm>
 
+#include "console/tables/enum_names.h"
+
 namespace spx::console {
 namespace {
-
-char folded(char letter) {
-  if (letter >= 'A' && letter <= 'Z') {
-    return static_cast<char>(letter - 'A' + 'a');
-  }
-  return letter == ' ' || letter == '-' ? '_' : letter;
-}
 
 bool isDigit(char letter) {
   return letter >= '0' && letter <= '9';
@@ -18,20 +13,9 @@ bool isDigit(char letter) {
 
 /// The value of that display name, up to the last one that a record can have.
 template <typename Enum>
-std::optional<Enum> parseName(std::string_view text, Enum last) {
-  static const std::vector<std::string> names = [last] {
-    std::vector<std::string> all;
-    for (std::uint32_t value = 0; value <= static_cast<std::uint32_t>(last); ++value) {
-      all.push_back(getEnumName(static_cast<Enum>(value)));
-    }
-    return all;
-  }();
-  for (std::size_t value = 0; value < names.size(); ++value) {
-    if (isSameWord(text, names[value])) {
-      return static_cast<Enum>(value);
-    }
-  }
-  return std::nullopt;
+std::optional<Enum> parseUpTo(std::string_view text, Enum last) {
+  const auto value = parseName<Enum>(text);
+  return value && *value <= last ? value : std::nullopt;
 }
 
 std::optional<SEX> parseSexLetter(char letter) {
@@ -73,9 +57,14 @@ bool hasLeadingZero(std::string_view text) {
 
 }  // namespace
 
-bool isSameWord(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return folded(x) == folded(y); });
+std::optional<bool> parseTruth(std::string_view text) {
+  const auto is_word = [text](const char* word) { return isSameWord(text, word); };
+  constexpr const char* YES[] = {"true", "t", "yes", "y", "1", "on"};
+  constexpr const char* NO[] = {"false", "f", "no", "n", "0", "off"};
+  if (std::any_of(std::begin(YES), std::end(YES), is_word)) {
+    return true;
+  }
+  return std::any_of(std::begin(NO), std::end(NO), is_word) ? std::optional(false) : std::nullopt;
 }
 
 bool isMissing(std::string_view text) {
@@ -96,7 +85,7 @@ std::optional<SEX> parseSex(std::string_view text) {
   if (isUnknown(text)) {
     return SEX::UNKNOWN;
   }
-  return text.size() == 1 ? parseSexLetter(text[0]) : parseName(text, SEX::UNKNOWN);
+  return text.size() == 1 ? parseSexLetter(text[0]) : parseUpTo(text, SEX::UNKNOWN);
 }
 
 std::optional<dated_text> parseDate(std::string_view text) {
@@ -116,11 +105,11 @@ std::optional<dated_text> parseDate(std::string_view text) {
 }
 
 std::optional<DATE_ACCURACY> parseAccuracy(std::string_view text) {
-  return parseName(text, DATE_ACCURACY::UNKNOWN);
+  return parseUpTo(text, DATE_ACCURACY::UNKNOWN);
 }
 
 std::optional<MOVE_TYPE> parseMoveType(std::string_view text) {
-  return parseName(text, MOVE_TYPE::NO_EVENT);
+  return parseUpTo(text, MOVE_TYPE::NO_EVENT);
 }
 
 std::optional<BIRTH_TYPE> parseOrigin(std::string_view text) {
@@ -133,11 +122,11 @@ std::optional<BIRTH_TYPE> parseOrigin(std::string_view text) {
   if (isSameWord(text, "captive")) {
     return BIRTH_TYPE::CAPTIVE_BORN;
   }
-  return parseName(text, BIRTH_TYPE::UNKNOWN);
+  return parseUpTo(text, BIRTH_TYPE::UNKNOWN);
 }
 
 std::optional<REARING> parseRearing(std::string_view text) {
-  return isUnknown(text) ? REARING::UNKNOWN : parseName(text, REARING::UNKNOWN);
+  return isUnknown(text) ? REARING::UNKNOWN : parseUpTo(text, REARING::UNKNOWN);
 }
 
 std::optional<std::uint64_t> parseDays(std::string_view text) {
@@ -158,6 +147,14 @@ bool isDemeText(std::string_view text) {
     return false;
   }
   return text.find('.') != std::string_view::npos || isNumber<std::uint8_t>(text);
+}
+
+std::string shortDemeText(const DemeID& deme) {
+  std::string text;
+  for (int level = 0; level <= deme.getLevel(); ++level) {
+    text += (level == 0 ? "" : ".") + std::to_string(deme.blocks[static_cast<std::size_t>(level)]);
+  }
+  return text;
 }
 
 std::optional<DemeID> parseDeme(std::string_view text) {

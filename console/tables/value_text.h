@@ -14,11 +14,13 @@
 #include "spx/support/field_type.h"
 #include "spx/support/julian_date.h"
 
+#include "console/base/words.h"
+
 /// The texts of the cells. A reader gives nothing for a text that it cannot take.
 namespace spx::console {
 
-/// Equal in any letter case, with blank, "-" and "_" as the same character.
-bool isSameWord(std::string_view a, std::string_view b);
+/// yes or no in the words that key files and tables have: true, t, yes, y, 1, on and their opposites.
+std::optional<bool> parseTruth(std::string_view text);
 
 /// A code for a missing value: empty, ".", "NA" or "N/A".
 bool isMissing(std::string_view text);
@@ -74,6 +76,9 @@ std::optional<Real> parseReal(std::string_view text) {
 /// Whether a text means a deme by its identifier: numbers joined by dots. A single number above 255
 /// is none and so a name, such as an institution's code.
 bool isDemeText(std::string_view text);
+
+/// "2.1.2": an identifier without the levels that it does not use; empty for the root.
+std::string shortDemeText(const DemeID& deme);
 
 /// Reads an identifier strictly: up to eight numbers from 1 to 255, after which zeros may follow.
 /// Nothing for one that the packed form cannot hold: such a deme would not be found again.
