@@ -250,6 +250,10 @@ void joinStays(const LocationSet& locations, std::vector<stay>& stays) {
   stays.resize(kept);
 }
 
+void keepStays(const LocationSet& locations, std::vector<stay>& stays) {
+  std::erase_if(stays, [&locations](const stay& one) { return !locations.contains(one.location); });
+}
+
 bool isInViewRecord(const master_data& animal, const DataFilter& view) {
   const auto matches = [&animal](const user_filter& filter) {
     const auto field = static_cast<std::size_t>(filter.field);
@@ -274,7 +278,8 @@ bool isPresent(const master_data& animal, day_number day, const LocationSet& loc
                      [&](const stay& one) { return isDuring(one, day) && locations.contains(one.location); });
 }
 
-Presence::Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings) {
+Presence::Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings,
+                   STAYS join) {
   const LocationSet locations(view.demes);
   life_course course;
   for (position animal = 0; animal < records.size(); ++animal) {
@@ -285,7 +290,7 @@ Presence::Presence(const std::vector<master_data>& records, const DataFilter& vi
       ++left_out[reason];
       continue;
     }
-    joinStays(locations, course.stays);
+    (join == STAYS::JOINED ? joinStays : keepStays)(locations, course.stays);
     if (course.stays.empty()) {
       ++left_out[LEFT_OUT::NEVER_THERE];
     } else {

@@ -125,6 +125,9 @@ SPX_EXPORT LEFT_OUT followLife(const master_data& animal, const presence_setting
 /// say where the animal came from and went to; stays elsewhere are dropped.
 SPX_EXPORT void joinStays(const LocationSet& locations, std::vector<stay>& stays);
 
+/// Drops the stays elsewhere.
+SPX_EXPORT void keepStays(const LocationSet& locations, std::vector<stay>& stays);
+
 /// Whether an animal is of the view by what its record says of it: not a pseudo individual; origin,
 /// sex, rearing, generation, inbreeding, accuracy of the dates (those it has), taxon and user
 /// filters as set. Periods, locations and ages are not asked.
@@ -134,6 +137,9 @@ SPX_EXPORT bool isInViewRecord(const master_data& animal, const DataFilter& view
 /// above. For many animals make a Presence once, or keep the LocationSet.
 SPX_EXPORT bool isPresent(const master_data& animal, qs_lib::day_number day, const LocationSet& locations,
                           const presence_settings& settings);
+
+/// Whether stays that follow each other within the chosen locations are joined into one.
+enum class STAYS : std::uint8_t { JOINED, BY_LOCATION };
 
 /// The stays of all animals of a view in its locations: one pass over the records.
 class SPX_EXPORT Presence {
@@ -151,7 +157,8 @@ class SPX_EXPORT Presence {
 
   /// Follows the records that are of the view (isInViewRecord). The view's period does not cut the
   /// stays. Linear in records and events.
-  Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings);
+  Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings,
+           STAYS join = STAYS::JOINED);
 
   /// The animals that were ever there, in the order of the records.
   const std::vector<life>& lives() const { return lives_; }
