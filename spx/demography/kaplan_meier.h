@@ -17,6 +17,7 @@ struct observed_time {
   double exit = 0;          ///< age at the end, above entry
   bool died = false;        ///< whether it died at the exit; otherwise it is censored there
   std::uint32_t group = 0;  ///< which group it belongs to
+  std::size_t animal = 0;   ///< whose it is; the curves do not ask
 };
 
 /// One time at which animals died or were last seen.

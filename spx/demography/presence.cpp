@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "spx/core/identifiers.h"
 #include "spx/project/biology.h"
 #include "spx/views/predicates.h"
 
@@ -127,16 +128,6 @@ bool hasDiedBy(const master_data& animal, const life_event& end) {
   return end.is_end && endBy(animal.death.event) == STAY_END::DIED;
 }
 
-LEFT_OUT earlyDeath(const master_data& animal, const std::vector<life_event>& life, const presence_settings& settings) {
-  const life_event& birth = life.front();
-  const life_event& end = life.back();
-  if (!birth.is_birth || !hasDiedBy(animal, end)) return LEFT_OUT::COUNT;
-  const bool is_stillborn = end.day == birth.day && birth.error == 0 && end.error == 0;
-  if (is_stillborn && !settings.use_stillbirth) return LEFT_OUT::STILLBIRTH;
-  const bool is_neonate = !is_stillborn && end.day - birth.day <= settings.neonatal_days;
-  return is_neonate && !settings.use_neonate ? LEFT_OUT::NEONATE : LEFT_OUT::COUNT;
-}
-
 // Animals are not seen before they emerge: what they do until then is not counted.
 bool emerge(life_course& course, double days) {
   if (!(days > 0) || course.birth == 0) return true;
@@ -212,6 +203,16 @@ const char* getText(LEFT_OUT reason) {
 
 std::size_t left_out_counts::total() const {
   return std::accumulate(counts.begin(), counts.end(), std::size_t{0});
+}
+
+LEFT_OUT earlyDeath(const master_data& animal, const std::vector<life_event>& life, const presence_settings& settings) {
+  const life_event& birth = life.front();
+  const life_event& end = life.back();
+  if (!birth.is_birth || !hasDiedBy(animal, end)) return LEFT_OUT::COUNT;
+  const bool is_stillborn = end.day == birth.day && birth.error == 0 && end.error == 0;
+  if (is_stillborn && !settings.use_stillbirth) return LEFT_OUT::STILLBIRTH;
+  const bool is_neonate = !is_stillborn && end.day - birth.day <= settings.neonatal_days;
+  return is_neonate && !settings.use_neonate ? LEFT_OUT::NEONATE : LEFT_OUT::COUNT;
 }
 
 LEFT_OUT followLife(const master_data& animal, const presence_settings& settings, life_course& course,

@@ -121,6 +121,12 @@ struct life_course {
 SPX_EXPORT LEFT_OUT followLife(const master_data& animal, const presence_settings& settings, life_course& course,
                                life_findings& findings);
 
+/// STILLBIRTH or NEONATE for an animal that died so young that the settings take it out; otherwise
+/// COUNT. A stillbirth died on the day of its birth, both days being exactly known.
+/// @param life  by datedLife; not empty
+SPX_EXPORT LEFT_OUT earlyDeath(const master_data& animal, const std::vector<life_event>& life,
+                               const presence_settings& settings);
+
 /// Joins the stays in the chosen locations: going from one to another is not a departure. The ends
 /// say where the animal came from and went to; stays elsewhere are dropped.
 SPX_EXPORT void joinStays(const LocationSet& locations, std::vector<stay>& stays);

@@ -75,6 +75,7 @@ class Watch {
     if (life.assumed_entry && view_.left_truncated) return LEFT_OUT::UNKNOWN_ENTRY;
     const bool has_died = stays.back().end == STAY_END::DIED;
     if (!view_.right_censored && !has_died) return LEFT_OUT::NOT_DEAD;
+    animal_ = life.animal;
     LEFT_OUT reason = LEFT_OUT::OUTSIDE_PERIOD;
     day_number reached = view_.left_truncated ? 0 : life.birth;
     for (const stay& time : stays) {
@@ -109,7 +110,7 @@ class Watch {
     const std::string name = settings_.by == SURVIVAL_GROUPS::LOCATION ? placeAt(watched.location, settings_.level)
                                                                        : groupOf(animal, settings_.by);
     if (name.empty()) return false;
-    data_.times.push_back({watched.entry, watched.exit, watched.died, groups_.number(name)});
+    data_.times.push_back({watched.entry, watched.exit, watched.died, groups_.number(name), animal_});
     return true;
   }
 
@@ -127,7 +128,7 @@ class Watch {
       const std::string name =
           std::to_string(start) + (years > 1 ? " to " + std::to_string(start + years - 1) : std::string());
       data_.times.push_back(
-          {entry, is_last ? watched.exit : entry + left, is_last && watched.died, groups_.number(name)});
+          {entry, is_last ? watched.exit : entry + left, is_last && watched.died, groups_.number(name), animal_});
       if (is_last) return;
       entry += left;
       day = *next;
@@ -138,6 +139,7 @@ class Watch {
   const survival_settings& settings_;
   survival_data& data_;
   Groups groups_;
+  position animal_ = 0;
 };
 
 // Groups come in the order of their names.
@@ -170,9 +172,11 @@ survival_data survivalData(const std::vector<master_data>& records, const DataFi
   data.in_view = lives.in_view;
   data.left_out = lives.left_out;
   data.findings = lives.findings;
+  data.births.resize(records.size());
   Watch watch(view, settings, data);
   for (const Presence::life& life : lives.lives()) {
     const LEFT_OUT reason = watch.take(records[life.animal], life, lives.stays(life));
+    data.births[life.animal] = life.birth;
     ++(reason == LEFT_OUT::COUNT ? data.counted : data.left_out[reason]);
   }
   sortGroups(data);

@@ -26,12 +26,13 @@ struct survival_settings {
 
 /// The ages over which animals were watched, in days.
 struct survival_data {
-  std::vector<observed_time> times;  ///< an animal with several stays has several
-  std::vector<std::string> groups;   ///< names, by observed_time::group; "all" without groups
-  std::size_t in_view = 0;           ///< animals of the view: counted and left out
-  std::size_t counted = 0;           ///< animals with at least one time
-  left_out_counts left_out;          ///< the others, by reason
-  life_findings findings;            ///< contradictions in their events
+  std::vector<observed_time> times;        ///< an animal with several stays has several
+  std::vector<qs_lib::day_number> births;  ///< by record: the day that ages are counted from; 0: unknown
+  std::vector<std::string> groups;         ///< names, by observed_time::group; "all" without groups
+  std::size_t in_view = 0;                 ///< animals of the view: counted and left out
+  std::size_t counted = 0;                 ///< animals with at least one time
+  left_out_counts left_out;                ///< the others, by reason
+  life_findings findings;                  ///< contradictions in their events
 };
 
 /// Takes from the records the ages over which the animals of a view were watched.

@@ -1,14 +1,20 @@
 #pragma once
 
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "spx/core/animal_data.h"
 #include "spx/demography/presence.h"
+#include "spx/support/number_text.h"
 
 /// Lives written as lines of text, and what became of them.
 namespace spx {
+
+inline qs_lib::day_number dayOf(const char* date) {
+  return qs_lib::msToDay(qs_lib::dateToJulian(std::string(date)));
+}
 
 inline packed_deme place(int number) {
   DemeID id;
@@ -100,6 +106,26 @@ inline std::string textOf(const std::vector<stay>& stays) {
     if (one.end != STAY_END::PRESENT) text += qs_lib::julianToISO(qs_lib::dayToMs(one.to));
   }
   return text;
+}
+
+/// Random lives with dates that may contradict each other in every way.
+inline std::vector<master_data> randomLives(unsigned seed, std::size_t count) {
+  std::mt19937 random(seed);
+  const auto pick = [&random](unsigned below) { return static_cast<int>(random() % below); };
+  const auto date = [&] {
+    const std::string full = qs_lib::julianToISO(qs_lib::dayToMs(2451545 + random() % 9000));
+    return full.substr(0, pick(6) == 0 ? 4 : 10);
+  };
+  std::vector<master_data> lives;
+  for (std::size_t animal = 0; animal < count; ++animal) {
+    std::string line = pick(9) == 0 ? "" : (pick(4) == 0 ? "B" : "b") + std::to_string(1 + pick(3)) + " " + date();
+    for (int events = pick(5); events > 0; --events) {
+      line += std::string(" ") + "waismrouln"[pick(10)] + std::to_string(1 + pick(3)) + " " + date();
+    }
+    if (pick(2) == 0) line += " d1 " + date();
+    lives.push_back(lifeOf(line, std::to_string(animal)));
+  }
+  return lives;
 }
 
 }  // namespace spx

@@ -1,8 +1,5 @@
 #include "spx/demography/presence.h"
 
-#include <functional>
-#include <random>
-
 #include <gtest/gtest.h>
 
 #include "tests/demography/life_lines.h"
@@ -146,26 +143,6 @@ TEST(LocationSet, HoldsWhatLiesWithin) {
   EXPECT_FALSE(chosen.contains(id("3")) || chosen.contains(id("3.11")) || chosen.contains(id("20")) ||
                chosen.contains(0));
   EXPECT_TRUE(LocationSet({}).contains(0) && LocationSet({}).contains(id("9")));
-}
-
-/// Random lives with dates that may contradict each other in every way.
-std::vector<master_data> randomLives(unsigned seed, std::size_t count) {
-  std::mt19937 random(seed);
-  const auto pick = [&random](unsigned below) { return static_cast<int>(random() % below); };
-  const auto date = [&] {
-    const std::string full = qs_lib::julianToISO(qs_lib::dayToMs(2451545 + random() % 9000));
-    return full.substr(0, pick(6) == 0 ? 4 : 10);
-  };
-  std::vector<master_data> lives;
-  for (std::size_t animal = 0; animal < count; ++animal) {
-    std::string line = pick(9) == 0 ? "" : (pick(4) == 0 ? "B" : "b") + std::to_string(1 + pick(3)) + " " + date();
-    for (int events = pick(5); events > 0; --events) {
-      line += std::string(" ") + "waismrouln"[pick(10)] + std::to_string(1 + pick(3)) + " " + date();
-    }
-    if (pick(2) == 0) line += " d1 " + date();
-    lives.push_back(lifeOf(line, std::to_string(animal)));
-  }
-  return lives;
 }
 
 TEST(Presence, PlacesAddUpToThePopulation) {
