@@ -6,6 +6,7 @@
 
 #include "spx/analyses/listings.h"
 #include "spx/core/animal_data.h"
+#include "spx/support/console.h"
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
@@ -80,7 +81,14 @@ ExitCode living(Session& session, const listing_options& options) {
 void writeSelected(OUTPUT_FORMAT format) {
   Animals.sortList(SORT_FIELD::BIRTH);
   flagAnimals(inPedigree);
-  writeAnimals(std::cout, format);
+  if (format != OUTPUT_FORMAT::TEXT) {
+    return writeAnimals(std::cout, format);
+  }
+  qs_lib::display(studbookHeader());
+  for (const position record : Animals.index) {
+    prnMaster(Animals.records[record]);
+  }
+  qs_lib::display(studbookFooter());
 }
 
 /// The library lists what was selected before when there is no such animal.
@@ -106,10 +114,7 @@ ExitCode offspring(Session& session, const listing_options& options) {
 ExitCode pedigree(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
-  if (options.format == OUTPUT_FORMAT::TEXT) {
-    return exitCode(listPedigree(options.id));
-  }
-  Animals.individualPedigree(options.id);
+  Animals.selectAncestors(options.id);
   writeSelected(options.format);
   return ExitCode::DONE;
 }

@@ -150,12 +150,18 @@ class SPX_EXPORT AnimalData {
   /// and clears it on all others. Builds the pedigree if it is empty.
   bool flagBreeders();
 
-  /// Selects an animal and all its ancestors, and nothing else; leaves the pedigree in birth order.
-  /// One walk from the youngest to the oldest: beyond a parent that is said to be younger than its
-  /// offspring, or that is its own descendant, ancestors may be missed. Builds the pedigree if it
-  /// is empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder that the
+  /// Selects an animal and its ancestors, and nothing else; leaves the pedigree in birth order.
+  /// One walk from the youngest to the oldest, which dates cut on purpose: the ancestors beyond a
+  /// parent that is said to be younger than its offspring, that is its own descendant, or whose
+  /// offspring has no birth date while the parent has one, may be missed. selectAncestors finds
+  /// them all. Builds the pedigree if it is empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder that the
   /// building has added has no entry: nothing is selected.
   bool individualPedigree(const std::string& id);
+
+  /// Selects an animal and all its ancestors, and nothing else, by the parents alone: dates play no
+  /// part, and a cycle ends where it closes. The pedigree keeps its order, and is built if it is
+  /// empty. Reports "Animal does not exist" for an unknown ID. Linear in the number of records.
+  bool selectAncestors(const std::string& id);
 
   /// Checks the number of founder lineages: false without a message for 0 and above 255. The stored
   /// lineages are not changed, which callers rely on: bits are set one by one with
@@ -187,6 +193,7 @@ class SPX_EXPORT AnimalData {
   void sortPedigreeByParent(position pedigree_record::*parent);
   void orderEqualBirths(const std::vector<std::uint64_t>& days);
   void fetchParents(const RecordIndex& known, std::size_t entry) const;
+  bool preparePedigreeOf(const std::string& id);
 
   void appendPseudo(const std::string& id, SEX sex, qs_lib::day_number birth_day);
   position parentOf(position record, SEX sex, RecordIndex& known);

@@ -248,7 +248,8 @@ void flagParents(const pedigree_record& entry) {
   }
 }
 
-bool AnimalData::individualPedigree(const std::string& id) {
+// Whether the animal exists; then the pedigree is built and nothing is selected.
+bool AnimalData::preparePedigreeOf(const std::string& id) {
   if (records.empty()) {
     spxError("No animals in list");
     return false;
@@ -257,12 +258,18 @@ bool AnimalData::individualPedigree(const std::string& id) {
     spxError("Animal does not exist");
     return false;
   }
-  // The ID may belong to a record, which moves when parents are added.
-  const std::string wanted = id;  // NOLINT(performance-unnecessary-copy-initialization)
   if (pedigree.empty()) {
     populationPedigree();
   }
-  selection(false);
+  return selection(false);
+}
+
+bool AnimalData::individualPedigree(const std::string& id) {
+  // The ID may belong to a record, which moves when parents are added.
+  const std::string wanted = id;  // NOLINT(performance-unnecessary-copy-initialization)
+  if (!preparePedigreeOf(wanted)) {
+    return false;
+  }
   sortPedigree(SORT_FIELD::BIRTH);
   for (auto entry = pedigree.rbegin(); entry != pedigree.rend(); ++entry) {
     master_data& animal = records[entry->animal];
@@ -272,6 +279,38 @@ bool AnimalData::individualPedigree(const std::string& id) {
     if (animal.selected) {
       records[entry->sire].selected = true;
       records[entry->dam].selected = true;
+    }
+  }
+  return true;
+}
+
+bool AnimalData::selectAncestors(const std::string& id) {
+  const std::string wanted = id;  // NOLINT(performance-unnecessary-copy-initialization)
+  if (!preparePedigreeOf(wanted)) {
+    return false;
+  }
+  std::vector<position> waiting;  // selected, and their parents not yet
+  const auto select = [&](position record) {
+    if (!records[record].selected) {
+      records[record].selected = true;
+      waiting.push_back(record);
+    }
+  };
+  std::vector<std::size_t> entry_of(records.size(), pedigree.size());
+  for (std::size_t entry = 0; entry < pedigree.size(); ++entry) {
+    entry_of[pedigree[entry].animal] = entry;
+  }
+  for (position record = 0; record < records.size(); ++record) {
+    if (records[record].stud_id == wanted) {
+      select(record);
+    }
+  }
+  while (!waiting.empty()) {
+    const std::size_t entry = entry_of[waiting.back()];
+    waiting.pop_back();
+    if (entry < pedigree.size()) {
+      select(pedigree[entry].sire);
+      select(pedigree[entry].dam);
     }
   }
   return true;

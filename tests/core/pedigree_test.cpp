@@ -91,6 +91,8 @@ class Undated : public StoreTest {
     collect(animal, ancestors);
     EXPECT_TRUE(Animals.individualPedigree(Animals.records[animal].stud_id));
     EXPECT_EQ(flagged(&master_data::selected), ancestors) << animal;
+    EXPECT_TRUE(Animals.selectAncestors(Animals.records[animal].stud_id));
+    EXPECT_EQ(flagged(&master_data::selected), ancestors) << animal;
   }
 };
 
@@ -126,6 +128,29 @@ TEST_F(Undated, AHundredThousandGenerationsAreWalked) {
   }
   EXPECT_TRUE(Animals.individualPedigree("900000"));
   EXPECT_EQ(flagged(&master_data::selected).size(), 100000U);
+  EXPECT_TRUE(Animals.selectAncestors("900000"));
+  EXPECT_EQ(flagged(&master_data::selected).size(), 100000U);
+}
+
+// One animal has no date, and the oldest names the youngest as its sire: the walk by dates stops
+// early.
+TEST_F(StoreTest, AncestorsAreCompleteWhateverTheDates) {
+  EXPECT_FALSE(Animals.selectAncestors("c"));
+  EXPECT_EQ(takeErrors(), "No animals in list\n");
+  const std::pair<const char*, qs_lib::day_number> births[] = {{"e", 9}, {"d", 5000}, {"c", 0}, {"b", 100}, {"a", 50}};
+  std::string offspring = "a";  // the oldest is said to be the offspring of the youngest
+  for (const auto& [id, birth] : births) {
+    Animals.addMaster(animalOf(id, offspring, std::string("missing ") + id, SEX::MALE, birth));
+    offspring = id;
+  }
+  EXPECT_FALSE(Animals.selectAncestors("8"));
+  EXPECT_EQ(takeErrors(), "Animal does not exist\n");
+  for (const auto& [id, birth] : births) {
+    EXPECT_TRUE(Animals.selectAncestors(Animals.records[Animals.findMaster(id)].stud_id));
+    EXPECT_EQ(flagged(&master_data::selected).size(), 10U) << id;
+  }
+  EXPECT_TRUE(Animals.individualPedigree("c"));
+  EXPECT_LT(flagged(&master_data::selected).size(), 10U);
 }
 
 }  // namespace
