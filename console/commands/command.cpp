@@ -4,6 +4,7 @@ namespace spx::console {
 
 std::vector<command> allCommands() {
   std::vector<command> commands;
+  addCheckCommands(commands);
   addStudbookCommands(commands);
   addImportCommands(commands);
   addEditCommands(commands);

@@ -38,7 +38,8 @@ class CommandGroup {
 /// All commands in the order of the help text: one function per family, below.
 std::vector<command> allCommands();
 
-void addStudbookCommands(std::vector<command>& commands);     ///< check, summary, info
+void addCheckCommands(std::vector<command>& commands);        ///< check
+void addStudbookCommands(std::vector<command>& commands);     ///< summary, info
 void addImportCommands(std::vector<command>& commands);       ///< import
 void addEditCommands(std::vector<command>& commands);         ///< animal ..., event ...
 void addListingCommands(std::vector<command>& commands);      ///< list, living, offspring, ...

@@ -7,7 +7,6 @@
 
 #include "spx/analyses/data_summary.h"
 #include "spx/core/animal_data.h"
-#include "spx/core/inconsistency.h"
 #include "spx/views/data_filter.h"
 
 #include "console/commands/command.h"
@@ -16,57 +15,6 @@
 
 namespace spx::console {
 namespace {
-
-std::string codeName(INCONSISTENCY code) {
-  switch (code) {
-    case INCONSISTENCY::DUPLICATE_ID:
-      return "duplicate_id";
-    case INCONSISTENCY::SIRE_NOT_MALE:
-      return "sire_not_male";
-    case INCONSISTENCY::SIRE_NOT_OLDER:
-      return "sire_not_older";
-    case INCONSISTENCY::DAM_NOT_FEMALE:
-      return "dam_not_female";
-    case INCONSISTENCY::DAM_NOT_OLDER:
-      break;
-  }
-  return "dam_not_older";
-}
-
-fact_record findingFacts(const inconsistency& finding) {
-  fact_record facts;
-  facts["code"] = codeName(finding.code);
-  facts["animal"] = finding.animal;
-  facts["parent"] = nullptr;
-  if (finding.code != INCONSISTENCY::DUPLICATE_ID) {
-    facts["parent"] = finding.parent;
-  }
-  facts["text"] = inconsistencyText(finding);
-  return facts;
-}
-
-void writeFindings(OUTPUT_FORMAT format) {
-  RecordStream records(std::cout, format, findingFacts({INCONSISTENCY::DUPLICATE_ID, "", ""}));
-  for (const inconsistency& finding : Animals.inconsistencies) {
-    records.write(findingFacts(finding));
-  }
-  records.end();
-}
-
-void listFindings() {
-  for (const inconsistency& finding : Animals.inconsistencies) {
-    std::cout << inconsistencyText(finding) << "\n";
-  }
-  const std::size_t count = Animals.inconsistencies.size();
-  std::cout << (count == 0 ? "No" : std::to_string(count)) << (count == 1 ? " inconsistency" : " inconsistencies")
-            << " found\n";
-}
-
-ExitCode check(Session& session, OUTPUT_FORMAT format) {
-  session.loadStudbook();
-  format == OUTPUT_FORMAT::TEXT ? listFindings() : writeFindings(format);
-  return Animals.inconsistencies.empty() ? ExitCode::DONE : ExitCode::DATA_FAULTS;
-}
 
 /// "by month" as `by_month`.
 std::string factName(std::string text) {
@@ -142,8 +90,6 @@ ExitCode info(Session& session) {
 void addStudbookCommands(std::vector<command>& commands) {
   const auto format = std::make_shared<OUTPUT_FORMAT>(OUTPUT_FORMAT::TEXT);
   const auto add_format = [format](CLI::App& app) { addFormatOption(app, *format); };
-  commands.push_back({"check", "List the inconsistencies of the studbook",
-                      [format](Session& session) { return check(session, *format); }, add_format});
   commands.push_back({"summary", "Summarise the studbook: numbers, parentage, dates, ages",
                       [format](Session& session) { return summary(session, *format); }, add_format});
   commands.push_back({"info", "Show how much room the records take", info});

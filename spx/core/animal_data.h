@@ -154,8 +154,8 @@ class SPX_EXPORT AnimalData {
   /// One walk from the youngest to the oldest, which dates cut on purpose: the ancestors beyond a
   /// parent that is said to be younger than its offspring, that is its own descendant, or whose
   /// offspring has no birth date while the parent has one, may be missed. selectAncestors finds
-  /// them all. Builds the pedigree if it is empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder that the
-  /// building has added has no entry: nothing is selected.
+  /// them all. Builds the pedigree if it is empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder
+  /// that the building has added has no entry: nothing is selected.
   bool individualPedigree(const std::string& id);
 
   /// Selects an animal and all its ancestors, and nothing else, by the parents alone: dates play no

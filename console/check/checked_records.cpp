@@ -1,0 +1,117 @@
+#include "console/check/checked_records.h"
+
+#include <algorithm>
+
+#include "spx/core/estimated_dates.h"
+#include "spx/core/identifiers.h"
+
+#include "console/base/quoted_text.h"
+
+namespace spx::console {
+
+CheckedRecords::CheckedRecords(const checked_studbook& book) : book_(book), is_checked_(book.records.size()) {
+  first_records_.reserve(size());
+  for (position record = 0; record < size(); ++record) {
+    const master_data& animal = book_.records[record];
+    is_checked_[record] = isFromTable(animal) && !isPseudoIndividual(animal.stud_id);
+    if (!is_checked_[record]) {
+      continue;
+    }
+    const auto [first, is_new] = first_records_.try_emplace(animal.stud_id, static_cast<std::uint32_t>(record));
+    if (!is_new) {
+      duplicates_.emplace_back(record, first->second);
+    }
+  }
+  parents_.reserve(size());
+  for (position record = 0; record < size(); ++record) {
+    const bool is_checked = is_checked_[record];
+    parents_.emplace_back(is_checked ? find(book_.records[record].sire_id) : NONE,
+                          is_checked ? find(book_.records[record].dam_id) : NONE);
+  }
+}
+
+std::uint32_t CheckedRecords::find(std::string_view id) const {
+  const auto found = first_records_.find(id);
+  return found == first_records_.end() ? NONE : found->second;
+}
+
+source_place CheckedRecords::placeOf(position record) const {
+  return book_.place_of ? book_.place_of(record) : source_place{};
+}
+
+std::string CheckedRecords::placeText(position record) const {
+  const source_place place = placeOf(record);
+  return std::to_string(place.line == 0 ? record + 1 : place.line);
+}
+
+finding CheckedRecords::about(CHECK check, position record) const {
+  finding found;
+  found.check = check;
+  found.animals.push_back(book_.records[record].stud_id);
+  found.place = placeOf(record);
+  return found;
+}
+
+std::string CheckedRecords::nameText(std::string_view text) {
+  const auto is_odd = [](char letter) {
+    const auto byte = static_cast<unsigned char>(letter);
+    return byte < 0x20 || byte == 0x7F || letter == '"' || letter == ',';
+  };
+  const bool is_plain = !text.empty() && text.front() != ' ' && text.back() != ' ' && text.size() <= 40 &&
+                        std::none_of(text.begin(), text.end(), is_odd);
+  return is_plain ? std::string(text) : quotedText(text);
+}
+
+bool isFromTable(const master_data& animal) {
+  return animal.birth.location != 0;
+}
+
+std::optional<date_range> knownDays(const move_data& event) {
+  if (event.date == 0 || event.accuracy >= DATE_ACCURACY::UNKNOWN) {
+    return std::nullopt;
+  }
+  return rangeOf(event);
+}
+
+bool isExact(const std::optional<date_range>& days) {
+  return days && days->first == days->last;
+}
+
+std::string dateText(const move_data& event) {
+  if (event.date == 0) {
+    return "unknown";
+  }
+  const std::string day = qs_lib::formatJulianDate(qs_lib::dayToMs(event.date));
+  const qs_lib::civil_date date = qs_lib::civilFromDay(event.date);
+  switch (event.accuracy) {
+    case DATE_ACCURACY::ACCURATE:
+    case DATE_ACCURACY::BY_DAY:
+      return day;
+    case DATE_ACCURACY::BY_MONTH:
+      return qs_lib::getMonthName(date.month, false) + " " + std::to_string(date.year);
+    case DATE_ACCURACY::BY_YEAR:
+      return std::to_string(date.year);
+    case DATE_ACCURACY::DATE_RANGE:
+      return day + " +/- " + std::to_string(event.range) + (event.range == 1 ? " day" : " days");
+    default:
+      return "about " + day;
+  }
+}
+
+std::string onDateText(const move_data& event) {
+  const bool is_day = event.accuracy != DATE_ACCURACY::BY_MONTH && event.accuracy != DATE_ACCURACY::BY_YEAR;
+  return (is_day ? "on " : "in ") + dateText(event);
+}
+
+std::string listText(const std::vector<std::string>& names) {
+  constexpr std::size_t SHOWN = 5;
+  const std::size_t shown = names.size() > SHOWN + 1 ? SHOWN : names.size();
+  std::string text;
+  for (std::size_t i = 0; i < shown; ++i) {
+    const bool is_last = i + 1 == names.size();
+    text += (i == 0 ? "" : is_last ? " and " : ", ") + names[i];
+  }
+  return shown == names.size() ? text : text + " and " + std::to_string(names.size() - shown) + " more";
+}
+
+}  // namespace spx::console

@@ -1,0 +1,98 @@
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/core/animal_data.h"
+#include "spx/core/meta_population.h"
+#include "spx/project/biology.h"
+
+#include "console/base/failure.h"
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
+#include "console/check/check_studbook.h"
+#include "console/commands/command.h"
+#include "console/output/findings_output.h"
+#include "console/output/output_format.h"
+
+namespace spx::console {
+namespace {
+
+struct check_options {
+  OUTPUT_FORMAT format = OUTPUT_FORMAT::TEXT;
+  std::vector<std::string> only;
+  std::vector<std::string> except;
+  bool all = false;
+  bool strict = false;
+};
+
+std::vector<CHECK> rulesOf(const std::vector<std::string>& codes, const char* option) {
+  std::vector<CHECK> rules;
+  for (const std::string& code : codes) {
+    const auto rule = checkOfCode(code);
+    if (!rule) {
+      std::vector<std::string> known;
+      for (const check_code& one : checkCodes()) {
+        known.emplace_back(one.code);
+      }
+      throw UsageError(std::string(option) + ": " + quotedText(code) + " is not a code of spx check" +
+                       suggestion(code, known));
+    }
+    rules.push_back(*rule);
+  }
+  return rules;
+}
+
+bool isAmong(const std::vector<CHECK>& rules, CHECK rule) {
+  return std::find(rules.begin(), rules.end(), rule) != rules.end();
+}
+
+std::vector<finding> chosenFindings(const check_options& options) {
+  const std::vector<CHECK> only = rulesOf(options.only, "--only");
+  const std::vector<CHECK> except = rulesOf(options.except, "--except");
+  const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
+  std::vector<finding> findings = checkStudbook({Animals.records, LifeHistory, MetaPop, today, {}});
+  std::erase_if(findings, [&](const finding& one) {
+    return (!only.empty() && !isAmong(only, one.check)) || isAmong(except, one.check);
+  });
+  return findings;
+}
+
+ExitCode check(Session& session, const check_options& options) {
+  session.loadStudbook();
+  const std::vector<finding> findings = chosenFindings(options);
+  if (options.format == OUTPUT_FORMAT::TEXT) {
+    const auto animals = std::count_if(Animals.records.begin(), Animals.records.end(), isFromTable);
+    listFindings(std::cout, findings, options.all, static_cast<std::size_t>(animals));
+  } else {
+    writeFindings(std::cout, options.format, findings);
+  }
+  const finding_counts counts(findings);
+  return counts.errors != 0 || (options.strict && counts.warnings != 0) ? ExitCode::DATA_FAULTS : ExitCode::DONE;
+}
+
+}  // namespace
+
+void addCheckCommands(std::vector<command>& commands) {
+  const auto options = std::make_shared<check_options>();
+  commands.push_back({"check", "List what is wrong with the studbook, or may be",
+                      [options](Session& session) { return check(session, *options); },
+                      [options](CLI::App& app) {
+                        app.add_option("--only", options->only, "Findings with this code only; may be repeated")
+                            ->type_name("CODE")
+                            ->delimiter(',')
+                            ->allow_extra_args(false);
+                        app.add_option("--except", options->except, "No findings with this code; may be repeated")
+                            ->type_name("CODE")
+                            ->delimiter(',')
+                            ->allow_extra_args(false);
+                        app.add_flag("--all", options->all, "List all findings, not the first ten of each kind");
+                        app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
+                        addFormatOption(app, options->format);
+                      }});
+}
+
+}  // namespace spx::console
