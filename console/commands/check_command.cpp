@@ -15,8 +15,8 @@
 #include "console/base/quoted_text.h"
 #include "console/check/check_studbook.h"
 #include "console/commands/command.h"
-#include "console/output/findings_output.h"
 #include "console/output/output_format.h"
+#include "console/results/findings_output.h"
 
 namespace spx::console {
 namespace {

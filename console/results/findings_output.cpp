@@ -1,4 +1,4 @@
-#include "console/output/findings_output.h"
+#include "console/results/findings_output.h"
 
 #include <algorithm>
 #include <ostream>
