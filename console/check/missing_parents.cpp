@@ -19,7 +19,22 @@ constexpr const char* ROLE_NAMES[] = {"sire", "dam"};
 /// Of so many missing parents the ID that was meant is sought: each asks for some hundred IDs.
 constexpr std::size_t MOST_SOUGHT = 1000;
 
-/// The ID without what is easily mistyped: case, blanks, punctuation, zeros in front.
+bool isDigit(char letter) {
+  return letter >= '0' && letter <= '9';
+}
+
+/// Leaves out the zeros in front of numbers.
+std::string withoutZeros(const std::string& text) {
+  std::string shorter;
+  for (const char letter : text) {
+    if (letter != '0' || (!shorter.empty() && isDigit(shorter.back()))) {
+      shorter += letter;
+    }
+  }
+  return shorter;
+}
+
+/// The ID without what is easily mistyped: case, blanks, punctuation, zeros in front of numbers.
 std::string plainForm(std::string_view id) {
   std::string plain;
   for (const char letter : id) {
@@ -28,8 +43,7 @@ std::string plainForm(std::string_view id) {
       plain += byte < 0x80 ? static_cast<char>(std::tolower(byte)) : letter;
     }
   }
-  plain.erase(0, std::min(plain.find_first_not_of('0'), plain.size()));
-  return plain;
+  return withoutZeros(plain);
 }
 
 /// The plain form with letters that look like digits replaced by these.
@@ -37,8 +51,7 @@ std::string lookOf(std::string plain) {
   for (char& letter : plain) {
     letter = letter == 'o' ? '0' : letter == 'l' || letter == 'i' ? '1' : letter == 's' ? '5' : letter;
   }
-  plain.erase(0, std::min(plain.find_first_not_of('0'), plain.size()));
-  return plain;
+  return withoutZeros(plain);
 }
 
 struct missing_parent {
@@ -152,10 +165,9 @@ class Guesses {
 
   /// A letter among digits, left out.
   std::vector<position> withoutOddLetter(const std::string& id) const {
-    const auto is_digit = [](char letter) { return letter >= '0' && letter <= '9'; };
     std::vector<position> candidates;
-    const auto odd = std::find_if_not(id.begin(), id.end(), is_digit);
-    if (odd != id.end() && std::all_of(odd + 1, id.end(), is_digit)) {
+    const auto odd = std::find_if_not(id.begin(), id.end(), isDigit);
+    if (odd != id.end() && std::all_of(odd + 1, id.end(), isDigit)) {
       std::string shorter = id;
       shorter.erase(static_cast<std::size_t>(odd - id.begin()), 1);
       addIfKnown(shorter, candidates);

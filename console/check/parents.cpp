@@ -46,7 +46,8 @@ class ParentSexes {
   void collect(position record) {
     for (const std::size_t role : {0U, 1U}) {
       const std::uint32_t parent = parentOf(records_, record, role);
-      if (parent != CheckedRecords::NONE && !mayBe(records_[parent].sex, role)) {
+      const bool is_other = parent != CheckedRecords::NONE && records_[parent].stud_id != records_[record].stud_id;
+      if (is_other && !mayBe(records_[parent].sex, role)) {
         uses_[parent].offspring[role].push_back(record);
       }
     }
@@ -110,8 +111,8 @@ class ParentSexes {
   bool areExchanged(position record) const {
     const std::uint32_t sire = records_.sire(record);
     const std::uint32_t dam = records_.dam(record);
-    return sire != CheckedRecords::NONE && dam != CheckedRecords::NONE && records_[sire].sex == SEX::FEMALE &&
-           records_[dam].sex == SEX::MALE;
+    return sire != CheckedRecords::NONE && dam != CheckedRecords::NONE && sire != record && dam != record &&
+           records_[sire].sex == SEX::FEMALE && records_[dam].sex == SEX::MALE;
   }
 
   finding aboutOffspring(CHECK check, position parent, const std::vector<position>& offspring) const {

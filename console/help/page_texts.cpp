@@ -7,12 +7,14 @@ const std::vector<command_page>& commandPages() {
   static const std::vector<command_page> pages = {
       {"help", "Without a word it explains the program. The same as COMMAND --help.", "spx help view set"},
       {"check",
-       "Tells of IDs that several animals have, of sires that are not male, of dams that are not\n"
-       "female, and of parents that are not older than their offspring. For scripts each has a\n"
-       "code (duplicate_id, sire_not_male, sire_not_older, dam_not_female, dam_not_older), the\n"
-       "animal, the parent and the text of the listing.",
+       "Goes through all animals, whatever the view. Errors cannot be true: duplicate IDs, parents of\n"
+       "the wrong sex, births before the parent's, deaths before the birth. Warnings are unlikely:\n"
+       "parents without a record, parents at different places. Notes are worth knowing. Dates are\n"
+       "compared as exactly as they are known. docs/check.md lists the codes with an example each.\n"
+       "The exit code is 3 when there are errors.",
        "spx --studbook examples/studbook check\n"
-       "spx --studbook examples/studbook check --format json"},
+       "spx --studbook examples/studbook check --only parent-sex,own-parent --all\n"
+       "spx --studbook examples/studbook check --strict --except undecided --format json"},
       {"summary", "Counts all animals of the studbook, whatever the view; pseudo individuals are no animals.",
        "spx --studbook examples/studbook summary\n"
        "spx --studbook examples/studbook summary --format json"},

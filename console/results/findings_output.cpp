@@ -50,7 +50,7 @@ std::string placeText(const source_place& place) {
 /// A suggestion that repeats the one before is left out.
 void listRule(std::ostream& out, const finding* first, std::size_t count, bool all) {
   const check_code& rule = codeOf(first->check);
-  out << rule.title << " (" << severityName(rule.severity) << " " << rule.code << ", " << count << ")\n";
+  out << rule.title << ": " << count << " (" << severityName(rule.severity) << ", " << rule.code << ")\n";
   const std::size_t shown = all || count <= SHOWN_OF_A_RULE ? count : SHOWN_OF_A_RULE;
   for (std::size_t i = 0; i < shown; ++i) {
     const finding& one = first[i];

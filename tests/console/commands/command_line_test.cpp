@@ -65,7 +65,7 @@ TEST_F(CommandLineTest, ExitCodesTellWhatHappened) {
 TEST_F(CommandLineTest, CommandsPrintTheirResultsAlone) {
   const std::string file = table("a.csv", small);
   EXPECT_EQ(run({"--studbook", file, "check"}), 3);
-  EXPECT_EQ(takeOutput(), "1 is not a male!\n1 was born after birth of offspring 2\n2 inconsistencies found\n");
+  EXPECT_NE(takeOutput().find("\n\nFound 1 error, 1 note in 2 animals.\n"), std::string::npos);
   EXPECT_EQ(contentOf(at("spx/projects/studbook-errors.txt")),
             "1 is not a male!\n1 was born after birth of offspring 2\n");
   EXPECT_EQ(run({"--studbook", file, "user-fields"}), 0);
@@ -94,11 +94,13 @@ TEST_F(CommandLineTest, ADirectoryGivesAllItsTables) {
 
 TEST_F(CommandLineTest, TheExampleHasTheMistakesThatItsTextTells) {
   EXPECT_EQ(run({"--studbook", SPX_SOURCE_DIR "/examples/studbook", "check"}), 3);
-  EXPECT_EQ(takeOutput(),
-            "0021 is not a male!\n0060 is not a female!\n"
-            "0127 was born after birth of offspring 0120\n"
-            "Multiple master records of 0144\nMultiple master records of 0144\n"
-            "5 inconsistencies found\n");
+  const std::string found = takeOutput();
+  for (const char* mistake :
+       {"rows have the ID 0144", "0021 is female but is the sire of 0055", "0060 is male but is the dam of 0091",
+        "0120 was born 2015-05-21, its dam 0127 was born 2017-07-10", "0417 has no record, but is the sire of 0089",
+        "\nFound 7 errors, 2 warnings, 1 note in 150 animals.\n"}) {
+    EXPECT_NE(found.find(mistake), std::string::npos) << mistake;
+  }
 }
 
 TEST_F(CommandLineTest, FiltersAreWrittenWholeAndNeverOverAnother) {

@@ -83,19 +83,6 @@ TEST_F(FormatsTest, AnyTextComesThroughWhole) {
   EXPECT_NE(csv.find(",J\xFCrgen,WILD,"), std::string::npos);
 }
 
-TEST_F(FormatsTest, FindingsHaveCodes) {
-  const std::string file = table("a.csv", "id,sire,dam,sex,dob\n1,,,f,1990\n2,1,2,m,1990\n2,,,f,\n");
-  EXPECT_EQ(output(file, {"check"}, "csv"),
-            "code,animal,parent,text\n"
-            "duplicate_id,2,,Multiple master records of 2\n"
-            "sire_not_male,2,1,1 is not a male!\n"
-            "sire_not_older,2,1,1 was born after birth of offspring 2\n"
-            "dam_not_female,2,2,2 is not a female!\n"
-            "dam_not_older,2,2,2 was born after birth of offspring 2\n"
-            "duplicate_id,2,,Multiple master records of 2\n");
-  EXPECT_EQ(output(table("b.csv", "id\n1\n"), {"check"}, "json"), "[]\n");
-}
-
 TEST_F(FormatsTest, TheCardHasTheEventsAndTheSummaryItsCounters) {
   const json card = json::parse(output(example, {"show", "0003"}, "json"));
   EXPECT_EQ(card["birth_range"], 400);
