@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <span>
+#include <vector>
+
+#include "spx/genetics/genetic_pedigree.h"
+#include "spx/support/export.h"
+
+/// The ancestors that explain the genes of a population without counting a gene twice.
+namespace spx {
+
+/// How effectiveAncestors() works.
+struct ancestor_options {
+  std::size_t most = std::numeric_limits<std::size_t>::max();  ///< ancestors to find
+  bool members_count = true;  ///< animals of the set that have parents count as ancestors too
+};
+
+/// An ancestor and its marginal contribution.
+struct ancestor_share {
+  animal_number animal;  ///< the ancestor, or the offspring of a phantom
+  bool is_phantom;       ///< a missing parent of the animal
+  double share;          ///< of the genes, beyond those that the ancestors before it explain
+};
+
+/// The ancestors of a set, in the order in which they were found.
+struct effective_ancestors {
+  std::vector<ancestor_share> ancestors;  ///< the largest share first
+  double explained = 0;                   ///< the sum of the shares: 1 unless fewer were asked for
+  double number = 0;                      ///< fa = 1 / sum q^2 over those found; NaN without any
+};
+
+/// Finds effective ancestors (Boichard, Maignel & Verrier 1997): the ancestor with the largest
+/// contribution first; its parents are then cut off, what descends from it counts as explained, and
+/// the next is sought. Of equal contributions the older animal's is taken; the choice does not change
+/// the number. A missing parent is an ancestor of its own, like in contributionsTo().
+///
+/// An ancestor costs as many steps as it has ancestors and descendants behind the set.
+SPX_EXPORT effective_ancestors effectiveAncestors(const GeneticPedigree& pedigree, std::span<const animal_number> set,
+                                                  const ancestor_options& options = {});
+
+}  // namespace spx

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <span>
+#include <vector>
+
+#include "spx/genetics/genetic_pedigree.h"
+#include "spx/genetics/inbreeding.h"
+#include "spx/support/export.h"
+
+/// Who should breed with whom.
+namespace spx {
+
+/// A male, a female, and what an offspring of theirs would mean for the population.
+struct breeding_pair {
+  animal_number sire;
+  animal_number dam;
+  double offspring_inbreeding;  ///< the kinship of the pair
+  double mean_kinship;          ///< the mean of the two animals' mean kinships with the population
+  double kinship_difference;    ///< of their mean kinships, not negative
+  double unknown;               ///< the share of the offspring's genes that is of unknown origin
+  double diversity_change;      ///< of the population's gene diversity by one offspring
+};
+
+/// The pairs of all males with all females, the one first that keeps gene diversity highest. The
+/// diversity with one offspring more is 1 - [N^2 MK + N (MK_s + MK_d) + (1 + k_sd) / 2] / (N + 1)^2.
+/// An animal is not paired with itself. Empty for an empty population.
+/// @param population  whose diversity counts
+SPX_EXPORT std::vector<breeding_pair> rankPairs(const GeneticPedigree& pedigree, const relationship_terms& terms,
+                                                std::span<const animal_number> population,
+                                                std::span<const animal_number> males,
+                                                std::span<const animal_number> females, unsigned threads = 1);
+
+/// How pickPairs() picks.
+struct pick_options {
+  std::size_t pairs = 10;
+  std::size_t most_per_male = 1;
+  std::size_t most_per_female = 1;
+  double most_kinship = std::numeric_limits<double>::infinity();  ///< of a pair
+  bool is_dynamic = true;                                         ///< mean kinships are computed again after each pick
+  unsigned threads = 1;
+};
+
+/// A pair and the gene diversity of the population with an offspring of every pair up to it.
+struct picked_pair {
+  breeding_pair pair;
+  double diversity;
+};
+
+/// Picks pairs one after the other, each time the one that keeps gene diversity highest. Dynamically,
+/// the offspring of the pairs before belong to the population; else the ranking is that of the start.
+/// Fewer pairs come back when no more are allowed.
+SPX_EXPORT std::vector<picked_pair> pickPairs(const GeneticPedigree& pedigree, const relationship_terms& terms,
+                                              std::span<const animal_number> population,
+                                              std::span<const animal_number> males,
+                                              std::span<const animal_number> females, const pick_options& options = {});
+
+}  // namespace spx
