@@ -1,0 +1,82 @@
+#include "spx/genetics/pairings.h"
+
+#include <gtest/gtest.h>
+
+#include "spx/genetics/diversity.h"
+
+#include "tests/genetics/random_pedigree.h"
+
+namespace spx {
+namespace {
+
+using namespace genetics_test;
+
+struct Herd {
+  pedigree_rows rows = randomRows({50, 0.1, 0, true}, 31);
+  GeneticPedigree pedigree;
+  relationship_terms terms;
+  std::vector<animal_number> population;
+  std::vector<animal_number> males;
+  std::vector<animal_number> females;
+
+  Herd() {
+    pedigree.assign(rows);
+    terms = inbreedingOf(pedigree);
+    for (std::size_t row = 30; row < 50; ++row) {
+      population.push_back(pedigree.number(row));
+      (row % 2 == 0 ? males : females).push_back(population.back());
+    }
+  }
+
+  /// What becomes of the population when these pairs really have an offspring each.
+  double diversityWith(const std::vector<picked_pair>& picks, double* last_inbreeding = nullptr) const {
+    pedigree_rows grown = rows;
+    for (const picked_pair& pick : picks) {
+      grown.sires.push_back(static_cast<animal_number>(pedigree.row(pick.pair.sire)));
+      grown.dams.push_back(static_cast<animal_number>(pedigree.row(pick.pair.dam)));
+    }
+    GeneticPedigree numbered;
+    numbered.assign(grown);
+    std::vector<animal_number> set;
+    for (std::size_t row = 30; row < grown.sires.size(); ++row) set.push_back(numbered.number(row));
+    const relationship_terms grown_terms = inbreedingOf(numbered);
+    if (last_inbreeding != nullptr) *last_inbreeding = grown_terms.inbreeding[set.back()];
+    return diversityOf(numbered, grown_terms, set).gene_diversity;
+  }
+};
+
+TEST(Pairings, SayWhatAnOffspringWouldChange) {
+  const Herd herd;
+  const auto pairs = rankPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females, 2);
+  ASSERT_EQ(pairs.size(), 100U);
+  const double now = diversityOf(herd.pedigree, herd.terms, herd.population).gene_diversity;
+  for (const std::size_t place : {0, 37, 99}) {
+    double inbreeding = 0;
+    EXPECT_NEAR(herd.diversityWith({{pairs[place], 0}}, &inbreeding), now + pairs[place].diversity_change, 1e-12);
+    EXPECT_NEAR(inbreeding, pairs[place].offspring_inbreeding, 1e-12);
+  }
+  EXPECT_TRUE(std::is_sorted(pairs.rbegin(), pairs.rend(),
+                             [](const auto& a, const auto& b) { return a.diversity_change < b.diversity_change; }));
+  EXPECT_TRUE(rankPairs(herd.pedigree, herd.terms, {}, herd.males, herd.females).empty());
+}
+
+TEST(Pairings, PicksKeepTheirPromiseAndTheLimits) {
+  const Herd herd;
+  const auto pick = [&](const pick_options& options) {
+    return pickPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females, options);
+  };
+  const std::vector<picked_pair> dynamic = pick({.pairs = 6, .most_per_male = 2});
+  ASSERT_EQ(dynamic.size(), 6U);
+  EXPECT_NEAR(dynamic.back().diversity, herd.diversityWith(dynamic), 1e-12);
+  const std::vector<picked_pair> fixed = pick({.pairs = 6, .most_per_male = 2, .is_dynamic = false});
+  EXPECT_NEAR(fixed.back().diversity, herd.diversityWith(fixed), 1e-12);
+  EXPECT_EQ(fixed.front().pair.sire, dynamic.front().pair.sire);
+  EXPECT_GE(dynamic.back().diversity, fixed.back().diversity - 1e-12);
+  for (const picked_pair& chosen : pick({.pairs = 100, .most_kinship = 0.05})) {
+    EXPECT_LE(chosen.pair.offspring_inbreeding, 0.05);
+  }
+  EXPECT_EQ(pick({.pairs = 100}).size(), 10U) << "each female once";
+}
+
+}  // namespace
+}  // namespace spx
