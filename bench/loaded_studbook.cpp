@@ -30,7 +30,7 @@ class Tables {
     std::error_code ignored;
     fs::remove_all(directory_, ignored);
   }
-  std::string path(long animals) const { return (directory_ / (std::to_string(animals) + ".csv")).string(); }
+  std::string path(const std::string& name) const { return (directory_ / (name + ".csv")).string(); }
 
  private:
   fs::path directory_;
@@ -43,7 +43,7 @@ class NullBuffer : public std::streambuf {
 };
 
 NullBuffer nowhere;
-long held_animals = 0;
+std::string held_table;
 
 }  // namespace
 
@@ -53,11 +53,13 @@ Quiet::~Quiet() {
   std::cout.rdbuf(static_cast<std::streambuf*>(output_));
 }
 
-std::string tableOf(long animals) {
+std::string tableOf(long animals, const char* kind) {
   static const Tables tables;
-  const std::string path = tables.path(animals);
+  const std::string count = std::to_string(animals);
+  const std::string path = tables.path(count + (kind == nullptr ? "" : kind));
   if (!fs::exists(path)) {
-    const std::string command = std::string(SPX_MAKE_STUDBOOK) + " " + std::to_string(animals) + " > '" + path + "'";
+    const std::string option = kind == nullptr ? "" : std::string(" --kind ") + kind;
+    const std::string command = std::string(SPX_MAKE_STUDBOOK) + " " + count + option + " > '" + path + "'";
     if (std::system(command.c_str()) != 0) {
       std::fprintf(stderr, "spx_bench: cannot write %s\n", path.c_str());
       std::exit(1);
@@ -66,16 +68,16 @@ std::string tableOf(long animals) {
   return path;
 }
 
-void holdStudbook(long animals) {
-  if (held_animals == animals) return;
+void holdStudbook(long animals, const char* kind) {
   console::studbook_files files;
-  files.animals = tableOf(animals);
+  files.animals = tableOf(animals, kind);
+  if (held_table == files.animals) return;
   console::loadStudbook(files);
-  held_animals = animals;
+  held_table = files.animals;
 }
 
 void forgetStudbook() {
-  held_animals = 0;
+  held_table.clear();
 }
 
 void coolCaches() {

@@ -6,11 +6,12 @@ namespace spx::bench {
 
 /// The path of a generated table of so many animals, written at the first call of the process and
 /// removed at its end. Exits when it cannot be written.
-std::string tableOf(long animals);
+/// @param kind  "herd" or "registry", see make_studbook; null for zoos
+std::string tableOf(long animals, const char* kind = nullptr);
 
 /// Makes the process-wide objects hold the checked studbook of that table with its pedigree, as the
 /// program loads it. Loads only when another size was held before, or after forgetStudbook.
-void holdStudbook(long animals);
+void holdStudbook(long animals, const char* kind = nullptr);
 
 /// The objects were changed: the next holdStudbook loads again.
 void forgetStudbook();

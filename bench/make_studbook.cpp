@@ -5,6 +5,10 @@
 // 2 to 15 years older and alive at the birth. The same number and seed give the same bytes with
 // every compiler: all arithmetic is on integers over mt19937_64, and every draw is made whether or
 // not the optional tables are wanted.
+//
+// Two other kinds test genetics, both closed after the founders, with all parents known. In a herd
+// parents are 2 to 8 years old and anybody mates with anybody: after some twelve generations an animal
+// has thousands of ancestors. In a registry one male in fifty is a sire.
 #include <charconv>
 #include <chrono>
 #include <cstdint>
@@ -23,6 +27,8 @@ constexpr std::int32_t STUDBOOK_DAYS = 60 * DAYS_OF_YEAR;
 constexpr std::int32_t FOUNDER_DAYS = 3 * DAYS_OF_YEAR;
 constexpr std::int32_t YOUNGEST_PARENT = 2 * DAYS_OF_YEAR;
 constexpr std::int32_t OLDEST_PARENT = 15 * DAYS_OF_YEAR;
+constexpr std::int32_t OLDEST_OF_HERD = 8 * DAYS_OF_YEAR;
+constexpr std::uint32_t MALES_PER_SIRE = 50;
 constexpr std::int32_t LONGEST_LIFE = 20 * DAYS_OF_YEAR;
 constexpr std::int32_t TRANSFER_AGE = DAYS_OF_YEAR;
 constexpr auto FIRST_DAY = std::chrono::sys_days{std::chrono::January / 1 / 1960};
@@ -35,8 +41,11 @@ constexpr std::uint32_t DEMES = REGIONS * INSTITUTIONS * ENCLOSURES;
 constexpr std::string_view TAXA[] = {"borealis", "australis", "insularis"};
 constexpr std::string_view GROUPS[] = {"MULT2", "MULT3", "GROUP A", "HERD 1"};
 
+enum class population { zoos, herd, registry };
+
 struct options {
   std::uint32_t animals = 0;
+  population kind = population::zoos;
   std::uint64_t seed = 20240229;
   std::string events;
   std::string locations;
@@ -170,7 +179,8 @@ class Generator {
     animal born{};
     born.birth = static_cast<std::int32_t>(std::uint64_t{index} * STUDBOOK_DAYS / count_);
     const bool founder = born.birth < FOUNDER_DAYS;
-    moveWindow(born.birth);
+    move(adults_, born.birth);
+    move(sires_, born.birth);
     const parent sire = founder ? parent{} : drawParent(true, born.birth);
     const parent dam = founder ? parent{} : drawParent(false, born.birth);
     const std::uint32_t birth_deme = dam.kind == parent::known ? population_[dam.number - 1].deme : dice_.below(DEMES);
@@ -181,19 +191,30 @@ class Generator {
     transfer(index, born);
     writeAnimal(index, born, sire, dam, birth_deme);
     population_.push_back(born);
+    adults_.candidates.push_back(index);
+    if (kind_ == population::registry && born.male && dice_.below(MALES_PER_SIRE) == 0) {
+      sires_.candidates.push_back(index);
+    }
   }
 
-  /// The animals from first_ to last_ (excluded) are of an age to be parents of one born that day.
-  void moveWindow(std::int32_t day) {
-    while (last_ < population_.size() && population_[last_].birth <= day - YOUNGEST_PARENT) {
-      ++last_;
-    }
-    while (first_ < last_ && population_[first_].birth < day - OLDEST_PARENT) {
-      ++first_;
-    }
+  /// The candidates from `first` to `last` (excluded) are of an age to be parents of one born that day.
+  struct window {
+    std::vector<std::uint32_t> candidates;  ///< indexes of animals, in order of birth
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+  };
+
+  void move(window& of, std::int32_t day) const {
+    const std::int32_t oldest = kind_ == population::herd ? OLDEST_OF_HERD : OLDEST_PARENT;
+    const auto birth = [&](std::uint32_t place) { return population_[of.candidates[place]].birth; };
+    while (of.last < of.candidates.size() && birth(of.last) <= day - YOUNGEST_PARENT) ++of.last;
+    while (of.first < of.last && birth(of.first) < day - oldest) ++of.first;
   }
 
   parent drawParent(bool male, std::int32_t day) {
+    if (kind_ != population::zoos) {
+      return drawKnownParent(male, day);
+    }
     const std::uint32_t lot = dice_.below(1000);
     if (lot < 50) {
       return {parent::unknown};
@@ -211,8 +232,9 @@ class Generator {
 
   parent drawKnownParent(bool male, std::int32_t day) {
     constexpr int TRIES = 32;
-    for (int tried = 0; tried < TRIES && first_ < last_; ++tried) {
-      const std::uint32_t index = first_ + dice_.below(last_ - first_);
+    const window& from = male && kind_ == population::registry ? sires_ : adults_;
+    for (int tried = 0; tried < TRIES && from.first < from.last; ++tried) {
+      const std::uint32_t index = from.candidates[from.first + dice_.below(from.last - from.first)];
       const animal& candidate = population_[index];
       if (candidate.sexed && candidate.male == male && candidate.death > day) {
         return {parent::known, index + 1};
@@ -298,12 +320,13 @@ class Generator {
   }
 
   std::uint32_t count_;
+  population kind_;
   Dice dice_;
   Table animals_;
   std::optional<Table> events_;
   std::vector<animal> population_;
-  std::uint32_t first_ = 0;
-  std::uint32_t last_ = 0;
+  window adults_;
+  window sires_;  ///< of a registry
 };
 
 bool writeLocations(Table table) {
@@ -345,6 +368,12 @@ std::optional<options> parseArguments(int count, char** arguments) {
       }
     } else if (word == "--events" && has_value) {
       wanted.events = arguments[++at];
+    } else if (word == "--kind" && has_value) {
+      const std::string_view kind = arguments[++at];
+      if (kind != "herd" && kind != "registry") {
+        return std::nullopt;
+      }
+      wanted.kind = kind == "herd" ? population::herd : population::registry;
     } else if (word == "--locations" && has_value) {
       wanted.locations = arguments[++at];
     } else if (wanted.animals != 0 || !parseNumber(word, wanted.animals)) {
@@ -368,7 +397,7 @@ int main(int argc, char** argv) {
   const std::optional<options> wanted = parseArguments(argc, argv);
   if (!wanted) {
     std::fputs(
-        "Usage: make_studbook N [--seed S] [--events FILE] [--locations FILE]\n"
+        "Usage: make_studbook N [--kind herd|registry] [--seed S] [--events FILE] [--locations FILE]\n"
         "Writes the animals table of N animals (1 to 100000000) to standard output.\n",
         stderr);
     return 2;

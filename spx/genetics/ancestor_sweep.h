@@ -64,11 +64,11 @@ class PackedAncestors {
   std::vector<shared_slot> shared_slots_;
 };
 
-/// Rows of the relationship matrix, LANES at a time: A x = T (D (T' x)), Colleau 2002. The lanes
-/// share the walk over the pedigree, which costs more than the arithmetic.
-template <std::size_t LANES>
+/// Rows of the relationship matrix, eight at a time: A x = T (D (T' x)), Colleau 2002. The lanes share
+/// the walk over the pedigree, which costs more than the arithmetic.
 class RelationshipSweep {
  public:
+  static constexpr std::size_t LANES = 8;
   using lanes = std::array<double, LANES>;
 
   /// Starts with x = 0 in every lane.

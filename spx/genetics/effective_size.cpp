@@ -113,7 +113,7 @@ effective_size effectiveSizeByInbreeding(std::span<const animal_number> set, std
 effective_size effectiveSizeByKinship(const GeneticPedigree& pedigree, const relationship_terms& terms,
                                       std::span<const animal_number> set, std::span<const double> equivalent,
                                       unsigned threads) {
-  constexpr std::size_t LANES = 8;
+  constexpr std::size_t LANES = RelationshipSweep::LANES;
   std::vector<animal_number> used;
   for (const animal_number animal : set) {
     if (equivalent[animal] > 0) used.push_back(animal);
@@ -124,10 +124,10 @@ effective_size effectiveSizeByKinship(const GeneticPedigree& pedigree, const rel
   for (const animal_number animal : used) packed.add(animal);
   packed.pack();
   const std::size_t blocks = (used.size() + LANES - 1) / LANES;
-  std::vector<RelationshipSweep<LANES>> sweeps(std::max(1U, threads));
+  std::vector<RelationshipSweep> sweeps(std::max(1U, threads));
   std::vector<Moments> rates_of_block(blocks);
   forEachTask(blocks, sweeps.size(), [&](std::size_t worker, std::size_t block) {
-    RelationshipSweep<LANES>& sweep = sweeps[worker];
+    RelationshipSweep& sweep = sweeps[worker];
     const std::size_t first = block * LANES;
     const std::size_t last = std::min(first + LANES, used.size());
     sweep.start(packed);

@@ -8,9 +8,7 @@
 namespace spx {
 namespace {
 
-constexpr std::size_t LANES = 8;
-/// From so many offspring on an animal has a sweep for itself.
-constexpr std::size_t MANY_OFFSPRING = 24;
+constexpr std::size_t LANES = RelationshipSweep::LANES;
 /// Fewer sweeps are not worth the start of a thread.
 constexpr std::size_t SWEEPS_PER_THREAD = 8;
 
@@ -92,8 +90,7 @@ class InbreedingRun {
   struct Worker {
     explicit Worker(const GeneticPedigree& pedigree) : packed(pedigree) {}
     PackedAncestors packed;
-    RelationshipSweep<1> single;
-    RelationshipSweep<LANES> joint;
+    RelationshipSweep rows;
   };
 
   double share(animal_number node) const { return shares_.empty() ? 1.0 : shares_[node]; }
@@ -108,42 +105,27 @@ class InbreedingRun {
   }
 
   void sweepLevel(animal_number first, animal_number last) {
-    std::vector<animal_number> single;
-    std::vector<animal_number> joint;
+    std::vector<animal_number> pivots;
     for (animal_number node = first; node < last; ++node) {
-      const std::size_t offspring = matings_.offspring(node).size();
-      if (offspring >= MANY_OFFSPRING) {
-        single.push_back(node);
-      } else if (offspring != 0 || pedigree_.isGroup(node)) {
-        joint.push_back(node);
-      }
+      if (!matings_.offspring(node).empty() || pedigree_.isGroup(node)) pivots.push_back(node);
     }
-    const std::size_t batches = (joint.size() + LANES - 1) / LANES;
-    const std::size_t tasks = single.size() + batches;
-    const std::size_t workers = std::min<std::size_t>(threads_, tasks / SWEEPS_PER_THREAD);
-    forEachTask(tasks, workers, [&](std::size_t worker, std::size_t task) {
-      Worker& mine = workers_[worker];
-      if (task < single.size()) {
-        sweep(mine.packed, mine.single, std::span(single).subspan(task, 1));
-      } else {
-        const std::size_t begin = (task - single.size()) * LANES;
-        const std::size_t count = std::min(LANES, joint.size() - begin);
-        sweep(mine.packed, mine.joint, std::span(joint).subspan(begin, count));
-      }
+    const std::size_t sweeps = (pivots.size() + LANES - 1) / LANES;
+    const std::size_t workers = std::min<std::size_t>(threads_, sweeps / SWEEPS_PER_THREAD);
+    forEachTask(sweeps, workers, [&](std::size_t worker, std::size_t task) {
+      const std::size_t begin = task * LANES;
+      sweep(workers_[worker], std::span(pivots).subspan(begin, std::min(LANES, pivots.size() - begin)));
     });
   }
 
-  template <class Sweep>
-  void sweep(PackedAncestors& packed, Sweep& rows, std::span<const animal_number> pivots) {
+  void sweep(Worker& worker, std::span<const animal_number> pivots) {
+    auto& [packed, rows] = worker;
     for (const animal_number pivot : pivots) {
       packed.add(pivot);
       for (const animal_number child : matings_.offspring(pivot)) packed.add(matings_.mate(child));
     }
     packed.pack();
     rows.start(packed);
-    for (std::size_t lane = 0; lane < pivots.size(); ++lane) {
-      rows.add(packed.slot(pivots[lane]), lane, 1.0);
-    }
+    for (std::size_t lane = 0; lane < pivots.size(); ++lane) rows.add(packed.slot(pivots[lane]), lane, 1.0);
     rows.spread(packed, terms_.sampling);
     for (std::size_t lane = 0; lane < pivots.size(); ++lane) {
       const animal_number pivot = pivots[lane];

@@ -18,10 +18,9 @@ struct relationship_terms {
 /// Computes the inbreeding coefficients of all animals: F is the kinship of the parents.
 ///
 /// A_sd of all offspring of a sire is read from one row of A, restricted to the ancestors of the sire
-/// and his mates (Colleau 2002; Sargolzaei, Iwaisaki & Colleau 2005). Where dams are fewer than sires
-/// a dam takes his place. A sire with many offspring has a sweep for himself; the others of a level,
-/// whose mates have most ancestors in common in a population that mixes, share sweeps of eight: the
-/// walk over the ancestors is then paid once. The offspring are counted per sire to tell which is due.
+/// and his mates (Colleau 2002; Sargolzaei, Iwaisaki & Colleau 2005). Sires and dams with offspring are
+/// counted first: where dams are fewer, a dam takes his place. The rows of eight sires of a level are
+/// computed side by side: contemporaries share most ancestors, and the walk over these is paid once.
 ///
 /// With a parent of several candidates c, A_ij is the average over them: F = sum p_c A_cd / 2, and
 /// D = 1 - sum p_c p_c' A_cc' / 4 - (1 + F_d) / 4 (Henderson 1988; Famula 1992). For the node of

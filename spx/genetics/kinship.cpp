@@ -11,7 +11,7 @@
 namespace spx {
 namespace {
 
-constexpr std::size_t LANES = 8;
+constexpr std::size_t LANES = RelationshipSweep::LANES;
 
 std::vector<double> indicator(const GeneticPedigree& pedigree, std::span<const animal_number> set, double value) {
   std::vector<double> x(pedigree.size());
@@ -28,11 +28,11 @@ void forEachBlock(const GeneticPedigree& pedigree, const relationship_terms& ter
   for (const animal_number animal : rows) packed.add(animal);
   for (const animal_number animal : columns) packed.add(animal);
   packed.pack();
-  std::vector<RelationshipSweep<LANES>> sweeps(std::max(1U, threads));
+  std::vector<RelationshipSweep> sweeps(std::max(1U, threads));
   forEachTask((rows.size() + LANES - 1) / LANES, sweeps.size(), [&](std::size_t worker, std::size_t block) {
     const std::size_t first = block * LANES;
     const std::size_t count = std::min(LANES, rows.size() - first);
-    RelationshipSweep<LANES>& sweep = sweeps[worker];
+    RelationshipSweep& sweep = sweeps[worker];
     sweep.start(packed);
     for (std::size_t lane = 0; lane < count; ++lane) {
       sweep.add(packed.slot(rows[first + lane]), lane, 0.5);
