@@ -14,7 +14,6 @@
 #include "console/studbook/file_rows.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/schema.h"
-#include "console/studbook/stored_image.h"
 #include "console/studbook/studbook_file.h"
 #include "console/tables/value_text.h"
 
@@ -26,9 +25,7 @@ class StudbookEdit {
   StudbookEdit(const std::string& file, std::string table)
       : file_(std::make_shared<StudbookFile>(file, FILE_ACCESS::WRITE)),
         table_(std::move(table)),
-        columns_(storedColumns(database(), table_)) {
-    dropImage(database());
-  }
+        columns_(storedColumns(database(), table_)) {}
 
   /// The row of the animal; none when there is no such animal.
   std::optional<std::int64_t> findAnimal(const std::string& id) {
@@ -101,9 +98,7 @@ class StudbookEdit {
   }
 
   void finish() {
-    studbook_tables tables = storedTables(file_);
-    tables.keep = [this](std::size_t first) { storeImage(database(), first); };
-    checkTables(tables, "nothing was changed");
+    checkTables(storedTables(file_), "nothing was changed");
     file_->commit();
   }
 

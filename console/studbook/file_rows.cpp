@@ -8,7 +8,6 @@
 
 #include "console/studbook/rows_ahead.h"
 #include "console/studbook/schema.h"
-#include "console/studbook/stored_image.h"
 
 namespace spx::console {
 namespace {
@@ -115,8 +114,6 @@ studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file) {
           source(file, "events"),
           source(file, "locations"),
           source(file, "programs"),
-          {},
-          [file](const auto& note) { return restoreImage(file->database(), note); },
           {}};
 }
 

@@ -10,7 +10,6 @@
 #include "console/base/failure.h"
 #include "console/studbook/copying_rows.h"
 #include "console/studbook/schema.h"
-#include "console/studbook/stored_image.h"
 #include "console/studbook/studbook_file.h"
 
 namespace spx::console {
@@ -85,23 +84,13 @@ studbook_tables NewStudbook::copying(const studbook_tables& tables) {
   copies.events = copied(tables.events, *database_, "events", path_);
   copies.locations = copied(tables.locations, *database_, "locations", path_);
   copies.programs = copied(tables.programs, *database_, "programs", path_);
-  copies.restore = {};  // the rows are wanted
-  copies.keep = [this](std::size_t first) { complete(first); };
   return copies;
-}
-
-void NewStudbook::complete(std::size_t first) {
-  try {
-    createAnimalIndex(*database_);
-    createEventIndex(*database_);
-    storeImage(*database_, first);
-  } catch (const SQLite::Exception& error) {
-    failFor(path_, error);
-  }
 }
 
 bool NewStudbook::finish() {
   try {
+    createAnimalIndex(*database_);
+    createEventIndex(*database_);
     database_->exec("COMMIT");
     database_.reset();
     return replace();

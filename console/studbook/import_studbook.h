@@ -29,9 +29,8 @@ class NewStudbook {
   NewStudbook(const NewStudbook&) = delete;
   NewStudbook& operator=(const NewStudbook&) = delete;
 
-  /// The same tables, of which every row is stored when it is read, and the image of all when they
-  /// have been read; reading them throws Failure when that cannot be done. The object must outlive
-  /// them.
+  /// The same tables, of which every row is stored when it is read; reading them throws Failure when
+  /// that cannot be done. The object must outlive them.
   studbook_tables copying(const studbook_tables& tables);
 
   /// Completes the file, brings it to the disk and puts it in its place. A former studbook file is
@@ -42,7 +41,6 @@ class NewStudbook {
  private:
   void checkTarget() const;
   void create();
-  void complete(std::size_t first);
   bool replace();
   [[noreturn]] void failToWrite() const;
 

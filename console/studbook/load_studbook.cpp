@@ -85,8 +85,6 @@ class RecordRoom {
     return counted;
   }
 
-  void noteRecords(std::size_t records) { filled_.fetch_add(records * sizeof(master_data), std::memory_order_relaxed); }
-
  private:
   std::atomic<std::size_t> filled_ = 0;
   std::optional<PageProvider> pages_;  ///< ends before what it reads does
@@ -106,7 +104,6 @@ void readTable(const table_source& table, Faults& faults, const std::function<vo
 
 void readTables(const studbook_tables& tables, const char* refused) {
   RecordRoom room(tables);
-  const std::size_t first = Animals.records.size();
   const table_source animals = room.filledBy(tables.animals);
   LocationRegistry locations;
   Faults faults;
@@ -118,22 +115,6 @@ void readTables(const studbook_tables& tables, const char* refused) {
     throw Failure(faults.text() + std::to_string(faults.count()) + (faults.count() == 1 ? " fault; " : " faults; ") +
                   refused);
   }
-  if (tables.keep) {
-    tables.keep(first);
-  }
-}
-
-/// Whether what the tables give was put in place without reading them; else nothing was.
-bool restore(const studbook_tables& tables) {
-  if (!tables.restore) {
-    return false;
-  }
-  RecordRoom room(tables);
-  if (tables.restore([&room](std::size_t records) { room.noteRecords(records); })) {
-    return true;
-  }
-  dropStudbook();
-  return false;
 }
 
 /// Only animals of the tables have a location: the pseudo parents live nowhere.
@@ -208,9 +189,7 @@ void buildDerived() {
 
 void load(studbook_tables tables) {
   const LoadingOutput output;
-  if (!restore(tables)) {
-    readTables(tables, "nothing was loaded");
-  }
+  readTables(tables, "nothing was loaded");
   completeRecords(tables.file, tables.format);
   tables = {};
   resolveParents(output);

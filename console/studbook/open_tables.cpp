@@ -31,9 +31,7 @@ studbook_tables openTables(const studbook_files& files) {
           csvSource(tables.events),
           csvSource(tables.locations),
           csvSource(tables.programs),
-          tables.titles,
-          {},
-          {}};
+          tables.titles};
 }
 
 }  // namespace spx::console

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,14 +17,6 @@ struct studbook_tables {
   table_source locations;
   table_source programs;
   std::vector<title_choice> titles;  ///< of the table of animals
-
-  /// Puts into the studbook in use what the tables give, where that is kept beside them; else null.
-  /// Tells how many records there are by and by. @return false when the tables have to be read
-  std::function<bool(const std::function<void(std::size_t)>& note)> restore;
-
-  /// Hears that all tables have been read without a fault, and where their first record is; or
-  /// null.
-  std::function<void(std::size_t first)> keep;
 };
 
 }  // namespace spx::console
