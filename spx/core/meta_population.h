@@ -9,6 +9,7 @@
 
 #include "spx/core/deme_id.h"
 #include "spx/support/export.h"
+#include "spx/support/text_hash.h"
 
 namespace spx {
 
@@ -115,7 +116,7 @@ class SPX_EXPORT MetaPopulation {
   /// Where the members of one level are, by identifier and by name (the first member of a name).
   struct level_index {
     std::unordered_map<packed_deme, std::size_t> by_id;
-    std::unordered_map<std::string, std::size_t> by_name;
+    std::unordered_map<std::string, std::size_t, qs_lib::text_hash> by_name;
     void add(const deme_member& member, std::size_t place);
   };
 

@@ -134,9 +134,9 @@ bool AnimalData::populationPedigree() {
 
 // The memory of the lookups to come, in the order in which one leads to the next.
 void AnimalData::fetchParents(const RecordIndex& known, std::size_t entry) const {
-  if (entry + 16 < index.size()) {
-    known.fetchParents(index[entry + 16]);
-    known.fetchParentPlaces(index[entry + 8]);
+  if (entry + RecordIndex::FETCH_FIRST < index.size()) {
+    known.fetchParents(index[entry + RecordIndex::FETCH_FIRST]);
+    known.fetchParentPlaces(index[entry + RecordIndex::FETCH_NEXT]);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <string_view>
 
@@ -37,16 +36,6 @@ std::uint64_t bytesOf(const char* bytes, std::size_t size) {
   return size == 0 ? 0 : static_cast<unsigned char>(*bytes);
 }
 
-// Words that differ anywhere differ in the low bits, but for rare pairs.
-std::size_t mixed(const id_words& words) {
-  std::uint64_t number = words.low ^ std::rotl(words.high * 0xD1B54A32D192ED03, 32);
-  number ^= number >> 32;
-  number *= 0x9E3779B97F4A7C15;
-  number ^= number >> 29;
-  number *= 0xD6E8FEB86659FD93;
-  return number ^ number >> 32;
-}
-
 }  // namespace
 
 id_words::id_words(const std::string& id) {
@@ -58,7 +47,7 @@ id_words::id_words(const std::string& id) {
     low = numberAt<std::uint64_t>(id.data());
     high = bytesOf(id.data() + WORD, size - WORD) | std::uint64_t{size} << SIZE_SHIFT;
   } else {
-    low = std::hash<std::string_view>()(id);
+    low = qs_lib::text_hash()(id);
     high = std::uint64_t{0xFF} << SIZE_SHIFT;
   }
 }
@@ -83,6 +72,11 @@ std::uint64_t id_words::number() const {
   std::uint64_t pairs = letters - ZEROS;
   pairs = pairs * 10 + (pairs >> 8);
   return ((pairs & PAIRS) * 0x000F424000000064 + (pairs >> 16 & PAIRS) * 0x0000271000000001) >> 32;
+}
+
+std::size_t RecordIndex::hashOf(const id_words& words) const {
+  const std::uint64_t hash = qs_lib::hashWords(words.low, words.high, seed_);
+  return qs_lib::hashWords(hash, seed_[0], seed_);
 }
 
 // Numbers that are much larger than the studbook are taken for other IDs.
@@ -158,7 +152,7 @@ std::size_t RecordIndex::slotFor(const id_words& words, const std::string& id) c
   const auto holdsOther = [&](const slot& place) {
     return place.words != words || (!words.isExact() && keptText(place.number) != id);
   };
-  std::size_t at = mixed(words) & mask;
+  std::size_t at = hashOf(words) & mask;
   while (slots_[at].number != EMPTY && holdsOther(slots_[at])) {
     at = (at + 1) & mask;
   }
@@ -173,7 +167,7 @@ void RecordIndex::growSlots() {
     if (place.number == EMPTY) {
       continue;
     }
-    std::size_t at = mixed(place.words) & mask;
+    std::size_t at = hashOf(place.words) & mask;
     while (slots_[at].number != EMPTY) {
       at = (at + 1) & mask;
     }

@@ -9,11 +9,13 @@
 
 #include "spx/core/master_data.h"
 #include "spx/support/fetch_ahead.h"
+#include "spx/support/text_hash.h"
 
 namespace spx {
 
-/// A studbook ID in two words. Up to fifteen bytes are the ID itself; of a longer one they hold a
-/// hash, and two of them that are equal have to be compared by their texts.
+/// A studbook ID in two words, of bytes in little-endian order, the only one that the index is
+/// compiled for: it reads several bytes, and digits, as one number. Up to fifteen bytes are the ID itself; of a longer
+/// one they hold a hash, and two of them that are equal have to be compared by their texts.
 struct id_words {
   std::uint64_t low;   ///< the first eight bytes, or the hash
   std::uint64_t high;  ///< the bytes after these; above seven of them the size, or 255 for a hash
@@ -42,6 +44,11 @@ struct id_words {
 /// offspring; all others are numbered as they come, and their texts kept.
 class RecordIndex {
  public:
+  /// How many records before its turn a pass prefetches what leads to a record's parents, and then
+  /// what it leads to, half way: each needs the one before it in the cache.
+  static constexpr position FETCH_FIRST = 16;
+  static constexpr position FETCH_NEXT = 8;
+
   /// Enters every record. Linear. The sequence must outlive the index.
   explicit RecordIndex(const std::vector<master_data>& records) : RecordIndex(records, [](const master_data&) {}) {}
 
@@ -49,11 +56,10 @@ class RecordIndex {
   /// @param visit  is handed each record, in their order, while it is at hand
   template <class Visit>
   RecordIndex(const std::vector<master_data>& records, Visit visit) : records_(records) {
-    constexpr position FETCH_AHEAD = 16;
     makeRoom();
     for (position record = 0; record < records.size(); ++record) {
-      if (record + FETCH_AHEAD < records.size()) {
-        const master_data& later = records[record + FETCH_AHEAD];
+      if (record + FETCH_FIRST < records.size()) {
+        const master_data& later = records[record + FETCH_FIRST];
         qs_lib::fetchAhead(&later.stud_id, &later.dam_id);
       }
       addNext();
@@ -117,10 +123,12 @@ class RecordIndex {
   id_number numberOf(const std::string& id);
   std::string textOf(id_number number) const;
   std::string_view keptText(id_number number) const;
+  std::size_t hashOf(const id_words& words) const;
   std::size_t slotFor(const id_words& words, const std::string& id) const;
   void growSlots();
 
   const std::vector<master_data>& records_;
+  const qs_lib::hash_seed& seed_ = qs_lib::processSeed();
   std::size_t first_text_ = 0;                 ///< below are the IDs that are numbers, from here on the others
   std::vector<short_position> first_records_;  ///< by the number of the ID
   std::vector<parent_numbers> parents_;        ///< by record

@@ -5,6 +5,7 @@
 #include <locale.h>
 #include <map>
 #include <random>
+#include <set>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include "spx/support/data_range.h"
 #include "spx/support/number_text.h"
 #include "spx/support/random.h"
+#include "spx/support/text_hash.h"
 #include "spx/support/tokenizer.h"
 
 namespace qs_lib {
@@ -151,4 +153,22 @@ TEST(RandomText, SequenceBelongsToTheSeedAndStaysBelowOne) {
   }
 }
 
+// Texts that were chosen to fall into one slot of a table fall into many with another seed.
+TEST(TextHash, CollidingTextsCannotBeChosenWithoutTheSeed) {
+  constexpr std::uint64_t SLOTS = 256;
+  const hash_seed known = {0x9E3779B97F4A7C15, 0xD1B54A32D192ED03};
+  for (const std::size_t length : {7U, 15U, 33U}) {
+    std::set<std::uint64_t> slots;
+    std::size_t chosen = 0;
+    for (int number = 0; chosen < 64; ++number) {
+      std::string text = std::to_string(number);
+      text.insert(0, length - text.size(), 'a');
+      if (hashText(text, known) % SLOTS == 7) {
+        ++chosen;
+        slots.insert(hashText(text, processSeed()) % SLOTS);
+      }
+    }
+    EXPECT_GT(slots.size(), 30U) << length;
+  }
+}
 }  // namespace qs_lib
