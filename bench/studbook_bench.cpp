@@ -51,8 +51,9 @@ void ReadTable(benchmark::State& state) {
     state.ResumeTiming();
     console::LocationRegistry locations;
     console::Faults faults;
+    console::loading_notes notes;
     Animals.initialize(table.estimate_rows());
-    console::readAnimals(table, {}, locations, faults);
+    console::readAnimals(table, {}, locations, faults, notes);
     if (!faults.empty()) state.SkipWithError(faults.text().c_str());
   }
 }

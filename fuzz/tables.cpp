@@ -6,6 +6,7 @@
 #include "console/base/failure.h"
 #include "console/studbook/load_studbook.h"
 #include "console/tables/csv_table.h"
+#include "console/tables/loading_notes.h"
 #include "fuzz/fuzz_support.h"
 
 namespace spx::fuzz {
@@ -51,8 +52,8 @@ std::size_t countRows(const std::string& file) {
 void checkStudbook(const studbook_files& files) {
   std::size_t animals = 0;
   for (const master_data& animal : Animals.records) {
-    if (animal.birth.location == 0) {
-      continue;  // a pseudo parent, or the stand-in of a parent without a row
+    if (!console::hasRow(animal)) {
+      continue;
     }
     ++animals;
     require(!animal.stud_id.empty(), "an animal without an ID");

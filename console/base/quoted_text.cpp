@@ -9,6 +9,7 @@ namespace spx::console {
 namespace {
 
 constexpr std::size_t LONGEST_TEXT = 60;  // terminal columns
+constexpr std::size_t NAMES_SHOWN = 10;
 
 /// What can be shown of a text at most: a cell may hold megabytes. No UTF-8 character is torn apart.
 std::string_view beginning(std::string_view text) {
@@ -21,11 +22,24 @@ std::string_view beginning(std::string_view text) {
 
 }  // namespace
 
-std::string quotedText(std::string_view text) {
+std::string shownText(std::string_view text) {
   const std::string visible = visibleText(beginning(text));
   const std::string_view shown = firstColumns(visible, LONGEST_TEXT);
   const bool is_cut = shown.size() < visible.size() || beginning(text).size() < text.size();
-  return "\"" + std::string(shown) + (is_cut ? "...\"" : "\"");
+  return std::string(shown) + (is_cut ? "..." : "");
+}
+
+std::string quotedText(std::string_view text) {
+  return "\"" + shownText(text) + "\"";
+}
+
+std::string nameList(const std::vector<std::string>& names) {
+  const std::size_t shown = std::min(names.size(), NAMES_SHOWN);
+  std::string list;
+  for (std::size_t name = 0; name < shown; ++name) {
+    list += (name == 0 ? "" : ", ") + shownText(names[name]);
+  }
+  return shown == names.size() ? list : list + " and " + std::to_string(names.size() - shown) + " more";
 }
 
 }  // namespace spx::console

@@ -40,7 +40,7 @@ void reportLoaded() {
   std::size_t animals = 0;
   std::size_t events = 0;
   for (const master_data& animal : Animals.records) {
-    animals += animal.birth.location != 0 ? 1 : 0;  // the pseudo parents live nowhere
+    animals += hasRow(animal) ? 1 : 0;
     events += animal.moves.size();
   }
   printCount("animals", animals);

@@ -86,7 +86,7 @@ void Session::loadStudbook() {
   if (files.animals.empty()) {
     failWithoutStudbook();
   }
-  console::loadStudbook(files);
+  notes_ = console::loadStudbook(files);
   studbook_loaded_ = true;
 }
 

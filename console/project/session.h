@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "console/studbook/source_files.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 
@@ -51,6 +52,9 @@ class Session {
   /// The same when there is a studbook; nothing otherwise.
   void loadStudbookIfNamed();
 
+  /// Where the rows of the loaded studbook stand, and what else was found when it was loaded.
+  const loading_notes& notes() const { return notes_; }
+
   // Of the open project.
 
   std::string projectDirectory() const;  ///< the key file, the current view and the life history
@@ -66,6 +70,7 @@ class Session {
   session_options options_;
   bool project_open_ = false;
   bool studbook_loaded_ = false;
+  loading_notes notes_;
 };
 
 /// The directory of all projects.

@@ -12,6 +12,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/breeding_program.h"
 #include "spx/core/meta_population.h"
+#include "spx/core/pseudo_ids.h"
 #include "spx/core/studbook.h"
 #include "spx/core/sub_taxa.h"
 #include "spx/core/user_fields.h"
@@ -21,6 +22,7 @@
 
 #include "console/base/failure.h"
 #include "console/base/process_memory.h"
+#include "console/base/quoted_text.h"
 #include "console/base/user_directories.h"
 #include "console/studbook/loading_output.h"
 #include "console/studbook/open_tables.h"
@@ -102,24 +104,22 @@ void readTable(const table_source& table, Faults& faults, const std::function<vo
   }
 }
 
-void readTables(const studbook_tables& tables, const char* refused) {
+loading_notes readTables(const studbook_tables& tables, const char* refused) {
   RecordRoom room(tables);
   const table_source animals = room.filledBy(tables.animals);
   LocationRegistry locations;
   Faults faults;
+  loading_notes notes;
   readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
   readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
-  readTable(animals, faults, [&] { readAnimals(animals, tables.titles, locations, faults); });
+  readTable(animals, faults, [&] { readAnimals(animals, tables.titles, locations, faults, notes); });
   readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults); });
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) + (faults.count() == 1 ? " fault; " : " faults; ") +
                   refused);
   }
-}
-
-/// Only animals of the tables have a location: the pseudo parents live nowhere.
-bool isFromTable(const master_data& animal) {
-  return animal.birth.location != 0;
+  notes.new_locations = locations.metNames();
+  return notes;
 }
 
 /// An end without a location happened where the animal was.
@@ -143,39 +143,48 @@ void noteDates(const master_data& animal) {
   }
 }
 
-void completeRecords(const std::string& file, const std::string& format) {
-  std::size_t pseudo = 0;
-  for (master_data& animal : Animals.records) {
-    if (!isFromTable(animal)) {
+void completeRecords(const std::string& file, const std::string& format, loading_notes& notes) {
+  for (position record = 0; record < Animals.records.size(); ++record) {
+    master_data& animal = Animals.records[record];
+    if (!hasRow(animal)) {
       continue;
     }
     settleEnd(animal);
     if (isPseudoIndividual(animal.stud_id)) {
-      ++pseudo;
+      notes.placeholders.push_back(record);
     } else {
       noteDates(animal);
     }
   }
   Book.name = qs_lib::splitFileName(file).name;
   Book.format = format;
-  if (pseudo != 0) {
-    std::cerr << "spx: " << pseudo << (pseudo == 1 ? " animal counts" : " animals count")
-              << " as pseudo individuals by their identifiers (P..., WILD..., UNK..., MULT..., "
-                 "GROUP..., HERD..., COLONY...)\n";
-  }
 }
 
-void resolveParents(const LoadingOutput& output) {
-  const std::size_t loaded = Animals.records.size();
-  Animals.validate();
-  const std::size_t founders = Animals.records.size() - loaded;
-  if (founders == 0) {
-    return;
+/// Animals whose IDs count as those of pseudo individuals, and parents without a record.
+void report(const loading_notes& notes) {
+  std::vector<std::string> names;
+  for (const position animal : notes.placeholders) {
+    names.push_back(Animals.records[animal].stud_id);
   }
-  std::cerr << "spx: " << founders
-            << (founders == 1 ? " parent without a record became a pseudo founder"
-                              : " parents without a record became pseudo founders")
-            << " (named " << output.parentWarnings() << " times)\n";
+  if (!names.empty()) {
+    std::cerr << "spx: " << names.size()
+              << (names.size() == 1 ? " animal is treated as a placeholder because of its ID: "
+                                    : " animals are treated as placeholders because of their IDs: ")
+              << nameList(names) << "\n";
+  }
+  names.clear();
+  std::size_t references = 0;
+  for (const missing_parent& parent : Animals.missing_parents) {
+    if (!Animals.records[parent.stand_in].stud_id.starts_with(PSEUDO_FOUNDER_PREFIX)) {
+      continue;  // an unknown parent by another name, such as "UNK 7"
+    }
+    names.push_back(parent.id);
+    references += parent.offspring.size();
+  }
+  if (!names.empty()) {
+    std::cerr << "spx: " << names.size() << (names.size() == 1 ? " parent has" : " parents have") << " no record ("
+              << references << (references == 1 ? " reference): " : " references): ") << nameList(names) << "\n";
+  }
 }
 
 /// No lookup: no command searches for more than a few animals by their IDs.
@@ -187,13 +196,15 @@ void buildDerived() {
   Animals.flagBreeders();
 }
 
-void load(studbook_tables tables) {
+loading_notes load(studbook_tables tables) {
   const LoadingOutput output;
-  readTables(tables, "nothing was loaded");
-  completeRecords(tables.file, tables.format);
+  loading_notes notes = readTables(tables, "nothing was loaded");
+  completeRecords(tables.file, tables.format, notes);
   tables = {};
-  resolveParents(output);
+  Animals.validate();
+  report(notes);
   buildDerived();
+  return notes;
 }
 
 }  // namespace
@@ -208,16 +219,16 @@ void dropStudbook() {
   Book = Studbook();
 }
 
-void loadStudbook(const studbook_files& files) {
+loading_notes loadStudbook(const studbook_files& files) {
   dropStudbook();
-  loadStudbook(openTables(files));
+  return loadStudbook(openTables(files));
 }
 
-void loadStudbook(studbook_tables tables) {
+loading_notes loadStudbook(studbook_tables tables) {
   dropStudbook();
   makeUserDirectories();
   try {
-    load(std::move(tables));
+    return load(std::move(tables));
   } catch (...) {
     dropStudbook();
     throw;

@@ -2,6 +2,7 @@
 
 #include "console/studbook/source_files.h"
 #include "console/studbook/studbook_tables.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 
@@ -9,15 +10,16 @@ namespace spx::console {
 /// with their events, demes, programmes, taxa and user-defined fields; then resolves and checks the
 /// parents, indexes, keys and builds the pedigree.
 ///
-/// Whatever was loaded before is dropped. Nothing reaches standard output; standard error tells how
-/// many pseudo individuals and pseudo founders there are.
+/// Whatever was loaded before is dropped. Nothing reaches standard output; standard error names the
+/// animals that count as pseudo individuals and the parents without a record.
 ///
 /// Throws Failure when a table has faults, with the text of the faults, and UsageError; either way
 /// the objects are empty afterwards.
-void loadStudbook(const studbook_files& files);
+/// @return where the rows stand, and what else was found
+loading_notes loadStudbook(const studbook_files& files);
 
 /// The same from tables that are open; they are let go once they are read.
-void loadStudbook(studbook_tables tables);
+loading_notes loadStudbook(studbook_tables tables);
 
 /// Reads the tables for their faults alone: throws what loadStudbook throws, and leaves the objects
 /// empty.

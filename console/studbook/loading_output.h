@@ -1,13 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <streambuf>
 
 namespace spx::console {
 
 /// While it lives, nothing that the library writes reaches standard output, which is for results:
-/// progress goes to standard error if that is a terminal and nowhere otherwise, the warnings of
-/// parents without a record are counted, and all other texts go to standard error.
+/// progress goes to standard error if that is a terminal and nowhere otherwise. Displayed texts are
+/// dropped: they are the warnings of parents without a record, which Animals.missing_parents holds.
 class LoadingOutput {
  public:
   LoadingOutput();
@@ -15,13 +14,9 @@ class LoadingOutput {
   LoadingOutput(const LoadingOutput&) = delete;
   LoadingOutput& operator=(const LoadingOutput&) = delete;
 
-  /// How often a parent was sought that has no record.
-  std::size_t parentWarnings() const { return parent_warnings_; }
-
  private:
   std::streambuf* output_;
   bool verbose_;
-  std::size_t parent_warnings_ = 0;
 };
 
 }  // namespace spx::console

@@ -10,7 +10,6 @@
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/sub_taxa.h"
 #include "spx/core/user_fields.h"
-#include "spx/views/predicates.h"
 
 #include "console/base/quoted_text.h"
 #include "console/tables/event_cells.h"
@@ -95,9 +94,10 @@ std::optional<taxon_handle> registerTaxon(std::string_view text) {
 class AnimalsReader {
  public:
   AnimalsReader(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
-                Faults& faults)
+                Faults& faults, loading_notes& notes)
       : table_(source, ANIMAL_FIELDS, ID_CELL, choices, faults),
         locations_(locations),
+        notes_(notes),
         guesses_(table_.otherColumns().size()) {}
 
   void read() {
@@ -106,6 +106,9 @@ class AnimalsReader {
     }
     while (table_.next()) {
       readRow();
+    }
+    if (has_wild_mates_) {
+      Animals.nameWildMates();
     }
     for (std::size_t field = 0; field < guesses_.size(); ++field) {
       user_field_list[field].type = guesses_[field].type();
@@ -134,7 +137,9 @@ class AnimalsReader {
     readEnd(animal);
     readNumbers(animal);
     readUserData(animal);
-    nameWildMate(animal);
+    has_wild_mates_ |= (animal.sire_id == WILD_PARENT) != (animal.dam_id == WILD_PARENT);
+    notes_.lines.resize(Animals.records.size());
+    notes_.lines.push_back(static_cast<std::uint32_t>(table_.line()));
     Animals.addMaster(std::move(animal));
   }
 
@@ -207,20 +212,10 @@ class AnimalsReader {
     }
   }
 
-  /// The wild mate of a known parent gets an identity. The mate of an unknown or group parent does
-  /// not: all such offspring of the studbook would share one wild parent.
-  static void nameWildMate(master_data& animal) {
-    const bool wild_sire = animal.sire_id == WILD_PARENT;
-    if (wild_sire == (animal.dam_id == WILD_PARENT)) {
-      return;
-    }
-    if (!isPseudoIndividual(wild_sire ? animal.dam_id : animal.sire_id)) {
-      Animals.checkPseudoFounder(animal);
-    }
-  }
-
   FieldTable table_;
   LocationRegistry& locations_;
+  loading_notes& notes_;
+  bool has_wild_mates_ = false;
   std::vector<TypeGuess> guesses_;
   RememberedWords<SEX> sexes_{parseSex};
   RememberedWords<BIRTH_TYPE> origins_{parseOrigin};
@@ -236,8 +231,9 @@ std::span<const table_field> animalFields() {
 }
 
 void readAnimals(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
-                 Faults& faults) {
-  AnimalsReader(source, choices, locations, faults).read();
+                 Faults& faults, loading_notes& notes) {
+  notes.animals_table = source.name;
+  AnimalsReader(source, choices, locations, faults, notes).read();
 }
 
 }  // namespace spx::console

@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "spx/core/animal_data.h"
+#include "spx/support/text_hash.h"
 
 #include "console/base/quoted_text.h"
 #include "console/tables/animals_table.h"
 #include "console/tables/event_cells.h"
 #include "console/tables/field_table.h"
+#include "console/tables/loading_notes.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -32,9 +34,8 @@ class EventsReader {
  public:
   EventsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
       : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations) {
-    // Only animals of the tables have a location; the pseudo parents take no events.
     for (master_data& animal : Animals.records) {
-      if (animal.birth.location != 0) {
+      if (hasRow(animal)) {
         rows_.push_back(&animal);
       }
     }
@@ -98,7 +99,7 @@ class EventsReader {
   LocationRegistry& locations_;
   // The records do not move while events are read, so the texts may be theirs.
   std::vector<master_data*> rows_;
-  std::unordered_map<std::string_view, master_data*> animals_;
+  std::unordered_map<std::string_view, master_data*, qs_lib::text_hash> animals_;
 };
 
 }  // namespace

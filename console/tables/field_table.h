@@ -40,8 +40,11 @@ class FieldTable {
   /// The cell of a field; empty when the table has no such column. Valid until next().
   std::string_view operator[](std::size_t field) const;
 
+  /// @{
   /// See RowSource.
+  std::size_t line() const { return rows_->line(); }
   std::size_t animalRow() const { return rows_->animalRow(); }
+  /// @}
 
   /// A cell by its column.
   std::string_view cell(std::size_t column) const { return (*rows_)[column]; }

@@ -82,7 +82,8 @@ place LocationRegistry::findIdentifier(std::string_view text, std::string& reaso
   if (!isKnown(*deme)) {
     by_identifier_ = true;
     addAbove(*deme);
-    enter(*deme, shortDemeText(*deme), {});
+    met_names_.push_back(shortDemeText(*deme));
+    enter(*deme, met_names_.back(), {});
   }
   return {deme->binary(), numbers_.at(deme->binary())};
 }
@@ -118,7 +119,8 @@ place LocationRegistry::findName(std::string_view text, std::string& reason) {
   }
   by_name_ = true;
   needLevels(deme.getLevel());
-  return enter(deme, std::string(text), {});
+  met_names_.emplace_back(text);
+  return enter(deme, met_names_.back(), {});
 }
 
 DemeID LocationRegistry::freeDeme() {

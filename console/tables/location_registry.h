@@ -9,6 +9,7 @@
 
 #include "spx/core/deme_id.h"
 #include "spx/core/meta_population.h"
+#include "spx/support/text_hash.h"
 
 namespace spx::console {
 
@@ -38,20 +39,19 @@ class LocationRegistry {
   /// @return the place; deme 0 when there is none
   place find(std::string_view text, std::string& reason);
 
+  /// The names of the demes that find() has registered, in that order.
+  const std::vector<std::string>& metNames() const { return met_names_; }
+
   /// The deme of the animals whose location is not known, "unknown"; registered at the first call.
   place unknown();
 
  private:
-  struct text_hash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-  };
   struct named_place {
     place where;
     bool ambiguous = false;
   };
   template <typename Value>
-  using text_map = std::unordered_map<std::string, Value, text_hash, std::equal_to<>>;
+  using text_map = std::unordered_map<std::string, Value, qs_lib::text_hash, std::equal_to<>>;
 
   place findAnew(std::string_view text, std::string& reason);
   place findIdentifier(std::string_view text, std::string& reason);
@@ -65,6 +65,7 @@ class LocationRegistry {
   bool complete_ = false;
   bool by_identifier_ = false;  ///< demes were registered by identifiers met in a table
   bool by_name_ = false;        ///< demes were registered by names met in a table
+  std::vector<std::string> met_names_;
   std::uint32_t next_free_ = 0;
   place unknown_;
   std::unordered_map<packed_deme, std::uint64_t> numbers_;

@@ -81,6 +81,7 @@ bool AnimalData::clearList() {
 bool AnimalData::clearStudbook() {
   clearList();
   inconsistencies.clear();
+  missing_parents.clear();
   text.clear();
   sort_field_ = SORT_FIELD::STUDBOOK_ID;
   records_changed = true;

@@ -9,6 +9,7 @@
 #include "spx/core/enumerations.h"
 #include "spx/core/inconsistency.h"
 #include "spx/core/master_data.h"
+#include "spx/core/missing_parent.h"
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
 #include "spx/support/text.h"
@@ -112,6 +113,13 @@ class SPX_EXPORT AnimalData {
   /// @return whether the record was changed; no message
   bool checkPseudoFounder(master_data& animal);
 
+  /// Gives the wild mates of known parents identities: does for every record what checkPseudoFounder
+  /// does for one, unless the other parent is a pseudo individual, whose offspring would all share
+  /// one wild parent. The founders are appended in the order of their first offspring; a record of
+  /// that ID stands in for one. One pass, expected constant time a record.
+  /// @return how many founders were added
+  std::size_t nameWildMates();
+
   /// The record of a parent: the first one with that ID. A missing parent becomes a pseudo founder:
   /// "UNKM", "UNKF" or "UNK" by sex for IDs that begin with "UNK", else "P" and the whole ID. It is
   /// added unless it exists, and the console shows "Warning: record of parent id # ... does not
@@ -124,6 +132,7 @@ class SPX_EXPORT AnimalData {
   /// "UNKF"; with several taxa, generic animals inherit the taxon that their parents share. Pseudo
   /// individuals are not checked and become generic.
   ///
+  /// Parents without a record go to `missing_parents`.
   /// What is found goes to `inconsistencies` and, a line each, into
   /// "~/spx/projects/studbook-errors.txt", which is replaced. When that file cannot be written
   /// "Cannot write studbook error file" is reported once. Findings never make it fail. Linear.
@@ -181,9 +190,10 @@ class SPX_EXPORT AnimalData {
   std::vector<pedigree_record> pedigree;                                 ///< made by populationPedigree
   std::map<std::string, position, qs_lib::map_key<std::string>> lookup;  ///< made by createLookup
   std::string text;                                                      ///< the host's; emptied by clearStudbook
-  bool records_changed = true;                 ///< for the host; set by addMaster and clearStudbook
-  bool derived_changed = true;                 ///< for the host; set likewise
-  std::vector<inconsistency> inconsistencies;  ///< the findings of the last validate
+  bool records_changed = true;                  ///< for the host; set by addMaster and clearStudbook
+  bool derived_changed = true;                  ///< for the host; set likewise
+  std::vector<inconsistency> inconsistencies;   ///< the findings of the last validate
+  std::vector<missing_parent> missing_parents;  ///< those met by the last validate, in that order
 
  private:
   template <class Order>
@@ -201,6 +211,7 @@ class SPX_EXPORT AnimalData {
   struct Validation;
   void validateRecord(position record, Validation& pass);
   taxon_handle validateParent(position record, SEX sex, Validation& pass);
+  void noteMissing(position record, SEX sex, position stand_in, Validation& pass);
   void setTaxon(position record, taxon_handle taxon, Validation& pass);
   void writeInconsistencies() const;
 

@@ -2,6 +2,8 @@
 // studbook.
 #include <algorithm>
 #include <limits>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "spx/core/animal_data.h"
 #include "spx/core/errors.h"
@@ -12,6 +14,7 @@
 #include "spx/support/fetch_ahead.h"
 #include "spx/support/progress_bar.h"
 #include "spx/support/text.h"
+#include "spx/support/text_hash.h"
 #include "spx/support/write_file.h"
 
 namespace spx {
@@ -52,6 +55,10 @@ std::string substituteOf(const std::string& id, SEX sex) {
     return UNKNOWN_SIRE;
   }
   return sex == SEX::FEMALE ? UNKNOWN_DAM : UNKNOWN_PARENT;
+}
+
+std::string wildMateOf(const std::string& known_id) {
+  return PSEUDO_FOUNDER_PREFIX + qs_lib::allTrim(known_id);
 }
 
 void warnOfMissing(const std::string& id, const std::string& substitute) {
@@ -129,9 +136,35 @@ bool AnimalData::checkPseudoFounder(master_data& animal) {
   }
   std::string& wild_id = wild_sire ? animal.sire_id : animal.dam_id;
   const std::string& known_id = wild_sire ? animal.dam_id : animal.sire_id;
-  wild_id = PSEUDO_FOUNDER_PREFIX + qs_lib::allTrim(known_id);
+  wild_id = wildMateOf(known_id);
   addPseudoFounder(wild_id, wild_sire ? SEX::MALE : SEX::FEMALE);
   return true;
+}
+
+std::size_t AnimalData::nameWildMates() {
+  const std::size_t loaded = records.size();
+  std::unordered_set<std::string, qs_lib::text_hash> taken;  // of the IDs that a founder could have
+  for (const master_data& animal : records) {
+    if (animal.stud_id.starts_with(PSEUDO_FOUNDER_PREFIX)) {
+      taken.insert(animal.stud_id);
+    }
+  }
+  for (position record = 0; record < loaded; ++record) {
+    const bool wild_sire = records[record].sire_id == WILD_PARENT;
+    if (wild_sire == (records[record].dam_id == WILD_PARENT)) {
+      continue;
+    }
+    std::string& wild_id = wild_sire ? records[record].sire_id : records[record].dam_id;
+    const std::string& known_id = wild_sire ? records[record].dam_id : records[record].sire_id;
+    if (isPseudoIndividual(known_id)) {
+      continue;
+    }
+    wild_id = wildMateOf(known_id);
+    if (taken.insert(wild_id).second) {
+      appendPseudo(std::string(wild_id), wild_sire ? SEX::MALE : SEX::FEMALE, dayOf(FOUNDER_BIRTH));
+    }
+  }
+  return records.size() - loaded;
 }
 
 position AnimalData::findParent(const std::string& id, SEX sex) {
@@ -167,6 +200,7 @@ struct AnimalData::Validation {
   std::vector<parent_facts> facts;  ///< by record
   RecordIndex known;
   taxon_handle generic = Subspecies.getGeneric();
+  std::unordered_map<std::string, std::size_t, qs_lib::text_hash> missing;  ///< places in missing_parents, by ID
   bool is_taxon_inherited = Subspecies.names().size() > 1 && generic != Subspecies.end();
 
   explicit Validation(const std::vector<master_data>& records)
@@ -189,13 +223,14 @@ bool AnimalData::validate() {
     return false;
   }
   inconsistencies.clear();
+  missing_parents.clear();
   Validation pass(records);
   qs_lib::ProgressBar bar(records.size(), "");
   for (position record = 0; record < records.size(); ++record) {
     bar.progress();
-    if (record + 16 < records.size()) {
-      pass.known.fetchParentPlaces(record + 16);
-      pass.fetchParentsOf(record + 8);
+    if (record + RecordIndex::FETCH_FIRST < records.size()) {
+      pass.known.fetchParentPlaces(record + RecordIndex::FETCH_FIRST);
+      pass.fetchParentsOf(record + RecordIndex::FETCH_NEXT);
     }
     validateRecord(record, pass);
   }
@@ -223,7 +258,11 @@ void AnimalData::validateRecord(position record, Validation& pass) {
 taxon_handle AnimalData::validateParent(position record, SEX sex, Validation& pass) {
   const bool is_sire = sex == SEX::MALE;
   std::string master_data::*parent_id = is_sire ? &master_data::sire_id : &master_data::dam_id;
+  const bool missing = (is_sire ? pass.known.findSire(record) : pass.known.findDam(record)) == records.size();
   const position found = parentOf(record, sex, pass.known);
+  if (missing) {
+    noteMissing(record, sex, found, pass);
+  }
   if (pass.facts.size() < records.size()) {
     pass.facts.emplace_back(records.back());
   }
@@ -244,6 +283,19 @@ taxon_handle AnimalData::validateParent(position record, SEX sex, Validation& pa
     report(is_sire ? INCONSISTENCY::SIRE_NOT_OLDER : INCONSISTENCY::DAM_NOT_OLDER);
   }
   return parent.taxon;
+}
+
+void AnimalData::noteMissing(position record, SEX sex, position stand_in, Validation& pass) {
+  const bool is_sire = sex == SEX::MALE;
+  std::string id = is_sire ? pass.known.sireId(record) : pass.known.damId(record);
+  const auto [place, is_new] = pass.missing.try_emplace(std::move(id), missing_parents.size());
+  if (is_new) {
+    missing_parents.push_back({place->first, sex, stand_in, {}});
+  }
+  std::vector<position>& offspring = missing_parents[place->second].offspring;
+  if (offspring.empty() || offspring.back() != record) {
+    offspring.push_back(record);
+  }
 }
 
 void AnimalData::setTaxon(position record, taxon_handle taxon, Validation& pass) {

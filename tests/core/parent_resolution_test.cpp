@@ -51,6 +51,22 @@ TEST_F(Parents, TheWildMateOfAKnownParentGetsAnIdentity) {
   EXPECT_EQ(lineOf(Animals.records[1]), "P8 UNKM UNKF female 1802");
 }
 
+TEST_F(Parents, WildMatesOfAStudbookAreNamedAtOnce) {
+  const char* const rows[][3] = {{"1", "WILD", "WILD"}, {"P9", "WILD", "8"}, {"3", "WILD", " 8"},
+                                 {"4", "1", "WILD"},    {"5", "WILD", "9"},  {"6", "MULT2", "WILD"}};
+  for (const auto& [id, sire, dam] : rows) {
+    Animals.addMaster(animalOf(id, sire, dam, SEX::MALE, 1));
+  }
+  EXPECT_EQ(Animals.nameWildMates(), 2U) << "P8 and P1; P9 has a record";
+  std::string parents;
+  for (position record = 0; record < 6; ++record) {
+    parents += Animals.records[record].sire_id + "+" + Animals.records[record].dam_id + " ";
+  }
+  EXPECT_EQ(parents, "WILD+WILD P8+8 P8+ 8 1+P1 P9+9 MULT2+WILD ");
+  EXPECT_EQ(lineOf(Animals.records[6]) + lineOf(Animals.records[7]), "P8 UNKM UNKF male 1802P1 UNKM UNKF female 1802");
+  EXPECT_EQ(Animals.nameWildMates(), 0U);
+}
+
 TEST_F(Parents, AMissingParentBecomesAPseudoFounderAndIsWarnedOfEachTime) {
   const std::string lines = "two\nlines", huge(1 << 20, '7');
   const std::tuple<std::string, SEX, std::string> cases[] = {
@@ -95,6 +111,24 @@ TEST_F(Validation, WritesWhatItFindsInTheOrderOfTheRecords) {
     taxa += Subspecies.getName(animal.taxon)[0];
   }
   EXPECT_EQ(taxa, "ssnssggngggggggg");
+}
+
+TEST_F(Validation, NamesMissingParentsWithTheirOffspring) {
+  Animals.addPseudoParents();
+  Animals.addMaster(animalOf("50", "99", "98", SEX::MALE, 1));
+  Animals.addMaster(animalOf("51", "98", "98", SEX::MALE, 1));
+  Animals.addMaster(animalOf("52", "UNK 7", "UNKF", SEX::MALE, 1));
+  for (int time = 0; time < 2; ++time) {
+    Animals.validate();
+    std::string found;
+    for (const missing_parent& parent : Animals.missing_parents) {
+      found += parent.id + " " + getEnumName(parent.sex) + " " + Animals.records[parent.stand_in].stud_id + ": " +
+               idsOf(parent.offspring) + "| ";
+    }
+    EXPECT_EQ(found, "99 male P99: 31 50 | 98 female P98: 50 51 | UNK 7 male UNKM: 52 | ") << "at every validation";
+  }
+  Animals.clearStudbook();
+  EXPECT_TRUE(Animals.missing_parents.empty());
 }
 
 // Every founder that is added moves the records: no reference into them may be kept.

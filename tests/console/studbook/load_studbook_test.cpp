@@ -37,19 +37,21 @@ class LoaderTest : public ConsoleTest, public testing::WithParamInterface<bool> 
     try {
       const studbook_files files = {
           write("a.csv", animals), write("e.csv", events), write("l.csv", locations), write("p.csv", programs), {}};
-      GetParam() ? loadFile(files) : loadStudbook(files);
+      notes = GetParam() ? loadFile(files) : loadStudbook(files);
     } catch (const Failure& failure) {
       return failure.what();
     }
     return "";
   }
 
+  loading_notes notes;
+
  private:
-  void loadFile(const studbook_files& files) {
+  loading_notes loadFile(const studbook_files& files) {
     NewStudbook book(at("a.studbook"));
     loadStudbook(book.copying(openTables(files)));
     book.finish();
-    loadStudbook(openTables({at("a.studbook"), "", "", "", {}}));
+    return loadStudbook(openTables({at("a.studbook"), "", "", "", {}}));
   }
 };
 
@@ -150,10 +152,23 @@ TEST_P(LoaderTest, ParentsBecomeResolvable) {
   // Nine rows, five pseudo parents, and P2, P99, P98, PMULT3; the room was reserved at once.
   EXPECT_EQ(Animals.records.size(), 18U);
   EXPECT_EQ(takeOutput(), "");
-  const std::string notes = takeErrors();
-  EXPECT_NE(notes.find("1 animal counts as pseudo individuals"), std::string::npos) << notes;
-  EXPECT_NE(notes.find("3 parents without a record became pseudo founders (named 4 times)"), std::string::npos)
-      << notes;
+  const std::string errors = takeErrors();
+  EXPECT_NE(errors.find("1 animal is treated as a placeholder because of its ID: Pedro\n"), std::string::npos)
+      << errors;
+  EXPECT_NE(errors.find("3 parents have no record (4 references): 99, 98, MULT3\n"), std::string::npos) << errors;
+}
+
+TEST_P(LoaderTest, RowsAreFoundAgain) {
+  EXPECT_EQ(load("id,sire,dam,location\n\n1,WILD,2,Zoo\nPedro,,,Park\n\n\"2\n\",,,\n3,WILD,1,Zoo\n"), "");
+  std::string places;
+  for (position record = 0; record <= Animals.records.size(); ++record) {
+    places += std::to_string(notes.lineOf(record)) + " ";
+  }
+  EXPECT_EQ(places, GetParam() ? "0 0 0 0 0 1 2 3 4 0 0 0 " : "0 0 0 0 0 3 4 6 8 0 0 0 ");
+  EXPECT_EQ(notes.placeOf(6), at(GetParam() ? "a.studbook (animals):2" : "a.csv:4"));
+  EXPECT_EQ(notes.placeOf(0), "");
+  EXPECT_EQ(notes.placeholders, std::vector<position>{6});
+  EXPECT_EQ(notes.new_locations, (std::vector<std::string>{"Zoo", "Park"}));
 }
 
 struct fault_case {
