@@ -6,10 +6,13 @@
 #include "spx/analyses/data_summary.h"
 #include "spx/analyses/listings.h"
 #include "spx/core/animal_data.h"
+#include "spx/core/meta_population.h"
+#include "spx/project/biology.h"
 #include "spx/views/data_filter.h"
 
 #include "bench/loaded_studbook.h"
 #include "bench/sizes.h"
+#include "console/check/check_studbook.h"
 #include "console/studbook/load_studbook.h"
 #include "console/tables/animals_table.h"
 #include "console/tables/csv_table.h"
@@ -74,6 +77,20 @@ void Validate(benchmark::State& state) {
   measure(state, [] { Animals.validate(); });
 }
 BENCHMARK(Validate)->Apply(allSizes);
+
+/// All rules of `spx check`.
+void CheckStudbook(benchmark::State& state) {
+  measure(state, [] {
+    const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(std::string("2026-01-01")));
+    benchmark::DoNotOptimize(console::checkStudbook({Animals.records, LifeHistory, MetaPop, today, {}}));
+  });
+}
+BENCHMARK(CheckStudbook)->Apply(allSizes);
+
+void SelectAncestors(benchmark::State& state) {
+  measure(state, [] { Animals.selectAncestors(Animals.records.back().stud_id); });
+}
+BENCHMARK(SelectAncestors)->Apply(allSizes);
 
 void PopulationPedigree(benchmark::State& state) {
   measure(state, [] { Animals.populationPedigree(); });

@@ -33,7 +33,8 @@ constexpr check_code CODES[] = {
      "An animal was certainly born before its parent, or on the same day.",
      "3 was born 1990-05-01, its sire 1 was born 1995-01-01"},
     {CHECK::BORN_AFTER_DAM_DIED, "born-after-dam-died", SEVERITY::ERROR, "Births after the dam's death",
-     "An animal was certainly born after its dam had died.", "3 was born 2000-05-01, its dam 2 died 1999"},
+     "An animal was certainly born after its dam had died; of species that lay eggs, more than an incubation after it.",
+     "3 was born 2000-05-01, its dam 2 died 1999"},
     {CHECK::CONCEIVED_AFTER_SIRE_DIED, "conceived-after-sire-died", SEVERITY::ERROR,
      "Births too long after the sire's death",
      "An animal was certainly born more than a gestation after its sire had died: the gestation of the life history, "
@@ -45,7 +46,7 @@ constexpr check_code CODES[] = {
      "An event of an animal lies after its death.", "3 died 2005, but has the event arrival on 2006-02-03"},
     {CHECK::DAM_IN_TWO_PLACES, "dam-in-two-places", SEVERITY::ERROR, "Dams in two places",
      "Two animals of one dam were born on the same day at different institutions, or an animal was born where its dam "
-     "cannot have been.",
+     "cannot have been. Not for species that lay eggs.",
      "2 gave birth to 3 and 4 on 2000-05-01 at two places, North and South"},
     {CHECK::PLACEHOLDER_ID, "placeholder-id", SEVERITY::WARNING, "IDs that are treated as placeholders",
      "An ID that begins with P, WILD, UNK, MULT, GROUP, HERD or COLONY stands for an unknown animal. No listing shows "

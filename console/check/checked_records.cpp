@@ -66,6 +66,11 @@ bool isFromTable(const master_data& animal) {
   return animal.birth.location != 0;
 }
 
+bool laysEggs(const Biology& life_history) {
+  return life_history.get("REPRODUCTIVE_SYSTEM").value ==
+         std::to_string(static_cast<std::uint32_t>(REPRODUCTIVE_SYSTEM::OVIPAROUS));
+}
+
 std::optional<date_range> knownDays(const move_data& event) {
   if (event.date == 0 || event.accuracy >= DATE_ACCURACY::UNKNOWN) {
     return std::nullopt;

@@ -81,6 +81,9 @@ class CheckedRecords {
 /// Whether the record stands in a table: all of its animals have a location, and the pseudo parents live nowhere.
 bool isFromTable(const master_data& animal);
 
+/// Whether the life history says that the species lays eggs, which may hatch after the dam's death and elsewhere.
+bool laysEggs(const Biology& life_history);
+
 /// The days on which an event can have happened; nothing when it has no date, or one that is only a guess.
 std::optional<date_range> knownDays(const move_data& event);
 

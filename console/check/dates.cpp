@@ -33,6 +33,7 @@ class Dates {
       : records_(records), findings_(findings), biology_(records.book().life_history) {
     const double days = biology_.getGestation();
     gestation_ = days > 0 ? days : LONGEST_GESTATION;
+    after_dam_ = laysEggs(biology_) ? gestation_ : 0;
     ages_[0] = biology_.getReproductiveAge(SEX::MALE);
     ages_[1] = biology_.getReproductiveAge(SEX::FEMALE);
   }
@@ -95,9 +96,10 @@ class Dates {
     if (!born || !parent_died) {
       return;
     }
-    if (role == 1 && born->first > parent_died->last) {
+    const auto days_after = static_cast<double>(born->first - parent_died->last);
+    if (role == 1 && days_after > after_dam_) {
       addAfterDeath(CHECK::BORN_AFTER_DAM_DIED, record, parent, role, "");
-    } else if (role == 0 && static_cast<double>(born->first - parent_died->last) > gestation_) {
+    } else if (role == 0 && days_after > gestation_) {
       addAfterDeath(CHECK::CONCEIVED_AFTER_SIRE_DIED, record, parent, role, ", more than a gestation before");
     }
   }
@@ -168,6 +170,7 @@ class Dates {
   std::vector<finding>& findings_;
   const Biology& biology_;
   double gestation_ = 0;
+  double after_dam_ = 0;  ///< how many days after its dam's death an animal may be born
   qs_lib::DataRange<double> ages_[2] = {{0, 0}, {0, 0}};
   std::size_t undecided_ = 0;
 };

@@ -53,6 +53,7 @@ class Litters {
     const Biology& biology = records.book().life_history;
     // Births of one litter take some days even where the life history has no range for them.
     longest_litter_ = std::max(lifeHistoryDays(biology, "BIRTHDATE_RANGE"), 3.0);
+    lays_eggs_ = laysEggs(biology);
     const qs_lib::DataRange<double> interval = biology.getBirthInterval();
     const bool has_interval = interval.upper > 0 && interval.lower <= interval.upper;
     shortest_interval_ = has_interval ? interval.lower : 0.9 * gestation_;
@@ -98,7 +99,7 @@ class Litters {
     if (first.stud_id == second.stud_id) {
       return false;  // one animal twice: there is a rule for that
     }
-    if (whereabouts_.areApart(first.birth.location, second.birth.location)) {
+    if (!lays_eggs_ && whereabouts_.areApart(first.birth.location, second.birth.location)) {
       finding found = aboutBirths(CHECK::DAM_IN_TWO_PLACES, a, b);
       const std::string places =
           whereabouts_.name(first.birth.location) + " and " + whereabouts_.name(second.birth.location);
@@ -146,7 +147,7 @@ class Litters {
     const master_data& animal = records_[birth.record];
     const master_data& dam = records_[birth.dam];
     const std::vector<packed_deme> at_birth = whereabouts_.placesOf(dam, birth.days);
-    if (whereabouts_.areApart({animal.birth.location}, at_birth)) {
+    if (!lays_eggs_ && whereabouts_.areApart({animal.birth.location}, at_birth)) {
       finding found = records_.about(CHECK::DAM_IN_TWO_PLACES, birth.record);
       found.animals.push_back(dam.stud_id);
       const std::string where = whereabouts_.name(animal.birth.location);
@@ -203,6 +204,7 @@ class Litters {
   double longest_litter_ = 0;
   double shortest_interval_ = 0;
   bool has_single_births_ = false;
+  bool lays_eggs_ = false;
 };
 
 }  // namespace

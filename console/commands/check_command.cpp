@@ -27,6 +27,8 @@ struct check_options {
   std::vector<std::string> except;
   bool all = false;
   bool strict = false;
+  bool placeholders = false;
+  std::string id_prefix;
 };
 
 std::vector<CHECK> rulesOf(const std::vector<std::string>& codes, const char* option) {
@@ -50,20 +52,23 @@ bool isAmong(const std::vector<CHECK>& rules, CHECK rule) {
   return std::find(rules.begin(), rules.end(), rule) != rules.end();
 }
 
-std::vector<finding> chosenFindings(const check_options& options) {
+std::vector<finding> chosenFindings(const check_options& options, const loading_notes& notes) {
   const std::vector<CHECK> only = rulesOf(options.only, "--only");
   const std::vector<CHECK> except = rulesOf(options.except, "--except");
   const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
-  std::vector<finding> findings = checkStudbook({Animals.records, LifeHistory, MetaPop, today, {}});
+  const auto place_of = [&notes](position record) { return source_place{notes.animals_table, notes.lineOf(record)}; };
+  std::vector<finding> findings = checkStudbook({Animals.records, LifeHistory, MetaPop, today, place_of});
   std::erase_if(findings, [&](const finding& one) {
-    return (!only.empty() && !isAmong(only, one.check)) || isAmong(except, one.check);
+    return (!only.empty() && !isAmong(only, one.check)) || isAmong(except, one.check) ||
+           (options.placeholders && one.check == CHECK::PLACEHOLDER_ID);
   });
   return findings;
 }
 
 ExitCode check(Session& session, const check_options& options) {
+  session.useIdPrefix(options.id_prefix);
   session.loadStudbook();
-  const std::vector<finding> findings = chosenFindings(options);
+  const std::vector<finding> findings = chosenFindings(options, session.notes());
   if (options.format == OUTPUT_FORMAT::TEXT) {
     const auto animals = std::count_if(Animals.records.begin(), Animals.records.end(), isFromTable);
     listFindings(std::cout, findings, options.all, static_cast<std::size_t>(animals));
@@ -71,28 +76,35 @@ ExitCode check(Session& session, const check_options& options) {
     writeFindings(std::cout, options.format, findings);
   }
   const finding_counts counts(findings);
-  return counts.errors != 0 || (options.strict && counts.warnings != 0) ? ExitCode::DATA_FAULTS : ExitCode::DONE;
+  // Nothing can be said of animals that no rule looks at: their keeper has to accept them.
+  const bool has_placeholders = std::any_of(findings.begin(), findings.end(),
+                                            [](const finding& one) { return one.check == CHECK::PLACEHOLDER_ID; });
+  const bool is_faulty = counts.errors != 0 || has_placeholders || (options.strict && counts.warnings != 0);
+  return is_faulty ? ExitCode::DATA_FAULTS : ExitCode::DONE;
 }
 
 }  // namespace
 
 void addCheckCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<check_options>();
-  commands.push_back({"check", "List what is wrong with the studbook, or may be",
-                      [options](Session& session) { return check(session, *options); },
-                      [options](CLI::App& app) {
-                        app.add_option("--only", options->only, "Findings with this code only; may be repeated")
-                            ->type_name("CODE")
-                            ->delimiter(',')
-                            ->allow_extra_args(false);
-                        app.add_option("--except", options->except, "No findings with this code; may be repeated")
-                            ->type_name("CODE")
-                            ->delimiter(',')
-                            ->allow_extra_args(false);
-                        app.add_flag("--all", options->all, "List all findings, not the first ten of each kind");
-                        app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
-                        addFormatOption(app, options->format);
-                      }});
+  commands.push_back(
+      {"check", "List what is wrong with the studbook, or may be",
+       [options](Session& session) { return check(session, *options); },
+       [options](CLI::App& app) {
+         app.add_option("--only", options->only, "Findings with this code only; may be repeated")
+             ->type_name("CODE")
+             ->delimiter(',')
+             ->allow_extra_args(false);
+         app.add_option("--except", options->except, "No findings with this code; may be repeated")
+             ->type_name("CODE")
+             ->delimiter(',')
+             ->allow_extra_args(false);
+         app.add_flag("--all", options->all, "List all findings, not the first ten of each kind");
+         app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
+         app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
+         app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
+         addFormatOption(app, options->format);
+       }});
 }
 
 }  // namespace spx::console

@@ -21,8 +21,29 @@ namespace {
 
 struct import_options {
   std::string animals;
+  std::string id_prefix;
+  bool placeholders = false;
   bool dry_run = false;
 };
+
+/// Animals that are placeholders by their IDs show in no list: the keeper has to want that.
+void refusePlaceholders(const import_options& options, const loading_notes& notes) {
+  if (options.placeholders || notes.placeholders.empty()) {
+    return;
+  }
+  std::string names;
+  for (const position animal : notes.placeholders) {
+    names += (names.empty() ? "" : ", ") + quotedText(Animals.records[animal].stud_id) + " (line " +
+             std::to_string(notes.lineOf(animal)) + ")";
+  }
+  const bool is_one = notes.placeholders.size() == 1;
+  throw Failure(notes.animals_table + ": " + std::to_string(notes.placeholders.size()) +
+                (is_one ? " animal is treated as a placeholder because of its ID, and no list would show it: "
+                        : " animals are treated as placeholders because of their IDs, and no list would show them: ") +
+                names +
+                "\nGive every ID a prefix with --id-prefix TEXT, or accept the placeholders with --placeholders; "
+                "nothing was written");
+}
 
 void printCount(const char* what, std::size_t count) {
   std::cout << std::left << std::setw(18) << what << count << "\n";
@@ -76,14 +97,16 @@ ExitCode import(Session& session, const import_options& options) {
 
 void addImportCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<import_options>();
-  commands.push_back({"import", "Make a studbook file from tables",
-                      [options](Session& session) { return import(session, *options); },
-                      [options](CLI::App& app) {
-                        app.add_option("ANIMALS", options->animals,
-                                       "Table of animals (CSV), or a directory with animals.csv and the others")
-                            ->required();
-                        app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
-                      }});
+  commands.push_back(
+      {"import", "Make a studbook file from tables", [options](Session& session) { return import(session, *options); },
+       [options](CLI::App& app) {
+         app.add_option("ANIMALS", options->animals,
+                        "Table of animals (CSV), or a directory with animals.csv and the others")
+             ->required();
+         app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
+         app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
+         app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
+       }});
 }
 
 }  // namespace spx::console

@@ -22,6 +22,9 @@ class Session {
 
   bool hasProject() const { return !options_.project.empty(); }
 
+  /// Puts a text before every ID of the tables that are loaded from now on; see withIdPrefix.
+  void useIdPrefix(const std::string& prefix) { options_.files.id_prefix = prefix; }
+
   /// Opens the project of the command line: its settings, the directory of its views, its life
   /// history and the use of times in dates. Does nothing the second time. Throws UsageError when no
   /// project was named, and Failure when it does not exist or one of its files is damaged.

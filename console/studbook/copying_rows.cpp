@@ -25,6 +25,7 @@ class CopyingRows : public RowSource {
   }
 
   void settleColumns(std::span<const table_field> fields, const ColumnTitles& columns) override {
+    rows_->settleColumns(fields, columns);
     std::vector<std::string> names(titles_.size());
     for (std::size_t field = 0; field < fields.size(); ++field) {
       const std::size_t column = columns.column(field);

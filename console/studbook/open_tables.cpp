@@ -2,6 +2,7 @@
 
 #include "console/base/failure.h"
 #include "console/studbook/file_rows.h"
+#include "console/studbook/id_prefix.h"
 #include "console/studbook/studbook_file.h"
 #include "console/tables/csv_table.h"
 
@@ -17,9 +18,7 @@ void refuseOtherFiles(const studbook_files& files) {
                    "and --map go with tables");
 }
 
-}  // namespace
-
-studbook_tables openTables(const studbook_files& files) {
+studbook_tables openAsTheyAre(const studbook_files& files) {
   if (isStudbookFile(files.animals)) {
     refuseOtherFiles(files);
     return storedTables(std::make_shared<StudbookFile>(files.animals, FILE_ACCESS::READ));
@@ -32,6 +31,13 @@ studbook_tables openTables(const studbook_files& files) {
           csvSource(tables.locations),
           csvSource(tables.programs),
           tables.titles};
+}
+
+}  // namespace
+
+studbook_tables openTables(const studbook_files& files) {
+  const studbook_tables tables = openAsTheyAre(files);
+  return files.id_prefix.empty() ? tables : withIdPrefix(tables, files.id_prefix);
 }
 
 }  // namespace spx::console

@@ -14,6 +14,7 @@ struct studbook_files {
   std::string locations;
   std::string programs;
   std::vector<title_choice> titles;  ///< of the table of animals
+  std::string id_prefix = {};        ///< put before every ID that is read; see withIdPrefix
 };
 
 /// The same with a directory replaced by the tables in it: animals.csv, and events.csv,

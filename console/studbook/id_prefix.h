@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "console/studbook/studbook_tables.h"
+
+namespace spx::console {
+
+/// The tables with a text before every ID, so that no ID is taken for a placeholder: the IDs of animals and events,
+/// and the parents that have a row of their own or are not placeholders (WILD, UNK..., MULT... stay as they are).
+/// Reads the table of animals once for the IDs in it, so it cannot come from a pipe.
+///
+/// Throws UsageError when all IDs with that prefix would be placeholders, and what reading the table throws.
+studbook_tables withIdPrefix(const studbook_tables& tables, const std::string& prefix);
+
+}  // namespace spx::console
