@@ -28,6 +28,7 @@ struct export_options {
   output_options output;
   bool monitor = false;
   bool settings = false;
+  std::string id_prefix;
 };
 
 std::string pathIn(const std::string& directory, const std::string& file) {
@@ -116,7 +117,7 @@ ExitCode exportTables(Session& session, const export_options& options) {
     paths.push_back(pathIn(directory, file));
     checkTarget(options.output, paths.back());
   }
-  writeTables(studbook, directory);
+  writeTables(studbook, directory, options.id_prefix);
   return report(true, paths);
 }
 
@@ -127,11 +128,15 @@ enum class DESCRIBES { NO_VIEW, VIEW, VIEW_BLOCK };
 command exportCommand(const char* name, const char* help, export_function run, DESCRIBES describes = DESCRIBES::VIEW) {
   const auto options = std::make_shared<export_options>();
   return {name, help, [options, run](Session& session) { return run(session, *options); },
-          [options, describes](CLI::App& app) {
+          [options, run, describes](CLI::App& app) {
             addOutputOptions(app, options->output);
             if (describes == DESCRIBES::VIEW_BLOCK) {
               app.add_flag("--by-monitor-date", options->monitor, "Describe the monitor date instead of the period");
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
+            }
+            if (run == exportTables) {
+              app.add_option("--drop-id-prefix", options->id_prefix, "Take a text from the beginning of the IDs")
+                  ->type_name("TEXT");
             }
             if (describes != DESCRIBES::NO_VIEW) {
               addViewOptions(app, options->view, WHOLE_VIEW);

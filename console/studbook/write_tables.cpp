@@ -22,13 +22,46 @@ std::vector<std::string> tableNames(StudbookFile& file) {
   return names;
 }
 
-void writeTable(const std::shared_ptr<StudbookFile>& file, const std::string& table, const std::string& target) {
+/// Takes the prefix from the IDs of rows.
+class PrefixCutter {
+ public:
+  PrefixCutter(const RowSource& rows, std::string prefix) : prefix_(std::move(prefix)) {
+    for (std::size_t column = 0; column < rows.fields().size() && !prefix_.empty(); ++column) {
+      const std::string& field = rows.fields()[column];
+      if (field == "id" || field == "sire" || field == "dam") {
+        id_columns_.push_back(column);
+      }
+    }
+  }
+
+  std::span<const std::string_view> cut(std::span<const std::string_view> row) {
+    if (id_columns_.empty()) {
+      return row;
+    }
+    row_.assign(row.begin(), row.end());
+    for (const std::size_t column : id_columns_) {
+      if (row_[column].starts_with(prefix_)) {
+        row_[column].remove_prefix(prefix_.size());
+      }
+    }
+    return row_;
+  }
+
+ private:
+  std::string prefix_;
+  std::vector<std::size_t> id_columns_;
+  std::vector<std::string_view> row_;
+};
+
+void writeTable(const std::shared_ptr<StudbookFile>& file, const std::string& table, const std::string& target,
+                const std::string& id_prefix) {
   try {
     const std::unique_ptr<RowSource> rows = openRows(file, table);
     TableWriter writer(target);
     writer.addTitles(rows->titles());
+    PrefixCutter cutter(*rows, id_prefix);
     while (rows->next()) {
-      writer.addRow(rows->row());
+      writer.addRow(cutter.cut(rows->row()));
     }
     writer.finish();
   } catch (const TableError& error) {
@@ -47,10 +80,11 @@ std::vector<std::string> tableFiles(const std::string& studbook_file) {
   return names;
 }
 
-void writeTables(const std::string& studbook_file, const std::string& directory) {
+void writeTables(const std::string& studbook_file, const std::string& directory, const std::string& id_prefix) {
   const auto file = std::make_shared<StudbookFile>(studbook_file, FILE_ACCESS::READ);
   for (const std::string& name : tableNames(*file)) {
-    writeTable(file, name, std::filesystem::path(directory) / (name + ".csv"));
+    const bool has_animals = name == "animals" || name == "events";
+    writeTable(file, name, std::filesystem::path(directory) / (name + ".csv"), has_animals ? id_prefix : std::string());
   }
 }
 

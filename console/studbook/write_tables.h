@@ -13,6 +13,7 @@ std::vector<std::string> tableFiles(const std::string& studbook_file);
 /// locations.csv and programs.csv where it has them. Titles, cells and their order are those that
 /// were imported, so importing the directory gives the same studbook. All are of one state, each
 /// replaces a former file as a whole. Throws Failure.
-void writeTables(const std::string& studbook_file, const std::string& directory);
+/// @param id_prefix  taken from the beginning of the IDs and parents that have it, as withIdPrefix has put it there
+void writeTables(const std::string& studbook_file, const std::string& directory, const std::string& id_prefix = {});
 
 }  // namespace spx::console
