@@ -25,7 +25,11 @@ const std::vector<command_page>& commandPages() {
        "own.\n"
        "A file that is there is replaced as a whole, and kept as FILE.bak. Nothing is written "
        "when\n"
-       "the tables have faults.",
+       "the tables have faults.\n"
+       "Animals whose IDs are placeholders of unknown animals (they begin with P, WILD, UNK, MULT,\n"
+       "GROUP, HERD or COLONY) would show in no list. They are named, and nothing is written, unless\n"
+       "--id-prefix gives every ID a prefix (export tables --drop-id-prefix takes it away again), or\n"
+       "--placeholders accepts them.",
        "spx import examples/studbook --dry-run\n"
        "spx --studbook ~/tarrow.studbook import examples/studbook"},
       {"animal set",
