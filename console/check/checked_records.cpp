@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "spx/core/estimated_dates.h"
 #include "spx/core/identifiers.h"
 
+#include "console/base/known_date.h"
 #include "console/base/quoted_text.h"
 
 namespace spx::console {
@@ -83,24 +83,7 @@ bool isExact(const std::optional<date_range>& days) {
 }
 
 std::string dateText(const move_data& event) {
-  if (event.date == 0) {
-    return "unknown";
-  }
-  const std::string day = qs_lib::formatJulianDate(qs_lib::dayToMs(event.date));
-  const qs_lib::civil_date date = qs_lib::civilFromDay(event.date);
-  switch (event.accuracy) {
-    case DATE_ACCURACY::ACCURATE:
-    case DATE_ACCURACY::BY_DAY:
-      return day;
-    case DATE_ACCURACY::BY_MONTH:
-      return qs_lib::getMonthName(date.month, false) + " " + std::to_string(date.year);
-    case DATE_ACCURACY::BY_YEAR:
-      return std::to_string(date.year);
-    case DATE_ACCURACY::DATE_RANGE:
-      return day + " +/- " + std::to_string(event.range) + (event.range == 1 ? " day" : " days");
-    default:
-      return "about " + day;
-  }
+  return event.date == 0 ? "unknown" : dateText(known_date{event.date, event.accuracy, event.range});
 }
 
 std::string onDateText(const move_data& event) {

@@ -90,7 +90,7 @@ std::optional<date_range> knownDays(const move_data& event);
 /// Whether the day itself is known.
 bool isExact(const std::optional<date_range>& days);
 
-/// A date as exactly as it is known: "2002-04-12", "Apr 2002", "1964", "about 2002-04-12"; "unknown" for none.
+/// A date as exactly as it is known; "unknown" for none.
 std::string dateText(const move_data& event);
 
 /// "on 2002-04-12", "in Apr 2002", "in 1964".

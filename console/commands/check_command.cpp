@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,14 +14,15 @@
 #include "console/base/quoted_text.h"
 #include "console/check/check_studbook.h"
 #include "console/commands/command.h"
-#include "console/output/output_format.h"
+#include "console/output/result_output.h"
+#include "console/output/table_options.h"
 #include "console/results/findings_output.h"
 
 namespace spx::console {
 namespace {
 
 struct check_options {
-  OUTPUT_FORMAT format = OUTPUT_FORMAT::TEXT;
+  table_options output;
   std::vector<std::string> only;
   std::vector<std::string> except;
   bool all = false;
@@ -69,12 +69,15 @@ ExitCode check(Session& session, const check_options& options) {
   session.useIdPrefix(options.id_prefix);
   session.loadStudbook();
   const std::vector<finding> findings = chosenFindings(options, session.notes());
-  if (options.format == OUTPUT_FORMAT::TEXT) {
+  const bool is_text = options.output.format == OUTPUT_FORMAT::TEXT;
+  ResultOutput output(options.output.output, is_text);
+  if (is_text) {
     const auto animals = std::count_if(Animals.records.begin(), Animals.records.end(), isFromTable);
-    listFindings(std::cout, findings, options.all, static_cast<std::size_t>(animals));
+    listFindings(output.stream(), findings, options.all, static_cast<std::size_t>(animals), output.width());
   } else {
-    writeFindings(std::cout, options.format, findings);
+    writeFindings(output.stream(), options.output.format, findings);
   }
+  output.finish();
   const finding_counts counts(findings);
   // Nothing can be said of animals that no rule looks at: their keeper has to accept them.
   const bool has_placeholders = std::any_of(findings.begin(), findings.end(),
@@ -103,7 +106,7 @@ void addCheckCommands(std::vector<command>& commands) {
          app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
-         addFormatOption(app, options->format);
+         addFormatOptions(app, options->output);
        }});
 }
 

@@ -13,6 +13,7 @@
 #include "spx/core/master_data.h"
 #include "spx/support/julian_date.h"
 
+#include "console/base/known_date.h"
 #include "console/output/output_format.h"
 
 /// The results of a command as a table, which is shown to people or written for scripts.
@@ -49,13 +50,6 @@ struct table_column {
   ALIGNMENT alignment = ALIGNMENT::BY_KIND;  ///< numbers to the right, all else to the left
   std::string group = {};                    ///< the JSON object that holds the value; empty for none
   std::string key = {};                      ///< its name in that object
-};
-
-/// A day and how exactly it is known.
-struct known_date {
-  qs_lib::day_number day = 0;
-  DATE_ACCURACY accuracy = DATE_ACCURACY::ACCURATE;
-  std::uint64_t range = 0;  ///< days to either side, for DATE_ACCURACY::DATE_RANGE
 };
 
 /// The value of a cell. A default-made one is missing, as are NaN, day 0 and a null text.

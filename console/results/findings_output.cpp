@@ -1,42 +1,31 @@
 #include "console/results/findings_output.h"
 
-#include <algorithm>
 #include <ostream>
 #include <string>
-#include <string_view>
 
 #include <nlohmann/json.hpp>
 
 #include "spx/support/file_name.h"
 
+#include "console/base/display_text.h"
 #include "console/output/record_stream.h"
 
 namespace spx::console {
 namespace {
 
 constexpr std::size_t SHOWN_OF_A_RULE = 10;
-constexpr std::size_t WIDTH = 80;
 
 std::string counted(std::size_t count, const char* what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-/// Writes words in lines of at most 80 columns; lines after the first are indented.
-void writeWrapped(std::ostream& out, std::string_view text, std::size_t indent, std::size_t hanging) {
-  std::string line(indent, ' ');
-  bool is_empty = true;
-  while (!text.empty()) {
-    const std::string_view word = text.substr(0, text.find(' '));
-    text.remove_prefix(std::min(word.size() + 1, text.size()));
-    if (!is_empty && line.size() + 1 + word.size() > WIDTH) {
-      out << line << "\n";
-      line.assign(hanging, ' ');
-      is_empty = true;
-    }
-    line += (is_empty ? "" : " ") + std::string(word);
-    is_empty = false;
+/// Writes a text in lines that fit; those after the first are indented by two columns more.
+void writeWrapped(std::ostream& out, const std::string& text, std::string indent, std::size_t width) {
+  const std::vector<std::string> lines = wrapped(visibleText(text), width - indent.size() - 2);
+  for (const std::string& line : lines) {
+    out << indent << line << "\n";
+    indent += &line == &lines.front() ? "  " : "";
   }
-  out << line << "\n";
 }
 
 std::string placeText(const source_place& place) {
@@ -48,16 +37,16 @@ std::string placeText(const source_place& place) {
 }
 
 /// A suggestion that repeats the one before is left out.
-void listRule(std::ostream& out, const finding* first, std::size_t count, bool all) {
+void listRule(std::ostream& out, const finding* first, std::size_t count, bool all, std::size_t width) {
   const check_code& rule = codeOf(first->check);
   out << rule.title << ": " << count << " (" << severityName(rule.severity) << ", " << rule.code << ")\n";
   const std::size_t shown = all || count <= SHOWN_OF_A_RULE ? count : SHOWN_OF_A_RULE;
   for (std::size_t i = 0; i < shown; ++i) {
     const finding& one = first[i];
-    writeWrapped(out, placeText(one.place) + one.message, 2, 4);
+    writeWrapped(out, placeText(one.place) + one.message, "  ", width);
     if (!one.suggestion.empty() && (i == 0 || one.suggestion != first[i - 1].suggestion)) {
       const bool is_question = one.suggestion.back() == '?';
-      writeWrapped(out, "-> " + one.suggestion + (is_question ? "" : "."), 4, 7);
+      writeWrapped(out, "-> " + one.suggestion + (is_question ? "" : "."), "    ", width);
     }
   }
   if (shown < count) {
@@ -130,13 +119,14 @@ std::string finding_counts::text() const {
   return text.empty() ? "nothing" : text;
 }
 
-void listFindings(std::ostream& out, const std::vector<finding>& findings, bool all, std::size_t animals) {
+void listFindings(std::ostream& out, const std::vector<finding>& findings, bool all, std::size_t animals,
+                  std::size_t width) {
   for (std::size_t first = 0; first < findings.size();) {
     std::size_t end = first;
     while (end < findings.size() && findings[end].check == findings[first].check) {
       ++end;
     }
-    listRule(out, &findings[first], end - first, all);
+    listRule(out, &findings[first], end - first, all, width);
     first = end;
   }
   out << "Found " << finding_counts(findings).text() << " in " << counted(animals, "animal") << ".\n";

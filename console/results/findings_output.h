@@ -24,7 +24,9 @@ struct finding_counts {
 /// Lists findings for people, by rules, in their order: the first ten of each rule, or all. The findings of a rule
 /// stand together. The last line has the totals.
 /// @param animals  how many animals were checked
-void listFindings(std::ostream& out, const std::vector<finding>& findings, bool all, std::size_t animals);
+/// @param width    columns that a line may take
+void listFindings(std::ostream& out, const std::vector<finding>& findings, bool all, std::size_t animals,
+                  std::size_t width = 80);
 
 /// Writes findings for scripts: severity, code, animals, file, line, message, suggestion, values, fix. In CSV a cell
 /// holds all animals, values or fixes, separated by "; ".
