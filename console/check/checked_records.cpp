@@ -6,6 +6,7 @@
 
 #include "console/base/known_date.h"
 #include "console/base/quoted_text.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 
@@ -13,7 +14,7 @@ CheckedRecords::CheckedRecords(const checked_studbook& book) : book_(book), is_c
   first_records_.reserve(size());
   for (position record = 0; record < size(); ++record) {
     const master_data& animal = book_.records[record];
-    is_checked_[record] = isFromTable(animal) && !isPseudoIndividual(animal.stud_id);
+    is_checked_[record] = hasRow(animal) && !isPseudoIndividual(animal.stud_id);
     if (!is_checked_[record]) {
       continue;
     }
@@ -60,10 +61,6 @@ std::string CheckedRecords::nameText(std::string_view text) {
   const bool is_plain = !text.empty() && text.front() != ' ' && text.back() != ' ' && text.size() <= 40 &&
                         std::none_of(text.begin(), text.end(), is_odd);
   return is_plain ? std::string(text) : quotedText(text);
-}
-
-bool isFromTable(const master_data& animal) {
-  return animal.birth.location != 0;
 }
 
 bool laysEggs(const Biology& life_history) {

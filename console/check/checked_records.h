@@ -78,9 +78,6 @@ class CheckedRecords {
   std::vector<bool> is_checked_;
 };
 
-/// Whether the record stands in a table: all of its animals have a location, and the pseudo parents live nowhere.
-bool isFromTable(const master_data& animal);
-
 /// Whether the life history says that the species lays eggs, which may hatch after the dam's death and elsewhere.
 bool laysEggs(const Biology& life_history);
 

@@ -8,6 +8,7 @@
 #include "spx/support/text.h"
 
 #include "console/check/rules.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 namespace {
@@ -75,7 +76,7 @@ void addPadded(const CheckedRecords& records, std::vector<finding>& findings) {
 
 void addPlaceholders(const CheckedRecords& records, std::vector<finding>& findings) {
   for (position record = 0; record < records.size(); ++record) {
-    if (!isFromTable(records[record]) || records.isChecked(record)) {
+    if (!hasRow(records[record]) || records.isChecked(record)) {
       continue;
     }
     finding found = records.about(CHECK::PLACEHOLDER_ID, record);

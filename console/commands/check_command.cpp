@@ -17,6 +17,7 @@
 #include "console/output/result_output.h"
 #include "console/output/table_options.h"
 #include "console/results/findings_output.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 namespace {
@@ -72,7 +73,7 @@ ExitCode check(Session& session, const check_options& options) {
   const bool is_text = options.output.format == OUTPUT_FORMAT::TEXT;
   ResultOutput output(options.output.output, is_text);
   if (is_text) {
-    const auto animals = std::count_if(Animals.records.begin(), Animals.records.end(), isFromTable);
+    const auto animals = std::count_if(Animals.records.begin(), Animals.records.end(), hasRow);
     listFindings(output.stream(), findings, options.all, static_cast<std::size_t>(animals), output.width());
   } else {
     writeFindings(output.stream(), options.output.format, findings);

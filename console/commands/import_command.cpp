@@ -10,6 +10,8 @@
 #include "spx/core/breeding_program.h"
 #include "spx/core/meta_population.h"
 
+#include "console/base/failure.h"
+#include "console/base/quoted_text.h"
 #include "console/commands/command.h"
 #include "console/output/staged_files.h"
 #include "console/studbook/import_studbook.h"
@@ -74,15 +76,16 @@ void reportLoaded() {
 
 ExitCode import(Session& session, const import_options& options) {
   const std::string target = options.dry_run ? std::string() : session.importTarget();
+  session.useIdPrefix(options.id_prefix);
   const studbook_tables tables = openTables(session.filesBeside(options.animals));
   if (options.dry_run) {
-    loadStudbook(tables);
+    refusePlaceholders(options, loadStudbook(tables));
     reportLoaded();
     return ExitCode::DONE;
   }
   removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());
   NewStudbook book(target);
-  loadStudbook(book.copying(tables));
+  refusePlaceholders(options, loadStudbook(book.copying(tables)));
   const bool replaced = book.finish();
   reportLoaded();
   std::cout.flush();

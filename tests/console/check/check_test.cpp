@@ -244,7 +244,7 @@ TEST_F(CheckTest, TheCommandShowsFindingsAndSaysHowBadTheyAre) {
     const char* shown;
   } cases[] = {
       {{"--studbook", file, "check"}, 0, "  ... and 2 more; --all shows them\n\nFound 12 warnings in 14 animals.\n"},
-      {{"--studbook", file, "check", "--all"}, 0, "  missing21 has no record, but is the sire of 21\n"},
+      {{"--studbook", file, "check", "--all"}, 0, ": missing21 has no record, but is the sire of 21\n"},
       {{"--studbook", file, "check", "--strict"}, 3, "12 warnings"},
       {{"--studbook", file, "check", "--strict", "--except", "missing-parent"}, 0, "Found nothing in 14 animals.\n"},
       {{"--studbook", wrong, "check"}, 3, "Found 1 error, 12 warnings in 15 animals.\n"},
