@@ -28,6 +28,7 @@ struct check_options {
   std::vector<std::string> except;
   bool all = false;
   bool strict = false;
+  bool codes = false;
   bool placeholders = false;
   std::string id_prefix;
 };
@@ -66,7 +67,22 @@ std::vector<finding> chosenFindings(const check_options& options, const loading_
   return findings;
 }
 
+ExitCode showCodes(const table_options& output) {
+  Table table({{.name = "code", .title = "Code"},
+               {.name = "severity", .title = "Severity"},
+               {.name = "explanation", .title = "What it compares"},
+               {.name = "example", .title = "Example", .in_text = false}});
+  for (const check_code& rule : checkCodes()) {
+    table.addRow({rule.code, severityName(rule.severity), rule.explanation, rule.example});
+  }
+  showTable(table, output);
+  return ExitCode::DONE;
+}
+
 ExitCode check(Session& session, const check_options& options) {
+  if (options.codes) {
+    return showCodes(options.output);
+  }
   session.useIdPrefix(options.id_prefix);
   session.loadStudbook();
   const std::vector<finding> findings = chosenFindings(options, session.notes());
@@ -103,6 +119,7 @@ void addCheckCommands(std::vector<command>& commands) {
              ->type_name("CODE")
              ->delimiter(',')
              ->allow_extra_args(false);
+         app.add_flag("--codes", options->codes, "List the codes and what they compare");
          app.add_flag("--all", options->all, "List all findings, not the first ten of each kind");
          app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");

@@ -53,9 +53,9 @@ std::string typedWords(const CLI::App& app) {
 std::string exitCodesText(const std::string& words) {
   const std::string codes = "Exit codes: 0 done, 1 the operation failed, 2 wrong usage";
   if (words.empty()) {
-    return codes + ", 3 the studbook has inconsistencies (check).";
+    return codes + ", 3 the studbook has errors (check).";
   }
-  return codes + (words == "check" ? ", 3 the studbook has inconsistencies." : ".");
+  return codes + (words == "check" ? ", 3 the studbook has errors." : ".");
 }
 
 void addPages(CLI::App& app) {

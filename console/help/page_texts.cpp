@@ -10,10 +10,11 @@ const std::vector<command_page>& commandPages() {
        "Goes through all animals, whatever the view. Errors cannot be true: duplicate IDs, parents of\n"
        "the wrong sex, births before the parent's, deaths before the birth. Warnings are unlikely:\n"
        "parents without a record, parents at different places. Notes are worth knowing. Dates are\n"
-       "compared as exactly as they are known. docs/check.md lists the codes with an example each.\n"
-       "The exit code is 3 when there are errors.",
+       "compared as exactly as they are known. --codes lists the rules with their codes. The exit code\n"
+       "is 3 when there are errors, or placeholders that nothing accepts (see help import).",
        "spx --studbook examples/studbook check\n"
        "spx --studbook examples/studbook check --only parent-sex,own-parent --all\n"
+       "spx check --codes\n"
        "spx --studbook examples/studbook check --strict --except undecided --format json"},
       {"summary", "Counts all animals of the studbook, whatever the view; pseudo individuals are no animals.",
        "spx --studbook examples/studbook summary\n"

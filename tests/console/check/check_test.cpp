@@ -253,6 +253,7 @@ TEST_F(CheckTest, TheCommandShowsFindingsAndSaysHowBadTheyAre) {
        3,
        "Animals that are their own parent: 1 (error, own-parent)\n"},
       {{"--studbook", wrong, "check", "--only", "own-parents"}, 2, ""},
+      {{"check", "--codes"}, 0, "\nduplicate-id "},
       {{"--studbook", wrong, "check", "--only", "own-parent", "--format", "json"},
        3,
        "\"message\":\"30 is its own sire\",\"suggestion\":\"Correct the sire, or make it unknown\","
