@@ -1,12 +1,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "spx/core/animal_data.h"
-#include "spx/core/meta_population.h"
-#include "spx/project/biology.h"
-
-#include "console/check/check_studbook.h"
-#include "tests/console/console_fixture.h"
+#include "tests/console/check/check_fixture.h"
 
 namespace spx::console {
 namespace {
@@ -22,35 +17,6 @@ void setBreedingAges() {
 void setGestation() {
   LifeHistory.setGestation(100);
 }
-
-class CheckTest : public ConsoleTest {
- protected:
-  CheckTest() { LifeHistory.initialize(); }
-  ~CheckTest() override { LifeHistory.initialize(); }
-
-  std::vector<finding> findingsIn(const std::string& animals, const std::string& events = "",
-                                  const std::string& locations = "") {
-    studbook_files files;
-    files.animals = table("animals.csv", animals);
-    files.events = events.empty() ? "" : table("events.csv", "id,date,event,location\n" + events);
-    files.locations = locations.empty() ? "" : table("locations.csv", "level,id,name\n" + locations);
-    loadStudbook(files);
-    takeErrors();
-    constexpr std::size_t PSEUDO_PARENTS = 5;
-    const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(std::string("2026-01-01")));
-    const auto place_of = [](position record) { return source_place{"animals.csv", record - PSEUDO_PARENTS + 2}; };
-    return checkStudbook({Animals.records, LifeHistory, MetaPop, today, place_of});
-  }
-
-  /// The codes of what was found, one blank after each.
-  static std::string codesOf(const std::vector<finding>& findings) {
-    std::string codes;
-    for (const finding& one : findings) {
-      codes += std::string(codeOf(one.check).code) + " ";
-    }
-    return codes;
-  }
-};
 
 struct rule_case {
   CHECK check;
