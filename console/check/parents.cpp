@@ -21,7 +21,7 @@ bool mayBe(SEX sex, std::size_t role) {
 
 /// Whether the record says neither male nor female.
 bool isOpen(SEX sex) {
-  return sex == SEX::UNKNOWN || sex == SEX::ABNORMAL;
+  return sex != SEX::MALE && sex != SEX::FEMALE;
 }
 
 /// The offspring of a parent whose sex does not fit, by its role.
