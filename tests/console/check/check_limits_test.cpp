@@ -205,8 +205,8 @@ TEST_F(CheckTest, TextIsGroupedByRules) {
             "    -> Did you mean 1?\n"
             "\n"
             "What the dates leave open: 1 (note, undecided)\n"
-            "  2 births cannot be compared with that of a parent: dates are missing or\n"
-            "    too rough\n"
+            "  2 births cannot be compared with that of a parent: dates are missing or too\n"
+            "    rough\n"
             "\n"
             "Found 1 error, 1 warning, 1 note in 6 animals.\n");
 }
