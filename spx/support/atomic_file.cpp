@@ -19,7 +19,7 @@ constexpr unsigned PERMISSION_BITS = 07777;
 constexpr unsigned NEW_FILE_MODE = 0666;  // less the umask
 constexpr int MOST_ATTEMPTS = 1000;
 
-/// What a link names, also where that does not exist yet.
+/// The target of a link, also when it does not exist.
 std::string followLinks(const std::string& path) {
   constexpr int MOST_LINKS = 40;  // as many as the system follows
   std::filesystem::path target = path;
@@ -30,8 +30,8 @@ std::string followLinks(const std::string& path) {
   return target.string();
 }
 
-/// A name beside the target that no other process and no other call uses. It does not contain the
-/// target's name, which may already be as long as a name can be.
+/// A name beside the target that is unique to this process and this call. It does not contain the
+/// target's name, which may already have the greatest length.
 std::string temporaryName(const std::string& target) {
   static std::atomic<unsigned> count{0};
   const std::string name = ".spx-" + std::to_string(getpid()) + "-" + std::to_string(++count);
@@ -49,7 +49,7 @@ bool syncPath(const std::string& path, int flags) {
 
 void syncDirectoryOf(const std::string& target) {
   const std::string directory = splitFileName(target).directory;
-  // The new file is in place whatever comes of this; some file systems cannot sync a directory.
+  // The new file is in place even if this fails; some file systems cannot sync a directory.
   syncPath(directory.empty() ? "." : directory, O_RDONLY | O_DIRECTORY);
 }
 }  // namespace
@@ -70,7 +70,7 @@ bool AtomicFile::create() {
   if (stat(target_.c_str(), &status) != 0) {
     return createBeside(NEW_FILE_MODE, false);
   }
-  // Renaming would also replace a file that its owner has protected against writing.
+  // Renaming would also replace a write-protected file.
   if (S_ISDIR(status.st_mode) || access(target_.c_str(), W_OK) != 0) {
     return false;
   }
@@ -93,7 +93,8 @@ bool AtomicFile::createBeside(unsigned mode, bool keep_mode) {
     }
     write_path_ = path;
     temporary_ = true;
-    // The umask has been applied to the mode; an existing file's bits are kept whole.
+    created_by_ = getpid();
+    // open() applied the umask; the permission bits of an existing file are kept unchanged.
     const bool prepared = !keep_mode || fchmod(file, mode) == 0;
     if (close(file) != 0 || !prepared) {
       discard();
@@ -107,7 +108,8 @@ bool AtomicFile::commit() {
   if (!temporary_) {
     return !write_path_.empty();
   }
-  if (!syncPath(write_path_, O_WRONLY) || std::rename(write_path_.c_str(), target_.c_str()) != 0) {
+  if (getpid() != created_by_ || !syncPath(write_path_, O_WRONLY) ||
+      std::rename(write_path_.c_str(), target_.c_str()) != 0) {
     discard();
     return false;
   }
@@ -118,7 +120,7 @@ bool AtomicFile::commit() {
 }
 
 void AtomicFile::discard() {
-  if (temporary_) {
+  if (temporary_ && getpid() == created_by_) {
     unlink(write_path_.c_str());
   }
   temporary_ = false;
