@@ -10,13 +10,13 @@
 namespace spx {
 namespace {
 
-// Bytes of a text in one number, above the byte that counts them.
+// The bytes of a text that one number holds, above the byte that counts them.
 constexpr std::size_t CHUNK = 7;
 constexpr std::uint64_t GOES_ON = CHUNK + 1;
-// Runs of so few are sorted in place; texts that share that many chunks are compared.
+// Runs of at most so many elements are sorted in place; texts that share so many chunks are compared.
 constexpr std::size_t FEW = 32;
 constexpr std::size_t MOST_CHUNKS = 8;
-// Wider digits need fewer passes, but their lists no longer fit the nearest caches.
+// Wider digits need fewer passes, but their tables do not fit into the first-level cache.
 constexpr unsigned MOST_BITS = 10;
 constexpr unsigned BYTE = 8;
 
@@ -25,12 +25,12 @@ struct entry {
   std::size_t element;
 };
 
-/// Sorts entries by numbers, with the room that it takes for it kept for the next sort.
+/// Sorts entries by numbers and keeps its memory for the next sort.
 template <class Entry, class NumberOf>
 class DigitSort {
  public:
-  // A pass for every digit of `bits` bits above the shift, from the lowest; each keeps the order of
-  // the one before where its digits are equal. Digits without a difference are left out.
+  // One stable pass for every digit of `bits` bits above the shift, from the lowest. A digit that is
+  // the same in all entries is skipped.
   void sort(std::span<Entry> entries, unsigned shift, unsigned bits) {
     const std::uint64_t differing = differingBits(entries) >> shift << shift;
     const auto end = static_cast<unsigned>(std::bit_width(differing));
@@ -53,7 +53,7 @@ class DigitSort {
   }
 
  private:
-  // Passes over more entries wait for memory; the highest digit parts them first.
+  // More entries do not fit into the cache; the highest digit splits them first.
   static constexpr std::size_t FITS_CACHE = std::size_t{1} << 15;
   static constexpr unsigned TOP_BITS = 12;
 
@@ -67,7 +67,7 @@ class DigitSort {
     return differing;
   }
 
-  // Afterwards next_ holds where the entries of each digit end.
+  // Afterwards next_ holds the end of the entries of each digit.
   void distribute(std::span<const Entry> from, std::span<Entry> into, unsigned shift, unsigned bits) {
     const std::uint64_t mask = bit(bits) - 1;
     next_.assign(mask + 1, 0);
@@ -107,7 +107,7 @@ struct number_of_entry {
 
 using NumberSort = DigitSort<entry, number_of_entry>;
 
-// Bytes of a text as a number, and how many there are: a text comes after its beginnings.
+// Bytes of a text as a number with their count in the lowest byte, so that a prefix comes first.
 std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
   const std::string_view rest = text.substr(std::min(text.size(), chunk * CHUNK));
   std::uint64_t number = 0;
@@ -117,8 +117,8 @@ std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
   return number << 8 | std::min<std::uint64_t>(rest.size(), GOES_ON);
 }
 
-// Sorts texts a chunk at a time: a step of its own asks for the next chunk of all texts that are
-// still equal, so that memory is read many texts at a time.
+// Sorts texts one chunk at a time. The next chunks of all texts that are still equal are read in one
+// step, so that their memory accesses overlap.
 class TextOrder {
  public:
   explicit TextOrder(const std::function<std::string_view(std::size_t)>& textOf) : textOf_(textOf) {}
@@ -149,7 +149,7 @@ class TextOrder {
     }
   }
 
-  // Sorts every run by its numbers; the runs of texts that go on after an equal chunk remain.
+  // Sorts every run by its numbers; runs of texts that continue after an equal chunk remain.
   void sortRuns() {
     std::vector<run> still_equal;
     for (const run& entries : equal_) {
@@ -199,7 +199,7 @@ void putBack(const std::vector<entry>& entries, std::vector<std::size_t>& elemen
   std::transform(entries.begin(), entries.end(), elements.begin(), [](const entry& sorted) { return sorted.element; });
 }
 
-// Numbers that lie as near to each other as dates do share a word with their elements.
+// Numbers of a small range, such as dates, share a word with their elements.
 void sortNear(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers, std::uint64_t smallest,
               std::uint64_t largest) {
   constexpr unsigned ELEMENT_BITS = 32;

@@ -8,33 +8,33 @@
 
 #include "spx/core/master_data.h"
 
-/// Stable sorts over numbers and texts, in a time that grows with the number of elements.
+/// @file
+/// Stable sorts by numbers and by texts.
 namespace spx {
 
-/// A number as which signed 64-bit order becomes unsigned order.
+/// The number whose unsigned order is the signed 64-bit order of the key.
 inline std::uint64_t signedOrder(std::uint64_t key) {
   return key ^ (std::uint64_t{1} << 63);
 }
 
-/// The beginning of a text as a number: texts of up to seven bytes are in the order of their
-/// numbers; among longer ones the numbers order what differs in the first seven.
+/// The first seven bytes of a text as a number, in the same order: texts that differ there are in
+/// the order of their numbers.
 std::uint64_t beginningOf(std::string_view text);
 
-/// The numbers from 0 to the number of elements less one.
+/// The numbers from 0 to one less than the number of elements.
 std::vector<std::size_t> placesOf(std::size_t elements);
 
-/// Sorts elements by their numbers; those of equal numbers keep their order. Where room fails, the
-/// elements are as they were.
+/// Sorts elements by their numbers; elements with equal numbers keep their order.
 /// @param numbers  by element
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers);
 
-/// Sorts elements by the bytes of their texts, likewise.
+/// The same, by the bytes of texts.
 /// @param beginnings  the beginning of each text, by element
-/// @param textOf      gives the text of an element; asked only where beginnings do not tell
+/// @param textOf      returns the text of an element; called only where the beginnings are equal
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& beginnings,
                    const std::function<std::string_view(std::size_t)>& textOf);
 
-/// The elements in that order of their places.
+/// The elements at these places, in the order of the places.
 template <class Element>
 std::vector<Element> reordered(const std::vector<Element>& elements, const std::vector<std::size_t>& order) {
   std::vector<Element> sorted;
@@ -45,8 +45,8 @@ std::vector<Element> reordered(const std::vector<Element>& elements, const std::
   return sorted;
 }
 
-/// What a sort asks of every record, by record. The records of a large studbook fit no cache and
-/// are cheapest read in their order; the elements to be sorted point all over them.
+/// One number of every record. Reading the records once in their order is faster than reading each
+/// of them several times in the order of a sort.
 template <class Fact>
 std::vector<std::uint64_t> factsOf(const std::vector<master_data>& records, Fact fact) {
   std::vector<std::uint64_t> facts;
