@@ -1,6 +1,7 @@
 #include "spx/analyses/analysis.h"
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/console.h"
 #include "spx/support/file_name.h"
@@ -16,7 +17,7 @@ Analysis::~Analysis() = default;
 
 bool Analysis::initialize() {
   if (Animals.records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   return true;

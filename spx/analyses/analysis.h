@@ -8,9 +8,8 @@
 
 namespace spx {
 
-/// The base of the analyses and exports. All run alike: initialize(), and when that returned true
-/// the analysis's own work and report(). The timer counts processor time from the end of
-/// construction.
+/// The base of the analyses and exports. Call order: initialize(), and when that returned true the
+/// analysis's own work and report(). The timer counts processor time from the end of construction.
 class SPX_EXPORT Analysis {
  public:
   Analysis();
@@ -19,7 +18,7 @@ class SPX_EXPORT Analysis {
   virtual ~Analysis() = 0;
 
   /// Whether there is anything to analyse. Reports "No animals in list" and returns false for an
-  /// empty store; those that override it repeat this test first.
+  /// empty store; an override repeats this test first.
   virtual bool initialize();
 
   // Steps that do nothing unless overridden.
@@ -29,9 +28,9 @@ class SPX_EXPORT Analysis {
   virtual void writeResults();  ///< the results themselves
   virtual void writeTrends();   ///< what changes over the years
 
-  /// Forms the name of the report file, directory, "/", stem and perhaps "-" and the sex of the
-  /// view, without an extension, then reports to the console when verbose, and to XML always. An
-  /// empty stem is not guarded against.
+  /// Forms the name of the report file: directory, "/", stem and, if set, "-" and the sex of the
+  /// view, without an extension. Then reports to the console when verbose, and to XML always. An
+  /// empty stem is accepted.
   virtual void report();
   /// @{
   /// One of the two forms of the report; nothing unless overridden.
@@ -56,7 +55,7 @@ class SPX_EXPORT Analysis {
   /// The log of the analysis; lives as long as the analysis.
   qs_lib::LogFile& log() { return log_; }
 
-  /// The time used between the last start and stop of the timer, in seconds.
+  /// The processor time between the last start and stop of the timer, in seconds; 0 before the first stop.
   double secondsUsed() const { return timer_.seconds(); }
 
   /// @{

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/meta_population.h"
 #include "spx/core/pseudo_ids.h"
@@ -18,7 +19,7 @@
 namespace spx {
 namespace {
 
-// The share of the gestation that lies between conception and birth at the latest.
+// The longest time from conception to birth, as a multiple of the gestation.
 constexpr double LONGEST_GESTATION = 1.0625;
 
 bool isUnknown(const std::string& parent) {
@@ -45,7 +46,7 @@ TraceParents::~TraceParents() = default;
 
 bool TraceParents::initialize() {
   if (Animals.records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   if (Animals.index.empty()) {
@@ -64,8 +65,8 @@ void TraceParents::candidate_list::clear() {
   at_location.clear();
 }
 
-// Records are entered in birth order, so a record that was at a location before is the last one
-// entered there.
+// Each record is added once with all its locations, so a second stay at a location finds the record
+// as the last one there.
 void TraceParents::candidate_list::add(position record) {
   all.push_back(record);
   const auto enter = [this, record](packed_deme location) {
@@ -109,7 +110,8 @@ bool TraceParents::trace() {
   report_writer_.setTitle(title());
   report_writer_.setDirectory(reportDirectory());
   report_writer_.setName(fileStem() + "-" + getEnumName(View.sex));
-  report_writer_.beginReport();
+  // Without a report everything below is counted all the same; isReportWritten() is false then.
+  static_cast<void>(report_writer_.beginReport());
   timer_.restart();
   qs_lib::ProgressBar bar(Animals.records.size(), "");
   for (const position record : Animals.index) {
@@ -187,7 +189,7 @@ std::uint64_t TraceParents::writeCandidates(const master_data& animal, const par
   for (auto at = std::partition_point(list.begin(), list.end(), is_too_old); at != list.end(); ++at) {
     const master_data& candidate = Animals.records[*at];
     const double age_days = ageAt(animal.birth.date, candidate);
-    // Negated, so that a bound that is no number admits nobody.
+    // Negated, so that a NaN bound admits no candidate.
     if (candidate.birth.date > day || !(age_days >= question.age_days.lower) ||
         !(age_days <= question.age_days.upper)) {
       break;

@@ -13,43 +13,44 @@
 
 namespace spx {
 
-/// Lists for every animal with an unknown or a group parent who could have been that parent: the
-/// males or females that were alive and of reproductive age, and at the animal's birth location.
-/// One XML report with an element per traced animal and a summary of counts.
+/// Lists the possible parents of every animal with an unknown or a group parent: the males or females
+/// that were alive and of reproductive age, at the animal's birth location. Writes one XML report
+/// with an element per traced animal and a summary of counts.
 ///
 ///     TraceParents analysis;
 ///     analysis.setReportDirectory(path);
 ///     if (analysis.initialize()) analysis.trace();
 ///
-/// An unknown parent begins with "UNK"; a group is what isMultiParent says. Pseudo individuals are
-/// neither traced nor candidates. With the default life history no animal is of reproductive age.
+/// The ID of an unknown parent begins with "UNK"; isMultiParent() recognises a group. Pseudo
+/// individuals are neither traced nor candidates. With the default life history no animal is of
+/// reproductive age.
 class SPX_EXPORT TraceParents : public Analysis {
  public:
   TraceParents();
   ~TraceParents() override;
 
-  /// Sorts the index by birth, gathers the candidates and zeroes the counts. The records may not
-  /// change between this and trace(). n log n.
+  /// Sorts the index by birth, collects the candidates and resets the counts. n log n.
+  /// Requires: the records do not change before trace().
   /// @return false after "No animals in list" for an empty store
   bool initialize() override;
 
   /// Writes the report: file stem, "-" and the sex of the view as its name, in the report
   /// directory. Leaves the index sorted by studbook ID, and the pedigree rebuilt if there was one.
-  /// Always true: a report that cannot be written does not stop the walk, which counts all the
-  /// same; see isReportWritten(). Costs a binary search per traced animal and what is written.
+  /// Always true: without a report everything is counted all the same; see isReportWritten(). Costs
+  /// a binary search per traced animal, and a line of text per candidate.
+  /// Requires: initialize() returned true.
   bool trace();
 
-  /// Whether the report of the last trace() is whole on the disk.
+  /// Whether the report of the last trace() was written completely.
   bool isReportWritten() const { return report_written_; }
 
-  /// Writes the possible sires of an animal into the open report. A sire was alive at the
-  /// conception, which lies 1.0625 gestation lengths before the birth, in whole days; his age is
-  /// that at the birth.
+  /// Writes the possible sires of an animal into the open report. A sire was alive at conception,
+  /// 1.0625 gestation lengths before the birth, in whole days; his age is that at the birth.
   /// @param same_location  only animals that were at the animal's birth location then
   /// @return the number written
   std::uint64_t trackSire(const master_data& animal, bool same_location);
 
-  /// The same for dams, which are asked about the day of birth itself.
+  /// The same for dams, which must be alive on the day of birth.
   std::uint64_t trackDam(const master_data& animal, bool same_location);
 
   /// Writes the counts as the element SUMMARY.
@@ -71,7 +72,7 @@ class SPX_EXPORT TraceParents : public Analysis {
     void add(position record);
     const std::vector<position>& listFor(packed_deme location, bool same_location) const;
   };
-  /// What a candidate is asked about.
+  /// The conditions that a candidate must meet.
   struct parent_question {
     const char* element;
     const candidate_list& candidates;
