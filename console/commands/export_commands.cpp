@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -10,6 +11,7 @@
 #include "spx/exports/export_pedigree.h"
 #include "spx/reports/view_to_r.h"
 #include "spx/support/write_file.h"
+#include "spx/views/data_filter.h"
 #include "spx/views/predicates.h"
 
 #include "console/base/failure.h"
@@ -50,10 +52,14 @@ std::vector<std::string> openExport(Session& session, const export_options& opti
   return paths;
 }
 
-/// The library opens and writes silently; what it could not do is told here.
+[[noreturn]] void failToWrite(const std::string& path) {
+  throw Failure(path + ": could not be written; an existing file is unchanged");
+}
+
+/// Names the files that were written, or the one that was not.
 ExitCode report(bool written, const std::vector<std::string>& paths) {
   if (!written) {
-    throw Failure(paths.front() + ": could not be written; a former file is as it was");
+    failToWrite(paths.front());
   }
   for (const std::string& path : paths) {
     std::cerr << "spx: wrote " << path << "\n";
@@ -61,13 +67,8 @@ ExitCode report(bool written, const std::vector<std::string>& paths) {
   return ExitCode::DONE;
 }
 
-template <class Export>
-ExitCode runExport(Session& session, const export_options& options, const std::vector<std::string>& files,
-                   bool (Export::*write)()) {
-  const std::vector<std::string> paths = openExport(session, options, files);
-  Export table;
-  table.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
-  return report((table.*write)(), paths);
+void setDirectory(Analysis& analysis, const std::vector<std::string>& paths) {
+  analysis.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
 }
 
 bool writeText(const std::string& path, const std::string& text) {
@@ -82,15 +83,33 @@ bool writeText(const std::string& path, const std::string& text) {
 }
 
 ExitCode exportPedigree(Session& session, const export_options& options) {
-  return runExport(session, options, {"pedigree.csv"}, &ExportPedigree::exportToR);
+  const std::vector<std::string> paths = openExport(session, options, {"pedigree.csv"});
+  ExportPedigree table;
+  setDirectory(table, paths);
+  return report(table.exportToR(), paths);
 }
 
 ExitCode exportFields(Session& session, const export_options& options) {
-  return runExport(session, options, {"animal_data.csv"}, &ExportField::exportToR);
+  const std::vector<std::string> paths = openExport(session, options, {"animal_data.csv"});
+  ExportField table;
+  setDirectory(table, paths);
+  const ExitCode result = report(table.exportToR(), paths);
+  if (table.exportedAnimals() == 0) {
+    std::cerr << "spx: the table is empty: no animal of the view died or was lost between "
+              << qs_lib::julianToISO(qs_lib::dayToMs(View.start_date)) << " and "
+              << qs_lib::julianToISO(qs_lib::dayToMs(View.end_date)) << "\n";
+  }
+  return result;
 }
 
 ExitCode exportDattrf(Session& session, const export_options& options) {
-  return runExport(session, options, {"STUDBOOK.DAT", "STUDBOOK.TRF"}, &ExportDattrf::exportData);
+  const std::vector<std::string> paths = openExport(session, options, {"STUDBOOK.DAT", "STUDBOOK.TRF"});
+  ExportDattrf table;
+  setDirectory(table, paths);
+  if (!table.exportData()) {
+    failToWrite(table.failedFile());
+  }
+  return report(true, paths);
 }
 
 ExitCode exportView(Session& session, const export_options& options) {
@@ -108,16 +127,33 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(TestFilters(paths.front()), paths);
 }
 
+/// Removes tables that the studbook does not have: beside those that were written they would be read
+/// as its own.
+void removeForeignTables(const std::vector<std::string>& foreign) {
+  for (const std::string& path : foreign) {
+    std::error_code failed;
+    if (std::filesystem::remove(path, failed)) {
+      std::cerr << "spx: removed " << path << ": the studbook has no such table\n";
+    } else if (failed) {
+      throw Failure(path + " does not belong to this studbook and cannot be removed: " + failed.message());
+    }
+  }
+}
+
 /// The tables that a studbook file was imported from, with the changes that were made since.
 ExitCode exportTables(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   const std::string studbook = session.studbook();
+  const std::vector<std::string> own = tableFiles(studbook);
   std::vector<std::string> paths;
-  for (const std::string& file : tableFiles(studbook)) {
-    paths.push_back(pathIn(directory, file));
-    checkTarget(options.output, paths.back());
+  std::vector<std::string> foreign;
+  for (const std::string& file : possibleTableFiles()) {
+    const std::string path = pathIn(directory, file);
+    checkTarget(options.output, path);
+    (std::find(own.begin(), own.end(), file) == own.end() ? foreign : paths).push_back(path);
   }
   writeTables(studbook, directory, options.id_prefix);
+  removeForeignTables(foreign);
   return report(true, paths);
 }
 

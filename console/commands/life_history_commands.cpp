@@ -66,8 +66,9 @@ ExitCode load(Session& session, const life_history_words& words) {
   session.openProject();
   Biology other = copyAt(words.file);
   if (!other.load()) {
-    throw Failure(words.file + ": is no life-history file, or cannot be read");
+    throw Failure(words.file + ": not a life-history file, or unreadable");
   }
+  checkLifeHistory(other);
   Biology changed = other;
   changed.setDirectory(LifeHistory.getDirectory());
   changed.setName(LifeHistory.getName());

@@ -11,6 +11,7 @@
 
 #include "console/base/failure.h"
 #include "console/base/user_directories.h"
+#include "console/project/life_history.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/studbook_file.h"
 
@@ -29,9 +30,13 @@ std::string projectEntry(const char* key) {
 
 void openLifeHistory(const std::string& directory) {
   LifeHistory.setDirectory(directory);
-  if (fs::exists(LifeHistory.getFileName()) && !LifeHistory.load()) {
-    throw Failure(LifeHistory.getFileName() + ": is no life-history file, or cannot be read");
+  if (!fs::exists(LifeHistory.getFileName())) {
+    return;
   }
+  if (!LifeHistory.load()) {
+    throw Failure(LifeHistory.getFileName() + ": not a life-history file, or unreadable");
+  }
+  checkLifeHistory(LifeHistory);
 }
 
 }  // namespace

@@ -71,6 +71,14 @@ void writeTable(const std::shared_ptr<StudbookFile>& file, const std::string& ta
 
 }  // namespace
 
+std::vector<std::string> possibleTableFiles() {
+  std::vector<std::string> names;
+  for (const stored_table& table : storedTableList()) {
+    names.push_back(std::string(table.name) + ".csv");
+  }
+  return names;
+}
+
 std::vector<std::string> tableFiles(const std::string& studbook_file) {
   StudbookFile file(studbook_file, FILE_ACCESS::READ);
   std::vector<std::string> names = tableNames(file);
