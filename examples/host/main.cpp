@@ -10,7 +10,7 @@
 
 namespace {
 
-/// An animal as the example gives it; an empty parent is unknown, an empty date too.
+/// An animal of the example. A parent is an ID, WILD or UNK; an empty date is unknown.
 struct animal_row {
   const char* id;
   const char* sire;
@@ -20,7 +20,7 @@ struct animal_row {
   const char* death;
 };
 
-// 1 and 2 come from the wild; 5 is said to be older than its parents, which the check finds.
+// 1 and 2 come from the wild; 5 has a birth date before those of its parents, which the check finds.
 constexpr animal_row ANIMALS[] = {
     {"1", "WILD", "WILD", spx::SEX::MALE, "1990-04-01", "2004-01-15"},
     {"2", "WILD", "WILD", spx::SEX::FEMALE, "1991-05-12", ""},
