@@ -223,7 +223,9 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
     SCOPED_TRACE(fault);
     const std::string text = load(animals, events, locations);
     EXPECT_EQ(text.substr(0, text.find('\n')), home + "/" + fault);
-    EXPECT_TRUE(Animals.records.empty() && MetaPop.levels().empty() && user_field_list.empty());
+    EXPECT_TRUE(Animals.records.empty());
+    EXPECT_TRUE(MetaPop.levels().empty());
+    EXPECT_TRUE(user_field_list.empty());
   }
 }
 
