@@ -12,6 +12,9 @@ namespace qs_lib {
 ///     AtomicFile file(path);
 ///     if (file.create() && writeEverything(file.writePath())) return file.commit();
 ///
+/// A temporary file is locked while it is written. One that is not, because its process was killed,
+/// is removed by the next create() in that directory.
+///
 /// A target that is no regular file (a device, a pipe) cannot be replaced: it is written itself.
 /// A symbolic link stays; the file that it names is replaced.
 class SPX_EXPORT AtomicFile {
@@ -39,9 +42,12 @@ class SPX_EXPORT AtomicFile {
 
  private:
   bool createBeside(unsigned mode, bool keep_mode);
+  bool lock(int file);
+  void unlock();
 
   std::string target_;
   std::string write_path_;
   bool temporary_ = false;
+  int lock_ = -1;  ///< the temporary file, open
 };
 }  // namespace qs_lib
