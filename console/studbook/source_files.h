@@ -4,7 +4,7 @@
 
 namespace spx::console {
 
-/// The same with a directory replaced by the tables in it: animals.csv, and events.csv,
+/// The same files with a directory replaced by the tables in it: animals.csv, and events.csv,
 /// locations.csv and programs.csv where they exist and no other files are given for them. Beside a
 /// table that is named itself nothing is picked up. Throws Failure when the directory has no
 /// animals.csv.
