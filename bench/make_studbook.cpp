@@ -377,9 +377,7 @@ std::optional<options> parseArguments(int count, char** arguments) {
       if (kind != "herd" && kind != "registry" && kind != "wild") {
         return std::nullopt;
       }
-      wanted.kind = kind == "herd"       ? population::herd
-                    : kind == "registry" ? population::registry
-                                         : population::wild;
+      wanted.kind = kind == "herd" ? population::herd : kind == "registry" ? population::registry : population::wild;
     } else if (word == "--locations" && has_value) {
       wanted.locations = arguments[++at];
     } else if (wanted.animals != 0 || !parseNumber(word, wanted.animals)) {

@@ -95,7 +95,7 @@ TEST_F(OddFilesTest, WideTablesAreReadOrRefusedWithTheReason) {
 
 TEST_F(OddFilesTest, ALimitOfTheSizeOfFilesIsAFailureWithAReason) {
   std::string rows = "id,sex\n";
-  for (int animal = 0; animal < 20000; ++animal) {
+  for (int animal = 1; animal < 20000; ++animal) {
     rows += std::to_string(animal) + ",m\n";
   }
   const std::string line =
