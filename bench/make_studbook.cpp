@@ -8,7 +8,8 @@
 //
 // Two other kinds test genetics, both closed after the founders, with all parents known. In a herd
 // parents are 2 to 8 years old and anybody mates with anybody: after some twelve generations an animal
-// has thousands of ancestors. In a registry one male in fifty is a sire.
+// has thousands of ancestors. In a registry one male in fifty is a sire. In the kind "wild" every other
+// animal of the zoos has a wild sire, which gets an identity for each dam.
 #include <charconv>
 #include <chrono>
 #include <cstdint>
@@ -41,7 +42,7 @@ constexpr std::uint32_t DEMES = REGIONS * INSTITUTIONS * ENCLOSURES;
 constexpr std::string_view TAXA[] = {"borealis", "australis", "insularis"};
 constexpr std::string_view GROUPS[] = {"MULT2", "MULT3", "GROUP A", "HERD 1"};
 
-enum class population { zoos, herd, registry };
+enum class population { zoos, herd, registry, wild };
 
 struct options {
   std::uint32_t animals = 0;
@@ -212,7 +213,10 @@ class Generator {
   }
 
   parent drawParent(bool male, std::int32_t day) {
-    if (kind_ != population::zoos) {
+    if (kind_ == population::wild && male && dice_.below(2) == 0) {
+      return {parent::wild};
+    }
+    if (kind_ == population::herd || kind_ == population::registry) {
       return drawKnownParent(male, day);
     }
     const std::uint32_t lot = dice_.below(1000);
@@ -284,7 +288,7 @@ class Generator {
   }
 
   void writeAnimal(std::uint32_t index, const animal& born, parent sire, parent dam, std::uint32_t birth_deme) {
-    const bool wild = sire.kind == parent::wild;
+    const bool wild = sire.kind == parent::wild && dam.kind == parent::wild;
     animals_ << index + 1 << ",";
     writeParent(sire);
     animals_ << ",";
@@ -370,10 +374,10 @@ std::optional<options> parseArguments(int count, char** arguments) {
       wanted.events = arguments[++at];
     } else if (word == "--kind" && has_value) {
       const std::string_view kind = arguments[++at];
-      if (kind != "herd" && kind != "registry") {
+      if (kind != "herd" && kind != "registry" && kind != "wild") {
         return std::nullopt;
       }
-      wanted.kind = kind == "herd" ? population::herd : population::registry;
+      wanted.kind = kind == "herd" ? population::herd : kind == "registry" ? population::registry : population::wild;
     } else if (word == "--locations" && has_value) {
       wanted.locations = arguments[++at];
     } else if (wanted.animals != 0 || !parseNumber(word, wanted.animals)) {
@@ -397,7 +401,7 @@ int main(int argc, char** argv) {
   const std::optional<options> wanted = parseArguments(argc, argv);
   if (!wanted) {
     std::fputs(
-        "Usage: make_studbook N [--kind herd|registry] [--seed S] [--events FILE] [--locations FILE]\n"
+        "Usage: make_studbook N [--kind herd|registry|wild] [--seed S] [--events FILE] [--locations FILE]\n"
         "Writes the animals table of N animals (1 to 100000000) to standard output.\n",
         stderr);
     return 2;

@@ -15,6 +15,7 @@
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
+#include "console/commands/file_option.h"
 #include "console/help/command_pages.h"
 #include "console/help/completion.h"
 #include "console/help/man_page.h"
@@ -32,7 +33,7 @@ struct self_description {
 
 void addGlobalOptions(CLI::App& app, session_options& options) {
   const auto add_file = [&](const char* name, std::string& file, const char* help) {
-    app.add_option(name, file, help)->type_name("FILE");
+    requireName(*app.add_option(name, file, help)->type_name("FILE"));
   };
   app.add_option("--project", options.project, "The project to work in")->type_name("NAME");
   add_file("--studbook", options.files.animals,

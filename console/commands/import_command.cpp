@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <numeric>
 
@@ -9,10 +11,14 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/breeding_program.h"
 #include "spx/core/meta_population.h"
+#include "spx/core/pseudo_ids.h"
+#include "spx/core/sub_taxa.h"
+#include "spx/core/user_fields.h"
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/commands/command.h"
+#include "console/commands/file_option.h"
 #include "console/output/staged_files.h"
 #include "console/studbook/import_studbook.h"
 #include "console/studbook/load_studbook.h"
@@ -59,19 +65,37 @@ std::size_t countLocations() {
   return count;
 }
 
-void reportLoaded() {
+void printNames(const char* what, const std::vector<std::string>& names) {
+  if (!names.empty()) {
+    std::cout << std::left << std::setw(18) << what << nameList(names) << "\n";
+  }
+}
+
+void reportLoaded(const loading_notes& notes) {
   std::size_t animals = 0;
+  std::size_t founders = 0;
   std::size_t events = 0;
   for (const master_data& animal : Animals.records) {
     animals += hasRow(animal) ? 1 : 0;
+    founders += !hasRow(animal) && animal.stud_id.starts_with(PSEUDO_FOUNDER_PREFIX) ? 1 : 0;
     events += animal.moves.size();
+  }
+  std::vector<std::string> fields;
+  for (const user_field& field : user_field_list) {
+    fields.push_back(field.name);
   }
   printCount("animals", animals);
   printCount("events", events);
   printCount("locations", countLocations());
   printCount("programmes", Management.programs().size());
-  printCount("pseudo founders", Animals.records.size() - animals);
+  printCount("pseudo founders", founders);
   printCount("inconsistencies", Animals.inconsistencies.size());
+  printNames("new locations", notes.new_locations);
+  std::vector<std::string> taxa;
+  std::remove_copy(Subspecies.names().begin(), Subspecies.names().end(), std::back_inserter(taxa),
+                   *Subspecies.getGeneric());
+  printNames("taxa", taxa);
+  printNames("other columns", fields);
 }
 
 ExitCode import(Session& session, const import_options& options) {
@@ -79,19 +103,21 @@ ExitCode import(Session& session, const import_options& options) {
   session.useIdPrefix(options.id_prefix);
   const studbook_tables tables = openTables(session.filesBeside(options.animals));
   if (options.dry_run) {
-    refusePlaceholders(options, loadStudbook(tables));
-    reportLoaded();
+    const loading_notes notes = loadStudbook(tables);
+    refusePlaceholders(options, notes);
+    reportLoaded(notes);
     return ExitCode::DONE;
   }
   removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());
   NewStudbook book(target);
-  refusePlaceholders(options, loadStudbook(book.copying(tables)));
+  const loading_notes notes = loadStudbook(book.copying(tables));
+  refusePlaceholders(options, notes);
   const bool replaced = book.finish();
-  reportLoaded();
+  reportLoaded(notes);
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
   if (replaced) {
-    std::cerr << "spx: the former studbook is kept as " << target << ".bak\n";
+    std::cerr << "spx: the replaced studbook is kept as " << book.backup() << "\n";
   }
   return ExitCode::DONE;
 }
@@ -103,9 +129,9 @@ void addImportCommands(std::vector<command>& commands) {
   commands.push_back(
       {"import", "Make a studbook file from tables", [options](Session& session) { return import(session, *options); },
        [options](CLI::App& app) {
-         app.add_option("ANIMALS", options->animals,
-                        "Table of animals (CSV), or a directory with animals.csv and the others")
-             ->required();
+         requireName(*app.add_option("ANIMALS", options->animals,
+                                     "Table of animals (CSV), or a directory with animals.csv and the others")
+                          ->required());
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
          app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");

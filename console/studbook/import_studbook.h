@@ -33,10 +33,14 @@ class NewStudbook {
   /// that cannot be done. The object must outlive them.
   studbook_tables copying(const studbook_tables& tables);
 
-  /// Completes the file, brings it to the disk and puts it in its place. A former studbook file is
-  /// kept as PATH.bak. Throws Failure.
-  /// @return whether there was a former one
+  /// Completes the file, brings it to the disk and puts it in its place. An existing studbook file
+  /// is kept as backup(). Throws Failure.
+  /// @return whether there was one
   bool finish();
+
+  /// The path of the file, without symbolic links, and that of the studbook that it has replaced.
+  const std::string& path() const { return path_; }
+  std::string backup() const { return path_ + ".bak"; }
 
  private:
   void checkTarget() const;

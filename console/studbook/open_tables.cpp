@@ -3,6 +3,7 @@
 #include "console/base/failure.h"
 #include "console/studbook/file_rows.h"
 #include "console/studbook/id_prefix.h"
+#include "console/studbook/schema.h"
 #include "console/studbook/studbook_file.h"
 #include "console/tables/csv_table.h"
 
@@ -24,13 +25,14 @@ studbook_tables openAsTheyAre(const studbook_files& files) {
     return storedTables(std::make_shared<StudbookFile>(files.animals, FILE_ACCESS::READ));
   }
   const studbook_files tables = resolveFiles(files);
-  return {tables.animals,
-          "CSV",
-          csvSource(tables.animals),
-          csvSource(tables.events),
-          csvSource(tables.locations),
-          csvSource(tables.programs),
-          tables.titles};
+  studbook_tables sources;
+  sources.file = tables.animals;
+  sources.format = "CSV";
+  sources.titles = tables.titles;
+  for (const stored_table& table : storedTableList()) {
+    sources.*table.source = csvSource(tables.*table.file);
+  }
+  return sources;
 }
 
 }  // namespace

@@ -28,10 +28,14 @@ std::string columnText(const stored_table& table, const table_field& field) {
 }  // namespace
 
 std::span<const stored_table> storedTableList() {
-  static const stored_table tables[] = {{"animals", animalFields()},
-                                        {"events", eventFields()},
-                                        {"locations", locationFields()},
-                                        {"programs", programFields()}};
+  using files = studbook_files;
+  using sources = studbook_tables;
+  static const stored_table tables[] = {
+      {"animals", animalFields(), &files::animals, &sources::animals},
+      {"events", eventFields(), &files::events, &sources::events},
+      {"locations", locationFields(), &files::locations, &sources::locations},
+      {"programs", programFields(), &files::programs, &sources::programs},
+  };
   return tables;
 }
 

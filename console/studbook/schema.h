@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "console/studbook/studbook_files.h"
+#include "console/studbook/studbook_tables.h"
 #include "console/tables/column_titles.h"
 
 namespace SQLite {
@@ -20,12 +22,16 @@ inline constexpr std::int32_t APPLICATION_ID = 0x73707862;
 /// The version of the schema that is written; docs/studbook-file.md tells what raises it.
 inline constexpr int SCHEMA_VERSION = 1;
 
-/// A table of a studbook file with its fields.
+/// A table of a studbook: its name in a studbook file, which is also that of its CSV file, its
+/// fields, and where it stands among the files and sources of a studbook.
 struct stored_table {
   const char* name;
   std::span<const table_field> fields;
+  std::string studbook_files::*file;
+  table_source studbook_tables::*source;
 };
 
+/// All tables: animals first, in the order in which they are listed and stored.
 std::span<const stored_table> storedTableList();
 const stored_table& findStoredTable(const std::string& name);
 

@@ -1,5 +1,7 @@
 #include "console/studbook/studbook_file.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -10,6 +12,7 @@
 
 #include "console/base/failure.h"
 #include "console/studbook/schema.h"
+#include "console/studbook/table_sums.h"
 
 namespace spx::console {
 namespace {
@@ -25,7 +28,7 @@ int pragma(SQLite::Database& database, const char* name) {
 /// A reader may not undo what a killed writer left half done; any program that may write does so at
 /// its first look.
 void undoHalfDone(const std::string& path) {
-  SQLite::Database database(path, SQLite::OPEN_READWRITE, WAIT_MS);
+  SQLite::Database database(databaseName(path), SQLite::OPEN_READWRITE, WAIT_MS);
   database.exec("SELECT 1 FROM sqlite_schema LIMIT 1");
 }
 
@@ -62,16 +65,16 @@ void failFor(const std::string& path, const SQLite::Exception& error) {
   throw Failure(path + ": " + reasonOf(error));
 }
 
-StudbookFile::StudbookFile(std::string path, FILE_ACCESS access) : path_(std::move(path)) {
+StudbookFile::StudbookFile(std::string path, FILE_ACCESS access) : path_(std::move(path)), access_(access) {
   try {
     try {
-      open(access);
+      open();
     } catch (const SQLite::Exception& error) {
       if (error.getExtendedErrorCode() != SQLITE_READONLY_ROLLBACK) {
         throw;
       }
       undoHalfDone(path_);
-      open(access);
+      open();
     }
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
@@ -80,10 +83,12 @@ StudbookFile::StudbookFile(std::string path, FILE_ACCESS access) : path_(std::mo
 
 StudbookFile::~StudbookFile() = default;
 
-void StudbookFile::open(FILE_ACCESS access) {
-  const bool write = access == FILE_ACCESS::WRITE;
+void StudbookFile::open() {
+  const bool write = access_ != FILE_ACCESS::READ;
   database_ = std::make_unique<SQLite::Database>(
-      path_, (write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | ONE_THREAD, WAIT_MS);
+      databaseName(path_), (write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | ONE_THREAD, WAIT_MS);
+  // A view in the place of a table could be endless.
+  sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
   database_->exec("PRAGMA trusted_schema = OFF");
   database_->exec("PRAGMA foreign_keys = ON");
   // Another program may have given the file a log of its own, which would outlive a replaced file.
@@ -91,19 +96,33 @@ void StudbookFile::open(FILE_ACCESS access) {
     database_->exec("PRAGMA journal_mode = DELETE");
   }
   database_->exec(write ? "BEGIN IMMEDIATE" : "BEGIN");
-  check();
+  checkKind();
+  checkContent();
 }
 
 // Version 1 is the first: from the second on, a file that is opened for writing is brought up to
 // date here, in its transaction.
-void StudbookFile::check() {
+void StudbookFile::checkKind() {
   if (pragma(*database_, "application_id") != APPLICATION_ID) {
-    throw Failure(path_ + ": is a database, but no studbook file");
+    throw Failure(path_ + ": is an SQLite database, but not a studbook file");
   }
   const int version = pragma(*database_, "user_version");
   if (version != SCHEMA_VERSION) {
     throw Failure(path_ + ": is a studbook file of version " + std::to_string(version) +
                   "; this program knows version " + std::to_string(SCHEMA_VERSION));
+  }
+}
+
+void StudbookFile::checkContent() {
+  try {
+    if (access_ == FILE_ACCESS::READ) {
+      checkStructure(*database_);
+    } else if (access_ == FILE_ACCESS::WRITE) {
+      checkStructure(*database_);
+      checkEverything(*database_);
+    }
+  } catch (const TableError& error) {
+    throw Failure(path_ + ": is damaged: " + error.what());
   }
 }
 
@@ -117,7 +136,10 @@ bool StudbookFile::hasTable(const std::string& table) {
 
 std::size_t StudbookFile::countRows(const std::string& table) {
   try {
-    return static_cast<std::size_t>(database_->execAndGet("SELECT coalesce(max(\"row\"), 0) FROM " + table).getInt64());
+    constexpr std::uintmax_t SMALLEST_ROW = 8;
+    const auto last = database_->execAndGet("SELECT coalesce(max(\"row\"), 0) FROM " + table).getInt64();
+    const std::uintmax_t most = std::filesystem::file_size(path_) / SMALLEST_ROW;
+    return std::min(static_cast<std::uintmax_t>(std::max<std::int64_t>(last, 0)), most);
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
   }
@@ -125,10 +147,17 @@ std::size_t StudbookFile::countRows(const std::string& table) {
 
 void StudbookFile::commit() {
   try {
+    storeSums(*database_);
     database_->exec("COMMIT");
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
+  } catch (const TableError& error) {
+    throw Failure(path_ + ": cannot be written: " + error.what());
   }
+}
+
+std::string databaseName(const std::string& path) {
+  return std::filesystem::absolute(path).string();
 }
 
 }  // namespace spx::console

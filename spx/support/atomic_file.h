@@ -12,6 +12,9 @@ namespace qs_lib {
 ///     AtomicFile file(path);
 ///     if (file.create() && writeEverything(file.writePath())) return file.commit();
 ///
+/// A temporary file is locked while it is written. One that is not, because its process was killed,
+/// is removed by the next create() in that directory.
+///
 /// A target that is not a regular file (a device, a pipe) is written directly. A symbolic link
 /// stays; the file that it names is replaced. A forked child can neither commit nor discard the file
 /// of its parent.
@@ -41,10 +44,13 @@ class SPX_EXPORT AtomicFile {
 
  private:
   bool createBeside(unsigned mode, bool keep_mode);
+  bool lock(int file);
+  void unlock();
 
   std::string target_;
   std::string write_path_;
   bool temporary_ = false;
   int created_by_ = 0;  ///< the process
+  int lock_ = -1;  ///< the temporary file, open
 };
 }  // namespace qs_lib

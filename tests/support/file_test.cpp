@@ -135,6 +135,18 @@ TEST_F(Files, StagedFileReplacesTheOldOneWhenWhole) {
   EXPECT_TRUE(contentOf(at(long_name)).empty());
 }
 
+TEST_F(Files, WhatAKilledWriterLeftIsRemovedByTheNext) {
+  writeContent(at(".spx-1-1.tmp"), "half");
+  writeContent(at(".spx-notes.txt"), "kept");
+  AtomicFile writing(at("a"));
+  ASSERT_TRUE(writing.create());
+  EXPECT_EQ(filesAtHome().size(), 2U);
+  AtomicFile other(at("b"));
+  ASSERT_TRUE(other.create() && other.commit());
+  EXPECT_TRUE(writing.commit()) << "it was being written";
+  EXPECT_EQ(filesAtHome(), (std::vector<std::string>{".spx-notes.txt", "a", "b"}));
+}
+
 TEST_F(Files, AnExceptionLeavesTheFileThatWasWhole) {
   writeContent(at("file"), "old");
   try {

@@ -81,7 +81,7 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
       {{"--map", "sex=sex", "animal", "set", "0055", "sex=m"}, 0, ""},
       {{"--map", "sex=sex", "check"}, 2, "--map go with tables"},
       {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "is no studbook file"},
-      {{"import", EXAMPLE, "--studbook", table}, 1, "is not replaced"},
+      {{"import", EXAMPLE, "--studbook", table}, 1, "will not be overwritten"},
   };
   for (auto [words, code, says] : cases) {
     SCOPED_TRACE(testing::PrintToString(words));
@@ -107,7 +107,7 @@ TEST_F(StudbookFileTest, RefusesWhatIsNoSoundStudbookFile) {
       {sound.substr(0, sound.size() / 2), "is damaged"},
       {with(100, std::string(20000, '\x7F')), "is damaged"},
       {with(63, "\x09"), "is a studbook file of version 9; this program knows version 1"},
-      {with(68, "mine"), "is a database, but no studbook file"},
+      {with(68, "mine"), "is an SQLite database, but not a studbook file"},
   };
   for (const auto& [content, reason] : cases) {
     writeContent(file, content);
