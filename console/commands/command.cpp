@@ -9,6 +9,7 @@ std::vector<command> allCommands() {
   addImportCommands(commands);
   addEditCommands(commands);
   addListingCommands(commands);
+  addGeneticsCommands(commands);
   addRegistryCommands(commands);
   addProjectCommands(commands);
   addViewCommands(commands);

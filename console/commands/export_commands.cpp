@@ -20,6 +20,7 @@
 #include "console/output/r_loader.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
+#include "console/studbook/record_genetics.h"
 #include "console/studbook/write_tables.h"
 
 namespace spx::console {
@@ -49,6 +50,7 @@ std::vector<std::string> openExport(Session& session, const export_options& opti
   }
   session.loadStudbook();
   useView(session, options.view);
+  computeRecordGenetics();
   return paths;
 }
 

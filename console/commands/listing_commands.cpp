@@ -15,6 +15,7 @@
 #include "console/output/output_format.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
+#include "console/studbook/record_genetics.h"
 
 namespace spx::console {
 namespace {
@@ -29,6 +30,7 @@ struct listing_options {
 void openListing(Session& session, const listing_options& options) {
   session.loadStudbook();
   useView(session, options.view);
+  computeRecordGenetics();
 }
 
 ExitCode exitCode(bool done) {
@@ -101,6 +103,7 @@ void needAnimal(const std::string& id) {
 ExitCode offspring(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
+  computeRecordGenetics();
   if (options.format == OUTPUT_FORMAT::TEXT) {
     return exitCode(listOffspring(options.id));
   }
@@ -114,6 +117,7 @@ ExitCode offspring(Session& session, const listing_options& options) {
 ExitCode pedigree(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
+  computeRecordGenetics();
   Animals.selectAncestors(options.id);
   writeSelected(options.format);
   return ExitCode::DONE;
@@ -122,6 +126,7 @@ ExitCode pedigree(Session& session, const listing_options& options) {
 ExitCode show(Session& session, const listing_options& options) {
   session.loadStudbook();
   needAnimal(options.id);
+  computeRecordGenetics();
   if (options.format == OUTPUT_FORMAT::TEXT) {
     return exitCode(listAnimal(options.id));
   }

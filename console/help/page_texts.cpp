@@ -59,6 +59,48 @@ const std::vector<command_page>& commandPages() {
       {"show", "Shows all that is known of one animal: parents, events, numbers, its own fields.",
        "spx --studbook examples/studbook show 0001\n"
        "spx --studbook examples/studbook show 0001 --format json"},
+      {"genetics",
+       "Shows the genetic state of the living of the view: founders, inbreeding, kinship, diversity,\n"
+       "generations, effective size; beside it the whole living population where the view is a part of\n"
+       "it. Ancestors are always those of the whole studbook. docs/genetics.md explains every number.",
+       "spx --studbook examples/studbook genetics\n"
+       "spx --studbook examples/studbook genetics --location 2 --format json"},
+      {"inbreeding",
+       "Without an ID: the animals of the view that were ever there, dead or alive. With an ID also the\n"
+       "common ancestors of its parents, each with its part of F.",
+       "spx --studbook examples/studbook inbreeding 0136\n"
+       "spx --studbook examples/studbook inbreeding 0136 --partial\n"
+       "spx --studbook examples/studbook inbreeding --living --sort -f --limit 10"},
+      {"kinship", "Shows the kinship of animals by their IDs, or of all living animals of the view.",
+       "spx --studbook examples/studbook kinship 0129 0136 0147\n"
+       "spx --studbook examples/studbook kinship 0129 0136 0147 --matrix\n"
+       "spx --studbook examples/studbook kinship --all --format csv"},
+      {"mean-kinship",
+       "The list to work from: animals at the top have the fewest living relatives and should breed\n"
+       "first. An animal with few known ancestors stands high for want of knowledge: see Known.",
+       "spx --studbook examples/studbook mean-kinship\n"
+       "spx --studbook examples/studbook mean-kinship --sex female --unknown exclude"},
+      {"founders",
+       "Founders whose target is above their contribution are under-represented: breed their descendants.\n"
+       "What is retained is found by dropping genes through the pedigree.",
+       "spx --studbook examples/studbook founders --runs 1000"},
+      {"gene-drop", "Gives the spread of gene diversity and of the genes left over many gene drops.",
+       "spx --studbook examples/studbook gene-drop --runs 1000 --seed 7"},
+      {"generations", "Shows the generation numbers of the animals of the view, dead or alive, or of some.",
+       "spx --studbook examples/studbook generations --living"},
+      {"completeness", "Shows the share of ancestors known in each generation back, and an index over all of them.",
+       "spx --studbook examples/studbook completeness --living --generations 4"},
+      {"pairs",
+       "Ranks the pairs of living males and females, the best for gene diversity first, or picks some that\n"
+       "go well together. Animals that cannot breed are left out and named: too young or too old for the\n"
+       "life history of the project, sex unknown.",
+       "spx --studbook examples/studbook pairs --max-kinship 0.1 --limit 10\n"
+       "spx --studbook examples/studbook pairs --pick 5 --most-per-male 2"},
+      {"effective-size",
+       "Shows the effective size by six methods with their intervals. They assume different things, so\n"
+       "say which one you report.",
+       "spx --studbook examples/studbook effective-size\n"
+       "spx --studbook examples/studbook effective-size --intervals"},
       {"locations", "Lists the locations of each level with their identifiers.",
        "spx --studbook examples/studbook locations"},
       {"taxa", "Lists the taxa of the animals; \"generic\" stands for none.", "spx --studbook examples/studbook taxa"},
