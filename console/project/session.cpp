@@ -30,7 +30,7 @@ std::string projectEntry(const char* key) {
 void openLifeHistory(const std::string& directory) {
   LifeHistory.setDirectory(directory);
   if (fs::exists(LifeHistory.getFileName()) && !LifeHistory.load()) {
-    throw Failure(LifeHistory.getFileName() + ": is no life-history file, or cannot be read");
+    throw Failure(LifeHistory.getFileName() + ": not a life-history file, or unreadable");
   }
 }
 
@@ -52,7 +52,7 @@ void nameProject(const std::string& name) {
 void openProjectFile(const std::string& name) {
   nameProject(name);
   if (!ActiveProject.load()) {
-    throw Failure(ActiveProject.getFileName() + ": is no project file, or cannot be read");
+    throw Failure(ActiveProject.getFileName() + ": not a project file, or unreadable");
   }
 }
 
@@ -130,7 +130,7 @@ std::string Session::writableStudbook() {
     failWithoutStudbook();
   }
   if (fs::exists(file) && !isStudbookFile(file)) {
-    throw Failure(file + ": is no studbook file; spx import makes one from tables");
+    throw Failure(file + ": not a studbook file; spx import makes one from tables");
   }
   return file;
 }

@@ -189,9 +189,7 @@ bool listOffspring(const std::string& id) {
     spxError("Can not find animal");
     return false;
   }
-  for (master_data& animal : Animals.records) {
-    animal.selected = animal.dam_id == id || animal.sire_id == id;
-  }
+  Animals.selectOffspring(id);
   Animals.sortList(SORT_FIELD::BIRTH);
   flagAll(inPedigree);
   return listTable();
