@@ -89,7 +89,7 @@ ExitCode runExport(Session& session, const export_options& options, const std::v
                    bool (Export::*write)()) {
   const std::vector<std::string> paths = openExport(session, options, files);
   Export table;
-  if (!viewText().empty()) {
+  if (!viewText(false).empty()) {
     table.chooseRecords(options.with_ancestors ? withAncestors(animalsOfView()) : chosenRecords(animalsOfView()));
   }
   table.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());

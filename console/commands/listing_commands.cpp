@@ -70,7 +70,7 @@ ExitCode list(Session& session, const listing_options& options) {
                                   : options.alive_on.empty() ? animalsOfView()
                                                              : livingOfView();
   sortNaturally(animals);
-  showAnimals(animals, ANIMAL_LIST::ALL, options, noAnimalsText());
+  showAnimals(animals, ANIMAL_LIST::ALL, options, noAnimalsText(!options.alive_on.empty()));
   return ExitCode::DONE;
 }
 

@@ -77,7 +77,7 @@ ExitCode traceParents(Session& session, const trace_options& options) {
   if (!analysis.initialize()) {
     return ExitCode::FAILED;
   }
-  if (!viewText().empty()) {
+  if (!viewText(false).empty()) {
     analysis.chooseRecords(chosenRecords(animalsOfView()));
   }
   analysis.setMostCandidates(options.most);

@@ -53,15 +53,12 @@ class OptionText {
   std::string text_;
 };
 
-void addDates(OptionText& options) {
+void addPeriod(OptionText& options) {
   if (!openDates().from) {
     options.addDay("from", View.start_date);
   }
   if (!openDates().until) {
     options.addDay("until", View.end_date);
-  }
-  if (!openDates().on) {
-    options.addDay("on", View.monitor_date);
   }
 }
 
@@ -107,7 +104,7 @@ std::vector<position> livingOfView() {
   return Presence(Animals.records, View, presenceSettings(View)).presentOn(View.monitor_date);
 }
 
-std::string viewText() {
+std::string viewText(bool with_day) {
   OptionText options;
   options.add("sex", View.sex, SEX::ALL);
   options.add("origin", View.origin, BIRTH_TYPE::ALL);
@@ -120,12 +117,15 @@ std::string viewText() {
   options.addBound("high-generation", View.high_generation);
   options.addBound("low-inbreeding", View.low_inbreeding);
   options.addBound("high-inbreeding", View.high_inbreeding);
-  addDates(options);
+  addPeriod(options);
+  if (with_day && !openDates().on) {
+    options.addDay("on", View.monitor_date);
+  }
   return options.text();
 }
 
-std::string noAnimalsText() {
-  const std::string asked = viewText();
+std::string noAnimalsText(bool with_day) {
+  const std::string asked = viewText(with_day);
   return asked.empty() ? "the studbook has no animals" : "no animals match " + asked;
 }
 

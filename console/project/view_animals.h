@@ -21,10 +21,11 @@ std::vector<position> livingOfView();
 bool hasPeriod();
 
 /// What the view asks for, as it would be typed: `--sex male --location "Zoo X"`. Empty when it takes every animal.
-std::string viewText();
+/// @param with_day  the day of the view, too
+std::string viewText(bool with_day = true);
 
 /// "no animals match --sex male", or "the studbook has no animals" for a view that takes every animal.
-std::string noAnimalsText();
+std::string noAnimalsText(bool with_day = true);
 
 /// The same animals as a mark for each record of the store, as Analysis::chooseRecords() takes it.
 std::vector<bool> chosenRecords(const std::vector<position>& animals);

@@ -223,7 +223,7 @@ Table summaryPage(const population_summary& summary) {
   addAccuracies(page, "Birth dates", summary.birth_accuracy);
   addAccuracies(page, "Dates of death or loss", summary.death_accuracy);
   Table table = std::move(page).table();
-  const std::string asked = viewText();
+  const std::string asked = viewText(false);
   table.heading = "Summary for " + qs_lib::julianToISO(qs_lib::dayToMs(summary.day)) +
                   (asked.empty() ? "" : ", animals that match " + asked);
   table.notes = notesOf(summary);
