@@ -7,10 +7,12 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "spx/support/console.h"
 #include "spx/version.h"
 
 #include "console/base/failure.h"
@@ -20,6 +22,7 @@
 #include "console/help/completion.h"
 #include "console/help/man_page.h"
 #include "console/help/wrong_words.h"
+#include "console/output/terminal_filter.h"
 #include "console/project/session.h"
 
 namespace spx::console {
@@ -41,7 +44,7 @@ void addGlobalOptions(CLI::App& app, session_options& options) {
   add_file("--events", options.files.events, "Table of events");
   add_file("--locations", options.files.locations, "Table of locations");
   add_file("--programs", options.files.programs, "Table of breeding programmes");
-  app.add_option("--map", options.titles, "The column of the animals table that holds a field")
+  app.add_option("--map", options.titles, "The column of the animals table that holds a field; may be repeated")
       ->type_name("FIELD=TITLE")
       ->allow_extra_args(false);
   app.set_version_flag("--version", std::string("spx ") + libraryVersion() + "\n" + versionRecord());
@@ -88,7 +91,7 @@ ExitCode runCommand(const CLI::App& app, const std::vector<command>& commands, S
 }
 
 void addCommands(CLI::App& app, const std::vector<command>& commands) {
-  // A word that is no command gets a message of its own.
+  // An unknown word gets a message of its own.
   app.require_subcommand(0, 1);
   for (const command& each : commands) {
     CLI::App& word = *app.add_subcommand(each.name, each.help);
@@ -159,6 +162,9 @@ ExitCode checkOutput(ExitCode code) {
 }  // namespace
 
 int runCommandLine(int argument_count, const char* const* arguments) {
+  const TerminalFilter output(std::cout, STDOUT_FILENO);
+  const TerminalFilter errors(std::cerr, STDERR_FILENO);
+  qs_lib::setPauseHandler([] {});  // nothing waits for a key
   ExitCode code = ExitCode::FAILED;
   try {
     code = parseAndRun(argument_count, arguments);

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "spx/core/animal_data.h"
 #include "spx/exports/export_dattrf.h"
 #include "spx/exports/export_field.h"
 #include "spx/exports/export_pedigree.h"
@@ -18,6 +19,7 @@
 #include "console/commands/command.h"
 #include "console/output/output_file.h"
 #include "console/output/r_loader.h"
+#include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/studbook/record_genetics.h"
@@ -32,6 +34,7 @@ struct export_options {
   bool monitor = false;
   bool settings = false;
   std::string id_prefix;
+  bool with_ancestors = false;
 };
 
 std::string pathIn(const std::string& directory, const std::string& file) {
@@ -69,7 +72,31 @@ ExitCode report(bool written, const std::vector<std::string>& paths) {
   return ExitCode::DONE;
 }
 
-void setDirectory(Analysis& analysis, const std::vector<std::string>& paths) {
+/// The animals and all their ancestors.
+std::vector<bool> withAncestors(std::vector<position> animals) {
+  std::vector<bool> chosen = chosenRecords(animals);
+  std::vector<const pedigree_record*> entries(Animals.records.size());
+  for (const pedigree_record& entry : Animals.pedigree) {
+    entries[entry.animal] = &entry;
+  }
+  while (!animals.empty()) {
+    const pedigree_record* entry = entries[animals.back()];
+    animals.pop_back();
+    for (const position parent : {entry == nullptr ? 0 : entry->sire, entry == nullptr ? 0 : entry->dam}) {
+      if (entry != nullptr && !chosen[parent]) {
+        chosen[parent] = true;
+        animals.push_back(parent);
+      }
+    }
+  }
+  return chosen;
+}
+
+/// Tells the analysis which animals it takes, and where it writes.
+void prepare(Analysis& analysis, const export_options& options, const std::vector<std::string>& paths) {
+  if (!viewText(false).empty()) {
+    analysis.chooseRecords(options.with_ancestors ? withAncestors(animalsOfView()) : chosenRecords(animalsOfView()));
+  }
   analysis.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
 }
 
@@ -87,14 +114,14 @@ bool writeText(const std::string& path, const std::string& text) {
 ExitCode exportPedigree(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"pedigree.csv"});
   ExportPedigree table;
-  setDirectory(table, paths);
+  prepare(table, options, paths);
   return report(table.exportToR(), paths);
 }
 
 ExitCode exportFields(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"animal_data.csv"});
   ExportField table;
-  setDirectory(table, paths);
+  prepare(table, options, paths);
   const ExitCode result = report(table.exportToR(), paths);
   if (table.exportedAnimals() == 0) {
     std::cerr << "spx: the table is empty: no animal of the view died or was lost between "
@@ -107,7 +134,7 @@ ExitCode exportFields(Session& session, const export_options& options) {
 ExitCode exportDattrf(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"STUDBOOK.DAT", "STUDBOOK.TRF"});
   ExportDattrf table;
-  setDirectory(table, paths);
+  prepare(table, options, paths);
   if (!table.exportData()) {
     failToWrite(table.failedFile());
   }
@@ -161,14 +188,15 @@ ExitCode exportTables(Session& session, const export_options& options) {
 
 using export_function = ExitCode (*)(Session&, const export_options&);
 
-enum class DESCRIBES { NO_VIEW, VIEW, VIEW_BLOCK };
+/// What an export takes of a view.
+enum class TAKES : std::uint8_t { NO_VIEW, ANIMALS, ANIMALS_WITH_ANCESTORS, ALL_SETTINGS, VIEW_BLOCK };
 
-command exportCommand(const char* name, const char* help, export_function run, DESCRIBES describes = DESCRIBES::VIEW) {
+command exportCommand(const char* name, const char* help, export_function run, TAKES takes = TAKES::ANIMALS) {
   const auto options = std::make_shared<export_options>();
   return {name, help, [options, run](Session& session) { return run(session, *options); },
-          [options, run, describes](CLI::App& app) {
+          [options, run, takes](CLI::App& app) {
             addOutputOptions(app, options->output);
-            if (describes == DESCRIBES::VIEW_BLOCK) {
+            if (takes == TAKES::VIEW_BLOCK) {
               app.add_flag("--by-monitor-date", options->monitor, "Describe the monitor date instead of the period");
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
@@ -176,8 +204,13 @@ command exportCommand(const char* name, const char* help, export_function run, D
               app.add_option("--drop-id-prefix", options->id_prefix, "Take a text from the beginning of the IDs")
                   ->type_name("TEXT");
             }
-            if (describes != DESCRIBES::NO_VIEW) {
-              addViewOptions(app, options->view, WHOLE_VIEW);
+            if (takes == TAKES::ANIMALS_WITH_ANCESTORS) {
+              app.add_flag("--with-ancestors", options->with_ancestors,
+                           "Also the ancestors of the animals of the view");
+            }
+            if (takes != TAKES::NO_VIEW) {
+              const bool is_whole = takes == TAKES::VIEW_BLOCK || takes == TAKES::ALL_SETTINGS;
+              addViewOptions(app, options->view, is_whole ? WHOLE_VIEW : VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD);
             }
           }};
 }
@@ -186,22 +219,23 @@ command exportCommand(const char* name, const char* help, export_function run, D
 
 void addExportCommands(std::vector<command>& commands) {
   CommandGroup group("export", "Write tables for R and other programs");
-  group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree));
+  group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree,
+                          TAKES::ANIMALS_WITH_ANCESTORS));
   group.add(exportCommand("fields",
                           "animal_data.csv: every field of the animals of the view that "
                           "died or were lost in its period",
                           exportFields));
   group.add(exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
-  group.add(exportCommand("view", "view.R: the view as comments for the head of an R script", exportView,
-                          DESCRIBES::VIEW_BLOCK));
-  group.add(exportCommand("r-loader", "load_studbook.R: reads the exported tables in R", exportLoader,
-                          DESCRIBES::VIEW_BLOCK));
+  group.add(
+      exportCommand("view", "view.R: the view as comments for the head of an R script", exportView, TAKES::VIEW_BLOCK));
+  group.add(
+      exportCommand("r-loader", "load_studbook.R: reads the exported tables in R", exportLoader, TAKES::VIEW_BLOCK));
   group.add(exportCommand("filters",
                           "filter_test.csv: the answer of every predicate for every "
                           "animal",
-                          exportFilters));
+                          exportFilters, TAKES::ALL_SETTINGS));
   group.add(
-      exportCommand("tables", "animals.csv and the other tables of a studbook file", exportTables, DESCRIBES::NO_VIEW));
+      exportCommand("tables", "animals.csv and the other tables of a studbook file", exportTables, TAKES::NO_VIEW));
   commands.push_back(group.asCommand());
 }
 

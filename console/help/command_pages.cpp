@@ -25,7 +25,7 @@ std::string pageText(const CLI::App& app, const std::string& words) {
     text += "spx " + words + (words.empty() ? "" : " ") + "COMMAND --help explains a command.\n\n";
   }
   return text + exitCodesText(words) +
-         (words.empty() ? "" : "\nspx --help tells how to name a studbook and a project.");
+         (words.empty() ? "" : "\nspx --help explains how to name a studbook and a project.");
 }
 
 }  // namespace

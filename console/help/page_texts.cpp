@@ -5,7 +5,7 @@ namespace spx::console {
 
 const std::vector<command_page>& commandPages() {
   static const std::vector<command_page> pages = {
-      {"help", "Without a word it explains the program. The same as COMMAND --help.", "spx help view set"},
+      {"help", "Without a command it explains the program. The same as COMMAND --help.", "spx help view set"},
       {"check",
        "Goes through all animals, whatever the view. Errors cannot be true: duplicate IDs, parents of\n"
        "the wrong sex, births before the parent's, deaths before the birth. Warnings are unlikely:\n"
@@ -16,10 +16,13 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook examples/studbook check --only parent-sex,own-parent --all\n"
        "spx check --codes\n"
        "spx --studbook examples/studbook check --strict --except undecided --format json"},
-      {"summary", "Counts all animals of the studbook, whatever the view; pseudo individuals are no animals.",
-       "spx --studbook examples/studbook summary\n"
+      {"summary",
+       "Counts the animals of the view: status, sex, origin, parents, breeding, dates. The column\n"
+       "Living counts those that are alive and present on the day of --on (default: today). Founders\n"
+       "are animals without a known parent; placeholders are not counted as animals.",
+       "spx --studbook examples/studbook summary --on 2005-12-31\n"
        "spx --studbook examples/studbook summary --format json"},
-      {"info", "Counts the records, pseudo individuals among them, and what there is room for.",
+      {"info", "Counts the records, placeholders among them, and how many fit.",
        "spx --studbook examples/studbook info"},
       {"import",
        "Checks tables and makes a studbook file of them: the one of --studbook, or the project's "
@@ -43,20 +46,27 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook ~/tarrow.studbook event add 0200 date=1995-02-01 event=social-in "
        "location=2.1.1"},
       {"list",
-       "Lists the animals that pass the view: without any of its options every animal. A\n"
-       "listing obeys sex, origin, taxon, user fields, generation, inbreeding and the accuracies\n"
-       "of a view; its period is for reports and exports.",
+       "Lists the animals of the view; without any option every animal, but no placeholders. Age,\n"
+       "status and location are today's, or those of --alive-on. With a location only the animals that\n"
+       "were ever there are listed; with a period only those that were alive and present in it.\n"
+       "--columns NAME,... shows other columns; --format json shows their names.",
        "spx --studbook examples/studbook list --sex male --birth-accuracy accurate\n"
+       "spx --studbook examples/studbook list --where age_years>=15 --sort -age_years --limit 10\n"
        "spx --studbook examples/studbook list --format csv"},
       {"living",
-       "Lists the animals of the view that are alive and in one of its locations on the day of\n"
-       "--monitor (default: today).",
-       "spx --studbook examples/studbook living --monitor 2010-12-31"},
-      {"offspring", "Lists all offspring, whatever the view, in the order of their births.",
+       "Lists the animals of the view that are alive and present in its locations on the day of --on\n"
+       "(default: today). An animal is present from its birth or entry until its death, loss or\n"
+       "departure. Animals without any date are left out, since nobody knows when they lived.",
+       "spx --studbook examples/studbook living --on 2010-12-31"},
+      {"find",
+       "Finds animals whose ID or a user-defined field (house name, transponder) holds the text,\n"
+       "whatever the view. Capital and small letters are the same.",
+       "spx --studbook examples/studbook find mar"},
+      {"offspring", "Lists all offspring, whatever the view, the oldest first.",
        "spx --studbook examples/studbook offspring 0003"},
-      {"pedigree", "Lists the animal and all ancestors, whatever the view, in the order of their births.",
+      {"pedigree", "Lists the animal and all its ancestors, whatever the view and the dates, the oldest first.",
        "spx --studbook examples/studbook pedigree 0120"},
-      {"show", "Shows all that is known of one animal: parents, events, numbers, its own fields.",
+      {"show", "Shows all that is known of one animal: status, dates, places, parents, events, its own fields.",
        "spx --studbook examples/studbook show 0001\n"
        "spx --studbook examples/studbook show 0001 --format json"},
       {"genetics",
@@ -101,60 +111,67 @@ const std::vector<command_page>& commandPages() {
        "say which one you report.",
        "spx --studbook examples/studbook effective-size\n"
        "spx --studbook examples/studbook effective-size --intervals"},
-      {"locations", "Lists the locations of each level with their identifiers.",
+      {"locations", "Lists the locations by identifier, with the number of animals that live there or within.",
        "spx --studbook examples/studbook locations"},
-      {"taxa", "Lists the taxa of the animals; \"generic\" stands for none.", "spx --studbook examples/studbook taxa"},
-      {"programs", "Lists the breeding programmes of the table of programmes.",
-       "spx --studbook examples/studbook programs"},
-      {"user-fields", "Lists the columns of the animals table that are not the program's own.",
+      {"taxa", "Lists the taxa with the number of animals; \"generic\" means that no taxon is given.",
+       "spx --studbook examples/studbook taxa"},
+      {"programs", "Lists the breeding programmes.", "spx --studbook examples/studbook programs"},
+      {"user-fields", "Lists the user-defined fields: the columns of the animals table that spx does not know.",
        "spx --studbook examples/studbook user-fields"},
       {"project create",
-       "Makes the directories and the settings of a project in ~/spx/projects. What is made for "
-       "it\n"
-       "then goes there: views, reports, exports.",
+       "Creates the directories and the settings of a project in ~/spx/projects. Views, reports and\n"
+       "exports of the project then go there.",
        "spx project create tarrow"},
       {"project list", "Lists the names of the projects in ~/spx/projects.", "spx project list"},
       {"project show", "Shows where the project keeps its files, and its other settings.", "spx project show tarrow"},
       {"view show",
-       "Shows the view that the other commands would use: the one of --view, or the current view\n"
-       "of the project, or that of every animal, with the settings of this command line.",
+       "Shows the view that other commands would use: that of --view, or the current view of the\n"
+       "project, or the default view, with the settings of this command line.",
        "spx --studbook examples/studbook view show --sex female"},
-      {"view set", "Changes the current view of the project, from which every command in it starts.",
+      {"view set",
+       "Changes the current view of the project, which all its commands use. The last day and the\n"
+       "day of the view stay today unless a day is set.",
        "spx --project tarrow --studbook examples/studbook view set sex=female from=1990-01-01"},
-      {"view save", "Saves the current view with the settings of this command line.",
+      {"view save",
+       "Saves the current view, with the settings of this command line, under a name. An existing\n"
+       "view is replaced with --overwrite only.",
        "spx --project tarrow view save females"},
-      {"view list", "Lists the views that were saved in the project.", "spx --project tarrow view list"},
-      {"view load", "Takes a saved view; the former current view is gone unless it was saved.",
+      {"view list", "Lists the saved views of the project.", "spx --project tarrow view list"},
+      {"view load", "Makes a saved view the current one, which is lost unless it was saved.",
        "spx --project tarrow view load females"},
       {"view clear", "Removes the current view of the project; saved views stay.", "spx --project tarrow view clear"},
-      {"life-history show", "Shows the parameters of the project, or those of a new project.",
+      {"view delete", "Deletes a saved view. The current view stays as it is.",
+       "spx --project tarrow view delete females"},
+      {"life-history show", "Shows the parameters of the project, or the defaults without a project.",
        "spx --project tarrow life-history show"},
-      {"life-history set", "Sets parameters of the project; those not named stay.",
+      {"life-history set", "Sets parameters of the project; the others stay.",
        "spx --project tarrow life-history set male-reproductive-lower=700 "
        "female-reproductive-lower=700"},
-      {"life-history save", "Writes the parameters of the project to a file of your own.",
+      {"life-history save", "Writes the parameters of the project to a file.",
        "spx --project tarrow life-history save ~/tarrow.biology"},
-      {"life-history load", "Takes all parameters of a file that life-history save has written.",
+      {"life-history load", "Replaces all parameters by those of a file that life-history save has written.",
        "spx --project tarrow life-history load ~/tarrow.biology"},
       {"trace-parents",
-       "Finds for the animals of the view whose sire or dam is unknown all animals that could be\n"
-       "it, by sex, age, place and season, and writes a report (XML).",
+       "Finds the possible parents of the animals of the view whose sire or dam is unknown, by sex, age,\n"
+       "place and season, and writes a report (XML). Says first how large the report will be, where\n"
+       "that is much; --most-candidates limits it.",
        "spx --project tarrow --studbook examples/studbook trace-parents --sex male"},
-      {"export pedigree", "Writes the animals of the view and their ancestors.",
-       "spx --project tarrow --studbook examples/studbook export pedigree"},
-      {"export fields", "Writes each animal with its dates, numbers and own fields.",
+      {"export pedigree",
+       "Writes the animals of the view, every animal by default; --with-ancestors adds their ancestors.",
+       "spx --project tarrow --studbook examples/studbook export pedigree --sex female --with-ancestors"},
+      {"export fields", "Writes all fields of the animals of the view that died or were lost in its period.",
        "spx --project tarrow --studbook examples/studbook export fields --from 1980-01-01"},
-      {"export dattrf", "Writes animals and events in columns of fixed width.",
+      {"export dattrf", "Writes the animals of the view in columns of fixed width, with their births and deaths.",
        "spx --project tarrow --studbook examples/studbook export dattrf"},
-      {"export view", "Writes what the view asks for, to go with the tables made by it.",
+      {"export view", "Writes what the view asks for, as comments to go with tables made from it.",
        "spx --project tarrow --studbook examples/studbook export view --sex female"},
       {"export r-loader", "Writes an R script that reads the exported tables into data frames.",
        "spx --project tarrow --studbook examples/studbook export r-loader"},
-      {"export filters", "Writes a row per animal with the answer of every predicate, to compare.",
+      {"export filters", "Writes a row per animal with the answer of every predicate, for diagnosis.",
        "spx --project tarrow --studbook examples/studbook export filters"},
       {"export tables", "Writes a studbook file back as tables; importing them gives the same studbook again.",
        "spx --project tarrow --studbook ~/tarrow.studbook export tables"},
-      {"filters", "The same as export filters, into this directory where no other is given.",
+      {"filters", "The same as export filters; without --to and a project into the current directory.",
        "spx --studbook examples/studbook filters --to ~/"},
       {"project remove", "Moves the project to ~/spx/removed: nothing is lost, and the name is free again.",
        "spx project remove tarrow"},

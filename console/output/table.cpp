@@ -72,7 +72,9 @@ std::string cellText(const Cell& cell, const table_column& column) {
                              column.kind == COLUMN_KIND::PERCENT;
       return is_number ? "-" : "";
     }
-    std::string operator()(const std::string& text) const { return visibleText(text); }
+    std::string operator()(const std::string& text) const {
+      return visibleText(column.shown == nullptr ? text : column.shown(text));
+    }
     std::string operator()(std::int64_t number) const { return std::to_string(number); }
     std::string operator()(double number) const {
       return column.kind == COLUMN_KIND::PERCENT ? realText(100 * number, column.decimals) + " %"

@@ -109,6 +109,12 @@ void writeHelp(std::ostream& out, const Table& table, const table_part& part, st
   }
 }
 
+/// "150 animals", or "12 of 150 animals".
+std::string countText(const Table& table, std::size_t shown) {
+  const std::string all = std::to_string(table.rows()) + " " + (table.rows() == 1 ? table.one_row : table.many_rows);
+  return shown == table.rows() ? all : std::to_string(shown) + " of " + all;
+}
+
 void writeNotes(std::ostream& out, const Table& table, std::size_t width) {
   out << (table.notes.empty() ? "" : "\n");
   for (const std::string& note : table.notes) {
@@ -168,6 +174,9 @@ void writeText(std::ostream& out, const Table& table, const table_part& part, st
     out << visibleText(table.heading) << "\n\n";
   }
   table.is_record && !part.rows.empty() ? writeRecord(out, table, part, width) : writeRows(out, table, part, width);
+  if (!table.one_row.empty()) {
+    out << "\n" << countText(table, part.rows.size()) << "\n";
+  }
   writeHelp(out, table, part, width);
   writeNotes(out, table, width);
 }

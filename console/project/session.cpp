@@ -57,7 +57,7 @@ void nameProject(const std::string& name) {
 void openProjectFile(const std::string& name) {
   nameProject(name);
   if (!ActiveProject.load()) {
-    throw Failure(ActiveProject.getFileName() + ": is no project file, or cannot be read");
+    throw Failure(ActiveProject.getFileName() + ": not a project file, or unreadable");
   }
 }
 
@@ -135,7 +135,7 @@ std::string Session::writableStudbook() {
     failWithoutStudbook();
   }
   if (fs::exists(file) && !isStudbookFile(file)) {
-    throw Failure(file + ": is no studbook file; spx import makes one from tables");
+    throw Failure(file + ": not a studbook file; spx import makes one from tables");
   }
   return file;
 }

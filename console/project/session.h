@@ -79,8 +79,8 @@ class Session {
 /// The directory of all projects.
 std::string projectsDirectory();
 
-/// Gives ActiveProject the name and directory of a project. Throws Failure when there is no such
-/// directory.
+/// Gives ActiveProject the name and directory of a project. Throws Failure when it does not
+/// exist.
 void nameProject(const std::string& name);
 
 /// Makes ActiveProject the project of that name. Throws Failure when there is none or its key file

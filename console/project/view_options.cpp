@@ -58,6 +58,7 @@ void addViewOptions(CLI::App& app, view_choice& choice, unsigned parts) {
            setting.help)
         ->type_name(setting.values)
         ->expected(1)
+        ->allow_extra_args(false)  // or it would eat a "--" that follows
         ->multi_option_policy(setting.is_list ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::TakeLast)
         ->group(GROUP);
   }

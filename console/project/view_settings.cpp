@@ -27,16 +27,15 @@ constexpr char NONE[] = "none";
 }
 
 open_dates open;
+qs_lib::day_number first_day = 0;  // of the start view
 
-/// The mark of a date that can be today as such; null for the others.
-template <auto MEMBER>
-bool* openMark() {
-  if constexpr (MEMBER == &DataFilter::end_date) {
-    return &open.until;
-  } else if constexpr (MEMBER == &DataFilter::monitor_date) {
-    return &open.on;
+void markDate(qs_lib::day_number DataFilter::*member, bool is_today) {
+  if (member == &DataFilter::start_date) {
+    open.from = View.start_date == first_day;
+  } else if (member == &DataFilter::end_date) {
+    open.until = is_today;
   } else {
-    return nullptr;
+    open.on = is_today;
   }
 }
 
@@ -54,9 +53,7 @@ void applyDate(const view_setting& setting, const std::string& value) {
     refuse(setting, value, "is not a date (YYYY-MM-DD or today)");
   }
   View.*MEMBER = date->day;
-  if (bool* mark = openMark<MEMBER>(); mark != nullptr) {
-    *mark = is_today;
-  }
+  markDate(MEMBER, is_today);
 }
 
 template <auto MEMBER>
@@ -203,8 +200,8 @@ std::vector<view_setting> allSettings() {
        applyChoice<&D::birth_accuracy>},
       {"death-accuracy", nullptr, accuracies, "Only animals with a death date at least this exact", VIEW_RECORDS, false,
        applyChoice<&D::death_accuracy>},
-      {"event-accuracy", nullptr, accuracies, "The worst accuracy of event dates (in files and reports only)",
-       VIEW_WORDS, false, applyChoice<&D::event_accuracy>},
+      {"event-accuracy", nullptr, accuracies, "Only animals with all event dates at least this exact", VIEW_RECORDS,
+       false, applyChoice<&D::event_accuracy>},
       {"low-generation", nullptr, REALS, "Lowest generation number", VIEW_RECORDS, false,
        applyBound<&D::low_generation>},
       {"high-generation", nullptr, REALS, "Highest generation number", VIEW_RECORDS, false,
@@ -276,6 +273,7 @@ open_dates openDates() {
 void setStartView() {
   View.clearView();
   open = {};
+  first_day = View.start_date;
   View.origin = BIRTH_TYPE::ALL;
 }
 

@@ -1,5 +1,7 @@
 #include "spx/analyses/analysis.h"
 
+#include <utility>
+
 #include "spx/core/animal_data.h"
 #include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
@@ -14,6 +16,11 @@ Analysis::Analysis() {
 }
 
 Analysis::~Analysis() = default;
+
+void Analysis::chooseRecords(std::vector<bool> chosen) {
+  chosen_ = std::move(chosen);
+  has_choice_ = true;
+}
 
 bool Analysis::initialize() {
   if (Animals.records.empty()) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "spx/core/master_data.h"
 #include "spx/support/export.h"
 #include "spx/support/log_file.h"
 #include "spx/support/process_clock.h"
@@ -40,6 +42,13 @@ class SPX_EXPORT Analysis {
 
   /// The title of the report; "Population analyses results" unless set.
   void setTitle(const std::string& title) { title_ = title; }
+  /// Restricts to some records what an export writes, and whose parents are traced; each takes them by its own rules
+  /// as well. Nothing restricts them at first.
+  /// @param chosen  true for the records to take, by their positions; those beyond it are not taken
+  void chooseRecords(std::vector<bool> chosen);
+  /// Whether the record is taken as far as chooseRecords() says.
+  bool isChosen(position record) const { return !has_choice_ || (record < chosen_.size() && chosen_[record]); }
+
   /// The start of the report file's name; report() forms the rest.
   void setFileStem(const std::string& stem) { file_stem_ = stem; }
   /// A leading "~" is the user's home. "projects", relative to the working directory, unless set.
@@ -77,6 +86,8 @@ class SPX_EXPORT Analysis {
   qs_lib::LogFile log_;
   std::string title_ = "Population analyses results";
   std::string file_stem_;
+  std::vector<bool> chosen_;
+  bool has_choice_ = false;
   std::string report_directory_ = "projects";
   std::string report_file_;
   bool append_sex_ = true;

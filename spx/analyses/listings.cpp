@@ -190,9 +190,7 @@ bool listOffspring(const std::string& id) {
     spxError(error_text::UNKNOWN_PARENT_OF_OFFSPRING);
     return false;
   }
-  for (master_data& animal : Animals.records) {
-    animal.selected = animal.dam_id == id || animal.sire_id == id;
-  }
+  Animals.selectOffspring(id);
   Animals.sortList(SORT_FIELD::BIRTH);
   flagAll(inPedigree);
   return listTable();

@@ -116,7 +116,9 @@ bool TraceParents::trace() {
   qs_lib::ProgressBar bar(Animals.records.size(), "");
   for (const position record : Animals.index) {
     bar.progress();
-    traceAnimal(Animals.records[record]);
+    if (isChosen(record)) {
+      traceAnimal(Animals.records[record]);
+    }
   }
   writeUnknownCount();
   bar.end();
@@ -129,6 +131,25 @@ bool TraceParents::trace() {
   return true;
 }
 
+std::uint64_t TraceParents::countCandidates() {
+  only_counts_ = true;
+  candidates_ = 0;
+  for (const position record : Animals.index) {
+    if (isChosen(record)) {
+      traceAnimal(Animals.records[record]);
+    }
+  }
+  only_counts_ = false;
+  return candidates_;
+}
+
+void TraceParents::openAnimal(const master_data& animal) {
+  report_writer_.openTag("ANIMAL");
+  report_writer_.createTag("ID", animal.stud_id);
+  report_writer_.createTag("BIRTHDATE", qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date)));
+  report_writer_.createTag("BIRTHSITE", MetaPop.getMemberName(animal.birth.location));
+}
+
 void TraceParents::traceAnimal(const master_data& animal) {
   const bool group_sire = isMultiParent(animal.sire_id);
   const bool group_dam = isMultiParent(animal.dam_id);
@@ -137,10 +158,9 @@ void TraceParents::traceAnimal(const master_data& animal) {
   if (!(group_sire || group_dam || unknown_sire || unknown_dam) || isPseudoIndividual(animal.stud_id)) {
     return;
   }
-  report_writer_.openTag("ANIMAL");
-  report_writer_.createTag("ID", animal.stud_id);
-  report_writer_.createTag("BIRTHDATE", qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date)));
-  report_writer_.createTag("BIRTHSITE", MetaPop.getMemberName(animal.birth.location));
+  if (!only_counts_) {
+    openAnimal(animal);
+  }
   // A group lived where the animal was born; an unknown parent may have come from anywhere.
   if (group_sire) {
     trackSire(animal, true);
@@ -154,6 +174,9 @@ void TraceParents::traceAnimal(const master_data& animal) {
   if (unknown_dam && trackDam(animal, true) == 0) {
     trackDam(animal, false);
   }
+  if (only_counts_) {
+    return;
+  }
   report_writer_.closeTag("ANIMAL");
   multi_sire += group_sire;
   multi_dam += group_dam;
@@ -165,14 +188,15 @@ void TraceParents::traceAnimal(const master_data& animal) {
 std::uint64_t TraceParents::trackSire(const master_data& animal, bool same_location) {
   const double conception =
       std::trunc(static_cast<double>(animal.birth.date) - LONGEST_GESTATION * LifeHistory.getGestation());
-  return writeCandidates(animal, {"SIRE", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)},
-                         same_location);
+  return writeCandidates(
+      animal, {"SIRE", "SIRES_OMITTED", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)}, same_location);
 }
 
 std::uint64_t TraceParents::trackDam(const master_data& animal, bool same_location) {
-  return writeCandidates(
-      animal, {"DAM", dams_, static_cast<double>(animal.birth.date), LifeHistory.getReproductiveAge(SEX::FEMALE)},
-      same_location);
+  return writeCandidates(animal,
+                         {"DAM", "DAMS_OMITTED", dams_, static_cast<double>(animal.birth.date),
+                          LifeHistory.getReproductiveAge(SEX::FEMALE)},
+                         same_location);
 }
 
 std::uint64_t TraceParents::writeCandidates(const master_data& animal, const parent_question& question,
@@ -196,9 +220,16 @@ std::uint64_t TraceParents::writeCandidates(const master_data& animal, const par
     }
     const packed_deme location = currentDeme(candidate, day);
     if (isLiving(candidate, day) && (!same_location || location == animal.birth.location)) {
-      writeCandidate(question.element, candidate, age_days, location);
       ++count;
+      if (!only_counts_ && (most_candidates_ == 0 || count <= most_candidates_)) {
+        writeCandidate(question.element, candidate, age_days, location);
+      }
     }
+  }
+  const bool is_cut = most_candidates_ != 0 && count > most_candidates_;
+  candidates_ += is_cut ? most_candidates_ : count;
+  if (is_cut && !only_counts_) {
+    report_writer_.createTag(question.omitted, std::to_string(count - most_candidates_));
   }
   return count;
 }

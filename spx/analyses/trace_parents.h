@@ -41,6 +41,14 @@ class SPX_EXPORT TraceParents : public Analysis {
   /// Requires: initialize() returned true.
   bool trace();
 
+  /// How many candidates trace() would write. Costs the same searches, and writes nothing.
+  /// Requires: initialize() returned true.
+  std::uint64_t countCandidates();
+
+  /// Writes at most so many candidates of each sex for an animal, the oldest first; the element SIRES_OMITTED or
+  /// DAMS_OMITTED says how many more there are. 0, the default: all.
+  void setMostCandidates(std::uint64_t most) { most_candidates_ = most; }
+
   /// Whether the report of the last trace() was written completely.
   bool isReportWritten() const { return report_written_; }
 
@@ -75,6 +83,7 @@ class SPX_EXPORT TraceParents : public Analysis {
   /// The conditions that a candidate must meet.
   struct parent_question {
     const char* element;
+    const char* omitted;  ///< element for the number beyond the limit
     const candidate_list& candidates;
     double day;  ///< on which the candidate lives; NaN admits none
     qs_lib::DataRange<double> age_days;
@@ -83,12 +92,16 @@ class SPX_EXPORT TraceParents : public Analysis {
   std::uint64_t writeCandidates(const master_data& animal, const parent_question& question, bool same_location);
   void writeCandidate(const char* element, const master_data& candidate, double age_days, packed_deme location);
   void traceAnimal(const master_data& animal);
+  void openAnimal(const master_data& animal);
   void gatherCandidates();
 
   ReportWriter report_writer_;
   candidate_list sires_;
   candidate_list dams_;
   bool report_written_ = false;
+  bool only_counts_ = false;  ///< candidates are counted, and nothing is written
+  std::uint64_t candidates_ = 0;
+  std::uint64_t most_candidates_ = 0;
 };
 
 }  // namespace spx

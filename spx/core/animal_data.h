@@ -176,6 +176,10 @@ class SPX_EXPORT AnimalData {
   /// empty. Reports "Animal does not exist" for an unknown ID. Linear in the number of records.
   bool selectAncestors(const std::string& id);
 
+  /// Selects the records that name an animal as a parent, and nothing else; linear.
+  /// @return how many there are
+  std::size_t selectOffspring(const std::string& id);
+
   /// Checks the number of founder lineages: false without a message for 0 and above 255. The stored
   /// lineages are not changed: setFounderLineage sets them one by one.
   bool initializeLineages(std::uint64_t lineages);

@@ -316,6 +316,15 @@ bool AnimalData::selectAncestors(const std::string& id) {
   return true;
 }
 
+std::size_t AnimalData::selectOffspring(const std::string& id) {
+  std::size_t count = 0;
+  for (master_data& animal : records) {
+    animal.selected = animal.sire_id == id || animal.dam_id == id;
+    count += animal.selected ? 1 : 0;
+  }
+  return count;
+}
+
 bool AnimalData::initializeLineages(std::uint64_t lineages) {
   if (lineages == 0 || lineages >= master_data::LINEAGES) {
     return false;

@@ -113,8 +113,9 @@ bool ExportDattrf::exportData() {
       return false;
     }
   }
-  for (const master_data& animal : Animals.records) {
-    if (isInTaxonView(animal)) {
+  for (position record = 0; record < Animals.records.size(); ++record) {
+    const master_data& animal = Animals.records[record];
+    if (isChosen(record) && isInTaxonView(animal)) {
       dat.writeLine(animalLine(animal));
       trf.writeLine(eventLine(animal, animal.birth, 'B'));
       trf.writeLine(eventLine(animal, animal.death, 'D'));

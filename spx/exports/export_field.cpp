@@ -49,8 +49,9 @@ bool ExportField::exportToR() {
   exported_animals_ = 0;
   return initialize() && writeExportTable(*this, timer_, [this](qs_lib::CsvReport& table) {
            table.separator = '\t';
-           for (const master_data& animal : Animals.records) {
-             if (!inAnalysis(animal)) {
+           for (position record = 0; record < Animals.records.size(); ++record) {
+             const master_data& animal = Animals.records[record];
+             if (!isChosen(record) || !inAnalysis(animal)) {
                continue;
              }
              const master_map fields = masterToMap(animal);

@@ -102,7 +102,7 @@ class PedigreeRows {
     }
   }
 
-  void write(qs_lib::CsvReport& table) const {
+  void write(qs_lib::CsvReport& table, const Analysis& analysis) const {
     constexpr std::size_t FETCH_AHEAD = 12;
     constexpr std::size_t BLOCK = std::size_t{256} * 1024;
     const std::vector<pedigree_record>& pedigree = Animals.pedigree;
@@ -111,7 +111,7 @@ class PedigreeRows {
       if (i + FETCH_AHEAD < pedigree.size()) {
         fetch(pedigree[i + FETCH_AHEAD]);
       }
-      if (!is_pseudo_[pedigree[i].animal]) {
+      if (!is_pseudo_[pedigree[i].animal] && analysis.isChosen(pedigree[i].animal)) {
         appendRow(rows, pedigree[i]);
       }
       if (rows.size() > BLOCK) {
@@ -188,9 +188,9 @@ ExportPedigree::ExportPedigree() {
 ExportPedigree::~ExportPedigree() = default;
 
 bool ExportPedigree::exportToR() {
-  return initialize() && writeExportTable(*this, timer_, [](qs_lib::CsvReport& table) {
+  return initialize() && writeExportTable(*this, timer_, [this](qs_lib::CsvReport& table) {
            table.writeHeader(HEADER);
-           PedigreeRows(table.separator).write(table);
+           PedigreeRows(table.separator).write(table, *this);
          });
 }
 

@@ -74,7 +74,10 @@ TEST_F(HelpTest, WrongWordsSuggestTheNearest) {
       {{"project", "craete", "x"}, "\"craete\" in spx project; did you mean \"create\"?"},
       {{"list", "--formt", "json"}, "spx list has no option \"--formt\"; did you mean \"--format\"?"},
       {{"list", "--studbok=x"}, "\"--studbok\"; did you mean \"--studbook\"?"},
-      {{"list", "--format", "jsn"}, "\"jsn\" is none of text, csv, json; did you mean \"json\"?"},
+      {{"list", "--format", "jsn"}, "\"jsn\" must be one of: text, csv, json; did you mean \"json\"?"},
+      {{"list", "--prorating", "yes"}, "spx list has no option \"--prorating\""},
+      {{"show", "--", "1", "--format", "csv"}, "\"--format\" is an unexpected argument; options stand before --"},
+      {{"taxa", "x"}, "unexpected argument \"x\"; see spx taxa --help"},
       {{"help", "veiw"}, "did you mean \"view\"?"},
       {{"--completion", "fihs"}, "did you mean \"fish\"?"},
   };
@@ -100,7 +103,8 @@ TEST_F(HelpTest, BashCompletesWords) {
                {"list --form", "--format\n"},
                {"list --format j", "json\n"},
                {"list --format = c", "csv\n"},
-               {"list --prorating ''", "yes no\n"},
+               {"list --sex ''", "female male hermaphrodite abnormal unknown all\n"},
+               {"living --on ''", "today\n"},
                {"show ''", "\n"},
                {"help view cl", "clear\n"}};
   for (const auto& [typed, offered] : cases) {

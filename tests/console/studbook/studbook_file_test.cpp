@@ -80,7 +80,7 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
       {{"event", "add", "N1", "event=arrival"}, 1, "the date is missing"},
       {{"--map", "sex=sex", "animal", "set", "0055", "sex=m"}, 0, ""},
       {{"--map", "sex=sex", "check"}, 2, "--map go with tables"},
-      {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "is no studbook file"},
+      {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "not a studbook file"},
       {{"import", EXAMPLE, "--studbook", table}, 1, "will not be overwritten"},
   };
   for (auto [words, code, says] : cases) {
