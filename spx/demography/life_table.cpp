@@ -223,6 +223,14 @@ life_tallies lifeTallies(const AnimalData& store, const DataFilter& view, const 
   return data;
 }
 
+life_tallies joinSamples(life_tallies data) {
+  const std::size_t each = 2 * data.classes.starts.size();
+  for (std::size_t at = each; at < data.tallies.size(); ++at) data.tallies[at % each] += data.tallies[at];
+  data.tallies.resize(each);
+  data.samples = 1;
+  return data;
+}
+
 namespace {
 
 double offspringOf(const class_tally& tally, SEX sex, bool same_sex) {

@@ -40,7 +40,7 @@ struct class_tally {
   double sons = 0;       ///< likewise
   double offspring = 0;  ///< likewise, of any sex
 
-  class_tally& operator+=(const class_tally& other);
+  SPX_EXPORT class_tally& operator+=(const class_tally& other);
 };
 
 /// The tallies of a view.
@@ -79,6 +79,9 @@ struct life_tallies {
 SPX_EXPORT life_tallies lifeTallies(const AnimalData& store, const DataFilter& view, const presence_settings& presence,
                                     const age_classes& classes, double gestation, std::size_t samples = 1,
                                     std::uint32_t seed = 1);
+
+/// All animals in one sample.
+SPX_EXPORT life_tallies joinSamples(life_tallies data);
 
 /// One class of a life table. Ages and times are in days.
 struct life_table_row {
