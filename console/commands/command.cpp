@@ -10,6 +10,7 @@ std::vector<command> allCommands() {
   addEditCommands(commands);
   addListingCommands(commands);
   addRegistryCommands(commands);
+  addDemographyCommands(commands);
   addProjectCommands(commands);
   addViewCommands(commands);
   addLifeHistoryCommands(commands);

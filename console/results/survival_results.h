@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "console/output/table.h"
+#include "console/results/demography_notes.h"
+
+namespace spx::console {
+
+/// Which groups survival compares.
+struct survival_choice {
+  std::string by = "none";  ///< none, sex, origin, rearing, location, taxon or period
+  std::string level = {};   ///< location: the name of the level; empty: the one that suits the view
+  int period_years = 10;    ///< period: calendar years of each
+};
+
+/// The survival curves of the view. Throws UsageError for an unknown level.
+/// @param for_people  the curve after a month and at the class ends; otherwise every step
+Table survivalTable(const survival_choice& choice, const time_unit& unit, bool for_people);
+
+/// The life tables of the females, the males and all animals of the view.
+Table lifeTableTable(const time_unit& unit);
+
+}  // namespace spx::console
