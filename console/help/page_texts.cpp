@@ -63,7 +63,7 @@ const std::vector<command_page>& commandPages() {
        "One row per census day: the animals that are there, and the births, deaths, entries, departures\n"
        "and losses since the census before. The sums close. With --location the census of a place.\n"
        "docs/demography.md explains every figure of this and the next commands.",
-       "spx --studbook examples/zoos census --from 2010 --location \"Alderhay Zoo\"\n"
+       "spx --studbook examples/zoos census --from 2010 --location 2.1\n"
        "spx --studbook examples/zoos census --census-interval five-year --format csv"},
       {"age-pyramid", "The animals of a day by sex and age class, drawn at a terminal.",
        "spx --studbook examples/zoos age-pyramid --on 2000-01-01 --class-width 2y"},
