@@ -27,6 +27,7 @@ struct demography_options {
   table_options table = {};
   std::string unit = "years";
   survival_choice survival = {};
+  bool summary = false;
   growth_choice growth = {};
   projection_choice projection = {};
   std::optional<double> litter_days = {};
@@ -62,24 +63,30 @@ void add(std::vector<command>& commands, const char* name, const char* help, res
                       [options, add_options](CLI::App& app) { add_options(app, *options); }});
 }
 
+/// An option that takes one of some words, which stand in the help and are completed.
+void addChoice(CLI::App& app, const char* name, std::string& value, std::vector<std::string> words, const char* help) {
+  std::string names;
+  for (const std::string& word : words) names += (names.empty() ? "" : "|") + word;
+  app.add_option(name, value, help)->check(CLI::IsMember(std::move(words)))->type_name(names)->capture_default_str();
+}
+
 void addUnit(CLI::App& app, demography_options& options) {
-  app.add_option("--unit", options.unit, "The unit of ages and times")
-      ->check(CLI::IsMember({"years", "days"}))
-      ->capture_default_str();
+  addChoice(app, "--unit", options.unit, {"years", "days"}, "The unit of ages and times");
 }
 
 void addRuns(CLI::App& app, std::size_t& runs, std::uint32_t& seed, const char* help) {
-  app.add_option("--runs", runs, help)->check(CLI::Range(0, 1000000))->capture_default_str();
+  app.add_option("--runs", runs, help)->check(CLI::Range(0, 1000000))->type_name("COUNT")->capture_default_str();
   app.add_option("--seed", seed, "Start of the random numbers; equal seeds give equal results")->capture_default_str();
 }
 
 void addGroups(CLI::App& app, survival_choice& choice) {
-  app.add_option("--by", choice.by, "Compare groups of animals")
-      ->check(CLI::IsMember({"none", "sex", "origin", "rearing", "location", "taxon", "period"}))
-      ->capture_default_str();
-  app.add_option("--level", choice.level, "With --by location: the level whose places are compared");
+  addChoice(app, "--by", choice.by, {"none", "sex", "origin", "rearing", "location", "taxon", "period"},
+            "Compare groups of animals");
+  app.add_option("--level", choice.level, "With --by location: the level whose places are compared")
+      ->type_name("LEVEL");
   app.add_option("--period-years", choice.period_years, "With --by period: years of each period")
       ->check(CLI::Range(1, 1000))
+      ->type_name("YEARS")
       ->capture_default_str();
 }
 
@@ -105,10 +112,13 @@ void addRisks(std::vector<command>& commands) {
   add(
       commands, "survival", "Show what share of the animals reaches each age",
       [](const demography_options& options) {
-        return survivalTable(options.survival, timeUnit(options.unit), options.forPeople());
+        const time_unit unit = timeUnit(options.unit);
+        return options.summary ? survivalSummary(options.survival, unit)
+                               : survivalTable(options.survival, unit, options.forPeople());
       },
       [](CLI::App& app, demography_options& options) {
         addGroups(app, options.survival);
+        app.add_flag("--summary", options.summary, "One row per group: deaths, median and mean age, log-rank test");
         addUnit(app, options);
         addTableOptions(app, options.table);
         addViewOptions(app, options.view, (WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES));
@@ -128,7 +138,8 @@ void addRisks(std::vector<command>& commands) {
       },
       [](CLI::App& app, demography_options& options) {
         app.add_option("--litter-days", options.litter_days, "Births of a dam within so many days are one litter")
-            ->check(CLI::Range(0, 366));
+            ->check(CLI::Range(0, 366))
+            ->type_name("DAYS");
         addUnit(app, options);
         addTableOptions(app, options.table);
         addViewOptions(app, options.view, WHO_AND_WHEN | VIEW_DAY | VIEW_CLASSES);
@@ -141,12 +152,9 @@ void addForecasts(std::vector<command>& commands) {
       [](const demography_options& options) { return growthTable(options.growth, timeUnit(options.unit)); },
       [](CLI::App& app, demography_options& options) {
         growth_choice& growth = options.growth;
-        app.add_option("--line", growth.line, "Whose births and deaths")
-            ->check(CLI::IsMember({"female", "male", "both"}))
-            ->capture_default_str();
-        app.add_option("--parent-age", growth.parent_age, "Where in a class parents have their young")
-            ->check(CLI::IsMember({"middle", "start"}))
-            ->capture_default_str();
+        addChoice(app, "--line", growth.line, {"female", "male", "both"}, "Whose births and deaths");
+        addChoice(app, "--parent-age", growth.parent_age, {"middle", "start"},
+                  "Where in a class parents have their young");
         addRuns(app, growth.runs, growth.seed, "Bootstrap runs; 0 for no intervals");
         addUnit(app, options);
         addFormatOptions(app, options.table);
@@ -159,6 +167,7 @@ void addForecasts(std::vector<command>& commands) {
         projection_choice& projection = options.projection;
         app.add_option("--years", projection.years, "Years to look ahead")
             ->check(CLI::Range(1, 1000))
+            ->type_name("YEARS")
             ->capture_default_str();
         app.add_option("--fewer-than", projection.fewer_than,
                        "Count the runs with fewer animals; half of the animals by default");

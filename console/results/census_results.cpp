@@ -147,10 +147,11 @@ void addPyramidNotes(Table& table, const age_structure& structure) {
   const age_row& unknown = structure.unknown_age;
   double total = unknown.total();
   for (const age_row& row : structure.rows) total += row.total();
-  table.notes.push_back(numberText(total) + " animals present on " + dayText(structure.date) + ".");
+  table.notes.push_back(numberText(total) + (total == 1 ? " animal" : " animals") + " present on " +
+                        dayText(structure.date) + ".");
   if (unknown.total() > 0) {
-    table.notes.push_back("Age unknown: " + numberText(unknown.males) + " males, " + numberText(unknown.females) +
-                          " females, " + numberText(unknown.unknown) + " of unknown sex.");
+    table.notes.push_back("Age unknown: " + numberText(unknown.males) + " male, " + numberText(unknown.females) +
+                          " female, " + numberText(unknown.unknown) + " of unknown sex.");
   }
   if (structure.shared_unknown > 0) {
     table.notes.push_back(numberText(structure.shared_unknown) +

@@ -110,8 +110,8 @@ std::string littersText(const reproduction_summary& summary) {
 
 void addNotes(Table& table, const reproduction_summary& summary) {
   const sex_counts& births = summary.births;
-  table.notes.push_back(counted(births.total(), "birth") + ": " + std::to_string(births.males) + " males, " +
-                        std::to_string(births.females) + " females, " + std::to_string(births.unknown) +
+  table.notes.push_back(counted(births.total(), "birth") + ": " + std::to_string(births.males) + " male, " +
+                        std::to_string(births.females) + " female, " + std::to_string(births.unknown) +
                         " of unknown sex.");
   table.notes.push_back(monthsText(summary));
   const std::string season = seasonText(summary);

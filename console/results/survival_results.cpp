@@ -132,27 +132,66 @@ bool isTested(const std::string& group, SURVIVAL_GROUPS by) {
   return by != SURVIVAL_GROUPS::SEX || group == getEnumName(SEX::MALE) || group == getEnumName(SEX::FEMALE);
 }
 
-void addTest(Table& table, const survival_data& data, SURVIVAL_GROUPS by) {
+log_rank_result testOf(const survival_data& data, SURVIVAL_GROUPS by) {
   std::vector<observed_time> times;
   std::copy_if(data.times.begin(), data.times.end(), std::back_inserter(times),
                [&](const observed_time& time) { return isTested(data.groups[time.group], by); });
-  const log_rank_result test = logRankTest(times, data.groups.size());
-  if (test.degrees == 0) return;
-  const std::string p = test.p < 0.0001 ? "p < 0.0001" : "p = " + qs_lib::realToString(test.p, 4);
-  table.notes.push_back("Log-rank test of the groups: chi-square " + qs_lib::realToString(test.chi_square, 2) + ", " +
-                        std::to_string(test.degrees) + " df, " + p + ".");
-  if (by != SURVIVAL_GROUPS::SEX) return;
-  table.notes.push_back(
-      "Young that die before their sex is known are in neither curve: both start too high. The curve of all does not.");
+  return logRankTest(times, data.groups.size());
+}
+
+void addTest(Table& table, const survival_data& data, SURVIVAL_GROUPS by) {
+  const log_rank_result test = testOf(data, by);
+  if (test.degrees != 0) {
+    const std::string p = test.p < 0.0001 ? "p < 0.0001" : "p = " + qs_lib::realToString(test.p, 4);
+    table.notes.push_back("Log-rank test of the groups: chi-square " + qs_lib::realToString(test.chi_square, 2) + ", " +
+                          std::to_string(test.degrees) + " df, " + p + ".");
+  }
+  if (by == SURVIVAL_GROUPS::SEX) {
+    table.notes.push_back(
+        "Young that die before their sex is known are in neither curve: both start too high. The curve "
+        "of all does not.");
+  }
+}
+
+survival_settings settingsOf(const survival_choice& choice) {
+  survival_settings settings;
+  settings.by = GROUPINGS.at(choice.by);
+  settings.level = levelOf(choice.level);
+  settings.period_years = choice.period_years;
+  return settings;
+}
+
+Table emptySummary(const time_unit& unit) {
+  const std::string in = "in " + std::string(unit.name);
+  const auto real = [](const char* name, const char* title, int decimals, std::string help, bool in_text = true) {
+    return table_column{.name = name,
+                        .title = title,
+                        .kind = COLUMN_KIND::REAL,
+                        .decimals = decimals,
+                        .help = std::move(help),
+                        .in_text = in_text};
+  };
+  return Table({{.name = "group", .title = "Group"},
+                {.name = "watched",
+                 .title = "Watched",
+                 .kind = COLUMN_KIND::INTEGER,
+                 .help = "times over which animals were watched"},
+                {.name = "deaths", .title = "Deaths", .kind = COLUMN_KIND::INTEGER},
+                real("expected", "Expected", 1, "deaths, if all groups had the same risk"),
+                real("median", "Median", unit.decimals, "age that half reach, " + in),
+                real("median_lower", "Lower", unit.decimals, "interval of 95 % of the median"),
+                real("median_upper", "Upper", unit.decimals, ""),
+                real("mean", "Mean", unit.decimals, "time lived up to the last age watched, " + in),
+                real("mean_error", "Error", unit.decimals, "its standard error"),
+                real("chi_square", "Chi-square", 2, "", false),
+                real("df", "df", 0, "", false),
+                real("p", "p", 4, "", false)});
 }
 
 }  // namespace
 
 Table survivalTable(const survival_choice& choice, const time_unit& unit, bool for_people) {
-  survival_settings settings;
-  settings.by = GROUPINGS.at(choice.by);
-  settings.level = levelOf(choice.level);
-  settings.period_years = choice.period_years;
+  const survival_settings settings = settingsOf(choice);
   const survival_data data = survivalData(Animals.records, View, presenceSettings(View), settings);
   Table table(curveColumns(unit, for_people));
   table.heading = "Survival: " + viewText();
@@ -165,6 +204,27 @@ Table survivalTable(const survival_choice& choice, const time_unit& unit, bool f
       for (const survival_step& step : curve.steps) addStep(table, data.groups[group], step, unit);
     }
     table.notes.push_back(medianNote(data.groups[group], curve, unit) + ".");
+  }
+  if (data.groups.size() > 1) addTest(table, data, settings.by);
+  addCountNotes(table, data.in_view, data.left_out, data.findings);
+  return table;
+}
+
+Table survivalSummary(const survival_choice& choice, const time_unit& unit) {
+  const survival_settings settings = settingsOf(choice);
+  const survival_data data = survivalData(Animals.records, View, presenceSettings(View), settings);
+  const log_rank_result test = testOf(data, settings.by);
+  Table table = emptySummary(unit);
+  table.heading = "Survival: " + viewText();
+  table.if_empty = "No animal was watched at a known age.";
+  for (std::uint32_t group = 0; group < data.groups.size(); ++group) {
+    const survival_curve curve = survivalOf(data, group);
+    const bool tested = test.degrees != 0 && isTested(data.groups[group], settings.by);
+    table.addRow({data.groups[group], curve.times, curve.deaths, tested ? test.groups[group].expected : NOT_KNOWN,
+                  curve.median / unit.days, curve.median_lower / unit.days, curve.median_upper / unit.days,
+                  curve.restricted_mean / unit.days, curve.restricted_error / unit.days,
+                  tested ? test.chi_square : NOT_KNOWN, tested ? static_cast<double>(test.degrees) : NOT_KNOWN,
+                  tested ? test.p : NOT_KNOWN});
   }
   if (data.groups.size() > 1) addTest(table, data, settings.by);
   addCountNotes(table, data.in_view, data.left_out, data.findings);

@@ -18,6 +18,10 @@ struct survival_choice {
 /// @param for_people  the curve after a month and at the class ends; otherwise every step
 Table survivalTable(const survival_choice& choice, const time_unit& unit, bool for_people);
 
+/// Each group in a row: deaths, those to expect if all groups had the same risk, median, mean and the log-rank test of
+/// the groups, the same in every row. Throws UsageError for an unknown level.
+Table survivalSummary(const survival_choice& choice, const time_unit& unit);
+
 /// The life tables of the females, the males and all animals of the view.
 Table lifeTableTable(const time_unit& unit);
 

@@ -35,7 +35,7 @@ ordered_times inOrder(std::span<const observed_time> times) {
 // The log-log interval; `hazard_variance` is Greenwood's sum.
 void setInterval(survival_step& step, double hazard_variance) {
   if (step.survival <= 0) {
-    step.std_error = step.lower = step.upper = NOT_KNOWN;
+    step.std_error = NOT_KNOWN;
     return;
   }
   const double error = std::sqrt(hazard_variance);

@@ -94,7 +94,7 @@ struct life_table_row {
   double q_lower = NOT_KNOWN, q_upper = NOT_KNOWN;  ///< its interval (Wilson)
   double p = 1;                                     ///< chance to live through it
   double l = 1;                                     ///< share that reaches it
-  double l_lower = 1, l_upper = 1;                  ///< its interval (Greenwood, log-log)
+  double l_lower = NOT_KNOWN, l_upper = NOT_KNOWN;  ///< its interval (Greenwood, log-log); NaN for l of 1 and 0
   double L = 0;                                     ///< days lived in it per newborn
   double T = 0;                                     ///< days lived in it and after it per newborn
   double e = 0;                                     ///< days that an animal at its start can expect to live
