@@ -16,10 +16,12 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "bench/dice.h"
+#include "bench/example_studbook.h"
 
 namespace {
 
@@ -45,6 +47,7 @@ constexpr std::string_view GROUPS[] = {"MULT2", "MULT3", "GROUP A", "HERD 1"};
 enum class population { zoos, herd, registry, wild };
 
 struct options {
+  std::string example;  ///< a directory: the example studbook instead
   std::uint32_t animals = 0;
   population kind = population::zoos;
   std::uint64_t seed = 20240229;
@@ -59,21 +62,6 @@ struct animal {
   std::uint16_t deme;  ///< counted from 0; where it lives once it is grown
   bool male;
   bool sexed;  ///< false: of unknown sex, and so nobody's parent
-};
-
-class Dice {
- public:
-  explicit Dice(std::uint64_t seed) : engine_(seed) {}
-
-  /// A whole number from 0 to limit - 1.
-  std::uint32_t below(std::uint32_t limit) { return static_cast<std::uint32_t>(((engine_() >> 32U) * limit) >> 32U); }
-  bool permille(std::uint32_t chance) { return below(1000) < chance; }
-  std::int32_t between(std::int32_t low, std::int32_t high) {
-    return low + static_cast<std::int32_t>(below(static_cast<std::uint32_t>(high - low + 1)));
-  }
-
- private:
-  std::mt19937_64 engine_;
 };
 
 /// One output file, written in large pieces.
@@ -370,6 +358,8 @@ std::optional<options> parseArguments(int count, char** arguments) {
       if (!parseNumber(arguments[++at], wanted.seed)) {
         return std::nullopt;
       }
+    } else if (word == "--example" && has_value) {
+      wanted.example = arguments[++at];
     } else if (word == "--events" && has_value) {
       wanted.events = arguments[++at];
     } else if (word == "--kind" && has_value) {
@@ -384,7 +374,7 @@ std::optional<options> parseArguments(int count, char** arguments) {
       return std::nullopt;
     }
   }
-  if (wanted.animals == 0 || wanted.animals > MOST_ANIMALS) {
+  if (wanted.example.empty() ? wanted.animals == 0 || wanted.animals > MOST_ANIMALS : wanted.animals != 0) {
     return std::nullopt;
   }
   return wanted;
@@ -401,10 +391,19 @@ int main(int argc, char** argv) {
   const std::optional<options> wanted = parseArguments(argc, argv);
   if (!wanted) {
     std::fputs(
-        "Usage: make_studbook N [--kind herd|registry|wild] [--seed S] [--events FILE] [--locations FILE]\n"
-        "Writes the animals table of N animals (1 to 100000000) to standard output.\n",
+        "Usage: make_studbook N [--kind herd|registry|wild] [--seed S] [--events FILE] [--locations FILE]\
+"
+        "       make_studbook --example DIR [--seed S]\
+"
+        "Writes the animals table of N animals (1 to 100000000) to standard output,\
+"
+        "or the tables of a studbook with a life history to a directory.\
+",
         stderr);
     return 2;
+  }
+  if (!wanted->example.empty()) {
+    return writeExampleStudbook(wanted->example, wanted->seed) ? 0 : fail("the tables in " + wanted->example);
   }
   if (!wanted->locations.empty()) {
     std::FILE* file = std::fopen(wanted->locations.c_str(), "wb");

@@ -11,6 +11,7 @@ std::vector<command> allCommands() {
   addListingCommands(commands);
   addGeneticsCommands(commands);
   addRegistryCommands(commands);
+  addDemographyCommands(commands);
   addProjectCommands(commands);
   addViewCommands(commands);
   addLifeHistoryCommands(commands);

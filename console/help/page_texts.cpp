@@ -111,6 +111,37 @@ const std::vector<command_page>& commandPages() {
        "say which one you report.",
        "spx --studbook examples/studbook effective-size\n"
        "spx --studbook examples/studbook effective-size --intervals"},
+      {"census",
+       "One row per census day: the animals that are there, and the births, deaths, entries, departures\n"
+       "and losses since the census before. The sums close. With --location the census of a place.\n"
+       "docs/demography.md explains every figure of this and the next commands.",
+       "spx --studbook examples/zoos census --from 2010 --location 2.1\n"
+       "spx --studbook examples/zoos census --census-interval five-year --format csv"},
+      {"age-pyramid", "The animals of a day by sex and age class, drawn at a terminal.",
+       "spx --studbook examples/zoos age-pyramid --on 2000-01-01 --class-width 2y"},
+      {"survival",
+       "Kaplan-Meier curves with delayed entry: animals count from the age at which they come. Groups\n"
+       "are compared by the log-rank test. CSV and JSON have every step of the curves.",
+       "spx --studbook examples/zoos survival --by sex\n"
+       "spx --studbook examples/zoos survival --by period --period-years 25 --format csv --unit days"},
+      {"life-table",
+       "Deaths and births by age class: of females, males, and all. --columns shows more columns:\n"
+       "intervals of q and l, L, T, time lived, reproductive value, stable age distribution.",
+       "spx --studbook examples/zoos life-table --where sex=female\n"
+       "spx --studbook examples/zoos life-table --columns sex,age,q,q_lower,q_upper"},
+      {"reproduction", "Ages of parents, litters, intervals, season, sex ratio, breeders among the adults.",
+       "spx --studbook examples/zoos reproduction --litter-days 3"},
+      {"growth",
+       "R0, generation time, r and lambda from the life table, with bootstrap intervals, beside the\n"
+       "growth of the census.",
+       "spx --studbook examples/zoos growth --runs 200 --seed 7\n"
+       "spx --studbook examples/zoos growth --runs 200 --format json"},
+      {"projection",
+       "Carries the living animals on by the Leslie matrix, without and with chance. Nothing enters or\n"
+       "leaves, and the rates of the life table stay as they are.",
+       "spx --studbook examples/zoos projection --years 10 --runs 200 --fewer-than 50"},
+      {"demography", "Numbers, changes of the last twelve months, growth, survival and reproduction in one table.",
+       "spx --studbook examples/zoos demography --until 2020-12-31"},
       {"locations", "Lists the locations by identifier, with the number of animals that live there or within.",
        "spx --studbook examples/studbook locations"},
       {"taxa", "Lists the taxa with the number of animals; \"generic\" means that no taxon is given.",

@@ -97,7 +97,7 @@ TEST_F(HelpTest, BashCompletesWords) {
   const struct {
     const char* typed;
     const char* offered;
-  } cases[] = {{"li", "list living life-history\n"},
+  } cases[] = {{"li", "list living life-table life-history\n"},
                {"project cr", "create\n"},
                {"--studbook list project cr", "create\n"},
                {"list --form", "--format\n"},
