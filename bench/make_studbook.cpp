@@ -391,14 +391,10 @@ int main(int argc, char** argv) {
   const std::optional<options> wanted = parseArguments(argc, argv);
   if (!wanted) {
     std::fputs(
-        "Usage: make_studbook N [--kind herd|registry|wild] [--seed S] [--events FILE] [--locations FILE]\
-"
-        "       make_studbook --example DIR [--seed S]\
-"
-        "Writes the animals table of N animals (1 to 100000000) to standard output,\
-"
-        "or the tables of a studbook with a life history to a directory.\
-",
+        "Usage: make_studbook N [--kind herd|registry|wild] [--seed S] [--events FILE] [--locations FILE]\n"
+        "       make_studbook --example DIR [--seed S]\n"
+        "Writes the animals table of N animals (1 to 100000000) to standard output,\n"
+        "or the tables of a studbook with a life history to a directory.\n",
         stderr);
     return 2;
   }
