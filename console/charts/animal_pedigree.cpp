@@ -167,10 +167,10 @@ pedigree_drawing animalPedigree(const std::string& id, const pedigree_extent& ex
     drawing.animals.push_back(std::move(drawn));
   }
   drawing.subtitle = std::to_string(extent.ancestors) + " generations of ancestors" +
-                     (extent.descendants > 0 ? ", " + std::to_string(extent.descendants) + " of descendants" : "") +
-                     "; squares are males, circles females, diamonds of unknown sex";
+                     (extent.descendants > 0 ? ", " + std::to_string(extent.descendants) + " of descendants" : "");
   drawing.description = std::to_string(drawing.animals.size()) +
-                        " animals. A slash marks the dead, a double line related parents, darker blue higher inbreeding.";
+                        " animals. Squares are males, circles females, diamonds animals of unknown sex. A slash marks "
+                        "the dead, a double line related parents, darker blue higher inbreeding.";
   return drawing;
 }
 

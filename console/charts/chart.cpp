@@ -4,9 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "spx/support/number_text.h"
-#include "spx/support/xml_report.h"
-
+#include "console/base/display_text.h"
 #include "console/charts/drawing_tool.h"
 #include "console/charts/svg_text.h"
 
@@ -16,9 +14,10 @@ namespace {
 constexpr int WIDTH = 720;
 constexpr std::size_t MOST_TIC_NAMES = 12;  // along a horizontal axis
 
-// Colours that colour-blind readers tell apart (Okabe & Ito 2008); blue, orange and light grey come first since they also
-// differ as greys.
-constexpr const char* PALETTE[] = {"#0072B2", "#E69F00", "#BBBBBB", "#009E73", "#CC79A7", "#56B4E9", "#D55E00", "#000000"};
+// Colours that colour-blind readers tell apart (Okabe & Ito 2008); blue, orange and light grey come first since they
+// also differ as greys.
+constexpr const char* PALETTE[] = {"#0072B2", "#E69F00", "#BBBBBB", "#009E73",
+                                   "#CC79A7", "#56B4E9", "#D55E00", "#000000"};
 
 const char* colourOf(const chart_series& series, std::size_t place) {
   const std::size_t index = series.colour < 0 ? place : static_cast<std::size_t>(series.colour);
@@ -28,7 +27,7 @@ const char* colourOf(const chart_series& series, std::size_t place) {
 /// A text in gnuplot's single quotes, in which nothing but the quote itself has a meaning.
 std::string quoted(const std::string& text) {
   std::string out = "'";
-  for (const char character : printableUtf8(text)) {
+  for (const char character : visibleText(text)) {
     out += character;
     if (character == '\'') {
       out += character;
@@ -37,7 +36,9 @@ std::string quoted(const std::string& text) {
   return out + "'";
 }
 
-std::string number(double value) { return std::isfinite(value) ? shortestReal(value) : "NaN"; }
+std::string number(double value) {
+  return std::isfinite(value) ? shortestReal(value) : "NaN";
+}
 
 /// The data of a script are rows of numbers under a name.
 class DataBlock {
@@ -125,8 +126,8 @@ std::string nameTics(const char* axis, const std::vector<std::string>& names, st
   for (std::size_t i = 0; i < names.size(); i += step) {
     tics += (tics.empty() ? "" : ", ") + quoted(names[i]) + " " + std::to_string(i);
   }
-  return std::string("set ") + axis + "tics (" + tics + ")\nset " + axis + "range [-0.6:" +
-         number(static_cast<double>(names.size()) - 0.4) + "]\n";
+  return std::string("set ") + axis + "tics (" + tics + ")\nset " + axis +
+         "range [-0.6:" + number(static_cast<double>(names.size()) - 0.4) + "]\n";
 }
 
 std::string heading(const std::string& title, const std::string& subtitle, int height) {
@@ -171,7 +172,8 @@ std::string axes(const chart& drawing) {
 }  // namespace
 
 std::string drawChart(const chart& drawing) {
-  std::string script = terminal(drawing.height) + heading(drawing.title, drawing.subtitle, drawing.height) + axes(drawing);
+  std::string script =
+      terminal(drawing.height) + heading(drawing.title, drawing.subtitle, drawing.height) + axes(drawing);
   script += "set key below noenhanced\n";
   std::vector<double> tops;
   std::string plots;
@@ -183,7 +185,7 @@ std::string drawChart(const chart& drawing) {
     const std::string columns = series.marks == MARKS::STACKED_BARS || series.marks == MARKS::SIDE_BARS
                                     ? " using 1:2:3:4:5:6"
                                 : series.marks == MARKS::BAND || series.marks == MARKS::STEP_BAND ? " using 1:2:3"
-                                                                                                   : " using 1:2";
+                                                                                                  : " using 1:2";
     plots += (plots.empty() ? "" : ", ") + data.name() + columns + style(series, place) +
              (series.name.empty() ? " notitle" : " title " + quoted(series.name));
   }
@@ -211,7 +213,8 @@ std::string drawHeatMap(const heat_map& drawing) {
       data.row({x, y, x - 0.5, x + 0.5, y - 0.5, y + 0.5, drawing.values[row][column]});
     }
   }
-  script += data.text() + "plot " + data.name() + " using 1:2:3:4:5:6:7 with boxxyerror fs solid 1 noborder lc palette\n";
+  script +=
+      data.text() + "plot " + data.name() + " using 1:2:3:4:5:6:7 with boxxyerror fs solid 1 noborder lc palette\n";
   return describedSvg(runTool(GNUPLOT, {"-"}, script), drawing.title + ", " + drawing.subtitle, drawing.description);
 }
 

@@ -30,18 +30,18 @@ struct chart_series {
 
 /// A chart in words and numbers. Texts may hold anything.
 struct chart {
-  std::string title;                         ///< what is shown
-  std::string subtitle;                      ///< whose, and of which days
-  std::string description;                   ///< what it says, for those who cannot see it
-  std::string x_label;                       ///< with the unit
-  std::string y_label;                       ///< likewise
-  std::vector<std::string> x_names = {};     ///< categories at x = 0, 1, ...; empty: a scale of numbers
-  std::vector<std::string> y_names = {};     ///< categories at y = 0, 1, ...; likewise
-  std::vector<chart_series> series = {};     ///< drawn in this order
-  double y_from = 0;                         ///< where the scale begins
-  double y_to = 0;                           ///< where it ends; 0: as the values need
-  bool absolute_x = false;                   ///< shows -3 as 3, as the left half of a pyramid needs it
-  int height = 420;                          ///< in pixels; the width is 720
+  std::string title;                      ///< what is shown
+  std::string subtitle;                   ///< whose, and of which days
+  std::string description;                ///< what it says, for those who cannot see it
+  std::string x_label;                    ///< with the unit
+  std::string y_label;                    ///< likewise
+  std::vector<std::string> x_names = {};  ///< categories at x = 0, 1, ...; empty: a scale of numbers
+  std::vector<std::string> y_names = {};  ///< categories at y = 0, 1, ...; likewise
+  std::vector<chart_series> series = {};  ///< drawn in this order
+  double y_from = 0;                      ///< where the scale begins
+  double y_to = 0;                        ///< where it ends; 0: as the values need
+  bool absolute_x = false;                ///< shows -3 as 3, as the left half of a pyramid needs it
+  int height = 420;                       ///< in pixels; the width is 720
 };
 
 /// Values in a square, such as the kinship of each pair.
@@ -49,9 +49,9 @@ struct heat_map {
   std::string title;
   std::string subtitle;
   std::string description;
-  std::string scale_label;                        ///< of the colours
-  std::vector<std::string> names;                 ///< of the rows, which are the columns too
-  std::vector<std::vector<double>> values;        ///< names.size() rows of as many values; NaN leaves a cell white
+  std::string scale_label;                  ///< of the colours
+  std::vector<std::string> names;           ///< of the rows, which are the columns too
+  std::vector<std::vector<double>> values;  ///< names.size() rows of as many values; NaN leaves a cell white
 };
 
 /// The chart as an SVG picture with a title and a description for screen readers; its text is text.

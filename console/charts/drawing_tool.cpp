@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-
 #include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
+
+#include <sys/wait.h>
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
@@ -47,7 +47,8 @@ struct tool_streams {
 };
 
 /// @return the errno of the start
-int start(const drawing_tool& tool, const std::vector<std::string>& arguments, const tool_streams& streams, pid_t& child) {
+int start(const drawing_tool& tool, const std::vector<std::string>& arguments, const tool_streams& streams,
+          pid_t& child) {
   std::vector<char*> words;
   words.push_back(const_cast<char*>(tool.program));  // NOLINT: posix_spawn does not write to them
   for (const std::string& argument : arguments) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "console/base/display_text.h"
 #include "console/base/failure.h"
 #include "console/charts/drawing_tool.h"
 #include "console/charts/svg_text.h"
@@ -14,17 +15,18 @@ namespace {
 
 constexpr std::size_t NONE = drawn_animal::NONE;
 
-/// A text in Graphviz's double quotes.
-std::string quoted(const std::vector<std::string>& lines) {
+/// A text in Graphviz's double quotes, in lines that end with the mark: "\\n" centres them, "\\l" sets them to the
+/// left.
+std::string quoted(const std::vector<std::string>& lines, const char* line_end = "\\n") {
   std::string out = "\"";
   for (const std::string& line : lines) {
-    out += out.size() > 1 ? "\\n" : "";
-    for (const char character : printableUtf8(line)) {
+    for (const char character : visibleText(line)) {
       if (character == '"' || character == '\\') {
         out += '\\';
       }
       out += character;
     }
+    out += line_end;
   }
   return out + "\"";
 }
@@ -87,7 +89,8 @@ std::string fill(double shade) {
   static constexpr char DIGITS[] = "0123456789abcdef";
   std::string colour = "#";
   for (int part = 0; part < 3; ++part) {
-    const auto value = static_cast<unsigned>(std::lround(WHITE[part] + std::clamp(shade, 0.0, 1.0) * (DARK[part] - WHITE[part])));
+    const auto value =
+        static_cast<unsigned>(std::lround(WHITE[part] + std::clamp(shade, 0.0, 1.0) * (DARK[part] - WHITE[part])));
     colour += {DIGITS[value / 16], DIGITS[value % 16]};
   }
   return colour;
@@ -180,7 +183,8 @@ std::string withSlashes(const std::string& svg) {
     }
     const symbol_box box = boxOf(svg.substr(symbol, end - symbol));
     out += "\n<line class=\"slash\" stroke=\"#999999\" x1=\"" + shortestReal(box.left) + "\" y1=\"" +
-           shortestReal(box.bottom) + "\" x2=\"" + shortestReal(box.right) + "\" y2=\"" + shortestReal(box.top) + "\"/>";
+           shortestReal(box.bottom) + "\" x2=\"" + shortestReal(box.right) + "\" y2=\"" + shortestReal(box.top) +
+           "\"/>";
   }
   return out + svg.substr(from);
 }
@@ -190,11 +194,12 @@ std::string withSlashes(const std::string& svg) {
 std::string pedigreeDot(const pedigree_drawing& drawing) {
   std::vector<std::size_t> generation = generations(drawing.animals);
   lowerFounders(drawing.animals, generation);
-  std::string out = "digraph pedigree {\ngraph [rankdir=TB newrank=true nodesep=0.25 ranksep=0.4 fontname=\"sans-serif\" "
-                    "fontsize=14 labelloc=t labeljust=l label=" +
-                    quoted({drawing.title, drawing.subtitle}) +
-                    "];\nnode [fontname=\"sans-serif\" fontsize=10 style=filled margin=\"0.08,0.05\"];\n"
-                    "edge [arrowhead=none color=\"#555555\"];\n";
+  std::string out =
+      "digraph pedigree {\ngraph [rankdir=TB newrank=true nodesep=0.25 ranksep=0.4 fontname=\"sans-serif\" "
+      "fontsize=14 labelloc=t labeljust=l label=" +
+      quoted({drawing.title, drawing.subtitle}, "\\l") +
+      "];\nnode [fontname=\"sans-serif\" fontsize=10 style=filled margin=\"0.08,0.05\"];\n"
+      "edge [arrowhead=none color=\"#555555\"];\n";
   std::map<std::size_t, std::string> rows;
   for (std::size_t i = 0; i < drawing.animals.size(); ++i) {
     out += node(drawing.animals[i], i);

@@ -15,16 +15,16 @@ struct drawn_animal {
 
   std::vector<std::string> lines;  ///< written in the symbol, any texts; the first is the ID
   SEX sex = SEX::UNKNOWN;
-  bool dead = false;               ///< crossed by a slash
-  bool marked = false;             ///< the animal asked for: a thicker outline
-  bool inbred = false;             ///< its parents are related: a double line joins them
+  bool dead = false;                                        ///< crossed by a slash
+  bool marked = false;                                      ///< the animal asked for: a thicker outline
+  bool inbred = false;                                      ///< its parents are related: a double line joins them
   double shade = std::numeric_limits<double>::quiet_NaN();  ///< 0 white to 1 dark; NaN white
-  std::size_t sire = NONE;         ///< a place among the animals
-  std::size_t dam = NONE;          ///< likewise
+  std::size_t sire = NONE;                                  ///< a place among the animals
+  std::size_t dam = NONE;                                   ///< likewise
 };
 
-/// A pedigree to draw: each animal once, in any order. The parents of an animal stand above it, so that a cycle cannot be
-/// drawn.
+/// A pedigree to draw: each animal once, in any order. The parents of an animal stand above it, so that a cycle cannot
+/// be drawn.
 struct pedigree_drawing {
   std::string title;
   std::string subtitle;

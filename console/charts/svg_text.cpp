@@ -5,12 +5,14 @@
 
 #include "spx/support/xml_report.h"
 
+#include "console/base/display_text.h"
+
 namespace spx::console {
 namespace {
 
 std::string escaped(const std::string& text) {
   std::string out;
-  qs_lib::appendXmlText(out, printableUtf8(text), true);
+  qs_lib::appendXmlText(out, visibleText(text), true);
   return out;
 }
 

@@ -50,5 +50,6 @@ void addLifeHistoryCommands(std::vector<command>& commands);  ///< life-history 
 void addTraceCommands(std::vector<command>& commands);        ///< trace-parents
 void addExportCommands(std::vector<command>& commands);       ///< export ...
 void addFilterCommands(std::vector<command>& commands);       ///< filters
+void addDrawCommands(std::vector<command>& commands);         ///< draw ...
 
 }  // namespace spx::console

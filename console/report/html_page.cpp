@@ -7,6 +7,7 @@
 
 #include "spx/support/xml_report.h"
 
+#include "console/base/display_text.h"
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/report/html_style.h"
@@ -17,7 +18,8 @@ namespace {
 bool isNumber(const table_column& column) {
   return column.alignment == ALIGNMENT::RIGHT ||
          (column.alignment == ALIGNMENT::BY_KIND &&
-          (column.kind == COLUMN_KIND::INTEGER || column.kind == COLUMN_KIND::REAL || column.kind == COLUMN_KIND::PERCENT));
+          (column.kind == COLUMN_KIND::INTEGER || column.kind == COLUMN_KIND::REAL ||
+           column.kind == COLUMN_KIND::PERCENT));
 }
 
 std::string headerCell(const table_column& column) {
@@ -126,7 +128,9 @@ void HtmlPage::subheading(const std::string& text, const std::string& id) {
   body_ += (id.empty() ? "<h3>" : "<h3 id=\"" + id + "\">") + html(text) + "</h3>\n";
 }
 
-void HtmlPage::paragraph(const std::string& text) { body_ += "<p>" + html(text) + "</p>\n"; }
+void HtmlPage::paragraph(const std::string& text) {
+  body_ += "<p>" + html(text) + "</p>\n";
+}
 
 void HtmlPage::list(const std::vector<std::string>& items) {
   body_ += "<ul>\n";
@@ -158,7 +162,9 @@ void HtmlPage::picture(const std::string& svg, const std::string& caption) {
   body_ += "<figure>\n" + svgWithOwnNames(svg) + "\n<figcaption>" + html(caption) + "</figcaption>\n</figure>\n";
 }
 
-void HtmlPage::markup(const std::string& html) { body_ += html; }
+void HtmlPage::markup(const std::string& html) {
+  body_ += html;
+}
 
 void HtmlPage::logo(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
@@ -173,7 +179,9 @@ void HtmlPage::logo(const std::string& file) {
   logo_ = std::string("<img alt=\"\" src=\"data:") + type + ";base64," + base64(bytes) + "\">\n";
 }
 
-void HtmlPage::titleLine(const std::string& text) { title_lines_ += "<p>" + html(text) + "</p>\n"; }
+void HtmlPage::titleLine(const std::string& text) {
+  title_lines_ += "<p>" + html(text) + "</p>\n";
+}
 
 std::string HtmlPage::text() {
   endSection();
@@ -197,7 +205,7 @@ std::string HtmlPage::svgWithOwnNames(std::string svg) {
 
 std::string html(std::string_view text) {
   std::string out;
-  qs_lib::appendXmlText(out, text, true);
+  qs_lib::appendXmlText(out, visibleText(text), true);
   return out;
 }
 
