@@ -104,14 +104,15 @@ std::string runTool(const drawing_tool& tool, const std::vector<std::string>& ar
   return contents(streams.output.get());
 }
 
-IMAGE_FORMAT imageFormat(const std::string& name) {
+IMAGE_FORMAT imageFormat(const std::string& name, bool has_dot) {
   constexpr const char* NAMES[] = {"svg", "png", "pdf", "dot"};
-  for (std::size_t i = 0; i < std::size(NAMES); ++i) {
+  for (std::size_t i = 0; i < std::size(NAMES) - (has_dot ? 0 : 1); ++i) {
     if (name == NAMES[i]) {
       return static_cast<IMAGE_FORMAT>(i);
     }
   }
-  throw UsageError("--format: " + quotedText(name) + " is not an image format; use svg, png, pdf or dot");
+  throw UsageError("--format: " + quotedText(name) + " is not an image format; use " +
+                   (has_dot ? "svg, png, pdf or dot" : "svg, png or pdf"));
 }
 
 std::string convertedImage(std::string svg, IMAGE_FORMAT format) {

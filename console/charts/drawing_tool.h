@@ -24,8 +24,8 @@ std::string runTool(const drawing_tool& tool, const std::vector<std::string>& ar
 /// What a picture is written as. DOT is the description of a pedigree that Graphviz reads.
 enum class IMAGE_FORMAT { SVG, PNG, PDF, DOT };
 
-/// The format of a name; "svg", "png", "pdf" or "dot". Throws UsageError for another name.
-IMAGE_FORMAT imageFormat(const std::string& name);
+/// The format of a name: "svg", "png", "pdf", and "dot" where there is such a text. Throws UsageError for another name.
+IMAGE_FORMAT imageFormat(const std::string& name, bool has_dot);
 
 /// An SVG picture in another format; the same text for SVG. Throws what runTool throws.
 std::string convertedImage(std::string svg, IMAGE_FORMAT format);

@@ -85,15 +85,16 @@ void addQuality(HtmlPage& page, report_context&) {
 void addCensus(HtmlPage& page, report_context& context) {
   page.section("census", "Census");
   const Table table = censusTable();
-  addChart(page, context, [&] { return censusChart(table, context.subtitle); }, table,
-           "Animals present on each census day, and what changed their number");
+  addChart(
+      page, context, [&] { return censusChart(table, context.subtitle); }, table,
+      "Animals present on each census day, and what changed their number");
 }
 
 void addAges(HtmlPage& page, report_context& context) {
   page.section("ages", "Age structure");
   const Table table = pyramidTable(timeUnit("years"), false);
-  addChart(page, context, [&] { return pyramidChart(table, context.subtitle, "years"); }, table,
-           "Animals by age and sex");
+  addChart(
+      page, context, [&] { return pyramidChart(table, context.subtitle, "years"); }, table, "Animals by age and sex");
 }
 
 void addSurvival(HtmlPage& page, report_context& context) {
@@ -103,8 +104,9 @@ void addSurvival(HtmlPage& page, report_context& context) {
   const time_unit years = timeUnit("years");
   const Table steps = survivalTable(choice, years, false);
   const Table shown = survivalTable(choice, years, true);
-  addChart(page, context, [&] { return survivalChart(steps, context.subtitle, "years"); }, shown,
-           "The share of the animals that reaches each age (Kaplan & Meier 1958)");
+  addChart(
+      page, context, [&] { return survivalChart(steps, context.subtitle, "years"); }, shown,
+      "The share of the animals that reaches each age (Kaplan & Meier 1958)");
   page.table(lifeTableTable(years), "Life table");
 }
 
@@ -112,7 +114,8 @@ void addReproduction(HtmlPage& page, report_context& context) {
   page.section("reproduction", "Reproduction");
   const Table table = reproductionTable({}, timeUnit("years"), true);
   const Table counts = reproductionTable({}, timeUnit("years"), false);
-  addChart(page, context, [&] { return birthsChart(counts, context.subtitle); }, table, "Births by month, and breeding");
+  addChart(
+      page, context, [&] { return birthsChart(counts, context.subtitle); }, table, "Births by month, and breeding");
 }
 
 void addGrowth(HtmlPage& page, report_context& context) {
@@ -120,8 +123,9 @@ void addGrowth(HtmlPage& page, report_context& context) {
   page.table(growthTable({}, timeUnit("years")), "Growth by births and deaths, and by the census");
   try {
     const Table table = projectionTable({});
-    addChart(page, context, [&] { return projectionChart(table, context.subtitle); }, table,
-             "The numbers to expect if births and deaths stay as they are");
+    addChart(
+        page, context, [&] { return projectionChart(table, context.subtitle); }, table,
+        "The numbers to expect if births and deaths stay as they are");
   } catch (const UsageError& error) {
     context.left_out.push_back(std::string("The projection is left out: ") + error.what());
   }

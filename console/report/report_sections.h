@@ -12,7 +12,7 @@ namespace spx::console {
 
 /// What the sections share.
 struct report_context {
-  std::string subtitle;               ///< of charts: whose figures, of which days
+  std::string subtitle;  ///< of charts: whose figures, of which days
   std::size_t gene_drops = 1000;
   bool cards = false;
   std::vector<std::string> left_out;  ///< what could not be shown and why, gathered by the sections

@@ -7,12 +7,12 @@ namespace spx::console {
 
 /// What a report holds.
 struct report_choice {
-  std::string title;                   ///< empty: the name of the studbook
-  std::string studbook;                ///< its name, for the title
-  std::string logo;                    ///< an image file; empty for none
-  std::vector<std::string> sections;   ///< by name; empty: all
-  bool cards = false;                  ///< a small pedigree for each living animal
-  std::size_t gene_drops = 1000;       ///< runs of the gene drop that gives the founders' retention
+  std::string title;                  ///< empty: the name of the studbook
+  std::string studbook;               ///< its name, for the title
+  std::string logo;                   ///< an image file; empty for none
+  std::vector<std::string> sections;  ///< by name; empty: all
+  bool cards = false;                 ///< a small pedigree for each living animal
+  std::size_t gene_drops = 1000;      ///< runs of the gene drop that gives the founders' retention
 };
 
 /// The names of the sections, in their order.
