@@ -15,6 +15,7 @@ std::vector<command> allCommands() {
   addLifeHistoryCommands(commands);
   addTraceCommands(commands);
   addExportCommands(commands);
+  addReportCommands(commands);
   addDrawCommands(commands);
   addFilterCommands(commands);
   return commands;

@@ -212,7 +212,7 @@ std::string html(std::string_view text) {
 std::string anchor(const std::string& prefix, std::string_view text) {
   static constexpr char DIGITS[] = "0123456789abcdef";
   std::string out = prefix + "-";
-  for (const char character : text) {
+  for (const char character : visibleText(text)) {
     const auto byte = static_cast<unsigned char>(character);
     if (byte < 0x80 && std::isalnum(byte) != 0) {
       out += character;

@@ -64,7 +64,8 @@ class HtmlPage {
 /// A text as HTML, in content and in attributes.
 std::string html(std::string_view text);
 
-/// An identifier for the part of the page that a text names: letters, digits and "-", and never equal for two texts.
+/// An identifier for the part of the page that a text names: of letters, digits, "-" and "_". Texts that look different
+/// (visibleText) have different ones.
 std::string anchor(const std::string& prefix, std::string_view text);
 
 /// A link to a part of the same page.

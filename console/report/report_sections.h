@@ -14,7 +14,8 @@ namespace spx::console {
 struct report_context {
   std::string subtitle;  ///< of charts: whose figures, of which days
   std::size_t gene_drops = 1000;
-  bool cards = false;
+  bool cards = false;                 ///< a small pedigree on each card
+  bool links = true;                  ///< the page has cards that IDs can link to
   std::vector<std::string> left_out;  ///< what could not be shown and why, gathered by the sections
 };
 
