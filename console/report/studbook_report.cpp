@@ -149,7 +149,7 @@ std::string studbookReport(const report_choice& choice) {
     page.logo(choice.logo);
   }
   page.titleLine("View: " + viewText());
-  page.titleLine("Made on " + qs_lib::getTodayAsISO() + " with spx " + getVersion());
+  page.titleLine("Made on " + qs_lib::getTodayAsISO() + " with spx " + libraryVersion());
   report_context context;
   context.subtitle = choice.studbook + ": " + viewText();
   context.gene_drops = choice.gene_drops;
