@@ -8,6 +8,7 @@
 #include "console/base/failure.h"
 #include "console/charts/animal_pedigree.h"
 #include "console/charts/drawing_tool.h"
+#include "console/charts/kinship_map.h"
 #include "console/charts/result_charts.h"
 #include "console/commands/command.h"
 #include "console/output/result_output.h"
@@ -15,6 +16,8 @@
 #include "console/project/view_settings.h"
 #include "console/results/census_results.h"
 #include "console/results/demography_notes.h"
+#include "console/results/founder_tables.h"
+#include "console/results/genetic_basis.h"
 #include "console/results/genetics_by_year.h"
 #include "console/results/growth_results.h"
 #include "console/results/reproduction_results.h"
@@ -89,6 +92,7 @@ struct chart_options {
   view_choice view;
   survival_choice survival;
   projection_choice projection;
+  gene_drop_options drop;
 };
 
 /// "Alderhay Zoo, all animals, until 2024-12-31".
@@ -161,6 +165,17 @@ void addNumbers(CommandGroup& group) {
 }
 
 void addGenes(CommandGroup& group) {
+  addChart(
+      group, "founders", "Contribution and retention of each founder", WHO | VIEW_DAY,
+      [](const chart_options& options, const std::string& subtitle) {
+        gene_drop_options drop = options.drop;
+        drop.threads = GeneticBasis::threads();
+        return foundersChart(needRows(foundersTable(GeneticBasis(), UNKNOWN_PARENTS::FOUNDER, drop)), subtitle);
+      },
+      [](CLI::App& app, chart_options& options) {
+        app.add_option("--runs", options.drop.runs, "Runs of the gene drop")->capture_default_str();
+        app.add_option("--seed", options.drop.seed, "Start of the random numbers")->capture_default_str();
+      });
   addChart(group, "inbreeding", "Mean inbreeding by year of birth", VIEW_RECORDS,
            [](const chart_options&, const std::string& subtitle) {
              return inbreedingChart(needRows(inbreedingByYear()), subtitle);
@@ -171,11 +186,39 @@ void addGenes(CommandGroup& group) {
            });
 }
 
+struct kinship_options {
+  draw_options draw;
+  view_choice view;
+  std::string order = "likeness";
+};
+
+command kinshipCommand() {
+  const auto options = std::make_shared<kinship_options>();
+  return {"kinship", "Kinship of each pair of the living, as a heat map",
+          [options](Session& session) {
+            const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
+            session.loadStudbook();
+            useView(session, options->view);
+            heat_map map = kinshipMap(
+                GeneticBasis(), options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
+            map.subtitle = whose(session);
+            return writePicture(options->draw, convertedImage(drawHeatMap(map), format));
+          },
+          [options](CLI::App& app) {
+            app.add_option("--order", options->order, "How the animals stand: by likeness, or by location")
+                ->check(CLI::IsMember({"likeness", "location"}))
+                ->capture_default_str();
+            addDrawOptions(app, options->draw, false);
+            addViewOptions(app, options->view, WHO | VIEW_DAY);
+          }};
+}
+
 }  // namespace
 
 void addDrawCommands(std::vector<command>& commands) {
   CommandGroup draw("draw", "Draw pedigrees and charts as SVG, PNG or PDF");
   draw.add(pedigreeCommand());
+  draw.add(kinshipCommand());
   addGenes(draw);
   addNumbers(draw);
   commands.push_back(draw.asCommand());
