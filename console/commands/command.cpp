@@ -17,6 +17,8 @@ std::vector<command> allCommands() {
   addLifeHistoryCommands(commands);
   addTraceCommands(commands);
   addExportCommands(commands);
+  addReportCommands(commands);
+  addDrawCommands(commands);
   addFilterCommands(commands);
   return commands;
 }

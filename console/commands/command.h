@@ -52,5 +52,7 @@ void addLifeHistoryCommands(std::vector<command>& commands);  ///< life-history 
 void addTraceCommands(std::vector<command>& commands);        ///< trace-parents
 void addExportCommands(std::vector<command>& commands);       ///< export ...
 void addFilterCommands(std::vector<command>& commands);       ///< filters
+void addDrawCommands(std::vector<command>& commands);         ///< draw ...
+void addReportCommands(std::vector<command>& commands);       ///< report
 
 }  // namespace spx::console

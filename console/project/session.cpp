@@ -128,6 +128,15 @@ std::string Session::studbook() {
   return file;
 }
 
+std::string Session::studbookName() {
+  if (hasProject()) {
+    return options_.project;
+  }
+  const fs::path file = fs::absolute(studbook()).lexically_normal();
+  const fs::path& named = file.stem() == "animals" || !file.has_filename() ? file.parent_path() : file;
+  return named.stem().string();
+}
+
 std::string Session::writableStudbook() {
   openProjectIfNamed();
   std::string file = chosenFiles().animals;

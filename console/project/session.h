@@ -44,6 +44,9 @@ class Session {
   /// Opens the project. Throws UsageError when there is none.
   std::string studbook();
 
+  /// What the studbook is called in titles: the project's name, or that of the file or directory of the command line.
+  std::string studbookName();
+
   /// The studbook file to write to, which has to exist: likewise. Throws UsageError when there is
   /// none, and Failure when it is something else, such as a table.
   std::string writableStudbook();
