@@ -63,8 +63,8 @@ std::vector<std::size_t> orderedByLikeness(const square& likeness) {
     }
     const auto size = [&clusters](std::size_t at) { return static_cast<double>(clusters[at].size()); };
     for (std::size_t other = 0; other < clusters.size(); ++other) {
-      const double joined = (between[first][other] * size(first) + between[second][other] * size(second)) /
-                            (size(first) + size(second));
+      const double joined =
+          (between[first][other] * size(first) + between[second][other] * size(second)) / (size(first) + size(second));
       between[first][other] = joined;
       between[other][first] = joined;
     }
@@ -90,8 +90,9 @@ heat_map kinshipMap(const GeneticBasis& basis, KINSHIP_ORDER order) {
       order == KINSHIP_ORDER::LOCATION ? orderedByLocation(basis, animals) : orderedByLikeness(values);
   heat_map map{.title = "Kinship of the living",
                .subtitle = "",
-               .description = "A square for each two animals, darker for a higher kinship; on the diagonal an animal "
-                              "with itself.",
+               .description =
+                   "A square for each two animals, darker for a higher kinship; on the diagonal an animal "
+                   "with itself.",
                .scale_label = "kinship",
                .names = {},
                .values = {}};

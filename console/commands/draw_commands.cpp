@@ -199,8 +199,8 @@ command kinshipCommand() {
             const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
             session.loadStudbook();
             useView(session, options->view);
-            heat_map map = kinshipMap(
-                GeneticBasis(), options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
+            heat_map map = kinshipMap(GeneticBasis(),
+                                      options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
             map.subtitle = whose(session);
             return writePicture(options->draw, convertedImage(drawHeatMap(map), format));
           },

@@ -45,8 +45,8 @@ const std::vector<view_setting>& viewSettings();
 void setViewSetting(const std::string& name, const std::string& value);
 
 /// Sets View to what the program starts from: the library's defaults with animals of every origin,
-/// since few tables tell the origin, and prorating, since animals come and go at any age. Its last day and the day that it
-/// asks for are today.
+/// since few tables tell the origin, and prorating, since animals come and go at any age. Its last day and the day that
+/// it asks for are today.
 void setStartView();
 
 /// The dates of View that nobody fixed. Those of today are today as such, not the day that today happens to be:

@@ -47,11 +47,13 @@ void addGenetics(HtmlPage& page, report_context& context) {
   const GeneticBasis basis;
   page.table(geneticPage(basis, UNKNOWN), "The genetic state of the population");
   const Table inbreeding = inbreedingByYear();
-  addChart(page, context, [&] { return inbreedingChart(inbreeding, context.subtitle); }, inbreeding,
-           "Mean inbreeding by year of birth");
+  addChart(
+      page, context, [&] { return inbreedingChart(inbreeding, context.subtitle); }, inbreeding,
+      "Mean inbreeding by year of birth");
   const Table diversity = diversityByYear();
-  addChart(page, context, [&] { return diversityChart(diversity, context.subtitle); }, diversity,
-           "Gene diversity of the living at the end of each year");
+  addChart(
+      page, context, [&] { return diversityChart(diversity, context.subtitle); }, diversity,
+      "Gene diversity of the living at the end of each year");
 }
 
 void addFounders(HtmlPage& page, report_context& context) {
@@ -61,8 +63,9 @@ void addFounders(HtmlPage& page, report_context& context) {
   drop.runs = context.gene_drops;
   drop.threads = GeneticBasis::threads();
   const Table table = foundersTable(basis, UNKNOWN, drop);
-  addChart(page, context, [&] { return foundersChart(table, context.subtitle); }, table,
-           "What each founder contributes to the living, and what is left of its genes");
+  addChart(
+      page, context, [&] { return foundersChart(table, context.subtitle); }, table,
+      "What each founder contributes to the living, and what is left of its genes");
 }
 
 void addMeanKinship(HtmlPage& page, report_context& context) {

@@ -32,20 +32,14 @@ struct report_section {
 };
 
 // The summary and what was left out frame these and are always there.
-constexpr report_section SECTIONS[] = {{"census", addCensus},
-                                       {"ages", addAges},
-                                       {"survival", addSurvival},
-                                       {"reproduction", addReproduction},
-                                       {"growth", addGrowth},
-                                       {"genetics", addGenetics},
-                                       {"founders", addFounders},
-                                       {"mean-kinship", addMeanKinship},
-                                       {"pairs", addPairs},
-                                       {"animals", addAnimals},
-                                       {"quality", addQuality}};
+constexpr report_section SECTIONS[] = {
+    {"census", addCensus}, {"ages", addAges},         {"survival", addSurvival}, {"reproduction", addReproduction},
+    {"growth", addGrowth}, {"genetics", addGenetics}, {"founders", addFounders}, {"mean-kinship", addMeanKinship},
+    {"pairs", addPairs},   {"animals", addAnimals},   {"quality", addQuality}};
 
 bool isWanted(const report_choice& choice, const std::string& name) {
-  return choice.sections.empty() || std::find(choice.sections.begin(), choice.sections.end(), name) != choice.sections.end();
+  return choice.sections.empty() ||
+         std::find(choice.sections.begin(), choice.sections.end(), name) != choice.sections.end();
 }
 
 void checkSections(const report_choice& choice) {
@@ -103,9 +97,9 @@ void addGenes(const GeneticBasis& basis, std::vector<std::string>& sentences) {
                       ", their gene diversity " + decimals(last(numbersOf(record, "gene_diversity")), 4) +
                       ", as much as " + decimals(last(numbersOf(record, "fg")), 1) + " founders would hold.");
   const founder_states founders = founderStates(basis, basis.living());
-  sentences.push_back(counted(founders.living + founders.represented, "founder") +
-                      " have living descendants; " + std::to_string(founders.potential) +
-                      " could still be bred from; " + std::to_string(founders.lost) + " are lost.");
+  sentences.push_back(counted(founders.living + founders.represented, "founder") + " have living descendants; " +
+                      std::to_string(founders.potential) + " could still be bred from; " +
+                      std::to_string(founders.lost) + " are lost.");
 }
 
 void addSummary(HtmlPage& page) {

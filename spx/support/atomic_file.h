@@ -51,6 +51,6 @@ class SPX_EXPORT AtomicFile {
   std::string write_path_;
   bool temporary_ = false;
   int created_by_ = 0;  ///< the process
-  int lock_ = -1;  ///< the temporary file, open
+  int lock_ = -1;       ///< the temporary file, open
 };
 }  // namespace qs_lib

@@ -36,7 +36,8 @@ class Charts : public ConsoleTest {
 };
 
 TEST_F(Charts, StackedBarsStandForTheirValuesAndTextsAreInert) {
-  chart drawing{.title = HOSTILE, .subtitle = HOSTILE, .description = HOSTILE, .x_label = HOSTILE, .y_label = "animals"};
+  chart drawing{
+      .title = HOSTILE, .subtitle = HOSTILE, .description = HOSTILE, .x_label = HOSTILE, .y_label = "animals"};
   drawing.x_names = {"1990", HOSTILE, "1992"};
   drawing.series = {{.name = HOSTILE, .marks = MARKS::STACKED_BARS, .y = {3, 0, 2}},
                     {.name = "females", .marks = MARKS::STACKED_BARS, .y = {1, NAN, 5}}};
@@ -86,11 +87,16 @@ TEST_F(Charts, APyramidShowsEveryAnimalOnItsSide) {
 }
 
 TEST_F(Charts, AHeatMapHasARectangleForEachValue) {
-  const heat_map drawing{.title = "Kinship", .subtitle = "", .description = "", .scale_label = "kinship",
-                         .names = {"1", "2", "'3"}, .values = {{0.5, 0.25, 0}, {0.25, 0.5, 0.125}, {0, 0.125, 0.5}}};
+  const heat_map drawing{.title = "Kinship",
+                         .subtitle = "",
+                         .description = "",
+                         .scale_label = "kinship",
+                         .names = {"1", "2", "'3"},
+                         .values = {{0.5, 0.25, 0}, {0.25, 0.5, 0.125}, {0, 0.125, 0.5}}};
   const std::string svg = drawHeatMap(drawing);
   expectPicture(svg);
-  const std::string cells = svg.substr(svg.find("gnuplot_plot_1"), svg.find("gnuplot_plot_1") == std::string::npos ? 0 : std::string::npos);
+  const std::string cells =
+      svg.substr(svg.find("gnuplot_plot_1"), svg.find("gnuplot_plot_1") == std::string::npos ? 0 : std::string::npos);
   EXPECT_GE(count(cells, "<polygon"), 9U);
 }
 
