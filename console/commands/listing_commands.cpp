@@ -13,6 +13,7 @@
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
 #include "console/check/checked_records.h"
+#include "console/check/checked_records.h"
 #include "console/commands/command.h"
 #include "console/output/animal_card.h"
 #include "console/output/animal_table.h"
