@@ -6,6 +6,7 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -68,13 +69,14 @@ bool describeSelf(const CLI::App& app, const self_description& wanted) {
 /// `help COMMAND` is `COMMAND --help` for those who try the word first.
 command helpCommand(const CLI::App& app) {
   const auto words = std::make_shared<std::vector<std::string>>();
-  return {"help", "Explain a command",
-          [&app, words](Session&) {
-            const CLI::App& found = findCommand(app, *words);
-            std::cout << app.get_formatter()->make_help(&found, typedWords(found), CLI::AppFormatMode::Normal);
-            return ExitCode::DONE;
-          },
-          [words](CLI::App& word) { word.add_option("COMMAND", *words, "The words of a command"); }};
+  return {
+      "help", "Explain a command",
+      [&app, words](Session&) {
+        const CLI::App& found = findCommand(app, *words);
+        std::cout << fittedHelp(app.get_formatter()->make_help(&found, typedWords(found), CLI::AppFormatMode::Normal));
+        return ExitCode::DONE;
+      },
+      [words](CLI::App& word) { word.add_option("COMMAND", *words, "The words of a command"); }};
 }
 
 /// Obeys the word that was typed, or one of the words of its group.
@@ -103,14 +105,28 @@ void addCommands(CLI::App& app, const std::vector<command>& commands) {
   }
 }
 
+/// What is wrong with the command line: "--columns: 1 required NAME,... missing" says that a value is missing.
+std::string plainText(const CLI::ParseError& error) {
+  std::string text = error.what();
+  const std::size_t begin = text.find(": 1 required ");
+  const std::size_t end = text.rfind(" missing");
+  if (begin == std::string::npos || end == std::string::npos) {
+    return text;
+  }
+  const std::size_t value = begin + std::string_view(": 1 required ").size();
+  return text.substr(0, begin) + " needs a value: " + text.substr(value, end - value);
+}
+
 /// Help that was asked for is a result and goes to standard output.
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-    app.exit(error, std::cout, std::cerr);
+    std::ostringstream help;
+    app.exit(error, help, std::cerr);
+    std::cout << fittedHelp(help.str());
     return ExitCode::DONE;
   }
   const std::string wrong_word = wrongWordText(app);
-  std::cerr << "spx: " << (wrong_word.empty() ? error.what() : wrong_word)
+  std::cerr << "spx: " << (wrong_word.empty() ? plainText(error) : wrong_word)
             << "\nRun spx --help for the commands and options.\n";
   return ExitCode::WRONG_USAGE;
 }

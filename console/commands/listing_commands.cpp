@@ -12,8 +12,13 @@
 #include "console/base/failure.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
+<<<<<<< ours
 #include "console/check/checked_records.h"
 #include "console/check/checked_records.h"
+||||||| base
+#include "console/check/checked_records.h"
+=======
+>>>>>>> theirs
 #include "console/commands/command.h"
 #include "console/output/animal_card.h"
 #include "console/output/animal_table.h"
@@ -21,7 +26,12 @@
 #include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
+<<<<<<< ours
 #include "console/studbook/record_genetics.h"
+||||||| base
+=======
+#include "console/tables/loading_notes.h"
+>>>>>>> theirs
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -100,8 +110,14 @@ position needAnimal(const std::string& id) {
   if (found < Animals.records.size()) {
     return found;
   }
+  const auto without_zeros = [](const std::string& text) {
+    return text.substr(std::min(text.size(), text.find_first_not_of('0')));
+  };
   std::vector<std::string> ids;
   for (const master_data& animal : Animals.records) {
+    if (isSameWord(without_zeros(animal.stud_id), without_zeros(id))) {
+      throw Failure("there is no animal " + quotedText(id) + "; did you mean " + quotedText(animal.stud_id) + "?");
+    }
     ids.push_back(animal.stud_id);
   }
   throw Failure("there is no animal " + quotedText(id) + suggestion(id, ids));
@@ -170,7 +186,7 @@ Table matches(const std::string& wanted) {
         table.addRow({animal.stud_id, getEnumName(animal.sex), animal.birth, field, value});
       }
     };
-    if (!isFromTable(animal)) {
+    if (!hasRow(animal)) {
       continue;
     }
     add("id", animal.stud_id);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
@@ -10,6 +11,7 @@
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/commands/command.h"
+#include "console/output/table_options.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/project/view_store.h"
@@ -22,6 +24,7 @@ struct view_words {
   std::string name;
   std::vector<std::string> assignments;
   bool overwrite = false;
+  table_options table;
 };
 
 void openView(Session& session, const view_choice& choice) {
@@ -37,7 +40,13 @@ void keepView(const Session& session) {
 ExitCode show(Session& session, const view_words& words) {
   session.loadStudbookIfNamed();
   useView(session, words.view);
-  View.listView();
+  Table table({{"setting", "Setting"}, {"value", "Value"}, {"meaning", "Meaning"}});
+  for (const auto& [name, value] : viewSettingTexts()) {
+    const auto setting = std::find_if(viewSettings().begin(), viewSettings().end(),
+                                      [&name = name](const view_setting& each) { return name == each.name; });
+    table.addRow({name, value, setting->help});
+  }
+  showTable(table, words.table);
   return ExitCode::DONE;
 }
 
@@ -112,7 +121,10 @@ void addViewCommands(std::vector<command>& commands) {
   const auto words = std::make_shared<view_words>();
   CommandGroup group("view", "Show, change, save and load views");
   group.add({"show", "Show the settings of the view", [words](Session& session) { return show(session, *words); },
-             [words](CLI::App& app) { addViewOptions(app, words->view, WHOLE_VIEW); }});
+             [words](CLI::App& app) {
+               addTableOptions(app, words->table);
+               addViewOptions(app, words->view, WHOLE_VIEW);
+             }});
   group.add(
       {"list", "List the saved views of the project", [words](Session& session) { return list(session, *words); }});
   group.add({"save", "Save the view under a name", [words](Session& session) { return save(session, *words); },

@@ -51,7 +51,7 @@ const std::vector<command_page>& commandPages() {
        "were ever there are listed; with a period only those that were alive and present in it.\n"
        "--columns NAME,... shows other columns; --format json shows their names.",
        "spx --studbook examples/studbook list --sex male --birth-accuracy accurate\n"
-       "spx --studbook examples/studbook list --where age_years>=15 --sort -age_years --limit 10\n"
+       "spx --studbook examples/studbook list --where sex=female --sort -age_years --limit 10\n"
        "spx --studbook examples/studbook list --format csv"},
       {"living",
        "Lists the animals of the view that are alive and present in its locations on the day of --on\n"

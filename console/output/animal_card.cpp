@@ -17,8 +17,8 @@ std::string joined(const std::string& first, const char* between, const std::str
 }
 
 std::string dateAndPlace(const move_data& event) {
-  const std::string date = cellText(event, {"", "", COLUMN_KIND::DATE});
-  return joined(date.empty() ? "on an unknown day" : date, " at ", placeText(event.location));
+  const std::string date = dateText({event.date, event.accuracy, event.range});
+  return joined(event.date == 0 ? "on an unknown day" : date, " at ", placeText(event.location));
 }
 
 std::string valueOf(const Table& record, const char* name) {

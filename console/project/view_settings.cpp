@@ -123,6 +123,9 @@ template <auto MEMBER>
 void applyChoice(const view_setting& setting, const std::string& value) {
   using choice = std::remove_reference_t<decltype(View.*MEMBER)>;
   auto chosen = parseName<choice>(value);
+  if constexpr (std::is_same_v<choice, SEX>) {
+    chosen = chosen || value.size() != 1 ? chosen : parseSex(value);  // "m" and "f" too
+  }
   if constexpr (std::is_same_v<choice, BIRTH_TYPE>) {
     chosen = chosen || value.empty() ? chosen : parseOrigin(value);  // "captive" and "wild" too
   }

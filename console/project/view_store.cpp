@@ -229,18 +229,45 @@ void loadEntries(const qs_lib::Configuration& file) {
   }
 }
 
+void writeEntries(qs_lib::Configuration& file) {
+  writeView(View, file);
+  addExactBounds(file);
+  keepOpenDates(file);
+  addLists(file);
+  addMissingEntries(file);
+}
+
 }  // namespace
+
+std::vector<std::pair<std::string, std::string>> viewSettingTexts() {
+  qs_lib::Configuration file;
+  writeEntries(file);
+  std::vector<std::pair<std::string, std::string>> texts;
+  for (const view_entry& entry : ENTRIES) {
+    texts.emplace_back(entry.setting, entry.typed(file.get(entry.key).value));
+  }
+  const auto add_list = [&](const char* setting, const char* key) {
+    const auto entries = numberedEntries(file, key);
+    for (const qs_lib::ConfigElement& entry : entries) {
+      const bool is_filter = std::string(key) == USER_FILTER_KEY;
+      texts.emplace_back(setting, is_filter ? entry.description + "=" + entry.value : std::string(entry.value));
+    }
+    if (entries.empty()) {
+      texts.emplace_back(setting, "all");
+    }
+  };
+  add_list("taxon", TAXON_KEY);
+  add_list("location", LOCATION_KEY);
+  add_list("user-field", USER_FILTER_KEY);
+  return texts;
+}
 
 void saveView(const std::string& directory, const std::string& name) {
   if (!qs_lib::isPlainName(name)) {
     throw UsageError(quotedText(name) + " cannot be the name of a view");
   }
   qs_lib::Configuration file = viewFile(directory, name);
-  writeView(View, file);
-  addExactBounds(file);
-  keepOpenDates(file);
-  addLists(file);
-  addMissingEntries(file);
+  writeEntries(file);
   if (!file.save()) {
     throw Failure(file.getFileName() + ": cannot be written");
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Views as files that bring a view back whole. The library's view file holds a part of a view; the same file carries
@@ -11,6 +12,9 @@ namespace spx::console {
 /// Writes View to `name`.view in a directory. An existing file is replaced as a whole or stays.
 /// Throws UsageError for a name with "/" and Failure when the file cannot be written.
 void saveView(const std::string& directory, const std::string& name);
+
+/// The settings of View as they would be typed, in the order of the file: name and value.
+std::vector<std::pair<std::string, std::string>> viewSettingTexts();
 
 /// Sets View from `name`.view in a directory; files that the library wrote alone will do.
 /// Entries that are missing, and empty dates, leave what the start view has.
