@@ -41,12 +41,17 @@ using TableMaker = Table (*)(const GeneticBasis&, const genetic_options&);
 using OptionAdder = void (*)(CLI::App&, genetic_options&);
 
 void addUnknown(CLI::App& app, genetic_options& options) {
-  app.add_option("--unknown", options.unknown,
-                 "How unknown parents are treated: founder, each an unrelated founder of its own; or exclude, results "
-                 "over the genes of known founders")
-      ->transform(CLI::CheckedTransformer(
-          std::map<std::string, UNKNOWN_PARENTS>{{getText(UNKNOWN_PARENTS::FOUNDER), UNKNOWN_PARENTS::FOUNDER},
-                                                 {getText(UNKNOWN_PARENTS::EXCLUDE), UNKNOWN_PARENTS::EXCLUDE}}))
+  const auto choose = [&options](const std::string& text) {
+    const bool is_founder = text == getText(UNKNOWN_PARENTS::FOUNDER);
+    if (!is_founder && text != getText(UNKNOWN_PARENTS::EXCLUDE)) {
+      throw UsageError("--unknown must be one of: founder, exclude");
+    }
+    options.unknown = is_founder ? UNKNOWN_PARENTS::FOUNDER : UNKNOWN_PARENTS::EXCLUDE;
+  };
+  app.add_option_function<std::string>(
+         "--unknown", choose,
+         "How unknown parents are treated: founder, each an unrelated founder of its own; "
+         "or exclude, results over the genes of known founders (default: founder)")
       ->type_name("founder|exclude");
 }
 
