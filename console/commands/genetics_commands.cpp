@@ -33,6 +33,7 @@ struct genetic_options {
   bool matrix = false;
   bool with_self = false;
   bool intervals = false;
+  bool trace_parents = false;
 };
 
 using OptionsPointer = std::shared_ptr<genetic_options>;
@@ -40,12 +41,17 @@ using TableMaker = Table (*)(const GeneticBasis&, const genetic_options&);
 using OptionAdder = void (*)(CLI::App&, genetic_options&);
 
 void addUnknown(CLI::App& app, genetic_options& options) {
-  app.add_option("--unknown", options.unknown,
-                 "How unknown parents are treated: founder, each an unrelated founder of its own; or exclude, results "
-                 "over the genes of known founders")
-      ->transform(CLI::CheckedTransformer(
-          std::map<std::string, UNKNOWN_PARENTS>{{getText(UNKNOWN_PARENTS::FOUNDER), UNKNOWN_PARENTS::FOUNDER},
-                                                 {getText(UNKNOWN_PARENTS::EXCLUDE), UNKNOWN_PARENTS::EXCLUDE}}))
+  const auto choose = [&options](const std::string& text) {
+    const bool is_founder = text == getText(UNKNOWN_PARENTS::FOUNDER);
+    if (!is_founder && text != getText(UNKNOWN_PARENTS::EXCLUDE)) {
+      throw UsageError("--unknown must be one of: founder, exclude");
+    }
+    options.unknown = is_founder ? UNKNOWN_PARENTS::FOUNDER : UNKNOWN_PARENTS::EXCLUDE;
+  };
+  app.add_option_function<std::string>(
+         "--unknown", choose,
+         "How unknown parents are treated: founder, each an unrelated founder of its own; "
+         "or exclude, results over the genes of known founders (default: founder)")
       ->type_name("founder|exclude");
 }
 
@@ -112,7 +118,8 @@ Table kinships(const GeneticBasis& basis, const genetic_options& options) {
   if (!options.all && options.who.ids.size() < 2 && !options.with_self && !options.matrix) {
     throw UsageError("kinship needs a second ID; --self shows the kinship of an animal with itself");
   }
-  const std::vector<animal_number> animals = options.all ? basis.needLiving() : basis.numbers(options.who.ids);
+  const std::vector<animal_number> animals =
+      options.all ? basis.sortedById(basis.needLiving()) : basis.numbers(options.who.ids);
   return options.matrix ? kinshipMatrixTable(basis, animals, options.unknown)
                         : kinshipTable(basis, animals, options.unknown, options.with_self);
 }
@@ -138,11 +145,14 @@ void addCommand(std::vector<command>& commands, const char* name, const char* he
                       [options, make](Session& session) {
                         session.loadStudbook();
                         useView(session, options->view);
-                        showTable(make(GeneticBasis(), *options), options->table);
+                        showTable(make(GeneticBasis(options->trace_parents), *options), options->table);
                         return ExitCode::DONE;
                       },
                       [options, add, has_rows](CLI::App& app) {
                         add(app, *options);
+                        app.add_flag("--trace-parents", options->trace_parents,
+                                     "Unknown and group parents are the average of the animals that could be them; "
+                                     "needs the reproductive ages of the life history");
                         has_rows ? addTableOptions(app, options->table) : addFormatOptions(app, options->table);
                         addViewOptions(app, options->view, VIEW_OF_GENETICS);
                       }});

@@ -12,13 +12,6 @@
 #include "console/base/failure.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
-<<<<<<< ours
-#include "console/check/checked_records.h"
-#include "console/check/checked_records.h"
-||||||| base
-#include "console/check/checked_records.h"
-=======
->>>>>>> theirs
 #include "console/commands/command.h"
 #include "console/output/animal_card.h"
 #include "console/output/animal_table.h"
@@ -26,12 +19,8 @@
 #include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
-<<<<<<< ours
 #include "console/studbook/record_genetics.h"
-||||||| base
-=======
 #include "console/tables/loading_notes.h"
->>>>>>> theirs
 #include "console/tables/value_text.h"
 
 namespace spx::console {

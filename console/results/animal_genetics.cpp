@@ -15,7 +15,6 @@
 #include "spx/views/data_filter.h"
 
 #include "console/base/failure.h"
-#include "console/base/natural_order.h"
 
 namespace spx::console {
 namespace {
@@ -30,10 +29,7 @@ const std::vector<animal_number>& ofView(const GeneticBasis& basis, const listed
 
 std::vector<animal_number> listed(const GeneticBasis& basis, const listed_animals& who) {
   if (!who.ids.empty()) return basis.numbers(who.ids);
-  std::vector<animal_number> animals = ofView(basis, who);
-  std::sort(animals.begin(), animals.end(),
-            [&basis](animal_number a, animal_number b) { return compareNaturally(basis.id(a), basis.id(b)) < 0; });
-  return animals;
+  return basis.sortedById(ofView(basis, who));
 }
 
 double meanOf(const std::vector<animal_number>& animals, const std::vector<double>& values) {
@@ -134,7 +130,7 @@ Table inbreedingTable(const GeneticBasis& basis, const listed_animals& who, UNKN
                           " of " + std::to_string(known) + " animals are inbred.");
   }
   if (!who.ids.empty()) noteCommonAncestors(table, basis, animals);
-  table.notes.push_back(unknownNote(unknown));
+  addNotes(table, basis.notes(unknown));
   return table;
 }
 
@@ -242,7 +238,7 @@ Table meanKinshipTable(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
                           : meanOf(living, means);
   table.notes.push_back(std::to_string(living.size()) + " living animals; mean kinship of the population " +
                         fourDigits(mean) + ", gene diversity " + fourDigits(1 - mean) + ".");
-  table.notes.push_back(unknownNote(unknown));
+  addNotes(table, basis.notes(unknown));
   return table;
 }
 

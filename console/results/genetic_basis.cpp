@@ -5,6 +5,7 @@
 #include <limits>
 #include <thread>
 
+#include "spx/analyses/trace_parents.h"
 #include "spx/core/identifiers.h"
 #include "spx/core/multi_parent.h"
 #include "spx/demography/presence.h"
@@ -12,8 +13,10 @@
 #include "spx/views/predicates.h"
 
 #include "console/base/failure.h"
+#include "console/base/natural_order.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
+#include "console/project/life_history.h"
 #include "console/studbook/record_genetics.h"
 
 namespace spx::console {
@@ -81,14 +84,38 @@ DataFilter viewOfAll() {
   return all;
 }
 
+/// The candidates of every unknown and group parent.
+std::vector<parent_candidates> tracedParents() {
+  if (lacksReproductiveAges()) {
+    throw UsageError("--trace-parents needs the reproductive ages of both sexes; set them with spx life-history set");
+  }
+  TraceParents tracing;
+  std::vector<parent_candidates> found;
+  if (!tracing.initialize()) return found;
+  for (position record = 0; record < Animals.records.size(); ++record) {
+    for (const SEX sex : {SEX::MALE, SEX::FEMALE}) {
+      std::vector<position> candidates = tracing.possibleParents(Animals.records[record], sex);
+      if (!candidates.empty()) found.push_back({record, sex == SEX::MALE, std::move(candidates)});
+    }
+  }
+  return found;
+}
+
+std::string counted(std::size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
 }  // namespace
 
 const char* getText(UNKNOWN_PARENTS treatment) {
   return treatment == UNKNOWN_PARENTS::FOUNDER ? "founder" : "exclude";
 }
 
-GeneticBasis::GeneticBasis() {
-  if (!studbook_.build(Animals, {parent_list, {}})) {
+GeneticBasis::GeneticBasis(bool trace_parents) {
+  std::vector<parent_candidates> candidates;
+  if (trace_parents) candidates = tracedParents();
+  traced_ = candidates.size();
+  if (!studbook_.build(Animals, {parent_list, candidates})) {
     throw Failure(cycleText(studbook_.cycle()) +
                   "; correct one of these parents, since nothing genetic can be computed before");
   }
@@ -142,9 +169,30 @@ unsigned GeneticBasis::threads() {
   return std::max(1U, std::thread::hardware_concurrency());
 }
 
-std::string unknownNote(UNKNOWN_PARENTS treatment) {
-  return treatment == UNKNOWN_PARENTS::FOUNDER ? "Unknown parents count as unrelated founders (--unknown founder)."
-                                               : "Results are over the genes of known founders (--unknown exclude).";
+std::vector<animal_number> GeneticBasis::sortedById(std::vector<animal_number> animals) const {
+  std::sort(animals.begin(), animals.end(),
+            [this](animal_number a, animal_number b) { return compareNaturally(id(a), id(b)) < 0; });
+  return animals;
+}
+
+std::vector<std::string> GeneticBasis::notes(UNKNOWN_PARENTS treatment) const {
+  std::vector<std::string> notes;
+  if (undated_ > 0) {
+    notes.push_back(
+        counted(undated_, "animal without dates counts as living.", "animals without dates count as living."));
+  }
+  if (traced_ > 0) {
+    notes.push_back(counted(traced_, "parent is the average of the animals", "parents are the average of the animals") +
+                    " that could be it (--trace-parents).");
+  }
+  notes.emplace_back(treatment == UNKNOWN_PARENTS::FOUNDER
+                         ? "Unknown parents count as unrelated founders (--unknown founder)."
+                         : "Results are over the genes of known founders (--unknown exclude).");
+  return notes;
+}
+
+void addNotes(Table& table, const std::vector<std::string>& notes) {
+  table.notes.insert(table.notes.end(), notes.begin(), notes.end());
 }
 
 double birthDay(const master_data& animal) {
@@ -157,7 +205,8 @@ double birthDay(const master_data& animal) {
 
 double ageInYears(const master_data& animal) {
   constexpr double DAYS_OF_YEAR = 365.25;
-  return std::max(0.0, (static_cast<double>(View.monitor_date) - birthDay(animal)) / DAYS_OF_YEAR);
+  const double days = static_cast<double>(View.monitor_date) - birthDay(animal);
+  return days < 0 ? 0 : days / DAYS_OF_YEAR;
 }
 
 births_and_sexes birthsAndSexes(const GeneticBasis& basis) {

@@ -7,6 +7,8 @@
 #include "spx/genetics/inbreeding.h"
 #include "spx/genetics/studbook_pedigree.h"
 
+#include "console/output/table.h"
+
 /// What every genetic result starts from: the pedigree of the loaded studbook, and the animals of the view.
 namespace spx::console {
 
@@ -24,7 +26,9 @@ const char* getText(UNKNOWN_PARENTS treatment);
 class GeneticBasis {
  public:
   /// Reads Animals and View. Throws Failure when animals are their own ancestors, with the cycle by IDs.
-  GeneticBasis();
+  /// @param trace_parents  unknown and group parents are the average of the animals that parent tracing finds for
+  ///                       them; throws UsageError while the life history has no reproductive ages
+  explicit GeneticBasis(bool trace_parents = false);
 
   const StudbookPedigree& studbook() const { return studbook_; }
   const GeneticPedigree& pedigree() const { return studbook_.pedigree(); }
@@ -36,8 +40,6 @@ class GeneticBasis {
   const std::vector<animal_number>& living() const { return living_; }
   /// The living animals of all locations, sexes and taxa on that day.
   const std::vector<animal_number>& wholePopulation() const { return whole_population_; }
-  /// How many of the living have neither a birth date nor another date.
-  std::size_t undated() const { return undated_; }
   /// Whether the view chooses among the living at all.
   bool isWholePopulation() const { return living_.size() == whole_population_.size(); }
 
@@ -51,6 +53,12 @@ class GeneticBasis {
   animal_number number(const std::string& id) const;
   std::vector<animal_number> numbers(const std::vector<std::string>& ids) const;
 
+  /// The animals as people sort their IDs.
+  std::vector<animal_number> sortedById(std::vector<animal_number> animals) const;
+
+  /// The lines that say how unknown parents and undated animals were treated.
+  std::vector<std::string> notes(UNKNOWN_PARENTS treatment) const;
+
   /// How many threads a computation may use.
   static unsigned threads();
 
@@ -61,10 +69,11 @@ class GeneticBasis {
   std::vector<animal_number> living_;
   std::vector<animal_number> whole_population_;
   std::size_t undated_ = 0;
+  std::size_t traced_ = 0;  ///< parents that stand for several candidates
 };
 
-/// The line that says how unknown parents were treated.
-std::string unknownNote(UNKNOWN_PARENTS treatment);
+/// Adds lines to those below a table.
+void addNotes(Table& table, const std::vector<std::string>& notes);
 
 /// The middle of the days on which the animal can have been born; NaN when no date is known.
 double birthDay(const master_data& animal);

@@ -137,15 +137,10 @@ Table geneticPage(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
     row.emplace_back(of_view[fact].meaning);
     table.addRow(std::move(row));
   }
-  if (basis.undated() > 0) {
-    table.notes.push_back(std::to_string(basis.undated()) + (basis.undated() == 1
-                                                                 ? " animal without dates counts as living."
-                                                                 : " animals without dates count as living."));
-  }
   if (unknown == UNKNOWN_PARENTS::EXCLUDE) {
     table.notes.push_back("Mean kinship, gene diversity, fg and fe are over the known genes; F and fa are not.");
   }
-  table.notes.push_back(unknownNote(unknown));
+  addNotes(table, basis.notes(unknown));
   return table;
 }
 

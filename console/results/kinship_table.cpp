@@ -89,7 +89,7 @@ Table kinshipTable(const GeneticBasis& basis, const std::vector<animal_number>& 
     return (*ids)[column == 0 ? first : second];
   });
   table.if_empty = "There is only one animal; spx kinship needs two.";
-  table.notes.push_back(unknownNote(unknown));
+  addNotes(table, basis.notes(unknown));
   return table;
 }
 
@@ -110,7 +110,7 @@ Table kinshipMatrixTable(const GeneticBasis& basis, const std::vector<animal_num
     table.addRow(std::move(cells));
   }
   table.notes.push_back("On the diagonal stands the kinship of an animal with itself, (1 + F) / 2.");
-  table.notes.push_back(unknownNote(unknown));
+  addNotes(table, basis.notes(unknown));
   return table;
 }
 

@@ -93,7 +93,7 @@ std::vector<table_column> pairColumns(bool is_picked) {
        .kind = COLUMN_KIND::PERCENT,
        .decimals = 0,
        .help = "share of the offspring's genes from unknown parents"},
-      real("diversity_change", "GD change", 6, "change of the population's gene diversity by one offspring")};
+      real("diversity_change", "GD change", 7, "change of the population's gene diversity by one offspring")};
   if (is_picked) {
     columns.insert(columns.begin(), {.name = "rank", .title = "No.", .kind = COLUMN_KIND::INTEGER});
     columns.push_back(
@@ -194,7 +194,7 @@ Table pairsTable(const GeneticBasis& basis, const pair_choice& choice, UNKNOWN_P
                         qs_lib::realToString(now.mean_kinship, 5) + ".");
   males.note(table);
   females.note(table);
-  table.notes.push_back(unknownNote(unknown));
+  addNotes(table, basis.notes(unknown));
   return table;
 }
 

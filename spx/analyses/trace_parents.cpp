@@ -185,63 +185,95 @@ void TraceParents::traceAnimal(const master_data& animal) {
   sire_only += unknown_sire && !unknown_dam;
 }
 
-std::uint64_t TraceParents::trackSire(const master_data& animal, bool same_location) {
+TraceParents::parent_question TraceParents::sireQuestion(const master_data& animal) const {
   const double conception =
       std::trunc(static_cast<double>(animal.birth.date) - LONGEST_GESTATION * LifeHistory.getGestation());
-  return writeCandidates(
-      animal, {"SIRE", "SIRES_OMITTED", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)}, same_location);
+  return {"SIRE", "SIRES_OMITTED", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)};
+}
+
+TraceParents::parent_question TraceParents::damQuestion(const master_data& animal) const {
+  return {"DAM", "DAMS_OMITTED", dams_, static_cast<double>(animal.birth.date),
+          LifeHistory.getReproductiveAge(SEX::FEMALE)};
+}
+
+std::uint64_t TraceParents::trackSire(const master_data& animal, bool same_location) {
+  return writeCandidates(animal, sireQuestion(animal), same_location);
 }
 
 std::uint64_t TraceParents::trackDam(const master_data& animal, bool same_location) {
-  return writeCandidates(animal,
-                         {"DAM", "DAMS_OMITTED", dams_, static_cast<double>(animal.birth.date),
-                          LifeHistory.getReproductiveAge(SEX::FEMALE)},
-                         same_location);
+  return writeCandidates(animal, damQuestion(animal), same_location);
 }
 
-std::uint64_t TraceParents::writeCandidates(const master_data& animal, const parent_question& question,
-                                            bool same_location) {
+std::vector<TraceParents::candidate> TraceParents::findCandidates(const master_data& animal,
+                                                                  const parent_question& question, bool same_location) {
+  std::vector<candidate> found;
   if (!isDay(question.day)) {
-    return 0;
+    return found;
   }
   const auto day = static_cast<qs_lib::day_number>(question.day);
   const std::vector<position>& list = question.candidates.listFor(animal.birth.location, same_location);
   const auto is_too_old = [&](position record) {
     return ageAt(animal.birth.date, Animals.records[record]) > question.age_days.upper;
   };
-  std::uint64_t count = 0;
   for (auto at = std::partition_point(list.begin(), list.end(), is_too_old); at != list.end(); ++at) {
-    const master_data& candidate = Animals.records[*at];
-    const double age_days = ageAt(animal.birth.date, candidate);
+    const master_data& record = Animals.records[*at];
+    const double age_days = ageAt(animal.birth.date, record);
     // Negated, so that a NaN bound admits no candidate.
-    if (candidate.birth.date > day || !(age_days >= question.age_days.lower) ||
-        !(age_days <= question.age_days.upper)) {
+    if (record.birth.date > day || !(age_days >= question.age_days.lower) || !(age_days <= question.age_days.upper)) {
       break;
     }
-    const packed_deme location = currentDeme(candidate, day);
-    if (isLiving(candidate, day) && (!same_location || location == animal.birth.location)) {
-      ++count;
-      if (!only_counts_ && (most_candidates_ == 0 || count <= most_candidates_)) {
-        writeCandidate(question.element, candidate, age_days, location);
-      }
+    const packed_deme location = currentDeme(record, day);
+    if (isLiving(record, day) && (!same_location || location == animal.birth.location)) {
+      found.push_back({*at, age_days, location});
     }
   }
-  const bool is_cut = most_candidates_ != 0 && count > most_candidates_;
-  candidates_ += is_cut ? most_candidates_ : count;
-  if (is_cut && !only_counts_) {
-    report_writer_.createTag(question.omitted, std::to_string(count - most_candidates_));
+  return found;
+}
+
+std::uint64_t TraceParents::writeCandidates(const master_data& animal, const parent_question& question,
+                                            bool same_location) {
+  const std::vector<candidate> candidates = findCandidates(animal, question, same_location);
+  const std::uint64_t count = candidates.size();
+  const std::uint64_t shown = most_candidates_ == 0 ? count : std::min(count, most_candidates_);
+  candidates_ += shown;
+  if (only_counts_) {
+    return count;
+  }
+  for (std::uint64_t at = 0; at < shown; ++at) {
+    writeCandidate(question.element, candidates[at]);
+  }
+  if (shown < count) {
+    report_writer_.createTag(question.omitted, std::to_string(count - shown));
   }
   return count;
 }
 
-void TraceParents::writeCandidate(const char* element, const master_data& candidate, double age_days,
-                                  packed_deme location) {
+void TraceParents::writeCandidate(const char* element, const candidate& found) {
+  const master_data& record = Animals.records[found.record];
   report_writer_.openTag(element);
-  report_writer_.createTag("ID", candidate.stud_id);
-  report_writer_.createTag("AGE", qs_lib::realToString(age_days, 0));
-  report_writer_.createTag("LOCATION", MetaPop.getMemberName(location));
-  report_writer_.createTag("BREEDER", truthText(candidate.breeder));
+  report_writer_.createTag("ID", record.stud_id);
+  report_writer_.createTag("AGE", qs_lib::realToString(found.age_days, 0));
+  report_writer_.createTag("LOCATION", MetaPop.getMemberName(found.location));
+  report_writer_.createTag("BREEDER", truthText(record.breeder));
   report_writer_.closeTag(element);
+}
+
+std::vector<position> TraceParents::possibleParents(const master_data& animal, SEX sex) const {
+  const std::string& parent = sex == SEX::MALE ? animal.sire_id : animal.dam_id;
+  const bool is_group = isMultiParent(parent);
+  if (!(is_group || isUnknown(parent)) || isPseudoIndividual(animal.stud_id)) {
+    return {};
+  }
+  const parent_question question = sex == SEX::MALE ? sireQuestion(animal) : damQuestion(animal);
+  std::vector<candidate> candidates = findCandidates(animal, question, true);
+  if (candidates.empty() && !is_group) {
+    candidates = findCandidates(animal, question, false);
+  }
+  std::vector<position> records;
+  for (const candidate& each : candidates) {
+    records.push_back(each.record);
+  }
+  return records;
 }
 
 void TraceParents::writeUnknownCount() {

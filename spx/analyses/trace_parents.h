@@ -61,6 +61,11 @@ class SPX_EXPORT TraceParents : public Analysis {
   /// The same for dams, which must be alive on the day of birth.
   std::uint64_t trackDam(const master_data& animal, bool same_location);
 
+  /// The records that trace() lists for an animal as its possible sires (MALE) or dams (FEMALE), in birth order: those
+  /// of a group were at its birth location; of an unknown parent those that were, or else those of any location.
+  /// Empty for a known parent and for pseudo individuals. Needs initialize(), after which the records may not change.
+  std::vector<position> possibleParents(const master_data& animal, SEX sex) const;
+
   /// Writes the counts as the element SUMMARY.
   void writeUnknownCount();
 
@@ -89,8 +94,19 @@ class SPX_EXPORT TraceParents : public Analysis {
     qs_lib::DataRange<double> age_days;
   };
 
+  /// A record that could be the parent.
+  struct candidate {
+    position record;
+    double age_days;       ///< at the birth of the offspring
+    packed_deme location;  ///< on the day asked about
+  };
+
+  parent_question sireQuestion(const master_data& animal) const;
+  parent_question damQuestion(const master_data& animal) const;
+  static std::vector<candidate> findCandidates(const master_data& animal, const parent_question& question,
+                                               bool same_location);
   std::uint64_t writeCandidates(const master_data& animal, const parent_question& question, bool same_location);
-  void writeCandidate(const char* element, const master_data& candidate, double age_days, packed_deme location);
+  void writeCandidate(const char* element, const candidate& found);
   void traceAnimal(const master_data& animal);
   void openAnimal(const master_data& animal);
   void gatherCandidates();

@@ -139,6 +139,15 @@ TEST_F(Tracing, FindsWhatAScanOfAllPairsFinds) {
       found += at->str(1) + " " + at->str(2) + " ";
     }
     EXPECT_EQ(found, expected) << seed;
+    ASSERT_TRUE(analysis.initialize());
+    std::size_t candidates = 0;
+    for (const master_data& animal : Animals.records) {
+      for (const SEX sex : {SEX::MALE, SEX::FEMALE}) {
+        candidates += analysis.possibleParents(animal, sex).size();
+      }
+    }
+    const std::regex parent("(SIRE|DAM) ");
+    EXPECT_EQ(candidates, std::distance(std::sregex_iterator(found.begin(), found.end(), parent), {})) << seed;
   }
 }
 

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "spx/project/biology.h"
+
 #include "tests/console/console_fixture.h"
 
 namespace spx::console {
@@ -26,6 +28,8 @@ constexpr char FAMILY[] =
 
 class GeneticsCommands : public ConsoleTest {
  protected:
+  GeneticsCommands() { LifeHistory.initialize(); }
+
   std::string text(std::vector<std::string> words) {
     words.insert(words.begin(), {"--studbook", studbook});
     code = run(words);
@@ -103,6 +107,18 @@ TEST_F(GeneticsCommands, UnknownParentsAreFoundersOrLeftOut) {
   // Among the known halves of G and F: k = .25 / (.5 x 1).
   EXPECT_EQ(numbers({"kinship", "F", "G", "--unknown", "exclude"}, "id2", "kinship"), (figures{{"G", 0.5}}));
   EXPECT_NE(text({"mean-kinship", "--unknown", "exclude"}).find("known founders"), std::string::npos);
+}
+
+TEST_F(GeneticsCommands, TracedParentsAreTheAverageOfTheirCandidates) {
+  text({"inbreeding", "--trace-parents"});
+  EXPECT_NE(takeErrors().find("reproductive ages"), std::string::npos);
+  run({"project", "create", "zoo"});
+  run({"--project", "zoo", "life-history", "set", "male-reproductive-lower=700", "male-reproductive-upper=5000",
+       "female-reproductive-lower=700", "female-reproductive-upper=5000"});
+  takeOutput();
+  // At H's birth its father was A, dead by 2001-05, or its uncle C: F = (1/4 + 1/4) / 2.
+  const figures traced = numbers({"--project", "zoo", "inbreeding", "H", "--trace-parents"}, "id", "f");
+  EXPECT_EQ(traced, (figures{{"H", 0.25}}));
 }
 
 TEST_F(GeneticsCommands, RowOrderChangesNothing) {
