@@ -58,7 +58,6 @@ bool AnimalData::initialize(std::size_t expected) {
     spxError("Cannot reserve room for animals");
     return false;
   }
-  lineage_counter_ = -1;
   return addPseudoParents();
 }
 

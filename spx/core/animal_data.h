@@ -218,7 +218,6 @@ class SPX_EXPORT AnimalData {
   SORT_FIELD sort_field_ = SORT_FIELD::STUDBOOK_ID;
   SORT_FIELD pedigree_sort_field_ = SORT_FIELD::NO_ORDER;
   bool breeders_stale_ = true;
-  std::int32_t lineage_counter_ = 0;
 };
 
 /// Sets `breeder` on the records of the sire and the dam in Animals; the animal's own flag is not

@@ -15,8 +15,8 @@ SPX_EXPORT bool spxError(std::int32_t code);
 /// Reports the text as it stands, the empty text too. Always true.
 SPX_EXPORT bool spxError(const std::string& message);
 
-/// Forms the name of the message file of a language and drops it again: nothing is opened or kept.
-/// Always true. Intended: hosts call it when they set a language, the library itself never does.
+/// Does nothing: messages have one language. Always true. Kept on purpose: hosts call it when they
+/// set a language.
 /// @param language  a language or locale tag such as "en"
 SPX_EXPORT bool spxErrorFile(const std::string& language);
 
