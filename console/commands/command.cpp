@@ -7,7 +7,9 @@ std::vector<command> allCommands() {
   addCheckCommands(commands);
   addStudbookCommands(commands);
   addImportCommands(commands);
+  addLifeCommands(commands);
   addEditCommands(commands);
+  addHistoryCommands(commands);
   addListingCommands(commands);
   addRegistryCommands(commands);
   addProjectCommands(commands);

@@ -86,7 +86,7 @@ ExitCode import(Session& session, const import_options& options) {
   removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());
   NewStudbook book(target);
   refusePlaceholders(options, loadStudbook(book.copying(tables)));
-  const bool replaced = book.finish();
+  const bool replaced = book.finish({IMPORT_CHANGE, "import " + options.animals, "", ""});
   reportLoaded();
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";

@@ -1,5 +1,6 @@
 #include "console/studbook/file_rows.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -34,6 +35,9 @@ class StudbookRows : public RowSource {
       fields_.push_back(column.field);
     }
     prepare(query + " FROM " + table + " ORDER BY \"row\"");
+    if (has_animal_) {
+      findGaps();
+    }
     texts_.resize(titles_.size());
     cells_ = texts_;
   }
@@ -55,10 +59,33 @@ class StudbookRows : public RowSource {
   std::size_t line() const override { return static_cast<std::size_t>(sqlite3_column_int64(rows_.get(), 0)); }
 
   std::size_t animalRow() const override {
-    return has_animal_ ? static_cast<std::size_t>(sqlite3_column_int64(rows_.get(), 1)) : 0;
+    if (!has_animal_) {
+      return 0;
+    }
+    const std::int64_t animal = sqlite3_column_int64(rows_.get(), 1);
+    if (animals_.empty()) {
+      return static_cast<std::size_t>(animal);
+    }
+    return static_cast<std::size_t>(std::upper_bound(animals_.begin(), animals_.end(), animal) - animals_.begin());
   }
 
  private:
+  /// Animals that were removed leave gaps in the numbers of the rows.
+  void findGaps() {
+    try {
+      SQLite::Database& database = file_->database();
+      if (database.execAndGet("SELECT count(*) = coalesce(max(\"row\"), 0) FROM animals").getInt() != 0) {
+        return;
+      }
+      SQLite::Statement query(database, "SELECT \"row\" FROM animals ORDER BY \"row\"");
+      while (query.executeStep()) {
+        animals_.push_back(query.getColumn(0).getInt64());
+      }
+    } catch (const SQLite::Exception& error) {
+      throw TableError(0, error.what());
+    }
+  }
+
   std::vector<stored_column> readColumns(const std::string& table) {
     try {
       return storedColumns(file_->database(), table);
@@ -91,6 +118,7 @@ class StudbookRows : public RowSource {
   statement rows_;   // before the file is closed
   bool has_animal_;  ///< the second column is the row of the animal
   std::vector<std::string_view> texts_;
+  std::vector<std::int64_t> animals_;  ///< the numbers of all rows of animals; empty where they have no gaps
 };
 
 table_source source(const std::shared_ptr<StudbookFile>& file, const std::string& table) {

@@ -17,18 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Keeps a second name for a file; a former file of that name is replaced.
-void keepAs(const std::string& path, const std::string& kept) {
-  const std::string beside = kept + ".new";
-  fs::remove(beside);
-  std::error_code no_links;
-  fs::create_hard_link(path, beside, no_links);
-  if (no_links) {
-    fs::copy_file(path, beside);
-  }
-  fs::rename(beside, kept);
-}
-
 /// The source with its rows stored as they are read.
 table_source copied(const table_source& source, SQLite::Database& database, const char* table,
                     const std::string& path) {
@@ -62,7 +50,7 @@ void NewStudbook::checkTarget() const {
     return;
   }
   if (!isStudbookFile(path_)) {
-    throw Failure(path_ + ": is no studbook file and is not replaced");
+    throw Failure(path_ + ": is not a studbook file; it will not be overwritten");
   }
   StudbookFile(path_, FILE_ACCESS::READ);
 }
@@ -76,6 +64,7 @@ void NewStudbook::create() {
   database_->exec("PRAGMA locking_mode = EXCLUSIVE");
   database_->exec("BEGIN");
   createTables(*database_);
+  createJournal(*database_);
 }
 
 studbook_tables NewStudbook::copying(const studbook_tables& tables) {
@@ -87,10 +76,13 @@ studbook_tables NewStudbook::copying(const studbook_tables& tables) {
   return copies;
 }
 
-bool NewStudbook::finish() {
+bool NewStudbook::finish(const change_note& note) {
   try {
     createAnimalIndex(*database_);
     createEventIndex(*database_);
+    createTriggers(*database_);
+    openChange(*database_, note);
+    closeChange(*database_);
     database_->exec("COMMIT");
     database_.reset();
     return replace();
@@ -109,7 +101,7 @@ bool NewStudbook::replace() {
   std::unique_ptr<StudbookFile> former;
   if (fs::exists(path_)) {
     former = std::make_unique<StudbookFile>(path_, FILE_ACCESS::WRITE);
-    keepAs(path_, path_ + ".bak");
+    keepFile(path_, path_ + ".bak");
   } else {
     for (const char* ending : {"-journal", "-wal", "-shm"}) {
       fs::remove(path_ + ending);
