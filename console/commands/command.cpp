@@ -9,6 +9,7 @@ std::vector<command> allCommands() {
   addImportCommands(commands);
   addLifeCommands(commands);
   addEditCommands(commands);
+  addLogCommand(commands);
   addHistoryCommands(commands);
   addListingCommands(commands);
   addRegistryCommands(commands);

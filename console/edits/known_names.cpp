@@ -7,6 +7,7 @@
 
 #include "spx/support/text.h"
 
+#include "console/base/assignment.h"
 #include "console/base/failure.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
@@ -144,11 +145,8 @@ std::vector<std::string> knownIds(StudbookEdit& edit) {
 }
 
 field_value parseFieldValue(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals == 0 || equals == std::string::npos) {
-    throw UsageError(quotedText(text) + " is not FIELD=VALUE");
-  }
-  return {text.substr(0, equals), text.substr(equals + 1)};
+  const assignment split = splitAssignment(text, "FIELD=VALUE");
+  return {split.name, split.value};
 }
 
 }  // namespace spx::console

@@ -80,6 +80,11 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook ~/tarrow.studbook field rename tattoo mark"},
       {"field remove", "Removes one of your fields with all its values.",
        "spx --studbook ~/tarrow.studbook field remove mark"},
+      {"log",
+       "Lists who changed what, when and why. With an ID, or the number of a change, each value\n"
+       "is shown before and after.",
+       "spx --studbook ~/tarrow.studbook log\n"
+       "spx --studbook ~/tarrow.studbook log 0003"},
       {"undo",
        "Takes the last change back, or those with the numbers that are given. A change on which\n"
        "later ones build is refused.",

@@ -208,7 +208,7 @@ std::vector<journal_change> readChanges(SQLite::Database& database) {
   settleUndone(changes);
   const int outside = database.execAndGet("SELECT count(*) FROM change_cells WHERE change IS NULL");
   if (outside != 0) {
-    changes.push_back({0,
+    changes.push_back({changes.empty() ? 1 : changes.back().number + 1,
                        "",
                        {OUTSIDE_CHANGE, "changed outside spx", "another program", ""},
                        0,

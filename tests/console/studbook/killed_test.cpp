@@ -44,9 +44,7 @@ TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
   const std::string imported = at("imported.studbook"), edited = at("edited.studbook"), restored = at("r.studbook");
   ASSERT_EQ(run({"project", "create", "p"}), 0);
   ASSERT_EQ(run({"import", a, "--studbook", edited}), 0);
-  {
-    SQLite::Database(edited, SQLite::OPEN_READWRITE).exec("UPDATE changes SET time = '2000-01-01T00:00:00Z'");
-  }
+  { SQLite::Database(edited, SQLite::OPEN_READWRITE).exec("UPDATE changes SET time = '2000-01-01T00:00:00Z'"); }
   using words = std::vector<std::string>;
   const auto on = [&](words command) {
     command.insert(command.begin(), {"--studbook", edited});
