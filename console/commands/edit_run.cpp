@@ -4,7 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include "console/commands/edit_findings.h"
 #include "console/edits/change_text.h"
+#include "console/output/result_output.h"
 #include "console/studbook/load_studbook.h"
 
 namespace spx::console {
@@ -38,6 +40,7 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
   note.author = options.author;
   note.message = options.message;
   StudbookEdit edit(session.writableStudbook(), note, undoes);
+  std::vector<finding> before = findingsOf(edit);
   make(edit);
   const std::vector<std::string> lines = changeLines(edit);
   if (lines.empty()) {
@@ -45,10 +48,17 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
     return ExitCode::DONE;
   }
   checkTables(edit.tables(), REFUSED);
-  for (const std::string& line : lines) {
-    std::cout << line << "\n";
+  const FindingChanges findings(edit, std::move(before), findingsOf(edit));
+  if (!options.freedom.anyway) {
+    findings.refuseImpossible();
   }
-  std::cout.flush();
+  ResultOutput output({}, true);
+  for (const auto& texts : {lines, findings.lines()}) {
+    for (const std::string& line : texts) {
+      output.stream() << line << "\n";
+    }
+  }
+  output.finish();
   for (const std::string& sentence : edit.notes()) {
     tell(sentence);
   }
