@@ -1,7 +1,9 @@
 #include "console/commands/edit_findings.h"
 
 #include <algorithm>
+#include <iostream>
 #include <map>
+#include <streambuf>
 #include <utility>
 
 #include "spx/core/animal_data.h"
@@ -44,6 +46,18 @@ void rename(std::vector<finding>& findings, const std::map<std::string, std::str
   }
 }
 
+/// While it lives, standard error shows nothing.
+class Silence {
+ public:
+  Silence() : errors_(std::cerr.rdbuf(nullptr)) {}
+  ~Silence() { std::cerr.rdbuf(errors_); }  // clears the state
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  std::streambuf* errors_;
+};
+
 std::string lineOf(const char* what, const finding& each) {
   return std::string(what) + " " + severityName(each.severity()) + " " + codeOf(each.check).code + ": " + each.message;
 }
@@ -51,10 +65,12 @@ std::string lineOf(const char* what, const finding& each) {
 }  // namespace
 
 std::vector<finding> findingsOf(StudbookEdit& edit) {
+  const Silence silence;
   loadStudbook(edit.tables());
   const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
   std::vector<finding> findings = checkStudbook({Animals.records, LifeHistory, MetaPop, today, {}});
   dropStudbook();
+  std::erase_if(findings, [](const finding& each) { return each.check == CHECK::UNDECIDED; });
   return findings;
 }
 

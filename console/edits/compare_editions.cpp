@@ -240,14 +240,18 @@ class EditionComparison {
       std::erase_if(cells, [](const cell_difference& cell) { return cell.column.field == "id"; });
       return cells;
     };
-    pairOff(was, is, [&](auto a, auto b) { return differences(a, b).empty(); }, [](auto, auto) {});
+    pairOff(
+        was, is, [&](auto a, auto b) { return differences(a, b).empty(); }, [](auto, auto) {});
     const auto change = [&](std::size_t a, std::size_t b) {
       addEvent(ROW_CHANGE::CHANGED, a, b, animal_before, animal_after);
       found_.rows.back().cells = differences(a, b);
     };
-    pairOff(was, is, [&](auto a, auto b) { return same("date", a, b) && same("event", a, b); }, change);
-    pairOff(was, is, [&](auto a, auto b) { return same("event", a, b) && same("location", a, b); }, change);
-    pairOff(was, is, [&](auto a, auto b) { return same("date", a, b); }, change);
+    pairOff(
+        was, is, [&](auto a, auto b) { return same("date", a, b) && same("event", a, b); }, change);
+    pairOff(
+        was, is, [&](auto a, auto b) { return same("event", a, b) && same("location", a, b); }, change);
+    pairOff(
+        was, is, [&](auto a, auto b) { return same("date", a, b); }, change);
     for (const std::size_t event : was) {
       addEvent(ROW_CHANGE::REMOVED, event, NONE, animal_before, animal_after);
     }
@@ -274,9 +278,15 @@ class EditionComparison {
                 std::size_t animal_after) {
     const EditionTable& events = is == NONE ? before_.events : after_.events;
     const std::size_t row = is == NONE ? was : is;
-    found_.rows.push_back({"events", change, text(events.value(row, "id")),
-                           text(events.value(row, "date")) + " " + text(events.value(row, "event")), was, is,
-                           animal_before, animal_after, {}});
+    found_.rows.push_back({"events",
+                           change,
+                           text(events.value(row, "id")),
+                           text(events.value(row, "date")) + " " + text(events.value(row, "event")),
+                           was,
+                           is,
+                           animal_before,
+                           animal_after,
+                           {}});
   }
 
   void compareRows(const char* table, const EditionTable& before, const EditionTable& after, const char* key) {

@@ -148,9 +148,7 @@ class StudbookUpdate {
   }
 
   std::string describe(const row_difference& row) const {
-    return row.table == "animals"  ? row.animal
-           : row.table == "events" ? row.animal + ": event " + row.name
-                                   : row.name;
+    return row.table == "animals" ? row.animal : row.table == "events" ? row.animal + ": event " + row.name : row.name;
   }
 
   /// The column of the studbook file; one that it does not have yet is added.

@@ -163,6 +163,11 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
       {{"field", "remove", "Nam"}, 2, "did you mean \"Name\"?"},
       {{"field", "add", "father"}, 2, "a field of the program"},
       {{"death", "2", "--on", "2006"}, 1, "already has an end: death on 2005"},
+      {{"animal", "set", "3", "sire=3"}, 1, "3 is its own sire"},
+      {{"animal", "set", "1", "sire=3"}, 1, "cannot be true"},
+      {{"animal", "set", "3", "sire=2"}, 1, "cannot be true"},
+      {{"death", "3", "--on", "1994"}, 1, "cannot be true"},
+      {{"transfer", "3", "--to", "A", "--on", "1994-05-05"}, 1, "cannot be true"},
       {{"transfer", "3", "--to", "AB", "--on", "1999"}, 2, "there is no location \"AB\"; did you mean"},
       {{"undo", "1"}, 1, "made the studbook"},
       {{"undo", "77"}, 1, "there is no change 77"},
@@ -177,6 +182,16 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
     EXPECT_NE(takeErrors().find(says), std::string::npos) << says;
     EXPECT_EQ(contentOf(file), bytes);
   }
+}
+
+TEST_F(EditsTest, ShowsWhatCheckFindsBeforeAndAfter) {
+  ASSERT_EQ(edit({"animal", "set", "3", "sire=2", "--anyway"}), 0);
+  EXPECT_NE(takeOutput().find("adds error parent-sex: "), std::string::npos);
+  // An error that was there before hinders nothing, also under another name.
+  ASSERT_EQ(edit({"animal", "rename", "2", "02"}), 0);
+  EXPECT_EQ(takeOutput().find("parent-sex"), std::string::npos);
+  ASSERT_EQ(edit({"animal", "set", "3", "sire=1"}), 0);
+  EXPECT_NE(takeOutput().find("cures error parent-sex: "), std::string::npos);
 }
 
 TEST_F(EditsTest, AnEarlierChangeIsUndoneUnlessALaterOneBuildsOnIt) {
