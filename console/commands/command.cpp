@@ -11,6 +11,7 @@ std::vector<command> allCommands() {
   addEditCommands(commands);
   addLogCommand(commands);
   addHistoryCommands(commands);
+  addDiffCommand(commands);
   addListingCommands(commands);
   addRegistryCommands(commands);
   addProjectCommands(commands);

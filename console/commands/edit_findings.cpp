@@ -1,9 +1,7 @@
 #include "console/commands/edit_findings.h"
 
 #include <algorithm>
-#include <iostream>
 #include <map>
-#include <streambuf>
 #include <utility>
 
 #include "spx/core/animal_data.h"
@@ -11,6 +9,7 @@
 #include "spx/project/biology.h"
 
 #include "console/base/failure.h"
+#include "console/base/silence.h"
 #include "console/check/check_studbook.h"
 #include "console/studbook/load_studbook.h"
 
@@ -18,6 +17,16 @@ namespace spx::console {
 namespace {
 
 constexpr std::size_t SHOWN = 10;  ///< of the findings that are cured, and of those that are new
+
+/// What no keeper means to enter. Other errors, such as two animals with one ID, may be a step on the
+/// way to better data.
+bool isImpossible(CHECK check) {
+  static constexpr CHECK IMPOSSIBLE[] = {
+      CHECK::PARENT_SEX,         CHECK::PARENT_BOTH_SEXES,  CHECK::OWN_PARENT,         CHECK::PARENT_CYCLE,
+      CHECK::FUTURE_DATE,        CHECK::DEATH_BEFORE_BIRTH, CHECK::BORN_BEFORE_PARENT, CHECK::BORN_AFTER_DAM_DIED,
+      CHECK::EVENT_BEFORE_BIRTH, CHECK::EVENT_AFTER_DEATH};
+  return std::find(std::begin(IMPOSSIBLE), std::end(IMPOSSIBLE), check) != std::end(IMPOSSIBLE);
+}
 
 /// The IDs that an edit has changed.
 std::map<std::string, std::string> renamedAnimals(StudbookEdit& edit) {
@@ -45,18 +54,6 @@ void rename(std::vector<finding>& findings, const std::map<std::string, std::str
     }
   }
 }
-
-/// While it lives, standard error shows nothing.
-class Silence {
- public:
-  Silence() : errors_(std::cerr.rdbuf(nullptr)) {}
-  ~Silence() { std::cerr.rdbuf(errors_); }  // clears the state
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
-
- private:
-  std::streambuf* errors_;
-};
 
 std::string lineOf(const char* what, const finding& each) {
   return std::string(what) + " " + severityName(each.severity()) + " " + codeOf(each.check).code + ": " + each.message;
@@ -86,7 +83,7 @@ void FindingChanges::refuseImpossible() const {
     const bool was_there = std::any_of(cured_.begin(), cured_.end(), [&](const finding& other) {
       return other.check == each.check && other.animals == each.animals;
     });
-    if (each.severity() == SEVERITY::ERROR && !was_there) {
+    if (isImpossible(each.check) && !was_there) {
       reasons += "\n  " + each.message;
     }
   }

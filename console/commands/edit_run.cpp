@@ -43,7 +43,13 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
   std::vector<finding> before = findingsOf(edit);
   make(edit);
   const std::vector<std::string> lines = changeLines(edit);
+  const auto tellNotes = [&] {
+    for (const std::string& sentence : edit.notes()) {
+      tell(sentence);
+    }
+  };
   if (lines.empty()) {
+    tellNotes();
     tell("it says so already; nothing was changed");
     return ExitCode::DONE;
   }
@@ -59,9 +65,7 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
     }
   }
   output.finish();
-  for (const std::string& sentence : edit.notes()) {
-    tell(sentence);
-  }
+  tellNotes();
   if (options.dry_run) {
     tell("dry run: nothing was written");
     return ExitCode::DONE;

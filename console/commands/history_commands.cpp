@@ -53,8 +53,10 @@ ExitCode takeBackAsEdit(Session& session, const edit_options& options, const jou
   const std::string action =
       (repeats ? "redo " + std::to_string(change.undoes) : "undo " + std::to_string(change.number)) + ": " +
       change.note.action.substr(change.note.action.find(repeats ? ": " : "") + (repeats ? 2 : 0));
+  edit_options anyway = options;
+  anyway.freedom.anyway = true;  // it was so before
   return runEdit(
-      session, options, {repeats ? REDO_CHANGE : UNDO_CHANGE, action, "", ""},
+      session, anyway, {repeats ? REDO_CHANGE : UNDO_CHANGE, action, "", ""},
       [&](StudbookEdit& edit) { takeBack(edit, change.number); }, change.number);
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <set>
 
@@ -29,6 +30,7 @@ std::vector<journal_change> chosenChanges(SQLite::Database& database, const log_
     return {};
   }
   std::vector<journal_change> changes = readChanges(database);
+  std::reverse(changes.begin(), changes.end());  // the last one is looked for most
   if (!options.since.empty()) {
     const std::string since = journalTime("--since", options.since, false);
     std::erase_if(changes, [&](const journal_change& each) { return !each.time.empty() && each.time < since; });
@@ -153,7 +155,7 @@ ExitCode log(Session& session, const log_options& options) {
 
 void addLogCommand(std::vector<command>& commands) {
   const auto options = std::make_shared<log_options>();
-  commands.push_back({"log", "List the changes of a studbook file",
+  commands.push_back({"log", "List the changes of a studbook file, the last first",
                       [options](Session& session) { return log(session, *options); },
                       [options](CLI::App& app) {
                         app.add_option("ID", options->id, "Of one animal: each value before and after");

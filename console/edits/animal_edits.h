@@ -9,12 +9,6 @@
 /// cannot be done.
 namespace spx::console {
 
-/// How far a change may go.
-struct edit_freedom {
-  bool anyway = false;     ///< also what makes no sense
-  bool allow_new = false;  ///< fields, locations and taxa that the studbook does not know
-};
-
 /// Adds an animal after all others. @return its row
 row_number addAnimal(StudbookEdit& edit, const std::string& id, const std::vector<field_value>& values,
                      edit_freedom freedom);

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "console/base/failure.h"
-#include "console/edits/animal_edits.h"
 #include "console/edits/cell_meaning.h"
 
 namespace spx::console {

@@ -8,8 +8,6 @@
 
 namespace spx::console {
 
-struct edit_freedom;
-
 /// Which events a change is for.
 struct event_choice {
   std::vector<std::string> ids;    ///< of the animals, as typed; empty: of all animals

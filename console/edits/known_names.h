@@ -7,6 +7,12 @@
 
 namespace spx::console {
 
+/// How far a change may go.
+struct edit_freedom {
+  bool anyway = false;     ///< also what makes no sense
+  bool allow_new = false;  ///< fields, locations and taxa that the studbook does not know
+};
+
 /// What may be typed for the fields of one table of a studbook file: their names, and the places
 /// and taxa that it knows. An unknown word is refused with the nearest one, in UsageError, unless
 /// the keeper asks for new ones.

@@ -27,6 +27,7 @@ class StudbookUpdate {
     if (policy_ == HAND_EDITS::ASK && !taken_back_.empty()) {
       refuse();
     }
+    noteCounts(differences);
     noteWhatStays(differences);
   }
 
@@ -110,6 +111,23 @@ class StudbookUpdate {
       text += "\n  " + each;
     }
     throw Failure(text + "\n  --ours keeps the edits, --theirs takes the table's values");
+  }
+
+  void noteCounts(const edition_differences& differences) {
+    const auto count = [&](ROW_CHANGE change) {
+      return std::to_string(std::count_if(differences.rows.begin(), differences.rows.end(), [&](const auto& row) {
+        return row.table == "animals" && row.change == change;
+      }));
+    };
+    if (policy_ == HAND_EDITS::OURS && !taken_back_.empty()) {
+      return edit_.note(std::to_string(taken_back_.size()) + (taken_back_.size() == 1
+                                                                  ? " edit made by hand stays as it is"
+                                                                  : " edits made by hand stay as they are"));
+    }
+    const std::string renamed = count(ROW_CHANGE::RENAMED);
+    edit_.note("animals: " + count(ROW_CHANGE::ADDED) + " added, " + count(ROW_CHANGE::CHANGED) + " changed, " +
+               count(ROW_CHANGE::REMOVED) + " removed" +
+               (renamed == "0" ? "" : ", " + renamed + " renamed (a guess: same birth date, parents and sex)"));
   }
 
   void noteWhatStays(const edition_differences& differences) {

@@ -11,7 +11,9 @@ const std::vector<command_page>& commandPages() {
        "the wrong sex, births before the parent's, deaths before the birth. Warnings are unlikely:\n"
        "parents without a record, parents at different places. Notes are worth knowing. Dates are\n"
        "compared as exactly as they are known. --codes lists the rules with their codes. The exit code\n"
-       "is 3 when there are errors, or placeholders that nothing accepts (see help import).",
+       "is 3 when there are errors, or placeholders that nothing accepts (see help import). In a studbook\n"
+       "file, --fix asks for each finding that has one sensible cure, and --yes CODE cures those of a\n"
+       "code without asking.",
        "spx --studbook examples/studbook check\n"
        "spx --studbook examples/studbook check --only parent-sex,own-parent --all\n"
        "spx check --codes\n"
@@ -22,11 +24,11 @@ const std::vector<command_page>& commandPages() {
       {"info", "Counts the records, pseudo individuals among them, and what there is room for.",
        "spx --studbook examples/studbook info"},
       {"import",
-       "Checks tables and makes a studbook file of them: the one of --studbook, or the project's "
-       "own.\n"
-       "A file that is there is replaced as a whole, and kept as FILE.bak. Nothing is written "
-       "when\n"
-       "the tables have faults.\n"
+       "Checks tables and makes a studbook file of them: the one of --studbook, or the project's\n"
+       "own. A studbook file that is there is updated: what the tables add, change and remove is\n"
+       "shown, and is a single change, which spx undo takes back. Where they would take back what\n"
+       "was changed by hand, --ours or --theirs has to say who is right. Columns and tables that\n"
+       "are not given stay. Nothing is written when the tables have faults.\n"
        "Animals whose IDs are placeholders of unknown animals (they begin with P, WILD, UNK, MULT,\n"
        "GROUP, HERD or COLONY) would show in no list. They are named, and nothing is written, unless\n"
        "--id-prefix gives every ID a prefix (export tables --drop-id-prefix takes it away again), or\n"
@@ -34,14 +36,14 @@ const std::vector<command_page>& commandPages() {
        "spx import examples/studbook --dry-run\n"
        "spx --studbook ~/tarrow.studbook import examples/studbook"},
       {"birth", "Adds young of known parents to a studbook file, born in captivity. Several IDs are a litter.",
-       "spx --studbook ~/tarrow.studbook birth 0200 0201 --dam 0141 --sire 0137 --on 2024-05 "
+       "spx --studbook ~/tarrow.studbook birth 0200 0201 --dam 0141 --sire 0140 --on 2024-05 "
        "--at 2.1.1"},
       {"death", "Enters the day and place of animals' deaths in a studbook file.",
        "spx --studbook ~/tarrow.studbook death 0201 --on 2024-06-11"},
       {"transfer", "Enters that animals arrived at another location. spx event add enters other events.",
        "spx --studbook ~/tarrow.studbook transfer 0200 0141 --to 2.1.3 --on 2025-02-01"},
       {"loss", "Enters that nothing is known of animals from a day on: they left the records alive.",
-       "spx --studbook ~/tarrow.studbook loss 0137 --on 2025"},
+       "spx --studbook ~/tarrow.studbook loss 0136 --on 2025"},
       {"animal add", "Adds an animal to a studbook file; what is not given is unknown.",
        "spx --studbook ~/tarrow.studbook animal add 0202 dam=0003 sex=f birth_date=1992-05"},
       {"animal set",
@@ -91,6 +93,11 @@ const std::vector<command_page>& commandPages() {
        "spx --studbook ~/tarrow.studbook undo\n"
        "spx --studbook ~/tarrow.studbook undo 3 4"},
       {"redo", "Makes the last change again that was undone.", "spx --studbook ~/tarrow.studbook redo"},
+      {"diff",
+       "Compares two editions, tables or studbook files: animals, events, locations and fields\n"
+       "that were added, removed or changed. Exits with 0 when they say the same, and with 1 when\n"
+       "they differ.",
+       "spx diff examples/studbook ~/tarrow.studbook"},
       {"restore", "Writes another studbook file: this one as it was at a time. A day means its end.",
        "spx --studbook ~/tarrow.studbook restore --at 2999-12-31 -o ~/former.studbook"},
       {"list",

@@ -194,6 +194,26 @@ TEST_F(EditsTest, ShowsWhatCheckFindsBeforeAndAfter) {
   EXPECT_NE(takeOutput().find("cures error parent-sex: "), std::string::npos);
 }
 
+TEST_F(EditsTest, CheckCuresWhatTheKeeperAgreesTo) {
+  ASSERT_EQ(edit({"animal", "set", "3", "sire=3", "--anyway"}), 0);
+  ASSERT_EQ(edit({"animal", "set", "5", "sire=5", "--anyway"}), 0);
+  const auto answer = [&](const char* answers) {
+    return std::system(("printf '" + std::string(answers) + "' | " SPX_PROGRAM " --studbook " + file +
+                        " check --fix --only own-parent >/dev/null 2>&1")
+                           .c_str());
+  };
+  const std::string before = tables();
+  EXPECT_EQ(answer("n\\nq\\n"), 0);
+  EXPECT_EQ(answer(""), 0);
+  EXPECT_EQ(tables(), before);
+  EXPECT_EQ(answer("n\\ny\\n"), 0);
+  EXPECT_EQ(query("SELECT id FROM animals WHERE sire = id"), "3\n");
+  EXPECT_EQ(edit({"check", "--yes", "own-parent"}), 0) << takeErrors();
+  EXPECT_EQ(takeOutput(), "3: sire 3 -> (empty)\ncures error own-parent: 3 is its own sire\n");
+  EXPECT_EQ(edit({"undo"}), 0);
+  EXPECT_EQ(edit({"check", "--yes", "own-paren"}), 2);
+}
+
 TEST_F(EditsTest, AnEarlierChangeIsUndoneUnlessALaterOneBuildsOnIt) {
   ASSERT_EQ(edit({"animal", "add", "6", "sex=f"}), 0);                    // 2
   ASSERT_EQ(edit({"animal", "set", "3", "Name=Cy"}), 0);                  // 3

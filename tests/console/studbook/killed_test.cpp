@@ -60,7 +60,7 @@ TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
         {"--studbook", edited, "animal", "set", "7", "sex=f", "rearing=parent"}},
        [&] { return tablesOf(edited); }},
       {{on({"animal", "rename", "07", "7"}), on({"animal", "rename", "7", "07"})}, [&] { return tablesOf(edited); }},
-      {{on({"animal", "remove", "x"}), on({"birth", "x", "--dam", "8", "--on", "2000", "--at", "Y", "--new"})},
+      {{on({"animal", "remove", "x"}), on({"birth", "x", "--sire", "8", "--on", "2000", "--at", "Y", "--new"})},
        [&] { return tablesOf(edited); }},
       {{on({"event", "remove", "9"}), on({"transfer", "9", "--to", "Y", "--on", "2001", "--new"})},
        [&] { return tablesOf(edited); }},

@@ -16,7 +16,9 @@ constexpr char EXAMPLE[] = SPX_SOURCE_DIR "/examples/studbook";
 
 class StudbookFileTest : public ConsoleTest {
  protected:
-  void import(const std::string& tables) { ASSERT_EQ(run({"import", tables, "--studbook", file}), 0) << takeErrors(); }
+  void import(const std::string& tables) {
+    ASSERT_EQ(run({"import", tables, "--studbook", file, "--replace"}), 0) << takeErrors();
+  }
 
   std::string outputOf(const std::string& studbook, const char* word) {
     takeOutput();
@@ -65,7 +67,7 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
     int code;
     const char* says;  ///< on standard error, or in the tables after a change
   } cases[] = {
-      {{"animal", "set", "0055", "Sire=0003", "mother=X9", "rearing= hand "}, 0, "0003,X9,"},
+      {{"animal", "set", "0055", "Sire=0004", "mother=X9", "rearing= hand "}, 0, "0004,X9,"},
       {{"animal", "set", "0055", "g_cites=2", "HOUSE NAME=a,b"}, 0, ",\"a,b\",,2\n"},
       {{"animal", "set", "0055", "rearin=hand"}, 2, "did you mean \"rearing\"?"},
       {{"animal", "set", "0055", "color=red"}, 2, "average, house_name, microchip"},
