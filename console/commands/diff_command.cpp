@@ -5,10 +5,10 @@
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
-#include "console/commands/diff_figures.h"
 #include "console/edits/change_text.h"
 #include "console/edits/compare_editions.h"
 #include "console/output/table_options.h"
+#include "console/results/edition_figures.h"
 #include "console/studbook/open_tables.h"
 
 namespace spx::console {

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "console/base/display_text.h"
 #include "console/commands/edit_findings.h"
 #include "console/edits/change_text.h"
 #include "console/output/result_output.h"
@@ -45,7 +46,7 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
   const std::vector<std::string> lines = changeLines(edit);
   const auto tellNotes = [&] {
     for (const std::string& sentence : edit.notes()) {
-      tell(sentence);
+      tell(visibleText(sentence));
     }
   };
   if (lines.empty()) {
@@ -61,7 +62,7 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
   ResultOutput output({}, true);
   for (const auto& texts : {lines, findings.lines()}) {
     for (const std::string& line : texts) {
-      output.stream() << line << "\n";
+      output.stream() << visibleText(line) << "\n";
     }
   }
   output.finish();

@@ -120,8 +120,8 @@ ExitCode import(Session& session, const import_options& options) {
   removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());
   NewStudbook book(target);
   refusePlaceholders(options, loadStudbook(book.copying(tables)));
-  const bool replaced = book.finish(
-      {IMPORT_CHANGE, actionText("import", {options.animals}), options.edit.author, options.edit.message});
+  const bool replaced =
+      book.finish({IMPORT_CHANGE, actionText("import", {options.animals}), options.edit.author, options.edit.message});
   reportLoaded();
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
@@ -136,7 +136,8 @@ ExitCode import(Session& session, const import_options& options) {
 void addImportCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<import_options>();
   commands.push_back(
-      {"import", "Make a studbook file from tables, or update one", [options](Session& session) { return import(session, *options); },
+      {"import", "Make a studbook file from tables, or update one",
+       [options](Session& session) { return import(session, *options); },
        [options](CLI::App& app) {
          app.add_option("ANIMALS", options->animals,
                         "Table of animals (CSV), or a directory with animals.csv and the others")

@@ -8,6 +8,7 @@
 #include "spx/support/text.h"
 
 #include "console/base/assignment.h"
+#include "console/base/display_text.h"
 #include "console/base/failure.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
@@ -17,6 +18,8 @@
 
 namespace spx::console {
 namespace {
+
+constexpr std::size_t LIST_WIDTH = 76;  ///< of a terminal's line, without the indentation
 
 std::vector<std::string> texts(StudbookEdit& edit, const std::string& select) {
   try {
@@ -76,8 +79,11 @@ std::string KnownNames::field(const std::string& typed) {
   for (const std::string& name : names) {
     list += (list.empty() ? "" : ", ") + name;
   }
-  throw UsageError("there is no field " + quotedText(typed) + nearest(typed, names) + "\n  fields: " + list +
-                   "\n  --new adds a field");
+  std::string message = "there is no field " + quotedText(typed) + nearest(typed, names);
+  for (const std::string& line : wrapped("fields: " + list, LIST_WIDTH)) {
+    message += "\n  " + line;
+  }
+  throw UsageError(message + "\n  --new adds a field");
 }
 
 std::vector<std::string> KnownNames::fieldNames() {

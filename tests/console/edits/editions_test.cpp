@@ -104,6 +104,52 @@ TEST_F(EditionsTest, HandEditsAreNotTakenBackUnasked) {
   EXPECT_EQ(update(changed), 0) << takeErrors();
 }
 
+TEST_F(EditionsTest, EveryTableIsUpdatedByWhatNamesItsRows) {
+  std::filesystem::create_directory(at("in"));
+  const auto write = [&](const char* animals, const char* locations, const char* programs) {
+    writeContent(at("in/animals.csv"), std::string("id,sex,birth_location\n") + animals);
+    writeContent(at("in/locations.csv"), std::string("level,id,name,latitude\n") + locations);
+    writeContent(at("in/programs.csv"), std::string("name,Since\n") + programs);
+  };
+  write("1,m,1.1\n1,f,1.2\n2,f,1.2\n", "region,1,West,\nzoo,1.1,A,\nzoo,1.2,B,\n", "P,1990\nQ,1991\n");
+  ASSERT_EQ(on({"import", at("in"), "--replace"}), 0) << takeErrors();
+  EXPECT_TRUE(std::filesystem::exists(file + ".bak"));
+  ASSERT_EQ(on({"location", "set", "B", "name=Bee"}), 0);
+  // The second of two animals with one ID, a location by its identifier, a programme by its name.
+  write("1,m,1.1\n1,f,1.1\n2,f,1.2\n", "region,1,West,\nzoo,1.1,A,48.5\nzoo,1.3,C,\nzoo,1.2,B,\n", "Q,1995\nR,2000\n");
+  ASSERT_EQ(on({"import", at("in")}), 1);
+  EXPECT_NE(takeErrors().find("B: name Bee, in the table B"), std::string::npos);
+  ASSERT_EQ(on({"import", at("in"), "--ours"}), 0) << takeErrors();
+  const std::string shown = takeOutput();
+  for (const char* line : {"1: birth_location 1.2 -> 1.1\n", "A: latitude (empty) -> 48.5\n",
+                           "C: new location: ", "removed programme: name P, Since 1990\n", "Q: Since 1991 -> 1995\n",
+                           "R: new programme: "}) {
+    EXPECT_NE(shown.find(line), std::string::npos) << line << shown;
+  }
+  EXPECT_NE(tables().find("zoo,1.2,Bee,"), std::string::npos);
+  EXPECT_EQ(run({"diff", at("in"), file, "--format", "csv"}), 1);
+  EXPECT_NE(takeOutput().find("location,Bee,changed,,name,B,Bee\n"), std::string::npos);
+  ASSERT_EQ(on({"import", at("in"), "--theirs"}), 0) << takeErrors();
+  EXPECT_EQ(run({"diff", at("in"), file}), 0) << takeOutput();
+}
+
+TEST_F(EditionsTest, AnUpdateThatCannotBeLoadedChangesNothing) {
+  const std::string before = contentOf(file);
+  const struct {
+    const char* animals;
+    const char* reason;
+  } cases[] = {{"id,sex\n1,x\n", "a.csv:2"},
+               {"id,id\n1,1\n", "--map"},
+               {"sex\nm\n", "no column \"id\""},
+               {"id,sex\n1,m\n2\n", "a.csv:3"}};
+  for (const auto& [animals, reason] : cases) {
+    EXPECT_NE(update(animals, {"--theirs"}), 0);
+    EXPECT_NE(takeErrors().find(reason), std::string::npos) << reason;
+    EXPECT_EQ(contentOf(file), before);
+  }
+  EXPECT_EQ(update(HEADER, {"--ours", "--theirs"}), 2);
+}
+
 TEST_F(EditionsTest, DiffShowsWhatTheEditionsSayDifferently) {
   const std::string other = table("b.csv",
                                   "id,father,dam,sex,birth_date,Name,Tag\n1,,,male,1990,Ada,\n2,.,,f,1991-02,,\n"

@@ -269,6 +269,39 @@ TEST_F(EditsTest, TheHistoryIsReadBySqlAndTellsOfOtherPrograms) {
   EXPECT_EQ(query("SELECT kind, animal, field, before, after FROM history WHERE change = 4"), "undo|3|sex|m|f\n");
 }
 
+TEST_F(EditsTest, TheLogTellsWhatHappenedToWhom) {
+  ASSERT_EQ(edit({"animal", "set", "3", "Name=Cy", "--as", "Ann", "-m", "from the card"}), 0);
+  ASSERT_EQ(edit({"transfer", "3", "--to", "A", "--on", "1998"}), 0);
+  ASSERT_EQ(edit({"animal", "rename", "3", "03"}), 0);
+  ASSERT_EQ(edit({"undo", "2"}), 0);
+  query("UPDATE changes SET time = '2020-01-0' || change || 'T12:00:00Z'");
+  const struct {
+    std::vector<std::string> words;
+    const char* shows;
+  } cases[] = {
+      {{"log", "--columns", "change,kind,undone_by", "--format", "csv"},
+       "change,kind,undone_by\n5,undo,\n4,edit,\n3,edit,\n2,edit,5\n1,import,\n"},
+      {{"log", "--since", "2020-01-04T00:00:00Z", "--columns", "change", "--format", "csv"}, "change\n5\n4\n"},
+      {{"log", "03", "--columns", "change,field,before,after", "--format", "csv"},
+       "change,field,before,after\n5,Name,Cy,\n4,id,3,03\n2,Name,,Cy\n"},
+      {{"log", "3", "--columns", "change,field,after", "--format", "csv"}, "3,event date,1998\n"},
+      {{"log", "--change", "2", "--format", "json"}, "\"animal\":\"3\",\"field\":\"Name\",\"before\":\"\""},
+  };
+  for (const auto& [words, shows] : cases) {
+    SCOPED_TRACE(testing::PrintToString(words));
+    EXPECT_EQ(edit(words), 0) << takeErrors();
+    const std::string shown = takeOutput();
+    EXPECT_NE(shown.find(shows), std::string::npos) << shown;
+  }
+  EXPECT_EQ(edit({"log", "99"}), 1);
+  EXPECT_EQ(edit({"log", "--change", "9"}), 1);
+}
+
+TEST_F(EditsTest, TheScreenIsSafeFromWhatCellsHold) {
+  ASSERT_EQ(edit({"animal", "set", "3", "Name=a\x1b[2Jb\nc"}), 0);
+  EXPECT_EQ(takeOutput(), "3: Name (empty) -> a\\x1b[2Jb\\nc\n");
+}
+
 TEST_F(EditsTest, FilesOfVersion1AreReadAndBroughtUpToDateByTheFirstChange) {
   const std::string before = tables();
   query("DROP VIEW history");

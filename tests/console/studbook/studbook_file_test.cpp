@@ -70,7 +70,7 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
       {{"animal", "set", "0055", "Sire=0004", "mother=X9", "rearing= hand "}, 0, "0004,X9,"},
       {{"animal", "set", "0055", "g_cites=2", "HOUSE NAME=a,b"}, 0, ",\"a,b\",,2\n"},
       {{"animal", "set", "0055", "rearin=hand"}, 2, "did you mean \"rearing\"?"},
-      {{"animal", "set", "0055", "color=red"}, 2, "average, house_name, microchip"},
+      {{"animal", "set", "0055", "color=red"}, 2, "house_name, microchip"},
       {{"animal", "set", "0055", "id=1"}, 2, "spx animal rename OLD NEW"},
       {{"animal", "set", "0055", "gender=m", "sex=f"}, 2, "\"sex\" is given twice"},
       {{"animal", "set", "0055", "rearing=parent", "sex=x"}, 1, "column \"sex\", animal \"0055\""},

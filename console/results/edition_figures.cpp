@@ -1,6 +1,7 @@
-#include "console/commands/diff_figures.h"
+#include "console/results/edition_figures.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 
