@@ -7,7 +7,11 @@ std::vector<command> allCommands() {
   addCheckCommands(commands);
   addStudbookCommands(commands);
   addImportCommands(commands);
+  addLifeCommands(commands);
   addEditCommands(commands);
+  addLogCommand(commands);
+  addHistoryCommands(commands);
+  addDiffCommand(commands);
   addListingCommands(commands);
   addGeneticsCommands(commands);
   addRegistryCommands(commands);

@@ -18,11 +18,14 @@
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/commands/command.h"
+#include "console/commands/edit_run.h"
 #include "console/commands/file_option.h"
+#include "console/edits/update_studbook.h"
 #include "console/output/staged_files.h"
 #include "console/studbook/import_studbook.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/open_tables.h"
+#include "console/studbook/studbook_file.h"
 
 namespace spx::console {
 namespace {
@@ -31,7 +34,10 @@ struct import_options {
   std::string animals;
   std::string id_prefix;
   bool placeholders = false;
-  bool dry_run = false;
+  bool replace = false;
+  bool ours = false;
+  bool theirs = false;
+  edit_options edit;
 };
 
 /// Animals that are placeholders by their IDs show in no list: the keeper has to want that.
@@ -98,11 +104,40 @@ void reportLoaded(const loading_notes& notes) {
   printNames("other columns", fields);
 }
 
+/// Whether the tables update a studbook file that there is.
+bool isUpdate(Session& session, const import_options& options) {
+  return !options.replace && session.hasStudbook() && isStudbookFile(session.importTarget());
+}
+
+HAND_EDITS policyOf(const import_options& options) {
+  if (options.ours) {
+    return HAND_EDITS::OURS;
+  }
+  return options.theirs ? HAND_EDITS::THEIRS : HAND_EDITS::ASK;
+}
+
+/// The tables are loaded for their faults first, which then are told by their own lines.
+ExitCode update(Session& session, const import_options& options) {
+  const studbook_files files = session.filesBeside(options.animals);
+  const loading_notes notes = loadStudbook(openTables(files));
+  refusePlaceholders(options, notes);
+  reportLoaded(notes);
+  std::cout.flush();
+  const edition table = readEdition(openTables(files));
+  edit_options edit = options.edit;
+  edit.freedom.anyway = true;
+  return runEdit(session, edit, {IMPORT_CHANGE, actionText("import", {options.animals}), "", ""},
+                 [&](StudbookEdit& change) { updateStudbook(change, table, policyOf(options)); });
+}
+
 ExitCode import(Session& session, const import_options& options) {
-  const std::string target = options.dry_run ? std::string() : session.importTarget();
   session.useIdPrefix(options.id_prefix);
+  if (isUpdate(session, options)) {
+    return update(session, options);
+  }
+  const std::string target = options.edit.dry_run ? std::string() : session.importTarget();
   const studbook_tables tables = openTables(session.filesBeside(options.animals));
-  if (options.dry_run) {
+  if (options.edit.dry_run) {
     const loading_notes notes = loadStudbook(tables);
     refusePlaceholders(options, notes);
     reportLoaded(notes);
@@ -112,7 +147,8 @@ ExitCode import(Session& session, const import_options& options) {
   NewStudbook book(target);
   const loading_notes notes = loadStudbook(book.copying(tables));
   refusePlaceholders(options, notes);
-  const bool replaced = book.finish();
+  const bool replaced =
+      book.finish({IMPORT_CHANGE, actionText("import", {options.animals}), options.edit.author, options.edit.message});
   reportLoaded(notes);
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
@@ -127,14 +163,19 @@ ExitCode import(Session& session, const import_options& options) {
 void addImportCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<import_options>();
   commands.push_back(
-      {"import", "Make a studbook file from tables", [options](Session& session) { return import(session, *options); },
+      {"import", "Make a studbook file from tables, or update one",
+       [options](Session& session) { return import(session, *options); },
        [options](CLI::App& app) {
          requireName(*app.add_option("ANIMALS", options->animals,
                                      "Table of animals (CSV), or a directory with animals.csv and the others")
                           ->required());
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
-         app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
+         CLI::Option* ours = app.add_flag("--ours", options->ours, "Keep what was changed by hand");
+         app.add_flag("--theirs", options->theirs, "Take the table's values for it")->excludes(ours);
+         app.add_flag("--replace", options->replace,
+                      "Make a new studbook file with a new history; the former one is kept");
+         addEditOptions(app, options->edit);
        }});
 }
 

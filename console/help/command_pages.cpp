@@ -66,6 +66,9 @@ std::string exitCodesText(const std::string& words) {
   if (words.empty()) {
     return codes + ", 3 the studbook has errors (check).";
   }
+  if (words == "diff") {
+    return "Exit codes: 0 the same, 1 different, 2 they cannot be compared.";
+  }
   return codes + (words == "check" ? ", 3 the studbook has errors." : ".");
 }
 

@@ -11,7 +11,9 @@ const std::vector<command_page>& commandPages() {
        "the wrong sex, births before the parent's, deaths before the birth. Warnings are unlikely:\n"
        "parents without a record, parents at different places. Notes are worth knowing. Dates are\n"
        "compared as exactly as they are known. --codes lists the rules with their codes. The exit code\n"
-       "is 3 when there are errors, or placeholders that nothing accepts (see help import).",
+       "is 3 when there are errors, or placeholders that nothing accepts (see help import). In a studbook\n"
+       "file, --fix asks for each finding that has one sensible cure, and --yes CODE cures those of a\n"
+       "code without asking.",
        "spx --studbook examples/studbook check\n"
        "spx --studbook examples/studbook check --only parent-sex,own-parent --all\n"
        "spx check --codes\n"
@@ -25,26 +27,82 @@ const std::vector<command_page>& commandPages() {
       {"info", "Counts the records, placeholders among them, and how many fit.",
        "spx --studbook examples/studbook info"},
       {"import",
-       "Checks tables and makes a studbook file of them: the one of --studbook, or the project's "
-       "own.\n"
-       "A file that is there is replaced as a whole, and kept as FILE.bak. Nothing is written "
-       "when\n"
-       "the tables have faults.\n"
+       "Checks tables and makes a studbook file of them: the one of --studbook, or the project's\n"
+       "own. A studbook file that is there is updated: what the tables add, change and remove is\n"
+       "shown, and is a single change, which spx undo takes back. Where they would take back what\n"
+       "was changed by hand, --ours or --theirs has to say who is right. Columns and tables that\n"
+       "are not given stay. Nothing is written when the tables have faults.\n"
        "Animals whose IDs are placeholders of unknown animals (they begin with P, WILD, UNK, MULT,\n"
        "GROUP, HERD or COLONY) would show in no list. They are named, and nothing is written, unless\n"
        "--id-prefix gives every ID a prefix (export tables --drop-id-prefix takes it away again), or\n"
        "--placeholders accepts them.",
        "spx import examples/studbook --dry-run\n"
        "spx --studbook ~/tarrow.studbook import examples/studbook"},
-      {"animal set",
-       "Changes fields of an animal in a studbook file; an empty value makes a field unknown.\n"
-       "Everything is checked first, and all is changed or nothing.",
-       "spx --studbook ~/tarrow.studbook animal set 0003 rearing=hand house_name=Marla"},
+      {"birth", "Adds young of known parents to a studbook file, born in captivity. Several IDs are a litter.",
+       "spx --studbook ~/tarrow.studbook birth 0200 0201 --dam 0141 --sire 0140 --on 2024-05 "
+       "--at 2.1.1"},
+      {"death", "Enters the day and place of animals' deaths in a studbook file.",
+       "spx --studbook ~/tarrow.studbook death 0201 --on 2024-06-11"},
+      {"transfer", "Enters that animals arrived at another location. spx event add enters other events.",
+       "spx --studbook ~/tarrow.studbook transfer 0200 0141 --to 2.1.3 --on 2025-02-01"},
+      {"loss", "Enters that nothing is known of animals from a day on: they left the records alive.",
+       "spx --studbook ~/tarrow.studbook loss 0136 --on 2025"},
       {"animal add", "Adds an animal to a studbook file; what is not given is unknown.",
-       "spx --studbook ~/tarrow.studbook animal add 0200 dam=0003 sex=f birth_date=1992-05"},
-      {"event add", "Adds an event to an animal of a studbook file.",
-       "spx --studbook ~/tarrow.studbook event add 0200 date=1995-02-01 event=social-in "
+       "spx --studbook ~/tarrow.studbook animal add 0202 dam=0003 sex=f birth_date=1992-05"},
+      {"animal set",
+       "Changes fields of animals in a studbook file; an empty value makes a field unknown. The\n"
+       "animals are named, or chosen with --where; of animals with the same ID, 0144#2 is the\n"
+       "second. Everything is checked first, and all is changed or nothing.",
+       "spx --studbook ~/tarrow.studbook animal set 0003 rearing=hand house_name=Marla\n"
+       "spx --studbook ~/tarrow.studbook animal set --where house_name=Ginger taxon=montana"},
+      {"animal remove", "Removes animals with their events from a studbook file. A parent is refused.",
+       "spx --studbook ~/tarrow.studbook animal remove 0202"},
+      {"animal rename", "Changes an ID, also where the animal is a parent. Its events stay with it.",
+       "spx --studbook ~/tarrow.studbook animal rename 0144#2 0203"},
+      {"animal merge",
+       "Merges the second animal into the first, which takes its events, its offspring and what\n"
+       "it does not know itself. Where both differ, the right value is given as FIELD=VALUE.",
+       "spx --studbook ~/tarrow.studbook animal merge 0144 0203 microchip=985000047660979 "
+       "birth_location=2.3.2"},
+      {"event add", "Adds an event to animals of a studbook file.",
+       "spx --studbook ~/tarrow.studbook event add 0200 date=2025-03-01 event=social-in "
        "location=2.1.1"},
+      {"event set",
+       "Changes events in a studbook file: the only one of an animal, its N-th, or those of\n"
+       "which all conditions hold.",
+       "spx --studbook ~/tarrow.studbook event set 0001 --number 2 location=2.1.1"},
+      {"event remove", "Removes events from a studbook file, chosen as for event set.",
+       "spx --studbook ~/tarrow.studbook event remove 0200 --where event=social-in"},
+      {"location add", "Adds a location to the table of a studbook file.",
+       "spx --studbook ~/tarrow.studbook location add New_Zoo --in 2"},
+      {"location set", "Changes a location. Animals and events follow a new name or identifier.",
+       "spx --studbook ~/tarrow.studbook location set New_Zoo latitude=48.2 longitude=16.3"},
+      {"location merge", "Makes one location of two. Animals and events of the second go to the first.",
+       "spx --studbook ~/tarrow.studbook location merge 2.1 New_Zoo"},
+      {"field add", "Adds a field of your own to the animals, or with --of events to the events.",
+       "spx --studbook ~/tarrow.studbook field add tattoo"},
+      {"field rename", "Gives one of your fields another name.",
+       "spx --studbook ~/tarrow.studbook field rename tattoo mark"},
+      {"field remove", "Removes one of your fields with all its values.",
+       "spx --studbook ~/tarrow.studbook field remove mark"},
+      {"log",
+       "Lists who changed what, when and why. With an ID, or the number of a change, each value\n"
+       "is shown before and after.",
+       "spx --studbook ~/tarrow.studbook log\n"
+       "spx --studbook ~/tarrow.studbook log 0003"},
+      {"undo",
+       "Takes the last change back, or those with the numbers that are given. A change on which\n"
+       "later ones build is refused.",
+       "spx --studbook ~/tarrow.studbook undo\n"
+       "spx --studbook ~/tarrow.studbook undo 3 4"},
+      {"redo", "Makes the last change again that was undone.", "spx --studbook ~/tarrow.studbook redo"},
+      {"diff",
+       "Compares two editions, tables or studbook files: animals, events, locations and fields\n"
+       "that were added, removed or changed. Exits with 0 when they say the same, and with 1 when\n"
+       "they differ.",
+       "spx diff examples/studbook ~/tarrow.studbook"},
+      {"restore", "Writes another studbook file: this one as it was at a time. A day means its end.",
+       "spx --studbook ~/tarrow.studbook restore --at 2999-12-31 -o ~/former.studbook"},
       {"list",
        "Lists the animals of the view; without any option every animal, but no placeholders. Age,\n"
        "status and location are today's, or those of --alive-on. With a location only the animals that\n"

@@ -108,6 +108,11 @@ void Session::failWithoutStudbook() const {
                                 : "no studbook is given; name one with --studbook FILE");
 }
 
+bool Session::hasStudbook() {
+  openProjectIfNamed();
+  return hasProject() || !options_.files.animals.empty();
+}
+
 std::string Session::importTarget() {
   openProjectIfNamed();
   if (!options_.files.animals.empty()) {

@@ -36,6 +36,10 @@ class Session {
   /// The tables of the command line with that one, or that directory, in place of the studbook.
   studbook_files filesBeside(const std::string& animals) const;
 
+  /// Whether the command line or the project names a studbook, which may not exist yet. Opens the
+  /// project.
+  bool hasStudbook();
+
   /// The studbook file that an import makes: that of the command line, or the project's.
   /// Opens the project. Throws UsageError when there is neither.
   std::string importTarget();

@@ -1,5 +1,7 @@
 #include "console/studbook/database_rows.h"
 
+#include <algorithm>
+
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
@@ -32,6 +34,9 @@ DatabaseRows::DatabaseRows(SQLite::Database& database, const std::string& table)
     query += ", " + expression(table, field);
   }
   prepare(query + " FROM " + table + " ORDER BY \"row\"");
+  if (has_animal_) {
+    findGaps();
+  }
   texts_.resize(titles_.size());
   cells_ = texts_;
 }
@@ -57,7 +62,29 @@ std::size_t DatabaseRows::line() const {
 }
 
 std::size_t DatabaseRows::animalRow() const {
-  return has_animal_ ? static_cast<std::size_t>(sqlite3_column_int64(rows_.get(), 1)) : 0;
+  if (!has_animal_) {
+    return 0;
+  }
+  const std::int64_t animal = sqlite3_column_int64(rows_.get(), 1);
+  if (animals_.empty()) {
+    return static_cast<std::size_t>(animal);
+  }
+  return static_cast<std::size_t>(std::upper_bound(animals_.begin(), animals_.end(), animal) - animals_.begin());
+}
+
+/// Animals that were removed leave gaps in the numbers of the rows.
+void DatabaseRows::findGaps() {
+  try {
+    if (database_.execAndGet("SELECT count(*) = coalesce(max(\"row\"), 0) FROM animals").getInt() != 0) {
+      return;
+    }
+    SQLite::Statement query(database_, "SELECT \"row\" FROM animals ORDER BY \"row\"");
+    while (query.executeStep()) {
+      animals_.push_back(query.getColumn(0).getInt64());
+    }
+  } catch (const SQLite::Exception& error) {
+    throw TableError(0, error.what());
+  }
 }
 
 void DatabaseRows::readColumns(const std::string& table) {

@@ -41,6 +41,7 @@ class DatabaseRows : public RowSource {
 
  private:
   void readColumns(const std::string& table);
+  void findGaps();
   void prepare(const std::string& query);
   std::string_view read(std::size_t cell) const;
   void addToSum(std::string_view text);
@@ -50,6 +51,7 @@ class DatabaseRows : public RowSource {
   std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> rows_;
   bool has_animal_;  ///< the second column is the row of the animal
   std::vector<std::string_view> texts_;
+  std::vector<std::int64_t> animals_;  ///< the numbers of all rows of animals; empty where they have no gaps
   table_sum sum_;
 };
 

@@ -25,7 +25,11 @@ class CheckedRows : public RowSource {
       return true;
     }
     if (file_->access() == FILE_ACCESS::READ) {
-      checkSum(file_->database(), table_, rows_.sum());
+      try {
+        checkSum(file_->database(), table_, rows_.sum());
+      } catch (const TableError& error) {
+        throw TableError(0, std::string("is damaged: ") + error.what());
+      }
     }
     return false;
   }

@@ -18,19 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Keeps a second name for a file; an existing file of that name is replaced.
-void keepAs(const std::string& path, const std::string& kept) {
-  const std::string beside = kept + ".new";
-  fs::remove(beside);
-  std::error_code no_links;
-  fs::create_hard_link(path, beside, no_links);
-  if (no_links) {
-    fs::copy_file(path, beside);
-  }
-  fs::rename(beside, kept);
-  fs::remove(beside);  // still there where both were names of one file, as a killed import leaves them
-}
-
 /// The source with its rows stored as they are read.
 table_source copied(const table_source& source, SQLite::Database& database, const char* table,
                     const std::string& path) {
@@ -79,6 +66,7 @@ void NewStudbook::create() {
   database_->exec("PRAGMA locking_mode = EXCLUSIVE");
   database_->exec("BEGIN");
   createTables(*database_);
+  createJournal(*database_);
 }
 
 studbook_tables NewStudbook::copying(const studbook_tables& tables) {
@@ -89,10 +77,13 @@ studbook_tables NewStudbook::copying(const studbook_tables& tables) {
   return copies;
 }
 
-bool NewStudbook::finish() {
+bool NewStudbook::finish(const change_note& note) {
   try {
     createAnimalIndex(*database_);
     createEventIndex(*database_);
+    createTriggers(*database_);
+    openChange(*database_, note);
+    closeChange(*database_);
     storeSums(*database_);
     database_->exec("COMMIT");
     database_.reset();
@@ -112,7 +103,7 @@ bool NewStudbook::replace() {
   std::unique_ptr<StudbookFile> replaced;
   if (fs::exists(path_)) {
     replaced = std::make_unique<StudbookFile>(path_, FILE_ACCESS::REPLACE);
-    keepAs(path_, backup());
+    keepFile(path_, backup());
   } else {
     for (const char* ending : {"-journal", "-wal", "-shm"}) {
       fs::remove(path_ + ending);

@@ -21,13 +21,14 @@ bool isStudbookFile(const std::string& file);
 /// A studbook file that is open, in one transaction: everything read through it is of one state,
 /// and nothing written through it lasts before commit().
 ///
-/// While another program has the file to itself, opening and committing wait for five seconds.
-/// All calls throw Failure, with the file and the reason.
+/// While another program has the file to itself, opening and committing wait: readers for five
+/// seconds, writers, which take turns, for a minute. All calls throw Failure, with the file and the
+/// reason.
 class StudbookFile {
  public:
   /// Opens the file and looks whether it is a studbook file of a version that can be read, with the
-  /// tables that were stored in it; for writing, reads and checks all of it. What a killed writer
-  /// left half done is undone.
+  /// tables that were stored in it; for writing, reads and checks all of it, and brings an older
+  /// version up to date in the transaction. What a killed writer left half done is undone.
   StudbookFile(std::string path, FILE_ACCESS access);
   ~StudbookFile();  ///< undoes what was not committed
   StudbookFile(const StudbookFile&) = delete;
@@ -44,22 +45,30 @@ class StudbookFile {
   /// for so many.
   std::size_t countRows(const std::string& table);
 
-  /// Stores the sums of the tables anew, and makes what was written last. Reads all tables.
+  /// Stores the sums of the tables anew, and brings to the disk what was written. Reads all tables.
+  /// A file of an older version is kept as PATH.vN.bak, with its version in place of N, and the user
+  /// is told.
   void commit();
 
  private:
   void open();
-  void checkKind();
+  int checkKind();
   void checkContent();
+  void upgrade();
 
   std::string path_;
   FILE_ACCESS access_;
   std::unique_ptr<SQLite::Database> database_;
+  int former_version_ = 0;  ///< of a file that is being brought up to date; else 0
 };
 
 /// The path under which SQLite finds the file: without a directory it reads ":memory:" and "file:..."
 /// as something else.
 std::string databaseName(const std::string& path);
+
+/// Gives a file a second name, so that its content stays when the first is replaced, or copies it
+/// where the disk cannot. A former file of that name is replaced. Throws std::filesystem errors.
+void keepFile(const std::string& path, const std::string& kept);
 
 /// Throws Failure: what an error of SQLite means for that file.
 [[noreturn]] void failFor(const std::string& path, const SQLite::Exception& error);

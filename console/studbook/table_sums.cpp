@@ -149,7 +149,7 @@ void checkSum(SQLite::Database& database, const std::string& table, const table_
                                  ? "its content is not what was stored"
                                  : std::to_string(stored->rows) + " rows of " + table + " were stored, " +
                                        std::to_string(found.rows) + " are there";
-    throw TableError(0, "is damaged: " + what);
+    throw TableError(0, what);
   });
 }
 

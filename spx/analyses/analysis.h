@@ -67,16 +67,18 @@ class SPX_EXPORT Analysis {
   /// The processor time between the last start and stop of the timer, in seconds; 0 before the first stop.
   double secondsUsed() const { return timer_.seconds(); }
 
-  /// @{
-  /// Settings that the library carries for derived analyses and does not read.
-  bool first_switch = false;
-  int first_number = 1;
-  int second_number = 3;
-  std::string extra_text;
-  bool second_switch = true;
-  bool third_switch = true;
-  int third_number = 1;
-  /// @}
+  /// Room for the settings of a host's derived analyses, with their defaults. The library carries
+  /// them and does not read them.
+  struct host_settings {
+    bool first_switch = false;
+    int first_number = 1;
+    int second_number = 3;
+    std::string text;
+    bool second_switch = true;
+    bool third_switch = true;
+    int third_number = 1;
+  };
+  host_settings settings;
 
  protected:
   /// Processor time; derived analyses restart and stop it around their work.

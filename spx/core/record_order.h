@@ -8,33 +8,33 @@
 
 #include "spx/core/master_data.h"
 
-/// @file
-/// Stable sorts by numbers and by texts.
+/// Stable sorts over numbers and texts: n log n, with the numbers computed once.
 namespace spx {
 
-/// The number whose unsigned order is the signed 64-bit order of the key.
+/// A number as which signed 64-bit order becomes unsigned order.
 inline std::uint64_t signedOrder(std::uint64_t key) {
   return key ^ (std::uint64_t{1} << 63);
 }
 
-/// The first seven bytes of a text as a number, in the same order: texts that differ there are in
-/// the order of their numbers.
+/// The first eight bytes of a text as a number, zeros after a shorter one: numbers that differ are in
+/// the order of their texts.
 std::uint64_t beginningOf(std::string_view text);
 
-/// The numbers from 0 to one less than the number of elements.
+/// The numbers from 0 to the number of elements less one.
 std::vector<std::size_t> placesOf(std::size_t elements);
 
-/// Sorts elements by their numbers; elements with equal numbers keep their order.
+/// Sorts elements by their numbers; those of equal numbers keep their order. Where room fails, the
+/// elements are as they were.
 /// @param numbers  by element
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers);
 
-/// The same, by the bytes of texts.
+/// Sorts elements by the bytes of their texts, likewise.
 /// @param beginnings  the beginning of each text, by element
-/// @param textOf      returns the text of an element; called only where the beginnings are equal
+/// @param textOf      gives the text of an element; asked only where beginnings do not tell
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& beginnings,
                    const std::function<std::string_view(std::size_t)>& textOf);
 
-/// The elements at these places, in the order of the places.
+/// The elements in that order of their places.
 template <class Element>
 std::vector<Element> reordered(const std::vector<Element>& elements, const std::vector<std::size_t>& order) {
   std::vector<Element> sorted;
@@ -45,8 +45,8 @@ std::vector<Element> reordered(const std::vector<Element>& elements, const std::
   return sorted;
 }
 
-/// One number of every record. Reading the records once in their order is faster than reading each
-/// of them several times in the order of a sort.
+/// What a sort asks of every record, by record. The records of a large studbook fit no cache and
+/// are cheapest read in their order; the elements to be sorted point all over them.
 template <class Fact>
 std::vector<std::uint64_t> factsOf(const std::vector<master_data>& records, Fact fact) {
   std::vector<std::uint64_t> facts;

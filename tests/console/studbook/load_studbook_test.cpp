@@ -50,7 +50,7 @@ class LoaderTest : public ConsoleTest, public testing::WithParamInterface<bool> 
   loading_notes loadFile(const studbook_files& files) {
     NewStudbook book(at("a.studbook"));
     loadStudbook(book.copying(openTables(files)));
-    book.finish();
+    book.finish({IMPORT_CHANGE, "import", "", ""});
     return loadStudbook(openTables({at("a.studbook"), "", "", "", {}}));
   }
 };
