@@ -84,7 +84,7 @@ BENCHMARK(LifeTable)->Apply(allSizes);
 
 void Growth(benchmark::State& state) {
   measureLives(state, [](const DataFilter& view, const presence_settings& settings) {
-    const life_tallies data = lifeTallies(Animals, view, settings, ageClasses(view), 0, 5000);
+    const life_tallies data = lifeTallies(Animals, view, settings, ageClasses(view), 0, 2000);
     benchmark::DoNotOptimize(bootstrapGrowth(data, SEX::FEMALE, true, PARENT_AGE::MIDDLE, 200, 1));
   });
 }

@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
 #include "console/commands/command.h"
 #include "console/output/table_options.h"
 #include "console/project/view_options.h"
@@ -64,10 +67,26 @@ void add(std::vector<command>& commands, const char* name, const char* help, res
 }
 
 /// An option that takes one of some words, which stand in the help and are completed.
-void addChoice(CLI::App& app, const char* name, std::string& value, std::vector<std::string> words, const char* help) {
+void addChoice(CLI::App& app, const char* name, std::string& value, const std::vector<std::string>& words,
+               const std::string& help) {
   std::string names;
-  for (const std::string& word : words) names += (names.empty() ? "" : "|") + word;
-  app.add_option(name, value, help)->check(CLI::IsMember(std::move(words)))->type_name(names)->capture_default_str();
+  std::string list;
+  for (const std::string& word : words) {
+    names += (names.empty() ? "" : "|") + word;
+    list += (list.empty() ? "" : ", ") + word;
+  }
+  const auto check = [words, list](const std::string& text) {
+    const bool is_known = std::find(words.begin(), words.end(), text) != words.end();
+    return is_known ? "" : quotedText(text) + " must be one of: " + list + suggestion(text, words);
+  };
+  app.add_option(name, value, help + " (default: " + value + ")")->check(check)->type_name(names);
+}
+
+/// An option that takes a number within bounds.
+template <class Number>
+CLI::Option* addNumber(CLI::App& app, const char* name, Number& value, const char* type, double low, double high,
+                       const std::string& help) {
+  return app.add_option(name, value, help)->check(CLI::Range(low, high).description(""))->type_name(type);
 }
 
 void addUnit(CLI::App& app, demography_options& options) {
@@ -75,8 +94,9 @@ void addUnit(CLI::App& app, demography_options& options) {
 }
 
 void addRuns(CLI::App& app, std::size_t& runs, std::uint32_t& seed, const char* help) {
-  app.add_option("--runs", runs, help)->check(CLI::Range(0, 1000000))->type_name("COUNT")->capture_default_str();
-  app.add_option("--seed", seed, "Start of the random numbers; equal seeds give equal results")->capture_default_str();
+  addNumber(app, "--runs", runs, "COUNT", 0, 1000000, std::string(help) + " (default: 1000)");
+  app.add_option("--seed", seed, "Start of the random numbers; equal seeds give equal results (default: 1)")
+      ->type_name("NUMBER");
 }
 
 void addGroups(CLI::App& app, survival_choice& choice) {
@@ -84,10 +104,8 @@ void addGroups(CLI::App& app, survival_choice& choice) {
             "Compare groups of animals");
   app.add_option("--level", choice.level, "With --by location: the level whose places are compared")
       ->type_name("LEVEL");
-  app.add_option("--period-years", choice.period_years, "With --by period: years of each period")
-      ->check(CLI::Range(1, 1000))
-      ->type_name("YEARS")
-      ->capture_default_str();
+  addNumber(app, "--period-years", choice.period_years, "YEARS", 1, 1000,
+            "With --by period: years of each period (default: 10)");
 }
 
 void addCounts(std::vector<command>& commands) {
@@ -137,9 +155,8 @@ void addRisks(std::vector<command>& commands) {
         return reproductionTable(options.litter_days, timeUnit(options.unit), options.forPeople());
       },
       [](CLI::App& app, demography_options& options) {
-        app.add_option("--litter-days", options.litter_days, "Births of a dam within so many days are one litter")
-            ->check(CLI::Range(0, 366))
-            ->type_name("DAYS");
+        addNumber(app, "--litter-days", options.litter_days, "DAYS", 0, 366,
+                  "Births of a dam within so many days are one litter (default: as the life history says, or 7)");
         addUnit(app, options);
         addTableOptions(app, options.table);
         addViewOptions(app, options.view, WHO_AND_WHEN | VIEW_DAY | VIEW_CLASSES);
@@ -165,12 +182,9 @@ void addForecasts(std::vector<command>& commands) {
       [](const demography_options& options) { return projectionTable(options.projection); },
       [](CLI::App& app, demography_options& options) {
         projection_choice& projection = options.projection;
-        app.add_option("--years", projection.years, "Years to look ahead")
-            ->check(CLI::Range(1, 1000))
-            ->type_name("YEARS")
-            ->capture_default_str();
-        app.add_option("--fewer-than", projection.fewer_than,
-                       "Count the runs with fewer animals; half of the animals by default");
+        addNumber(app, "--years", projection.years, "YEARS", 1, 1000, "Years to look ahead (default: 20)");
+        addNumber(app, "--fewer-than", projection.fewer_than, "COUNT", 0, 1e9,
+                  "Count the runs with fewer animals (default: half of the animals)");
         addRuns(app, projection.runs, projection.seed, "Runs with chance");
         addTableOptions(app, options.table);
         addViewOptions(app, options.view, RATES);

@@ -58,6 +58,11 @@ void endWithStudbook() {
   if (open.on) View.monitor_date = std::min(View.monitor_date, Book.update_date);
 }
 
+void addDeathNote(Table& table, double deaths) {
+  if (deaths > 0) return;
+  table.notes.push_back("No death is recorded: every animal is taken to live on. Survival and growth are too high.");
+}
+
 double gestationDays() {
   const double days = LifeHistory.getGestation();
   return days > 0 ? days : 0;

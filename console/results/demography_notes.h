@@ -31,6 +31,9 @@ std::string viewText();
 /// contradictions were resolved.
 void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& left_out, const life_findings& findings);
 
+/// Appends a warning when no death was counted: survival and growth then say what would be if nobody died.
+void addDeathNote(Table& table, double deaths);
+
 /// The first of these lines.
 std::string countNote(std::size_t in_view, const left_out_counts& left_out);
 

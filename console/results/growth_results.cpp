@@ -19,7 +19,7 @@ namespace spx::console {
 namespace {
 
 /// Above so many animals the bootstrap draws random samples of them instead of each one.
-constexpr std::size_t MOST_SAMPLES = 5000;
+constexpr std::size_t MOST_SAMPLES = 2000;
 
 std::vector<table_column> growthColumns(const time_unit& unit) {
   const std::string in = "in " + std::string(unit.name);
@@ -52,6 +52,12 @@ std::vector<table_column> growthColumns(const time_unit& unit) {
       real("generation_time_stable", "Generation time, stable", "in a population that grows by lambda, " + in),
       {.name = "runs", .title = "Bootstrap runs", .kind = COLUMN_KIND::INTEGER},
       {.name = "seed", .title = "Seed", .kind = COLUMN_KIND::INTEGER}};
+}
+
+double deathsOf(const life_tallies& data) {
+  double deaths = 0;
+  for (const class_tally& tally : data.tallies) deaths += tally.deaths;
+  return deaths;
 }
 
 double censusGrowth() {
@@ -89,6 +95,7 @@ Table growthTable(const growth_choice& options, const time_unit& unit) {
   if (options.runs > 0 && samples.samples < samples.counted) {
     table.notes.push_back("The bootstrap drew " + std::to_string(samples.samples) + " random samples of the animals.");
   }
+  addDeathNote(table, deathsOf(data));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }
@@ -153,6 +160,7 @@ Table projectionTable(const projection_choice& options) {
     table.notes.push_back("To keep " + qs_lib::realToString(start.total(), 0) + " animals takes " +
                           qs_lib::realToString(births, 1) + " births a year.");
   }
+  addDeathNote(table, deathsOf(data));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }

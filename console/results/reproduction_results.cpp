@@ -113,7 +113,7 @@ void addNotes(Table& table, const reproduction_summary& summary) {
   table.notes.push_back(counted(births.total(), "birth") + ": " + std::to_string(births.males) + " male, " +
                         std::to_string(births.females) + " female, " + std::to_string(births.unknown) +
                         " of unknown sex.");
-  table.notes.push_back(monthsText(summary));
+  if (summary.months_unknown < births.total()) table.notes.push_back(monthsText(summary));
   const std::string season = seasonText(summary);
   if (!season.empty()) table.notes.push_back(season);
   if (!summary.litter_sizes.empty()) table.notes.push_back(littersText(summary));

@@ -153,6 +153,10 @@ void addTest(Table& table, const survival_data& data, SURVIVAL_GROUPS by) {
   }
 }
 
+double deathsOf(const std::vector<observed_time>& times) {
+  return static_cast<double>(std::count_if(times.begin(), times.end(), [](const auto& time) { return time.died; }));
+}
+
 survival_settings settingsOf(const survival_choice& choice) {
   survival_settings settings;
   settings.by = GROUPINGS.at(choice.by);
@@ -206,6 +210,7 @@ Table survivalTable(const survival_choice& choice, const time_unit& unit, bool f
     table.notes.push_back(medianNote(data.groups[group], curve, unit) + ".");
   }
   if (data.groups.size() > 1) addTest(table, data, settings.by);
+  addDeathNote(table, deathsOf(data.times));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }
@@ -227,6 +232,7 @@ Table survivalSummary(const survival_choice& choice, const time_unit& unit) {
                   tested ? test.p : NOT_KNOWN});
   }
   if (data.groups.size() > 1) addTest(table, data, settings.by);
+  addDeathNote(table, deathsOf(data.times));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }
@@ -275,6 +281,12 @@ void addLives(Table& table, const char* sex, const std::vector<life_table_row>& 
   }
 }
 
+double deathsOf(const std::vector<life_table_row>& rows) {
+  double deaths = 0;
+  for (const life_table_row& row : rows) deaths += row.deaths;
+  return deaths;
+}
+
 // The first year is told in two parts: what happens in the first month hides behind it.
 std::string infantNote(const AnimalData& store) {
   const age_classes infants{{0, 30, DAYS_PER_YEAR}, DAYS_PER_YEAR};
@@ -303,6 +315,7 @@ Table lifeTableTable(const time_unit& unit) {
   addLives(table, "male", males, unit);
   addLives(table, "all", lifeTableOfAll(data, View.same_sex), unit);
   table.notes.push_back(infantNote(Animals));
+  addDeathNote(table, deathsOf(females) + deathsOf(males));
   for (const auto* rows : {&females, &males}) {
     const bool ends_alive = !rows->empty() && rows->back().p > 0;
     if (ends_alive) {
