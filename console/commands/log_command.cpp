@@ -83,25 +83,41 @@ std::set<std::int64_t> rowsOfAnimal(SQLite::Database& database, const std::strin
   return rows;
 }
 
+/// The rows of the table of events that belong or belonged to an animal.
+std::set<std::int64_t> eventsOfAnimal(SQLite::Database& database, const std::set<std::int64_t>& animals) {
+  SQLite::Statement query(database,
+                          "SELECT \"row\" FROM events WHERE animal = ?1 UNION SELECT \"row\" FROM change_cells WHERE "
+                          "of_table = 'events' AND field = 'animal' AND CAST(?1 AS TEXT) IN (before, after)");
+  std::set<std::int64_t> rows;
+  for (const std::int64_t animal : animals) {
+    query.bind(1, animal);
+    while (query.executeStep()) {
+      rows.insert(query.getColumn(0).getInt64());
+    }
+    query.reset();
+  }
+  return rows;
+}
+
 /// Which entries of the journal are about an animal: those of its row, and of its events.
 class CellChoice {
  public:
-  CellChoice(SQLite::Database& database, const std::string& id) : id_(id) {
-    if (!id.empty()) {
-      rows_ = rowsOfAnimal(database, id);
+  CellChoice(SQLite::Database& database, const std::string& id) : has_all_(id.empty()) {
+    if (!has_all_) {
+      animals_ = rowsOfAnimal(database, id);
+      events_ = eventsOfAnimal(database, animals_);
     }
   }
 
   bool has(const journal_cell& cell) const {
-    if (id_.empty()) {
-      return true;
-    }
-    return cell.table == "animals" ? rows_.contains(cell.row) : cell.table == "events" && cell.animal == id_;
+    const bool is_its_own = cell.table == "animals" && animals_.contains(cell.row);
+    return has_all_ || is_its_own || (cell.table == "events" && events_.contains(cell.row));
   }
 
  private:
-  std::string id_;
-  std::set<std::int64_t> rows_;
+  bool has_all_;
+  std::set<std::int64_t> animals_;
+  std::set<std::int64_t> events_;
 };
 
 /// A row for each cell that was changed.
@@ -120,7 +136,10 @@ Table tableOfCells(SQLite::Database& database, const std::vector<journal_change>
   const CellChoice choice(database, id);
   for (const journal_change& change : changes) {
     for (const journal_cell& cell : netCells(readCells(database, change.time.empty() ? 0 : change.number))) {
-      if (!choice.has(cell)) {
+      // An event that is new or removed tells its animal anyway.
+      const bool names_animal = cell.table == "events" && cell.field == "animal" &&
+                                (cell.before.value_or("").empty() || cell.after.value_or("").empty());
+      if (!choice.has(cell) || names_animal) {
         continue;
       }
       const std::string of_event = cell.table == "events" ? "event " : "";

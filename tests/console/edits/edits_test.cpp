@@ -283,7 +283,7 @@ TEST_F(EditsTest, TheLogTellsWhatHappenedToWhom) {
        "change,kind,undone_by\n5,undo,\n4,edit,\n3,edit,\n2,edit,5\n1,import,\n"},
       {{"log", "--since", "2020-01-04T00:00:00Z", "--columns", "change", "--format", "csv"}, "change\n5\n4\n"},
       {{"log", "03", "--columns", "change,field,before,after", "--format", "csv"},
-       "change,field,before,after\n5,Name,Cy,\n4,id,3,03\n2,Name,,Cy\n"},
+       "change,field,before,after\n5,Name,Cy,\n4,id,3,03\n3,event (added),,\n"},
       {{"log", "3", "--columns", "change,field,after", "--format", "csv"}, "3,event date,1998\n"},
       {{"log", "--change", "2", "--format", "json"}, "\"animal\":\"3\",\"field\":\"Name\",\"before\":\"\""},
   };
