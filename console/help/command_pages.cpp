@@ -78,8 +78,7 @@ std::string fittedHelp(const std::string& help) {
   std::istringstream lines(help);
   std::string fitted;
   for (std::string line; std::getline(lines, line);) {
-    const bool is_option = line.size() > WIDTH && line.substr(0, DESCRIPTION).find_last_not_of(' ') < DESCRIPTION - 1 &&
-                           line[DESCRIPTION - 1] == ' ' && line[DESCRIPTION] != ' ';
+    const bool is_option = line.size() > WIDTH && line[DESCRIPTION - 1] == ' ' && line[DESCRIPTION] != ' ';
     if (!is_option) {
       fitted += line + "\n";
       continue;

@@ -244,7 +244,8 @@ std::vector<std::pair<std::string, std::string>> viewSettingTexts() {
   writeEntries(file);
   std::vector<std::pair<std::string, std::string>> texts;
   for (const view_entry& entry : ENTRIES) {
-    texts.emplace_back(entry.setting, entry.typed(file.get(entry.key).value));
+    const std::string value = entry.typed(file.get(entry.key).value);
+    texts.emplace_back(entry.setting, value == "true" ? "yes" : value == "false" ? "no" : value);
   }
   const auto add_list = [&](const char* setting, const char* key) {
     const auto entries = numberedEntries(file, key);

@@ -157,5 +157,27 @@ TEST_F(ViewOptionsTest, ExportsAndTracingTakeTheAnimalsOfTheView) {
   EXPECT_NE(takeOutput().find("Both parents unknown : 1\n"), std::string::npos);
 }
 
+TEST_F(ViewOptionsTest, TheCandidatesOfAnAnimalCanBeLimited) {
+  const std::string book = table("sires.csv", "id,sire,dam,sex,dob\n1,,,m,1980\n2,,,m,1981\n3,,,m,1982\n4,,1,f,1990\n");
+  const auto trace = [&](words options) {
+    options.insert(options.begin(),
+                   {"--studbook", book, "trace-parents", "--to", home, "--overwrite", "--sex", "female",
+                    "--life-history", "male-reproductive-lower=100", "--life-history", "male-reproductive-upper=9000"});
+    EXPECT_EQ(run(options), 0) << takeErrors();
+    return contentOf(at("parents-female.xml"));
+  };
+  const auto count = [](const std::string& text, const std::string& part) {
+    std::size_t found = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+      ++found;
+    }
+    return found;
+  };
+  EXPECT_EQ(count(trace({}), "<SIRE>"), 3U);
+  const std::string limited = trace({"--most-candidates", "1"});
+  EXPECT_EQ(count(limited, "<SIRE>"), 1U);
+  EXPECT_EQ(count(limited, "<SIRES_OMITTED>2</SIRES_OMITTED>"), 1U);
+}
+
 }  // namespace
 }  // namespace spx::console
