@@ -22,6 +22,7 @@
 #include "console/results/growth_results.h"
 #include "console/results/reproduction_results.h"
 #include "console/results/survival_results.h"
+#include "console/studbook/record_genetics.h"
 
 namespace spx::console {
 namespace {
@@ -58,6 +59,7 @@ ExitCode drawAnimal(Session& session, pedigree_options& options) {
   const IMAGE_FORMAT format = imageFormat(options.draw.format, true);
   options.extent.fill = options.fill == "nothing" ? PEDIGREE_FILL::NOTHING : PEDIGREE_FILL::INBREEDING;
   session.loadStudbook();
+  computeRecordGenetics();
   const pedigree_drawing drawing = animalPedigree(options.id, options.extent);
   return writePicture(
       options.draw, format == IMAGE_FORMAT::DOT ? pedigreeDot(drawing) : convertedImage(drawPedigree(drawing), format));
@@ -111,6 +113,7 @@ void addChart(
              [options, make](Session& session) {
                const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
                session.loadStudbook();
+               computeRecordGenetics();
                useView(session, options->view);
                return writePicture(options->draw, convertedImage(drawChart(make(*options, whose(session))), format));
              },

@@ -7,6 +7,7 @@
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/report/studbook_report.h"
+#include "console/studbook/record_genetics.h"
 
 namespace spx::console {
 namespace {
@@ -19,6 +20,7 @@ struct report_options {
 
 ExitCode report(Session& session, report_options& options) {
   session.loadStudbook();
+  computeRecordGenetics();
   useView(session, options.view);
   options.choice.studbook = session.studbookName();
   ResultOutput output(options.output, false);

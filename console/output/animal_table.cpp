@@ -97,7 +97,7 @@ constexpr animal_fact FACTS[] = {
     {"origin", "Origin", COLUMN_KIND::TEXT, [](AnimalNow& now) { return Cell(getEnumName(now.record.birth_type)); }},
     {"rearing", "Rearing", COLUMN_KIND::TEXT, [](AnimalNow& now) { return Cell(getEnumName(now.record.rearing)); }},
     {"taxon", "Taxon", COLUMN_KIND::TEXT, [](AnimalNow& now) { return Cell(Subspecies.getName(now.record.taxon)); }},
-    {"fcoef", "Inbreeding", COLUMN_KIND::REAL, [](AnimalNow& now) { return Cell(now.record.fcoef); }},
+    {"fcoef", "F", COLUMN_KIND::REAL, [](AnimalNow& now) { return Cell(now.record.fcoef); }},
     {"g_cites", "Generation (CITES)", COLUMN_KIND::REAL, generationCell<G_CITES>},
     {"g_genetic", "Generation (genetic)", COLUMN_KIND::REAL, generationCell<G_GENETIC>},
     {"g_maternal", "Generation (maternal)", COLUMN_KIND::REAL, generationCell<G_MATERNAL>},
@@ -125,7 +125,8 @@ bool isShown(std::string_view name, ANIMAL_LIST list) {
   if (name == "status") {
     return list == ANIMAL_LIST::ALL;
   }
-  constexpr std::string_view SHOWN[] = {"id", "sex", "sire", "dam", "birth_date", "age_years", "current_location_name"};
+  constexpr std::string_view SHOWN[] = {"id",         "sex",       "sire",  "dam",
+                                        "birth_date", "age_years", "fcoef", "current_location_name"};
   return std::find(std::begin(SHOWN), std::end(SHOWN), name) != std::end(SHOWN);
 }
 
