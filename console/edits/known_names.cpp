@@ -38,7 +38,7 @@ bool contains(const std::vector<std::string>& words, const std::string& word) {
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-/// Capital letters and blanks are no slip.
+/// Differences in capital letters and blanks do not count.
 std::string nearest(const std::string& typed, const std::vector<std::string>& words) {
   const auto same =
       std::find_if(words.begin(), words.end(), [&](const std::string& word) { return isSameWord(word, typed); });

@@ -9,7 +9,7 @@ class App;
 
 namespace spx::console {
 
-/// Tells of the first word of the command line that nothing takes, and which one was probably
+/// Reports the first word of the command line that nothing takes, and which one was probably
 /// meant. The program must have parsed the line; empty when every word was taken.
 std::string wrongWordText(const CLI::App& app);
 

@@ -44,7 +44,7 @@ std::vector<table_column> growthColumns(const time_unit& unit) {
       real("r", "Intrinsic rate r", "growth of the logarithm of the numbers a year"),
       bound("r_lower", "  from (95 %)"),
       bound("r_upper", "  to"),
-      real("lambda", "Lambda", "growth factor a year by births and deaths; 1 is no change"),
+      real("lambda", "Lambda", "growth factor a year by births and deaths; 1 means unchanged"),
       bound("lambda_lower", "  from (95 %)"),
       bound("lambda_upper", "  to"),
       real("lambda_leslie", "Lambda, Leslie matrix", "the same by the matrix that projection uses"),

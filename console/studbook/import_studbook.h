@@ -24,7 +24,7 @@ namespace spx::console {
 class NewStudbook {
  public:
   /// Begins a file that will be at that path. Throws Failure when it cannot be written there, or
-  /// when something is there that is no studbook file, or a damaged one: it is not replaced.
+  /// when something is there that is not a studbook file, or a damaged one: it is not replaced.
   explicit NewStudbook(const std::string& path);
   ~NewStudbook();
   NewStudbook(const NewStudbook&) = delete;

@@ -20,7 +20,7 @@ inline constexpr char UNDO_CHANGE[] = "undo";
 inline constexpr char REDO_CHANGE[] = "redo";
 inline constexpr char OUTSIDE_CHANGE[] = "outside";  ///< made by a program that keeps no journal
 
-/// What the keeper tells of a change.
+/// What the keeper says about a change.
 struct change_note {
   std::string kind;
   std::string action;   ///< the command, such as `animal set 0042 sire=0003`
@@ -38,7 +38,7 @@ struct journal_change {
   std::size_t cells = 0;       ///< how many entries it has
 };
 
-/// The field of an entry that tells of the row itself: without an old value the row was added,
+/// The field of an entry that stands for the row itself: without an old value the row was added,
 /// without a new one it was removed.
 inline constexpr char WHOLE_ROW[] = "row";
 

@@ -43,7 +43,7 @@ class ColumnTitles {
   /// The column of a field; NONE when the table does not have it.
   std::size_t column(std::size_t field) const { return columns_[field]; }
 
-  /// The columns that are no known field, in their order.
+  /// The columns that are not a known field, in their order.
   const std::vector<std::size_t>& others() const { return others_; }
 
  private:

@@ -150,7 +150,7 @@ enum class STAYS : std::uint8_t { JOINED, BY_LOCATION };
 /// The stays of all animals of a view in its locations: one pass over the records.
 class SPX_EXPORT Presence {
  public:
-  /// One animal that was ever there.
+  /// An animal that was there at some time.
   struct life {
     position animal = 0;                 ///< its record
     qs_lib::day_number birth = 0;        ///< 0: unknown
