@@ -22,7 +22,8 @@ const char* getText(STATE state) {
   return TEXTS[static_cast<std::size_t>(state)];
 }
 
-/// The founders of the studbook. Animals of unknown origin that never had offspring or a place in the view do not count.
+/// The founders of the studbook. Animals of unknown origin that never had offspring or a place in the view do not
+/// count.
 struct Founder {
   animal_number animal;
   std::size_t descendants;
