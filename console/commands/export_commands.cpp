@@ -29,6 +29,9 @@ struct export_options {
   bool monitor = false;
   bool settings = false;
   std::string id_prefix;
+  std::string table_kind;
+  std::string separator;
+  bool for_spreadsheet = false;
 };
 
 std::string pathIn(const std::string& directory, const std::string& file) {
@@ -108,22 +111,50 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(TestFilters(paths.front()), paths);
 }
 
+tables_form formOf(const export_options& options) {
+  tables_form form;
+  form.id_prefix = options.id_prefix;
+  form.as_workbook = options.table_kind == "xlsx";
+  if (form.as_workbook && (options.for_spreadsheet || !options.separator.empty())) {
+    throw UsageError("--bom and --separator go with --as csv");
+  }
+  form.csv.for_spreadsheet = options.for_spreadsheet;
+  if (!options.separator.empty()) {
+    form.csv.separator = options.separator == "semicolon" ? ';' : options.separator == "tab" ? '\t' : ',';
+  }
+  return form;
+}
+
 /// The tables that a studbook file was imported from, with the changes that were made since.
 ExitCode exportTables(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   const std::string studbook = session.studbook();
+  const tables_form form = formOf(options);
   std::vector<std::string> paths;
-  for (const std::string& file : tableFiles(studbook)) {
+  for (const std::string& file : tableFiles(studbook, form)) {
     paths.push_back(pathIn(directory, file));
     checkTarget(options.output, paths.back());
   }
-  writeTables(studbook, directory, options.id_prefix);
+  writeTables(studbook, directory, form);
   return report(true, paths);
 }
 
 using export_function = ExitCode (*)(Session&, const export_options&);
 
-enum class DESCRIBES { NO_VIEW, VIEW, VIEW_BLOCK };
+enum class DESCRIBES { TABLES, VIEW, VIEW_BLOCK };
+
+void addTableOptions(CLI::App& app, export_options& options) {
+  app.add_option("--drop-id-prefix", options.id_prefix, "Take a text from the beginning of the IDs")->type_name("TEXT");
+  app.add_option("--as", options.table_kind, "CSV files (default), or a workbook with a sheet for each table")
+      ->check(CLI::IsMember({"csv", "xlsx"}))
+      ->type_name("csv|xlsx");
+  app.add_option("--separator", options.separator, "What stands between the cells of CSV files")
+      ->check(CLI::IsMember({"comma", "semicolon", "tab"}))
+      ->type_name("comma|semicolon|tab");
+  app.add_flag("--bom", options.for_spreadsheet,
+               "CSV for a spreadsheet: with a byte-order mark, and an apostrophe before what it would take for a "
+               "formula");
+}
 
 command exportCommand(const char* name, const char* help, export_function run, DESCRIBES describes = DESCRIBES::VIEW) {
   const auto options = std::make_shared<export_options>();
@@ -134,11 +165,9 @@ command exportCommand(const char* name, const char* help, export_function run, D
               app.add_flag("--by-monitor-date", options->monitor, "Describe the monitor date instead of the period");
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
-            if (run == exportTables) {
-              app.add_option("--drop-id-prefix", options->id_prefix, "Take a text from the beginning of the IDs")
-                  ->type_name("TEXT");
-            }
-            if (describes != DESCRIBES::NO_VIEW) {
+            if (describes == DESCRIBES::TABLES) {
+              addTableOptions(app, *options);
+            } else {
               addViewOptions(app, options->view, WHOLE_VIEW);
             }
           }};
@@ -162,8 +191,8 @@ void addExportCommands(std::vector<command>& commands) {
                           "filter_test.csv: the answer of every predicate for every "
                           "animal",
                           exportFilters));
-  group.add(
-      exportCommand("tables", "animals.csv and the other tables of a studbook file", exportTables, DESCRIBES::NO_VIEW));
+  group.add(exportCommand("tables", "The tables of a studbook file, as CSV files or a workbook", exportTables,
+                          DESCRIBES::TABLES));
   commands.push_back(group.asCommand());
 }
 

@@ -141,6 +141,12 @@ studbook_files Session::filesBeside(const std::string& animals) const {
   for (const std::string& text : options_.titles) {
     files.titles.push_back(parseTitleChoice(text));
   }
+  if (!options_.dates.empty()) {
+    files.reading.dates = options_.dates == "day-first" ? DATE_ORDER::DAY_FIRST : DATE_ORDER::MONTH_FIRST;
+  }
+  if (!options_.footer.empty()) {
+    files.reading.footer = options_.footer == "skip" ? FOOTER::SKIP : FOOTER::KEEP;
+  }
   return files;
 }
 

@@ -13,6 +13,8 @@ struct session_options {
   studbook_files files;
   std::vector<std::string> titles;  ///< FIELD=TITLE, as typed
   std::string project;
+  std::string dates;   ///< day-first, month-first or empty
+  std::string footer;  ///< skip, keep or empty
 };
 
 /// One run of the program: opens what a command asks for, when it asks for it.

@@ -114,6 +114,7 @@ studbook_tables storedTables(const std::shared_ptr<StudbookFile>& file) {
           source(file, "events"),
           source(file, "locations"),
           source(file, "programs"),
+          {},
           {}};
 }
 

@@ -3,8 +3,8 @@
 #include "console/base/failure.h"
 #include "console/studbook/file_rows.h"
 #include "console/studbook/id_prefix.h"
+#include "console/studbook/keeper_tables.h"
 #include "console/studbook/studbook_file.h"
-#include "console/tables/csv_table.h"
 
 namespace spx::console {
 namespace {
@@ -23,14 +23,7 @@ studbook_tables openAsTheyAre(const studbook_files& files) {
     refuseOtherFiles(files);
     return storedTables(std::make_shared<StudbookFile>(files.animals, FILE_ACCESS::READ));
   }
-  const studbook_files tables = resolveFiles(files);
-  return {tables.animals,
-          "CSV",
-          csvSource(tables.animals),
-          csvSource(tables.events),
-          csvSource(tables.locations),
-          csvSource(tables.programs),
-          tables.titles};
+  return keeperTables(resolveFiles(files));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t LONGEST_ROW = std::size_t{64} << 20;
 constexpr std::size_t MOST_CELLS = 65536;
 constexpr std::size_t FIRST_BLOCK = 4096;
+constexpr std::size_t LONGEST_HEAD = std::size_t{64} << 10;
 constexpr std::string_view SEPARATORS = ",;\t|";
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
@@ -21,13 +22,12 @@ constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 char CsvParser::separatorOf(std::string_view text) {
   std::size_t counts[SEPARATORS.size()] = {};
   bool quoted = false;
-  bool begun = false;
-  for (const char letter : text) {
+  for (const char letter : text.substr(0, LONGEST_HEAD)) {
     const bool line_end = letter == '\n' || letter == '\r';
-    if (line_end && begun && !quoted) {
+    const bool has_any = std::any_of(counts, std::end(counts), [](std::size_t count) { return count != 0; });
+    if (line_end && has_any && !quoted) {
       break;
     }
-    begun |= !line_end;
     quoted ^= letter == '"';
     const std::size_t which = SEPARATORS.find(letter);
     if (!quoted && which != std::string_view::npos) {
@@ -44,7 +44,7 @@ void CsvRows::settle() {
   }
 }
 
-CsvParser::CsvParser(const std::string& file) : file_(std::fopen(file.c_str(), "rb"), &std::fclose) {
+CsvParser::CsvParser(const std::string& file, const text_encoding& encoding) : file_(openText(file, encoding)) {
   if (!file_) {
     throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
   }
@@ -94,8 +94,24 @@ void CsvParser::begin(std::string_view& chunk) {
   if (chunk.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
     chunk.remove_prefix(BYTE_ORDER_MARK.size());
   }
-  separator_ = separatorOf(chunk);
+  if (!takeSeparatorLine(chunk)) {
+    separator_ = separatorOf(chunk);
+  }
   csv_set_delim(&csv_, static_cast<unsigned char>(separator_));
+}
+
+/// The line `sep=;` before all others, by which spreadsheets tell each other.
+bool CsvParser::takeSeparatorLine(std::string_view& chunk) {
+  constexpr std::size_t SIZE = 5;
+  const bool is_one = chunk.size() > SIZE && (chunk.starts_with("sep=") || chunk.starts_with("SEP=")) &&
+                      (chunk[SIZE] == '\n' || chunk[SIZE] == '\r');
+  if (!is_one) {
+    return false;
+  }
+  separator_ = chunk[SIZE - 1];
+  chunk.remove_prefix(SIZE + (chunk.substr(SIZE).starts_with("\r\n") ? 2 : 1));
+  ++line_;
+  return true;
 }
 
 void CsvParser::parse(std::string_view chunk) {

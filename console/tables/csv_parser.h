@@ -12,6 +12,7 @@
 #include <csv.h>
 
 #include "console/tables/row_source.h"
+#include "console/tables/text_encoding.h"
 
 namespace spx::console {
 
@@ -71,12 +72,13 @@ class CsvRows {
 class CsvParser {
  public:
   /// Throws TableError when the file cannot be opened.
-  explicit CsvParser(const std::string& file);
+  explicit CsvParser(const std::string& file, const text_encoding& encoding = {});
   CsvParser(const CsvParser&) = delete;
   CsvParser& operator=(const CsvParser&) = delete;
   ~CsvParser();
 
-  /// The separator that a text which begins with the header line has.
+  /// The separator that a text which begins with the header line has, or with lines of a single cell
+  /// before it: that of the first line that has any.
   static char separatorOf(std::string_view text);
 
   /// The rows that the next chunks complete; none only at the end. Not to be called after the last.
@@ -85,6 +87,7 @@ class CsvParser {
  private:
   void readChunk();
   void begin(std::string_view& chunk);
+  bool takeSeparatorLine(std::string_view& chunk);
   void parse(std::string_view chunk);
   bool isBetweenRows() const { return csv_.pstate == 0; }
   void readPlainLines(std::string_view& text, std::string_view plain);
@@ -101,7 +104,7 @@ class CsvParser {
   static void onCell(void* cell, std::size_t size, void* parser);
   static void onRow(int letter, void* parser);
 
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+  text_file file_;
   csv_parser csv_{};
   char separator_ = ',';
   CsvRows rows_;
