@@ -13,7 +13,9 @@
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/commands/command.h"
+#include "console/output/column_table.h"
 #include "console/output/staged_files.h"
+#include "console/studbook/column_mapping.h"
 #include "console/studbook/import_studbook.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/open_tables.h"
@@ -74,12 +76,27 @@ void reportLoaded() {
   printCount("inconsistencies", Animals.inconsistencies.size());
 }
 
+/// How the columns were understood; and keeps that for the next time where that was asked for.
+void reportColumns(const Session& session, const studbook_tables& tables, const studbook_files& files) {
+  if (!tables.notes) {
+    return;
+  }
+  showColumns(std::cout, *tables.notes);
+  const std::string mapping = session.newMapping();
+  if (!mapping.empty()) {
+    writeMapping(mapping, tables.notes->of(tables.animals.name), files.reading);
+    std::cerr << "spx: wrote " << mapping << "; --mapping reads the next table in the same way\n";
+  }
+}
+
 ExitCode import(Session& session, const import_options& options) {
   const std::string target = options.dry_run ? std::string() : session.importTarget();
   session.useIdPrefix(options.id_prefix);
-  const studbook_tables tables = openTables(session.filesBeside(options.animals));
+  const studbook_files files = session.filesBeside(options.animals);
+  const studbook_tables tables = openTables(files);
   if (options.dry_run) {
     refusePlaceholders(options, loadStudbook(tables));
+    reportColumns(session, tables, files);
     reportLoaded();
     return ExitCode::DONE;
   }
@@ -87,6 +104,7 @@ ExitCode import(Session& session, const import_options& options) {
   NewStudbook book(target);
   refusePlaceholders(options, loadStudbook(book.copying(tables)));
   const bool replaced = book.finish();
+  reportColumns(session, tables, files);
   reportLoaded();
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
@@ -104,7 +122,7 @@ void addImportCommands(std::vector<command>& commands) {
       {"import", "Make a studbook file from tables", [options](Session& session) { return import(session, *options); },
        [options](CLI::App& app) {
          app.add_option("ANIMALS", options->animals,
-                        "Table of animals (CSV), or a directory with animals.csv and the others")
+                        "Table of animals (CSV, .xlsx, .ods), or a directory with animals.csv and the others")
              ->required();
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");

@@ -11,6 +11,7 @@
 
 #include "console/base/failure.h"
 #include "console/base/user_directories.h"
+#include "console/studbook/column_mapping.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/studbook_file.h"
 
@@ -135,6 +136,10 @@ std::string Session::writableStudbook() {
   return file;
 }
 
+std::string Session::newMapping() const {
+  return fs::exists(options_.mapping) ? std::string() : options_.mapping;
+}
+
 studbook_files Session::filesBeside(const std::string& animals) const {
   studbook_files files = options_.files;
   files.animals = animals;
@@ -146,6 +151,9 @@ studbook_files Session::filesBeside(const std::string& animals) const {
   }
   if (!options_.footer.empty()) {
     files.reading.footer = options_.footer == "skip" ? FOOTER::SKIP : FOOTER::KEEP;
+  }
+  if (fs::exists(options_.mapping)) {
+    readMapping(options_.mapping, files);
   }
   return files;
 }

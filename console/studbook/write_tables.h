@@ -11,7 +11,7 @@ namespace spx::console {
 struct tables_form {
   bool as_workbook = false;
   std::string id_prefix = {};  ///< taken from the beginning of the IDs and parents that have it
-  csv_form csv;
+  csv_form csv = {};
 };
 
 /// The names of the files that writeTables makes of a studbook file: animals.csv and the others that

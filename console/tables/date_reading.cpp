@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t LONGEST = 64;
 constexpr int NO_NUMBER = -1;
+constexpr std::string_view YEAR_ZERO = "0000";
 
 // Folded, as they begin: a longer word is the same month when a name begins with it.
 constexpr std::array<std::array<std::string_view, 4>, 12> MONTHS = {{
@@ -341,7 +342,7 @@ bool isPlain(std::string_view text) {
   constexpr std::string_view NO_DATE[] = {"", ".", "na", "n/a", "unknown"};
   constexpr std::size_t LONGEST_NO_DATE = 7;
   return (text.size() <= LONGEST_NO_DATE && isOneOf(foldedText(text), NO_DATE)) ||
-         qs_lib::dateToJulian(std::string(text)) != 0;
+         (!text.starts_with(YEAR_ZERO) && qs_lib::dateToJulian(std::string(text)) != 0);
 }
 
 date_reading readFolded(std::string_view text, DATE_ORDER order) {

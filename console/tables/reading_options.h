@@ -14,8 +14,8 @@ enum class FOOTER : std::uint8_t { ASK, SKIP, KEEP };
 struct reading_options {
   DATE_ORDER dates = DATE_ORDER::UNKNOWN;
   FOOTER footer = FOOTER::ASK;
-  std::string encoding;  ///< as iconv knows it; empty: found out
-  std::string sheet;     ///< of the animals in a workbook; empty: found out
+  std::string encoding = {};  ///< as iconv knows it; empty: found out
+  std::string sheet = {};     ///< of the animals in a workbook; empty: found out
 };
 
 }  // namespace spx::console

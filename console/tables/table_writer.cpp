@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "console/base/csv_cell.h"
+#include "console/base/display_text.h"
 #include "console/base/failure.h"
-#include "console/tables/text_encoding.h"
 
 namespace spx::console {
 namespace {

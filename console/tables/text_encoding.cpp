@@ -34,18 +34,22 @@ std::size_t characterSize(unsigned char first) {
   return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
 }
 
-/// Whether a text is UTF-8; it may end within a character when more follows.
-bool isUtf8(std::string_view text, bool more_follows) {
+/// Whether a text is UTF-8, at least in part; it may end within a character. What is something else never
+/// happens to have a character of UTF-8 beyond ASCII. Where both are mixed, each cell is shown as what it is.
+bool hasUtf8(std::string_view text) {
+  bool is_all = true;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t size = characterSize(static_cast<unsigned char>(text[at]));
     const std::string_view rest = text.substr(at + 1, size == 0 ? 0 : size - 1);
     const bool continues = std::all_of(rest.begin(), rest.end(), [](char letter) { return (letter & 0xC0) == 0x80; });
-    if (size == 0 || !continues || (rest.size() + 1 < size && !more_follows)) {
-      return false;
+    const bool is_character = size != 0 && continues;
+    if (is_character && size > 1 && rest.size() + 1 == size) {
+      return true;
     }
-    at += size;
+    is_all &= is_character;
+    at += is_character ? size : 1;
   }
-  return true;
+  return is_all;
 }
 
 /// The kind of UTF-16 that a text begins like; empty for none.
@@ -175,7 +179,7 @@ class TextReader {
   }
 
   void settle() {
-    if (isUtf8(raw_, !at_end_)) {
+    if (hasUtf8(raw_)) {
       settled_ = true;
     } else {
       setEncoding(WINDOWS);
@@ -234,23 +238,6 @@ text_file openText(const std::string& file, const text_encoding& encoding) {
     reader.release();  // closing the file deletes it
   }
   return text;
-}
-
-std::string utf8Text(std::string_view text) {
-  if (isUtf8(text, false)) {
-    return std::string(text);
-  }
-  std::string converted;
-  for (const char letter : text) {
-    const auto byte = static_cast<unsigned char>(letter);
-    if (byte < 0x80) {
-      converted += letter;
-    } else {
-      converted += static_cast<char>(0xC0U | byte >> 6U);
-      converted += static_cast<char>(0x80U | (byte & 0x3FU));
-    }
-  }
-  return converted;
 }
 
 void checkEncoding(const std::string& name) {

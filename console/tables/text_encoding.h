@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace spx::console {
 
@@ -19,15 +18,12 @@ using text_file = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 /// Opens a file whose bytes come as UTF-8, whatever it is written in.
 ///
 /// UTF-16 is known by its byte-order mark or the NUL bytes of its first characters. A text is UTF-8
-/// when its first characters beyond ASCII are; otherwise it is Windows-1252, of which Latin-1 is a
-/// part. A byte-order mark of UTF-8 comes as it is. Bytes that the encoding does not have become
+/// when any of its first characters beyond ASCII is; otherwise it is Windows-1252, of which Latin-1
+/// is a part. A byte-order mark of UTF-8 comes as it is. Bytes that the encoding does not have become
 /// U+FFFD; in UTF-8 all bytes come as they are.
 ///
 /// @return null, with errno set, when the file cannot be opened
 text_file openText(const std::string& file, const text_encoding& encoding);
-
-/// The text as it is when it is UTF-8; otherwise its bytes taken as Latin-1.
-std::string utf8Text(std::string_view text);
 
 /// Throws UsageError for an encoding that this system does not know.
 void checkEncoding(const std::string& name);

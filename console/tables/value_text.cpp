@@ -72,13 +72,12 @@ dated_text datedText(std::string_view text) {
   return {day, accuracy};
 }
 
-/// "1990s"
+/// "1990s": its middle, with the range to either side.
 dated_text decade(const std::string& text) {
-  const auto firstDay = [](int year) { return qs_lib::msToDay(qs_lib::dateToJulian(std::to_string(year))); };
-  constexpr int YEARS = 10;
-  const int year = std::stoi(text);
-  const auto first = firstDay(year);
-  return {first, DATE_ACCURACY::DATE_RANGE, firstDay(year + YEARS) - first};
+  constexpr int HALF = 5;
+  constexpr std::uint64_t DAYS = 1826;
+  const std::string middle = std::to_string(std::stoi(text) + HALF);
+  return {qs_lib::msToDay(qs_lib::dateToJulian(middle)), DATE_ACCURACY::DATE_RANGE, DAYS};
 }
 
 /// Sexes in other words than the display names.

@@ -40,11 +40,11 @@ std::optional<SEX> parseSex(std::string_view text);
 struct dated_text {
   qs_lib::day_number day = 0;
   DATE_ACCURACY accuracy = DATE_ACCURACY::UNKNOWN;
-  std::uint64_t range = 0;  ///< in days, of DATE_RANGE
+  std::uint64_t range = 0;  ///< in days to either side, of DATE_RANGE
 };
 
 /// A day, a month (its first day, accurate by month) or a year (1 January, by year); with "~" a day
-/// is accurate by day, "1990s" is a range of ten years; missing is day 0 of unknown accuracy. Takes
+/// is accurate by day, "1990s" is the middle of a range of ten years; missing is day 0 of unknown accuracy. Takes
 /// all that readDate() understands without knowing the order of day and month.
 std::optional<dated_text> parseDate(std::string_view text);
 

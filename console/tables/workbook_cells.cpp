@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <exception>
 #include <map>
-#include <stdexcept>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -12,7 +13,10 @@
 #include <orcus/orcus_ods.hpp>
 #include <orcus/orcus_xlsx.hpp>
 #include <orcus/spreadsheet/import_interface.hpp>
+#include <orcus/zip_archive.hpp>
+#include <orcus/zip_archive_stream.hpp>
 
+#include "console/base/failure.h"
 #include "console/tables/ignored_styles.h"
 #include "console/tables/number_format.h"
 
@@ -42,7 +46,7 @@ struct cell_format {
 };
 
 [[noreturn]] void failForSize() {
-  throw std::runtime_error("the workbook has more than 50 million cells");
+  throw Failure("the workbook has more than 50 million cells");
 }
 
 bool isBefore(ss::row_t row_a, ss::col_t column_a, ss::row_t row_b, ss::col_t column_b) {
@@ -244,7 +248,7 @@ class Sheet : public iface::import_sheet {
       failForSize();
     }
     if (added.row < 0 || added.row >= SHEET_SIZE.rows || added.column < 0 || added.column >= SHEET_SIZE.columns) {
-      throw std::runtime_error("a cell lies outside its sheet");
+      throw Failure("a cell lies outside its sheet");
     }
     cells_.push_back(added);
   }
@@ -290,7 +294,7 @@ class Addresses : public iface::import_reference_resolver {
       address.row = std::min(address.row * 10 + (text[at] - '0'), SHEET_SIZE.rows + 1);
     }
     if (at < text.size() || address.column == 0 || address.row == 0) {
-      throw std::runtime_error("a cell has no valid address");
+      throw Failure("a cell has no valid address");
     }
     --address.column;
     --address.row;
@@ -416,6 +420,56 @@ class CellCollector : public iface::import_factory {
   std::string bytes_;
 };
 
+/// Refuses what the library that reads workbooks would leave out without a word: texts inside the
+/// cells of .xlsx files, and rows with content that .ods files give once for several.
+class ContentCheck {
+ public:
+  explicit ContentCheck(const std::string& content)
+      : stream_(reinterpret_cast<const unsigned char*>(content.data()), content.size()), archive_(&stream_) {
+    archive_.load();
+  }
+
+  void check() const {
+    for (std::size_t entry = 0; entry < archive_.get_file_entry_count(); ++entry) {
+      const std::string_view name = archive_.get_file_entry_name(entry);
+      if (name.starts_with("xl/worksheets/sheet") && partOf(name).find("\"inlineStr\"") != std::string::npos) {
+        throw Failure(
+            "keeps texts in a way that cannot be read here; open it in a spreadsheet and save it "
+            "again");
+      }
+      if (name == "content.xml" && repeatsRows(partOf(name))) {
+        throw Failure("keeps equal rows in a way that cannot be read here; save it as .xlsx");
+      }
+    }
+  }
+
+ private:
+  std::string partOf(std::string_view name) const {
+    std::vector<unsigned char> bytes;
+    archive_.read_file_entry(name, bytes);
+    return {bytes.begin(), bytes.end()};
+  }
+
+  /// Whether a row that stands for several has a value.
+  static bool repeatsRows(const std::string& xml) {
+    constexpr std::string_view REPEATED = "number-rows-repeated=";
+    for (std::size_t at = xml.find(REPEATED); at != std::string::npos; at = xml.find(REPEATED, at + 1)) {
+      const std::size_t tag_end = std::min(xml.find('>', at), xml.size());
+      const bool is_empty = tag_end < xml.size() && xml[tag_end - 1] == '/';
+      const bool is_one = xml.compare(at + REPEATED.size(), 3, "\"1\"") == 0;
+      const std::size_t row_end = std::min(xml.find("</table:table-row>", tag_end), xml.size());
+      const std::string_view row = std::string_view(xml).substr(tag_end, row_end - tag_end);
+      if (!is_empty && !is_one && row.find("value-type=") != std::string_view::npos) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  orcus::zip_archive_stream_blob stream_;
+  orcus::zip_archive archive_;
+};
+
 template <class Filter>
 void readInto(CellCollector& cells, const std::string& content) {
   Filter filter(&cells);
@@ -426,17 +480,30 @@ void readInto(CellCollector& cells, const std::string& content) {
   filter.read_stream(content);
 }
 
-}  // namespace
-
-void writeWorkbookCells(const std::string& content, const std::function<void(std::string_view)>& output) {
-  CellCollector cells;
+void readWorkbook(const std::string& content, CellCollector& cells) {
+  ContentCheck(content).check();
   const auto* bytes = reinterpret_cast<const unsigned char*>(content.data());
   if (orcus::orcus_ods::detect(bytes, content.size())) {
     readInto<orcus::orcus_ods>(cells, content);
   } else if (orcus::orcus_xlsx::detect(bytes, content.size())) {
     readInto<orcus::orcus_xlsx>(cells, content);
   } else {
-    throw std::runtime_error("not an .xlsx or .ods workbook");
+    throw Failure("not an .xlsx or .ods workbook");
+  }
+}
+
+}  // namespace
+
+void writeWorkbookCells(const std::string& content, const std::function<void(std::string_view)>& output) {
+  CellCollector cells;
+  try {
+    readWorkbook(content, cells);
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw Failure(std::string("is damaged: ") + error.what());
   }
   cells.write(output);
 }

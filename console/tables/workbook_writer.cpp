@@ -10,9 +10,9 @@
 
 #include "spx/support/julian_date.h"
 
+#include "console/base/display_text.h"
 #include "console/base/failure.h"
 #include "console/tables/number_format.h"
-#include "console/tables/text_encoding.h"
 
 namespace spx::console {
 namespace {
@@ -43,7 +43,7 @@ bool isPlainNumber(std::string_view text, double& number) {
 struct WorkbookWriter::book {
   explicit book(const std::string& path) {
     lxw_workbook_options options{};
-    options.constant_memory = LXW_TRUE;
+    options.constant_memory = LXW_FALSE;
     workbook = ::workbook_new_opt(path.c_str(), &options);
     if (workbook == nullptr) {
       throw Failure("there is not enough memory");

@@ -52,7 +52,9 @@ TEST_F(CsvTableTest, ReadsWhatProgramsWrite) {
       {"a,b\n,\n \n1,2\n", "a/b/ 4:1/2/"},
       {"a,b\n1\n1,2,3\n", "a/b/ 2:1/ 3:1/2/3/"},
       {"a\n1\n", "a/ 2:1/"},
-      {"a,\xE9\xFF\n\x01,2\n", "a/\xE9\xFF/ 2:\x01/2/"},
+      {"a,\xE9\xFF\n\x01,2\n", "a/\xC3\xA9\xC3\xBF/ 2:\x01/2/"},
+      {"sep=;\r\na,b;c\r\n1;2\r\n", "a,b/c/ 3:1/2/"},
+      {"Studbook\na;b,c;d\n1;2;3\n", "Studbook/ 2:a/b,c/d/ 3:1/2/3/"},
   };
   for (const auto& [content, expected] : cases) {
     SCOPED_TRACE(content);
@@ -69,9 +71,6 @@ TEST_F(CsvTableTest, RefusesWhatIsNoTableAfterTheRowsBeforeIt) {
       {"a,b\n1,2\n3,4\"5\n", "a/b/ 2:1/2/ !3 has a stray quote (quote the whole cell and double the quotes in it)"},
       {"a,b\n1,\"2\"x\n", "a/b/ !2 has a stray quote (quote the whole cell and double the quotes in it)"},
       {"a,b\n1,2\n\0,3\n"s, "a/b/ 2:1/2/ !3 holds a NUL byte: it is no text table"},
-      {"\xFF\xFE"
-       "a\0,\0b\0\n\0"s,
-       " !1 holds a NUL byte: it is no text table"},
   };
   for (const auto& [content, expected] : cases) {
     SCOPED_TRACE(content);
