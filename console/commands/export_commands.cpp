@@ -2,9 +2,13 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <set>
+#include <sstream>
 
 #include <CLI/CLI.hpp>
 
+#include "spx/analyses/listings.h"
+#include "spx/core/animal_data.h"
 #include "spx/exports/export_dattrf.h"
 #include "spx/exports/export_field.h"
 #include "spx/exports/export_pedigree.h"
@@ -14,8 +18,10 @@
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
+#include "console/output/animal_records.h"
 #include "console/output/output_file.h"
 #include "console/output/r_loader.h"
+#include "console/output/r_packages.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/studbook/write_tables.h"
@@ -30,6 +36,7 @@ struct export_options {
   bool settings = false;
   std::string id_prefix;
   std::string table_kind;
+  std::string package;
   std::string separator;
   bool for_spreadsheet = false;
 };
@@ -111,6 +118,41 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(TestFilters(paths.front()), paths);
 }
 
+/// Flags the animals that a listing of the view shows.
+void flagListed() {
+  for (master_data& animal : Animals.records) {
+    inListing(animal);
+  }
+}
+
+/// Which files there are depends on the IDs.
+ExitCode exportR(Session& session, const export_options& options) {
+  const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
+  session.loadStudbook();
+  useView(session, options.view);
+  flagListed();
+  std::vector<std::string> paths;
+  const std::vector<package_file> files = packageFiles(options.package);
+  for (const package_file& file : files) {
+    paths.push_back(pathIn(directory, file.name));
+    checkTarget(options.output, paths.back());
+  }
+  for (std::size_t file = 0; file < files.size(); ++file) {
+    if (!writeText(paths[file], files[file].content)) {
+      return report(false, {paths[file]});
+    }
+  }
+  return report(true, paths);
+}
+
+ExitCode exportAnimals(Session& session, const export_options& options) {
+  const std::vector<std::string> paths = openExport(session, options, {"animals.csv"});
+  flagListed();
+  std::ostringstream table;
+  writeAnimals(table, OUTPUT_FORMAT::CSV);
+  return report(writeText(paths.front(), table.str()), paths);
+}
+
 tables_form formOf(const export_options& options) {
   tables_form form;
   form.id_prefix = options.id_prefix;
@@ -141,7 +183,7 @@ ExitCode exportTables(Session& session, const export_options& options) {
 
 using export_function = ExitCode (*)(Session&, const export_options&);
 
-enum class DESCRIBES { TABLES, VIEW, VIEW_BLOCK };
+enum class DESCRIBES { TABLES, VIEW, VIEW_BLOCK, R_PACKAGE };
 
 void addTableOptions(CLI::App& app, export_options& options) {
   app.add_option("--drop-id-prefix", options.id_prefix, "Take a text from the beginning of the IDs")->type_name("TEXT");
@@ -165,6 +207,13 @@ command exportCommand(const char* name, const char* help, export_function run, D
               app.add_flag("--by-monitor-date", options->monitor, "Describe the monitor date instead of the period");
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
+            if (describes == DESCRIBES::R_PACKAGE) {
+              const std::set<std::string> packages(rPackages().begin(), rPackages().end());
+              app.add_option("--for", options->package, "The program that is to read the files")
+                  ->required()
+                  ->check(CLI::IsMember(packages))
+                  ->type_name("PACKAGE");
+            }
             if (describes == DESCRIBES::TABLES) {
               addTableOptions(app, *options);
             } else {
@@ -178,6 +227,9 @@ command exportCommand(const char* name, const char* help, export_function run, D
 void addExportCommands(std::vector<command>& commands) {
   CommandGroup group("export", "Write tables for R and other programs");
   group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree));
+  group.add(exportCommand("animals", "animals.csv: everything about each animal of the view", exportAnimals));
+  group.add(exportCommand("r", "The pedigree of the view for an R package or PLINK, with a script", exportR,
+                          DESCRIBES::R_PACKAGE));
   group.add(exportCommand("fields",
                           "animal_data.csv: every field of the animals of the view that "
                           "died or were lost in its period",

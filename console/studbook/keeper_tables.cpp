@@ -95,9 +95,6 @@ class TableOpener {
 
   table_source openSheet(const std::string& file, const std::shared_ptr<const Workbook>& workbook, std::size_t sheet,
                          const table_kind& kind) const {
-    if (workbook->sheetNames().empty()) {
-      throw Failure(file + ": has no sheets");
-    }
     const std::string name = file + " (" + workbook->sheetNames()[sheet] + ")";
     const table_source::opener open = [=] { return Workbook::openSheet(workbook, sheet); };
     return understood({name, open, {}}, kind, true);

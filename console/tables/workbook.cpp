@@ -152,7 +152,11 @@ std::shared_ptr<const Workbook> Workbook::read(const std::string& file) {
   try {
     std::string bytes =
         runIsolated(limitsFor(content.size()), [&](const auto& output) { writeWorkbookCells(content, output); });
-    return std::shared_ptr<const Workbook>(new Workbook(std::move(bytes)));
+    std::shared_ptr<const Workbook> workbook(new Workbook(std::move(bytes)));
+    if (workbook->names_.empty()) {
+      throw TableError(0, "has no sheets");
+    }
+    return workbook;
   } catch (const Failure& failure) {
     throw TableError(0, failure.what());
   }

@@ -1,7 +1,9 @@
 #include "console/tables/workbook_cells.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
 #include <deque>
 #include <exception>
 #include <map>
@@ -420,52 +422,99 @@ class CellCollector : public iface::import_factory {
   std::string bytes_;
 };
 
-/// Refuses what the library that reads workbooks would leave out without a word: texts inside the
-/// cells of .xlsx files, and rows with content that .ods files give once for several.
+constexpr std::array<std::uint32_t, 256> CHECKSUMS = [] {
+  std::array<std::uint32_t, 256> sums{};
+  for (std::uint32_t byte = 0; byte < sums.size(); ++byte) {
+    std::uint32_t sum = byte;
+    for (int bit = 0; bit < 8; ++bit) {
+      sum = (sum >> 1U) ^ ((sum & 1U) != 0 ? 0xEDB88320U : 0U);
+    }
+    sums[byte] = sum;
+  }
+  return sums;
+}();
+
+std::uint32_t checksum(std::string_view bytes) {
+  std::uint32_t sum = ~0U;
+  for (const char byte : bytes) {
+    sum = (sum >> 8U) ^ CHECKSUMS[(sum ^ static_cast<unsigned char>(byte)) & 0xFFU];
+  }
+  return ~sum;
+}
+
+/// Refuses a workbook whose parts are not what was packed, and what the library that reads workbooks
+/// would leave out without a word: texts inside the cells of .xlsx files, and rows with content that
+/// .ods files give once for several.
 class ContentCheck {
  public:
   explicit ContentCheck(const std::string& content)
-      : stream_(reinterpret_cast<const unsigned char*>(content.data()), content.size()), archive_(&stream_) {
+      : content_(content),
+        stream_(reinterpret_cast<const unsigned char*>(content.data()), content.size()),
+        archive_(&stream_) {
     archive_.load();
   }
 
+  /// Goes through the directory at the end of the archive.
   void check() const {
-    for (std::size_t entry = 0; entry < archive_.get_file_entry_count(); ++entry) {
-      const std::string_view name = archive_.get_file_entry_name(entry);
-      if (name.starts_with("xl/worksheets/sheet") && partOf(name).find("\"inlineStr\"") != std::string::npos) {
-        throw Failure(
-            "keeps texts in a way that cannot be read here; open it in a spreadsheet and save it "
-            "again");
-      }
-      if (name == "content.xml" && repeatsRows(partOf(name))) {
-        throw Failure("keeps equal rows in a way that cannot be read here; save it as .xlsx");
-      }
+    constexpr std::string_view END = "PK\x05\x06";
+    const std::size_t end = content_.rfind(END);
+    std::size_t at = number(end == std::string::npos ? content_.size() : end + 16, 4);
+    for (std::size_t left = number(end + 10, 2); left > 0; --left) {
+      const std::size_t name_size = number(at + 28, 2);
+      const std::string_view name = std::string_view(content_).substr(at + 46, name_size);
+      checkPart(name, number(at + 16, 4), number(at + 24, 4));
+      at += 46 + name_size + number(at + 30, 2) + number(at + 32, 2);
     }
   }
 
  private:
-  std::string partOf(std::string_view name) const {
+  void checkPart(std::string_view name, std::size_t sum, std::size_t size) const {
     std::vector<unsigned char> bytes;
-    archive_.read_file_entry(name, bytes);
-    return {bytes.begin(), bytes.end()};
+    const bool is_directory = name.ends_with('/');
+    if (!is_directory && !archive_.read_file_entry(name, bytes)) {
+      throw Failure("is damaged: a part cannot be unpacked");
+    }
+    const std::string_view part(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (part.size() < size || checksum(part.substr(0, size)) != sum) {
+      throw Failure("is damaged: a part is not what was packed");
+    }
+    if (name.starts_with("xl/worksheets/sheet") && part.find("\"inlineStr\"") != std::string_view::npos) {
+      throw Failure("keeps texts in a way that cannot be read here; open it in a spreadsheet and save it again");
+    }
+    if (name == "content.xml" && repeatsRows(part)) {
+      throw Failure("keeps equal rows in a way that cannot be read here; save it as .xlsx");
+    }
+  }
+
+  /// A number of the archive, lowest byte first.
+  std::size_t number(std::size_t at, std::size_t bytes) const {
+    if (at > content_.size() || content_.size() - at < bytes) {
+      throw Failure("is damaged: it ends too early");
+    }
+    std::size_t value = 0;
+    for (std::size_t byte = bytes; byte > 0; --byte) {
+      value = value << 8U | static_cast<unsigned char>(content_[at + byte - 1]);
+    }
+    return value;
   }
 
   /// Whether a row that stands for several has a value.
-  static bool repeatsRows(const std::string& xml) {
+  static bool repeatsRows(std::string_view xml) {
     constexpr std::string_view REPEATED = "number-rows-repeated=";
-    for (std::size_t at = xml.find(REPEATED); at != std::string::npos; at = xml.find(REPEATED, at + 1)) {
+    for (std::size_t at = xml.find(REPEATED); at != std::string_view::npos; at = xml.find(REPEATED, at + 1)) {
       const std::size_t tag_end = std::min(xml.find('>', at), xml.size());
       const bool is_empty = tag_end < xml.size() && xml[tag_end - 1] == '/';
-      const bool is_one = xml.compare(at + REPEATED.size(), 3, "\"1\"") == 0;
+      const bool is_one = xml.substr(at + REPEATED.size(), 3) == "\"1\"";
       const std::size_t row_end = std::min(xml.find("</table:table-row>", tag_end), xml.size());
-      const std::string_view row = std::string_view(xml).substr(tag_end, row_end - tag_end);
-      if (!is_empty && !is_one && row.find("value-type=") != std::string_view::npos) {
+      const bool has_value = xml.substr(tag_end, row_end - tag_end).find("value-type=") != std::string_view::npos;
+      if (!is_empty && !is_one && has_value) {
         return true;
       }
     }
     return false;
   }
 
+  const std::string& content_;
   orcus::zip_archive_stream_blob stream_;
   orcus::zip_archive archive_;
 };

@@ -107,21 +107,20 @@ TEST_F(WorkbookTest, WhatIsNotAWorkbookIsRefused) {
   EXPECT_EQ(sheetsOf(table("b.ods", ods(flood))).substr(0, 6), "error:");
 }
 
-TEST_F(WorkbookTest, DamagedFilesEndInWholeContentOrAMessage) {
+TEST_F(WorkbookTest, DamagedFilesEndInTheWholeContentOrAMessage) {
   constexpr int MUTATIONS = 60;
   const std::string whole = contentOf(sample());
+  const std::string cells = sheetsOf(at("a.xlsx"));
   std::mt19937 random(17);
   for (int mutation = 0; mutation < MUTATIONS; ++mutation) {
     std::string bytes = whole;
-    const bool is_cut = mutation % 4 == 0;
-    if (is_cut) {
+    if (mutation % 4 == 0) {
       bytes.resize(random() % bytes.size());
     } else {
-      bytes[random() % bytes.size()] = static_cast<char>(random());
+      bytes[random() % bytes.size()] ^= static_cast<char>(1 + random() % 255);
     }
     const std::string read = sheetsOf(table("b.xlsx", bytes));
-    EXPECT_FALSE(read.empty()) << mutation;
-    EXPECT_TRUE(!is_cut || read.starts_with("error: ") || bytes.size() < 4) << mutation << ": " << read;
+    EXPECT_TRUE(read.starts_with("error: ") || read == cells) << mutation << ": " << read;
   }
 }
 
