@@ -6,9 +6,11 @@
 
 #include "spx/core/animal_data.h"
 #include "spx/core/pseudo_ids.h"
+#include "spx/views/predicates.h"
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 namespace {
@@ -77,9 +79,19 @@ class PedigreeOrder {
     states_[which] = STATE::DONE;
   }
 
+  /// An animal of the tables, or the founder that stands for a parent without a record. Unknown and
+  /// wild parents have records as well, which many offspring share.
   position find(const std::string& parent) const {
-    const auto found = records_.find(parent);
-    return found == records_.end() ? NONE : found->second;
+    const auto own = records_.find(parent);
+    if (own != records_.end() && hasRow(Animals.records[own->second])) {
+      return own->second;
+    }
+    if (isPseudoIndividual(parent) && !parent.starts_with(PSEUDO_FOUNDER_PREFIX)) {
+      return NONE;
+    }
+    const auto founder =
+        records_.find(parent.starts_with(PSEUDO_FOUNDER_PREFIX) ? parent : PSEUDO_FOUNDER_PREFIX + parent);
+    return founder == records_.end() ? NONE : founder->second;
   }
 
   std::unordered_map<std::string_view, position> records_;

@@ -462,6 +462,11 @@ class ContentCheck {
     for (std::size_t left = number(end + 10, 2); left > 0; --left) {
       const std::size_t name_size = number(at + 28, 2);
       const std::string_view name = std::string_view(content_).substr(at + 46, name_size);
+      // A part whose name is damaged in one of the two places would not be found.
+      const std::size_t local = number(at + 42, 4);
+      if (number(local + 26, 2) != name_size || content_.compare(local + 30, name_size, name) != 0) {
+        throw Failure("is damaged: its parts are not where they should be");
+      }
       checkPart(name, number(at + 16, 4), number(at + 24, 4));
       at += 46 + name_size + number(at + 30, 2) + number(at + 32, 2);
     }
