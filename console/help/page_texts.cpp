@@ -104,7 +104,7 @@ const std::vector<command_page>& commandPages() {
        "spx --project tarrow --studbook examples/studbook export animals"},
       {"export r",
        "Writes the animals of the view and their ancestors as the package wants them, and a script that reads them.",
-       "spx --project tarrow --studbook examples/studbook export r --for kinship2"},
+       "spx --project tarrow --studbook examples/studbook export r --for nadiv"},
       {"export fields", "Writes each animal with its dates, numbers and own fields.",
        "spx --project tarrow --studbook examples/studbook export fields --from 1980-01-01"},
       {"export dattrf", "Writes animals and events in columns of fixed width.",

@@ -23,11 +23,7 @@ class PedigreeOrder {
   PedigreeOrder() : places_(Animals.records.size(), NONE), states_(Animals.records.size(), STATE::NEW) {
     records_.reserve(Animals.records.size());
     for (position each = 0; each < Animals.records.size(); ++each) {
-      const bool is_new = records_.try_emplace(Animals.records[each].stud_id, each).second;
-      if (!is_new && Animals.records[each].print) {
-        throw Failure("two animals have the ID " + quotedText(Animals.records[each].stud_id) +
-                      "; other programs need each ID once");
-      }
+      records_.try_emplace(Animals.records[each].stud_id, each);
     }
   }
 
@@ -74,9 +70,23 @@ class PedigreeOrder {
   void enter(position which, position sire, position dam) {
     const master_data& animal = Animals.records[which];
     const auto place = [&](position parent) { return parent == NONE ? NONE : places_[parent]; };
-    pedigree_.push_back({animal.stud_id, place(sire), place(dam), animal.sex, &animal});
+    pedigree_.push_back({uniqueId(which), place(sire), place(dam), animal.sex, &animal});
     places_[which] = pedigree_.size() - 1;
     states_[which] = STATE::DONE;
+  }
+
+  /// The ID; with "#2" and so on for animals after the first one that has it.
+  std::string uniqueId(position which) {
+    const std::string& id = Animals.records[which].stud_id;
+    if (records_.at(id) == which) {
+      return id;
+    }
+    std::size_t& copy = copies_.try_emplace(id, 1).first->second;
+    std::string unique;
+    do {
+      unique = id + "#" + std::to_string(++copy);
+    } while (records_.contains(unique));
+    return unique;
   }
 
   /// An animal of the tables, or the founder that stands for a parent without a record. Unknown and
@@ -94,8 +104,9 @@ class PedigreeOrder {
     return founder == records_.end() ? NONE : founder->second;
   }
 
-  std::unordered_map<std::string_view, position> records_;
-  std::vector<std::size_t> places_;  ///< of the records in the pedigree
+  std::unordered_map<std::string_view, position> records_;    ///< the first one with each ID
+  std::unordered_map<std::string_view, std::size_t> copies_;  ///< how many others have the ID
+  std::vector<std::size_t> places_;                           ///< of the records in the pedigree
   std::vector<STATE> states_;
   std::vector<pedigree_member> pedigree_;
 };

@@ -21,8 +21,9 @@ struct pedigree_member {
 };
 
 /// The animals whose `print` flag is set and all their ancestors, parents before offspring and otherwise in the order
-/// of the records. A parent is known when it has a record of its own. Throws Failure when an ID
-/// occurs twice, and when an animal is its own ancestor.
+/// of the records. A parent is known when it has a record of its own. Of several animals with
+/// one ID the first is the parent, and the others are "ID#2" and so on. Throws Failure when an animal
+/// is its own ancestor.
 std::vector<pedigree_member> printedPedigree();
 
 /// Gives the other parent to each animal that has one: "sire_of_ID" or "dam_of_ID", founders.

@@ -23,7 +23,7 @@ std::span<const char* const> rPackages();
 ///
 /// An unknown, wild or group parent is unknown; a parent with a record is that record.
 ///
-/// Throws Failure when an ID occurs twice, an animal is its own ancestor or, for packages that refuse
+/// Throws Failure when an animal is its own ancestor or, for packages that refuse
 /// that, a sire is female or a dam male; with the ID.
 std::vector<package_file> packageFiles(const std::string& package);
 
