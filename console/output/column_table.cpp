@@ -19,7 +19,7 @@ std::string samplesOf(const column_note& column) {
     while (is_long && end > 0 && (sample[end] & 0xC0) == 0x80) {
       --end;  // whole characters
     }
-    text += (text.empty() ? "" : ", ") + sample.substr(0, end) + (is_long ? "..." : "");
+    text += (text.empty() ? "" : "; ") + sample.substr(0, end) + (is_long ? "..." : "");
   }
   return text.empty() ? "(empty)" : text;
 }

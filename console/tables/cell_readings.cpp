@@ -185,7 +185,7 @@ class CellReadings : public RowSource {
     }
     const bool is_death = notes_.columns[column].field == "death_date";
     const reading_kind* kind = is_death && reading.form == DATE_FORM::UNKNOWN ? &LIVING : kindOf(reading.form);
-    if (kind != nullptr) {
+    if (kind != nullptr && reading.text != text) {
       replace(column, reading.text, *kind);
     }
   }

@@ -143,7 +143,9 @@ std::string claims(const std::vector<std::string>& titles, const std::vector<std
 TEST(ColumnTitles, FieldsAreFoundByAnyOfTheirTitles) {
   EXPECT_EQ(claims({"Birth Date", "x", "ID"}), "ID Birth Date - 1");
   EXPECT_EQ(claims({"F", "YOB", "Stud-ID"}), "Stud-ID YOB F 0");
-  EXPECT_EQ(claims({"name", "x"}), "table: there is no column \"id\"; the columns are \"name\", \"x\". Say which one it is, such as --map id=\"TITLE\"");
+  EXPECT_EQ(claims({"name", "x"}),
+            "table: there is no column \"id\"; the columns are \"name\", \"x\". Say which one it is, such as --map "
+            "id=\"TITLE\"");
   EXPECT_EQ(claims({"Stdu-ID", "x"}),
             "table: there is no column \"id\"; the columns are \"Stdu-ID\", \"x\". Say which one it is, such as "
             "--map id=\"Stdu-ID\"");
