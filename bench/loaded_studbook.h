@@ -6,7 +6,7 @@ namespace spx::bench {
 
 /// The path of a generated table of so many animals, written at the first call of the process and
 /// removed at its end. Exits when it cannot be written.
-/// @param kind  "herd" or "registry", see make_studbook; null for zoos
+/// @param kind  "herd", "registry" or "wild", see make_studbook; null for zoos
 std::string tableOf(long animals, const char* kind = nullptr);
 
 /// Makes the process-wide objects hold the checked studbook of that table with its pedigree, as the

@@ -8,17 +8,20 @@
 //
 // Two other kinds test genetics, both closed after the founders, with all parents known. In a herd
 // parents are 2 to 8 years old and anybody mates with anybody: after some twelve generations an animal
-// has thousands of ancestors. In a registry one male in fifty is a sire.
+// has thousands of ancestors. In a registry one male in fifty is a sire. In the kind "wild" every other
+// animal of the zoos has a wild sire, which gets an identity for each dam.
 #include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "bench/dice.h"
+#include "bench/example_studbook.h"
 
 namespace {
 
@@ -41,9 +44,10 @@ constexpr std::uint32_t DEMES = REGIONS * INSTITUTIONS * ENCLOSURES;
 constexpr std::string_view TAXA[] = {"borealis", "australis", "insularis"};
 constexpr std::string_view GROUPS[] = {"MULT2", "MULT3", "GROUP A", "HERD 1"};
 
-enum class population { zoos, herd, registry };
+enum class population { zoos, herd, registry, wild };
 
 struct options {
+  std::string example;  ///< a directory: the example studbook instead
   std::uint32_t animals = 0;
   population kind = population::zoos;
   std::uint64_t seed = 20240229;
@@ -58,21 +62,6 @@ struct animal {
   std::uint16_t deme;  ///< counted from 0; where it lives once it is grown
   bool male;
   bool sexed;  ///< false: of unknown sex, and so nobody's parent
-};
-
-class Dice {
- public:
-  explicit Dice(std::uint64_t seed) : engine_(seed) {}
-
-  /// A whole number from 0 to limit - 1.
-  std::uint32_t below(std::uint32_t limit) { return static_cast<std::uint32_t>(((engine_() >> 32U) * limit) >> 32U); }
-  bool permille(std::uint32_t chance) { return below(1000) < chance; }
-  std::int32_t between(std::int32_t low, std::int32_t high) {
-    return low + static_cast<std::int32_t>(below(static_cast<std::uint32_t>(high - low + 1)));
-  }
-
- private:
-  std::mt19937_64 engine_;
 };
 
 /// One output file, written in large pieces.
@@ -212,7 +201,10 @@ class Generator {
   }
 
   parent drawParent(bool male, std::int32_t day) {
-    if (kind_ != population::zoos) {
+    if (kind_ == population::wild && male && dice_.below(2) == 0) {
+      return {parent::wild};
+    }
+    if (kind_ == population::herd || kind_ == population::registry) {
       return drawKnownParent(male, day);
     }
     const std::uint32_t lot = dice_.below(1000);
@@ -284,7 +276,7 @@ class Generator {
   }
 
   void writeAnimal(std::uint32_t index, const animal& born, parent sire, parent dam, std::uint32_t birth_deme) {
-    const bool wild = sire.kind == parent::wild;
+    const bool wild = sire.kind == parent::wild && dam.kind == parent::wild;
     animals_ << index + 1 << ",";
     writeParent(sire);
     animals_ << ",";
@@ -366,21 +358,23 @@ std::optional<options> parseArguments(int count, char** arguments) {
       if (!parseNumber(arguments[++at], wanted.seed)) {
         return std::nullopt;
       }
+    } else if (word == "--example" && has_value) {
+      wanted.example = arguments[++at];
     } else if (word == "--events" && has_value) {
       wanted.events = arguments[++at];
     } else if (word == "--kind" && has_value) {
       const std::string_view kind = arguments[++at];
-      if (kind != "herd" && kind != "registry") {
+      if (kind != "herd" && kind != "registry" && kind != "wild") {
         return std::nullopt;
       }
-      wanted.kind = kind == "herd" ? population::herd : population::registry;
+      wanted.kind = kind == "herd" ? population::herd : kind == "registry" ? population::registry : population::wild;
     } else if (word == "--locations" && has_value) {
       wanted.locations = arguments[++at];
     } else if (wanted.animals != 0 || !parseNumber(word, wanted.animals)) {
       return std::nullopt;
     }
   }
-  if (wanted.animals == 0 || wanted.animals > MOST_ANIMALS) {
+  if (wanted.example.empty() ? wanted.animals == 0 || wanted.animals > MOST_ANIMALS : wanted.animals != 0) {
     return std::nullopt;
   }
   return wanted;
@@ -397,10 +391,15 @@ int main(int argc, char** argv) {
   const std::optional<options> wanted = parseArguments(argc, argv);
   if (!wanted) {
     std::fputs(
-        "Usage: make_studbook N [--kind herd|registry] [--seed S] [--events FILE] [--locations FILE]\n"
-        "Writes the animals table of N animals (1 to 100000000) to standard output.\n",
+        "Usage: make_studbook N [--kind herd|registry|wild] [--seed S] [--events FILE] [--locations FILE]\n"
+        "       make_studbook --example DIR [--seed S]\n"
+        "Writes the animals table of N animals (1 to 100000000) to standard output,\n"
+        "or the tables of a studbook with a life history to a directory.\n",
         stderr);
     return 2;
+  }
+  if (!wanted->example.empty()) {
+    return writeExampleStudbook(wanted->example, wanted->seed) ? 0 : fail("the tables in " + wanted->example);
   }
   if (!wanted->locations.empty()) {
     std::FILE* file = std::fopen(wanted->locations.c_str(), "wb");

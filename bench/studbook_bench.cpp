@@ -62,16 +62,25 @@ void ReadTable(benchmark::State& state) {
 }
 BENCHMARK(ReadTable)->Apply(allSizes);
 
-void LoadStudbook(benchmark::State& state) {
+void measureLoading(benchmark::State& state, const std::string& table) {
   console::studbook_files files;
-  files.animals = tableOf(state.range(0));
+  files.animals = table;
   console::dropStudbook();
   for ([[maybe_unused]] auto step : state) {
     console::loadStudbook(files);
   }
   forgetStudbook();
 }
+
+void LoadStudbook(benchmark::State& state) {
+  measureLoading(state, tableOf(state.range(0)));
+}
 BENCHMARK(LoadStudbook)->Apply(allSizes);
+
+void LoadWildSires(benchmark::State& state) {
+  measureLoading(state, tableOf(state.range(0), "wild"));
+}
+BENCHMARK(LoadWildSires)->Apply(allSizes);
 
 void Validate(benchmark::State& state) {
   measure(state, [] { Animals.validate(); });

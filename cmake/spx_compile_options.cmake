@@ -1,3 +1,14 @@
+option(SPX_PRECOMPILE "Precompile the headers of other libraries: faster builds" OFF)
+
+# Precompiles the standard library's headers and those given, where SPX_PRECOMPILE is set.
+function(spx_precompile target)
+  if(SPX_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE <algorithm> <array> <cmath> <cstdint> <filesystem>
+      <fstream> <functional> <iostream> <limits> <map> <memory> <optional> <regex> <set> <sstream>
+      <string> <string_view> <unordered_map> <vector> ${ARGN})
+  endif()
+endfunction()
+
 # Warnings and sanitizers, the same for every target of the project.
 add_library(spx_compile_options INTERFACE)
 target_compile_options(spx_compile_options INTERFACE

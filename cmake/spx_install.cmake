@@ -1,5 +1,5 @@
 # What `cmake --install` writes. Three components, one per package: library (for programs at run
-# time), development (for those who link it) and program.
+# time), development (for linking it) and program.
 include(CMakePackageConfigHelpers)
 
 set(spx_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/spx_base)
@@ -26,7 +26,7 @@ install(FILES ${PROJECT_BINARY_DIR}/spx_base-config.cmake
               ${PROJECT_BINARY_DIR}/spx_base-config-version.cmake
         DESTINATION ${spx_package_dir} COMPONENT development)
 
-# pkg-config. The prefix is told relative to the file, so that the installed tree can be moved.
+# pkg-config. The prefix is relative to the file, so that the installed tree can be moved.
 cmake_path(SET spx_pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
            BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${spx_pkgconfig_dir}

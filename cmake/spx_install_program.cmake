@@ -1,5 +1,4 @@
-# The program, and the man page and completions that it writes about itself, so that they cannot
-# fall behind it.
+# The program, and the man page and completions that it writes itself, so that they always match it.
 install(TARGETS spx RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 
 set(spx_pages_dir ${PROJECT_BINARY_DIR}/program_pages)

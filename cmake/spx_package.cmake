@@ -7,7 +7,7 @@ set(packages_by_component library libspx-base${PROJECT_VERSION_MAJOR}
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME spx-base)
 set(CPACK_PACKAGE_CONTACT
-    "spx_base maintainers <maintainers@users.noreply.c-seed-58f79e4f.example>")
+    "spx_base maintainers <maintainers@spx-base.invalid>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE

@@ -61,7 +61,7 @@ void tryWithin(const std::string& parent_text, const std::string& member_text) {
   }
   const auto depth = static_cast<std::size_t>(parent.getLevel() + 1);
   const bool is_prefix = std::equal(parent.blocks.begin(), parent.blocks.begin() + depth, member.blocks.begin());
-  require(isSubMember(parent_text, member_text) == is_prefix, "a prefix that is none");
+  require(isSubMember(parent_text, member_text) == is_prefix, "not a prefix");
 }
 
 void enter(MetaPopulation& demes, const std::string& text) {

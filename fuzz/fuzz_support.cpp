@@ -33,16 +33,16 @@ class Workplace {
     require(mkdtemp(directory.data()) != nullptr, "cannot make a temporary directory");
     setenv("HOME", directory.c_str(), 1);
     std::filesystem::current_path(directory);
-    former_output_ = std::cout.rdbuf(&nowhere_);
-    former_errors_ = std::cerr.rdbuf(&nowhere_);
+    old_output_ = std::cout.rdbuf(&nowhere_);
+    old_errors_ = std::cerr.rdbuf(&nowhere_);
     qs_lib::setPauseHandler([] {});
   }
   Workplace(const Workplace&) = delete;
   Workplace& operator=(const Workplace&) = delete;
 
   ~Workplace() {
-    std::cout.rdbuf(former_output_);
-    std::cerr.rdbuf(former_errors_);
+    std::cout.rdbuf(old_output_);
+    std::cerr.rdbuf(old_errors_);
     std::error_code ignored;
     std::filesystem::current_path("/", ignored);
     std::filesystem::remove_all(directory, ignored);
@@ -52,8 +52,8 @@ class Workplace {
 
  private:
   NullBuffer nowhere_;
-  std::streambuf* former_output_ = nullptr;
-  std::streambuf* former_errors_ = nullptr;
+  std::streambuf* old_output_ = nullptr;
+  std::streambuf* old_errors_ = nullptr;
 };
 
 char escapedCharacter(char letter) {

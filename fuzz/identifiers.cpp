@@ -39,7 +39,7 @@ void tryIdentifier(const std::string& id) {
   }
   require(!isSameLitterParent(id) || isPseudoIndividual(id) || id.find_first_of("\n\r") != id.npos,
           "a litter of real animals");
-  require(!isPseudoFounder(id) || isSameLitterParent(id), "a pseudo founder that is no litter");
+  require(!isPseudoFounder(id) || isSameLitterParent(id), "a pseudo founder that is not a same-litter parent");
 }
 
 }  // namespace

@@ -45,12 +45,12 @@ void requireSavedAndLoaded(Configuration& file) {
 void tryFile(std::string_view content) {
   Configuration file = named("arbitrary", "");
   file.set("KEPT", "TEXT", "as it was", "");
-  const Configuration::entry_map former = file.entries();
+  const Configuration::entry_map before = file.entries();
   writeContent(file.getFileName(), content);
   if (file.load()) {
     requireSavedAndLoaded(file);
   } else {
-    require(isSame(file.entries(), former), "a file that does not load changes the entries");
+    require(isSame(file.entries(), before), "a file that does not load changes the entries");
   }
 }
 

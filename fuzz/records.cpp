@@ -35,7 +35,7 @@ void requireWholeIndex(std::size_t size) {
 void requireWholePedigree() {
   std::vector<position> animals;
   for (const pedigree_record& entry : Animals.pedigree) {
-    require(std::max(entry.sire, entry.dam) < Animals.records.size(), "a parent that is no record");
+    require(std::max(entry.sire, entry.dam) < Animals.records.size(), "a parent beyond the records");
     animals.push_back(entry.animal);
   }
   require(animals.size() == Animals.index.size() && isPermutation(animals), "a broken pedigree");

@@ -90,7 +90,7 @@ std::string quotedCell(const std::string& text) {
   return cell + '"';
 }
 
-/// Two cells a row, all of them in quotes; a table with a NUL is no text and left out.
+/// Two cells a row, all of them in quotes; a table with a NUL is not a text table and is left out.
 void tryCells(const std::vector<std::string>& lines) {
   std::string content = "\"first title\",\"second; title\"\r\n";
   for (std::size_t i = 0; i + 1 < lines.size(); i += 2) {

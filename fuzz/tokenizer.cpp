@@ -32,7 +32,7 @@ void tryTokens(const std::string& text, const std::string& delimiters) {
 
 void tryTrimming(const std::string& text) {
   const std::string trimmed = qs_lib::allTrim(text);
-  require(text.find(trimmed) != std::string::npos, "a trimmed text is no part of the text");
+  require(text.find(trimmed) != std::string::npos, "the trimmed text is not part of the text");
   require(qs_lib::allTrim(" \t" + trimmed + "\r\n") == trimmed, "trimming takes too much");
   require(qs_lib::stringToBool(text) == qs_lib::stringToBool(trimmed), "blanks change a truth");
 }
@@ -41,7 +41,7 @@ void tryNumber(const std::string& text) {
   try {
     qs_lib::String(text).real();
   } catch (const std::out_of_range&) {
-    // A number that no double can hold is the caller's affair.
+    // A number beyond a double raises an error that the caller handles.
   }
 }
 

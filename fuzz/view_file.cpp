@@ -75,7 +75,7 @@ void replaceValues(std::string_view text) {
   file.setName("replaced");
   file.setExtension("view");
   file.setSection("VIEW");
-  require(file.load(), "a view file is no key file");
+  require(file.load(), "the view file is not a key file");
   for (const std::string& line : linesOf(text)) {
     const std::size_t equals = line.find('=');
     if (equals != std::string::npos) {

@@ -20,7 +20,7 @@ struct xml_element {
 /// the process.
 xml_element readXml(std::string_view document);
 
-/// What is left of a text in XML: bytes that are no UTF-8 are Latin-1, characters that the language
+/// What is left of a text in XML: bytes that are not UTF-8 are Latin-1, characters that the language
 /// forbids are dropped.
 std::string xmlCharacters(std::string_view text);
 

@@ -2,7 +2,8 @@
 
 namespace spx {
 namespace {
-[[gnu::used]] constexpr char VERSION_RECORD[] = "PROGRAM:spx_base.1  PROJECT:spx-1.1";
+[[gnu::used]] constexpr char VERSION_RECORD[] =
+    "PROGRAM:spx_base." SPX_VERSION_MAJOR "  PROJECT:spx-" SPX_VERSION_MINOR;
 }
 
 const char* libraryVersion() {

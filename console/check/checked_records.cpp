@@ -10,30 +10,41 @@
 
 namespace spx::console {
 
-CheckedRecords::CheckedRecords(const checked_studbook& book) : book_(book), is_checked_(book.records.size()) {
-  first_records_.reserve(size());
+CheckedRecords::CheckedRecords(const checked_studbook& book)
+    : book_(book), ids_(book.records), is_checked_(book.records.size()) {
+  constexpr position FETCH_SLOT = 16;
   for (position record = 0; record < size(); ++record) {
+    if (record + FETCH_SLOT < size()) {
+      ids_.fetchSlot(book_.records[record + FETCH_SLOT].stud_id);
+    }
     const master_data& animal = book_.records[record];
     is_checked_[record] = hasRow(animal) && !isPseudoIndividual(animal.stud_id);
     if (!is_checked_[record]) {
       continue;
     }
-    const auto [first, is_new] = first_records_.try_emplace(animal.stud_id, static_cast<std::uint32_t>(record));
-    if (!is_new) {
-      duplicates_.emplace_back(record, first->second);
+    const std::uint32_t first = ids_.enter(record);
+    if (first != NONE) {
+      duplicates_.emplace_back(record, first);
     }
   }
+  findParents();
+}
+
+void CheckedRecords::findParents() {
+  constexpr position FETCH_SLOT = 16;
+  constexpr position FETCH_RECORD = 8;
   parents_.reserve(size());
   for (position record = 0; record < size(); ++record) {
+    if (record + FETCH_SLOT < size()) {
+      ids_.fetchSlot(book_.records[record + FETCH_SLOT].sire_id);
+      ids_.fetchSlot(book_.records[record + FETCH_SLOT].dam_id);
+      ids_.fetchRecord(book_.records[record + FETCH_RECORD].sire_id);
+      ids_.fetchRecord(book_.records[record + FETCH_RECORD].dam_id);
+    }
     const bool is_checked = is_checked_[record];
     parents_.emplace_back(is_checked ? find(book_.records[record].sire_id) : NONE,
                           is_checked ? find(book_.records[record].dam_id) : NONE);
   }
-}
-
-std::uint32_t CheckedRecords::find(std::string_view id) const {
-  const auto found = first_records_.find(id);
-  return found == first_records_.end() ? NONE : found->second;
 }
 
 source_place CheckedRecords::placeOf(position record) const {

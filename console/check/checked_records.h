@@ -2,11 +2,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -17,6 +15,7 @@
 #include "spx/support/julian_date.h"
 
 #include "console/check/finding.h"
+#include "console/check/id_table.h"
 
 namespace spx::console {
 
@@ -33,7 +32,7 @@ struct checked_studbook {
 /// The records with their parents found. Linear; refers to the studbook.
 class CheckedRecords {
  public:
-  static constexpr std::uint32_t NONE = std::numeric_limits<std::uint32_t>::max();
+  static constexpr std::uint32_t NONE = IdTable::NONE;
 
   explicit CheckedRecords(const checked_studbook& book);
 
@@ -45,7 +44,7 @@ class CheckedRecords {
   bool isChecked(position record) const { return is_checked_[record]; }
 
   /// The first checked record with the ID; NONE when there is none.
-  std::uint32_t find(std::string_view id) const;
+  std::uint32_t find(std::string_view id) const { return ids_.find(id); }
 
   /// @{
   /// The record of the parent; NONE when it is unknown, has no record, or is a placeholder.
@@ -71,8 +70,10 @@ class CheckedRecords {
   static std::string nameText(std::string_view text);
 
  private:
+  void findParents();
+
   const checked_studbook& book_;
-  std::unordered_map<std::string_view, std::uint32_t> first_records_;
+  IdTable ids_;
   std::vector<std::pair<std::uint32_t, std::uint32_t>> parents_;
   std::vector<std::pair<position, position>> duplicates_;
   std::vector<bool> is_checked_;

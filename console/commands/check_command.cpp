@@ -13,10 +13,12 @@
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
 #include "console/check/check_studbook.h"
+#include "console/commands/check_fix.h"
 #include "console/commands/command.h"
 #include "console/output/result_output.h"
 #include "console/output/table_options.h"
 #include "console/results/findings_output.h"
+#include "console/studbook/load_studbook.h"
 #include "console/tables/loading_notes.h"
 
 namespace spx::console {
@@ -31,6 +33,9 @@ struct check_options {
   bool codes = false;
   bool placeholders = false;
   std::string id_prefix;
+  bool fix = false;
+  std::vector<std::string> sure;
+  edit_options edit;
 };
 
 std::vector<CHECK> rulesOf(const std::vector<std::string>& codes, const char* option) {
@@ -79,9 +84,22 @@ ExitCode showCodes(const table_options& output) {
   return ExitCode::DONE;
 }
 
+/// Only a studbook file can be changed.
+ExitCode fix(Session& session, const check_options& options) {
+  const std::vector<CHECK> sure = rulesOf(options.sure, "--yes");
+  session.writableStudbook();
+  session.loadStudbook();
+  const std::vector<finding> findings = chosenFindings(options, session.notes());
+  dropStudbook();
+  return fixFindings(session, options.edit, findings, sure);
+}
+
 ExitCode check(Session& session, const check_options& options) {
   if (options.codes) {
     return showCodes(options.output);
+  }
+  if (options.fix || !options.sure.empty()) {
+    return fix(session, options);
   }
   session.useIdPrefix(options.id_prefix);
   session.loadStudbook();
@@ -121,6 +139,12 @@ void addCheckCommands(std::vector<command>& commands) {
              ->allow_extra_args(false);
          app.add_flag("--codes", options->codes, "List the codes and what they compare");
          app.add_flag("--all", options->all, "List all findings, not the first ten of each kind");
+         app.add_flag("--fix", options->fix, "Cure what has one sensible cure; asks for each");
+         app.add_option("--yes", options->sure, "Cure findings with this code without asking")
+             ->type_name("CODE")
+             ->delimiter(',')
+             ->allow_extra_args(false);
+         addEditOptions(app, options->edit);
          app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");

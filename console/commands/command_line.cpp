@@ -6,19 +6,24 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "spx/support/console.h"
 #include "spx/version.h"
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
+#include "console/commands/file_option.h"
 #include "console/help/command_pages.h"
 #include "console/help/completion.h"
 #include "console/help/man_page.h"
 #include "console/help/wrong_words.h"
+#include "console/output/terminal_filter.h"
 #include "console/project/session.h"
 
 namespace spx::console {
@@ -32,7 +37,7 @@ struct self_description {
 
 void addGlobalOptions(CLI::App& app, session_options& options) {
   const auto add_file = [&](const char* name, std::string& file, const char* help) {
-    app.add_option(name, file, help)->type_name("FILE");
+    requireName(*app.add_option(name, file, help)->type_name("FILE"));
   };
   app.add_option("--project", options.project, "The project to work in")->type_name("NAME");
   add_file("--studbook", options.files.animals,
@@ -40,7 +45,7 @@ void addGlobalOptions(CLI::App& app, session_options& options) {
   add_file("--events", options.files.events, "Table of events");
   add_file("--locations", options.files.locations, "Table of locations");
   add_file("--programs", options.files.programs, "Table of breeding programmes");
-  app.add_option("--map", options.titles, "The column of the animals table that holds a field")
+  app.add_option("--map", options.titles, "The column of the animals table that holds a field; may be repeated")
       ->type_name("FIELD=TITLE")
       ->allow_extra_args(false);
   add_file("--mapping", options.mapping, "Keeps how import read the columns, and reads them so again");
@@ -74,13 +79,14 @@ bool describeSelf(const CLI::App& app, const self_description& wanted) {
 /// `help COMMAND` is `COMMAND --help` for those who try the word first.
 command helpCommand(const CLI::App& app) {
   const auto words = std::make_shared<std::vector<std::string>>();
-  return {"help", "Explain a command",
-          [&app, words](Session&) {
-            const CLI::App& found = findCommand(app, *words);
-            std::cout << app.get_formatter()->make_help(&found, typedWords(found), CLI::AppFormatMode::Normal);
-            return ExitCode::DONE;
-          },
-          [words](CLI::App& word) { word.add_option("COMMAND", *words, "The words of a command"); }};
+  return {
+      "help", "Explain a command",
+      [&app, words](Session&) {
+        const CLI::App& found = findCommand(app, *words);
+        std::cout << fittedHelp(app.get_formatter()->make_help(&found, typedWords(found), CLI::AppFormatMode::Normal));
+        return ExitCode::DONE;
+      },
+      [words](CLI::App& word) { word.add_option("COMMAND", *words, "The words of a command"); }};
 }
 
 /// Obeys the word that was typed, or one of the words of its group.
@@ -97,7 +103,7 @@ ExitCode runCommand(const CLI::App& app, const std::vector<command>& commands, S
 }
 
 void addCommands(CLI::App& app, const std::vector<command>& commands) {
-  // A word that is no command gets a message of its own.
+  // An unknown word gets a message of its own.
   app.require_subcommand(0, 1);
   for (const command& each : commands) {
     CLI::App& word = *app.add_subcommand(each.name, each.help);
@@ -109,14 +115,28 @@ void addCommands(CLI::App& app, const std::vector<command>& commands) {
   }
 }
 
+/// What is wrong with the command line: "--columns: 1 required NAME,... missing" says that a value is missing.
+std::string plainText(const CLI::ParseError& error) {
+  std::string text = error.what();
+  const std::size_t begin = text.find(": 1 required ");
+  const std::size_t end = text.rfind(" missing");
+  if (begin == std::string::npos || end == std::string::npos) {
+    return text;
+  }
+  const std::size_t value = begin + std::string_view(": 1 required ").size();
+  return text.substr(0, begin) + " needs a value: " + text.substr(value, end - value);
+}
+
 /// Help that was asked for is a result and goes to standard output.
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-    app.exit(error, std::cout, std::cerr);
+    std::ostringstream help;
+    app.exit(error, help, std::cerr);
+    std::cout << fittedHelp(help.str());
     return ExitCode::DONE;
   }
   const std::string wrong_word = wrongWordText(app);
-  std::cerr << "spx: " << (wrong_word.empty() ? error.what() : wrong_word)
+  std::cerr << "spx: " << (wrong_word.empty() ? plainText(error) : wrong_word)
             << "\nRun spx --help for the commands and options.\n";
   return ExitCode::WRONG_USAGE;
 }
@@ -168,6 +188,9 @@ ExitCode checkOutput(ExitCode code) {
 }  // namespace
 
 int runCommandLine(int argument_count, const char* const* arguments) {
+  const TerminalFilter output(std::cout, STDOUT_FILENO);
+  const TerminalFilter errors(std::cerr, STDERR_FILENO);
+  qs_lib::setPauseHandler([] {});  // nothing waits for a key
   ExitCode code = ExitCode::FAILED;
   try {
     code = parseAndRun(argument_count, arguments);

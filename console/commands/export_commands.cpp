@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -7,24 +8,27 @@
 
 #include <CLI/CLI.hpp>
 
-#include "spx/analyses/listings.h"
 #include "spx/core/animal_data.h"
 #include "spx/exports/export_dattrf.h"
 #include "spx/exports/export_field.h"
 #include "spx/exports/export_pedigree.h"
 #include "spx/reports/view_to_r.h"
 #include "spx/support/write_file.h"
+#include "spx/views/data_filter.h"
 #include "spx/views/predicates.h"
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
-#include "console/output/animal_records.h"
+#include "console/output/animal_table.h"
 #include "console/output/output_file.h"
 #include "console/output/r_loader.h"
 #include "console/output/r_packages.h"
+#include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
+#include "console/studbook/record_genetics.h"
 #include "console/studbook/write_tables.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 namespace {
@@ -35,6 +39,7 @@ struct export_options {
   bool monitor = false;
   bool settings = false;
   std::string id_prefix;
+  bool with_ancestors = false;
   std::string table_kind;
   std::string package;
   std::string separator;
@@ -57,13 +62,18 @@ std::vector<std::string> openExport(Session& session, const export_options& opti
   }
   session.loadStudbook();
   useView(session, options.view);
+  computeRecordGenetics();
   return paths;
 }
 
-/// The library opens and writes silently; what it could not do is told here.
+[[noreturn]] void failToWrite(const std::string& path) {
+  throw Failure(path + ": could not be written; an existing file is unchanged");
+}
+
+/// Names the files that were written, or the one that was not.
 ExitCode report(bool written, const std::vector<std::string>& paths) {
   if (!written) {
-    throw Failure(paths.front() + ": could not be written; a former file is as it was");
+    failToWrite(paths.front());
   }
   for (const std::string& path : paths) {
     std::cerr << "spx: wrote " << path << "\n";
@@ -71,13 +81,32 @@ ExitCode report(bool written, const std::vector<std::string>& paths) {
   return ExitCode::DONE;
 }
 
-template <class Export>
-ExitCode runExport(Session& session, const export_options& options, const std::vector<std::string>& files,
-                   bool (Export::*write)()) {
-  const std::vector<std::string> paths = openExport(session, options, files);
-  Export table;
-  table.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
-  return report((table.*write)(), paths);
+/// The animals and all their ancestors.
+std::vector<bool> withAncestors(std::vector<position> animals) {
+  std::vector<bool> chosen = chosenRecords(animals);
+  std::vector<const pedigree_record*> entries(Animals.records.size());
+  for (const pedigree_record& entry : Animals.pedigree) {
+    entries[entry.animal] = &entry;
+  }
+  while (!animals.empty()) {
+    const pedigree_record* entry = entries[animals.back()];
+    animals.pop_back();
+    for (const position parent : {entry == nullptr ? 0 : entry->sire, entry == nullptr ? 0 : entry->dam}) {
+      if (entry != nullptr && !chosen[parent]) {
+        chosen[parent] = true;
+        animals.push_back(parent);
+      }
+    }
+  }
+  return chosen;
+}
+
+/// Tells the analysis which animals it takes, and where it writes.
+void prepare(Analysis& analysis, const export_options& options, const std::vector<std::string>& paths) {
+  if (!viewText(false).empty()) {
+    analysis.chooseRecords(options.with_ancestors ? withAncestors(animalsOfView()) : chosenRecords(animalsOfView()));
+  }
+  analysis.setReportDirectory(std::filesystem::path(paths.front()).parent_path().string());
 }
 
 bool writeText(const std::string& path, const std::string& text) {
@@ -92,15 +121,33 @@ bool writeText(const std::string& path, const std::string& text) {
 }
 
 ExitCode exportPedigree(Session& session, const export_options& options) {
-  return runExport(session, options, {"pedigree.csv"}, &ExportPedigree::exportToR);
+  const std::vector<std::string> paths = openExport(session, options, {"pedigree.csv"});
+  ExportPedigree table;
+  prepare(table, options, paths);
+  return report(table.exportToR(), paths);
 }
 
 ExitCode exportFields(Session& session, const export_options& options) {
-  return runExport(session, options, {"animal_data.csv"}, &ExportField::exportToR);
+  const std::vector<std::string> paths = openExport(session, options, {"animal_data.csv"});
+  ExportField table;
+  prepare(table, options, paths);
+  const ExitCode result = report(table.exportToR(), paths);
+  if (table.exportedAnimals() == 0) {
+    std::cerr << "spx: the table is empty: no animal of the view died or was lost between "
+              << qs_lib::julianToISO(qs_lib::dayToMs(View.start_date)) << " and "
+              << qs_lib::julianToISO(qs_lib::dayToMs(View.end_date)) << "\n";
+  }
+  return result;
 }
 
 ExitCode exportDattrf(Session& session, const export_options& options) {
-  return runExport(session, options, {"STUDBOOK.DAT", "STUDBOOK.TRF"}, &ExportDattrf::exportData);
+  const std::vector<std::string> paths = openExport(session, options, {"STUDBOOK.DAT", "STUDBOOK.TRF"});
+  ExportDattrf table;
+  prepare(table, options, paths);
+  if (!table.exportData()) {
+    failToWrite(table.failedFile());
+  }
+  return report(true, paths);
 }
 
 ExitCode exportView(Session& session, const export_options& options) {
@@ -118,10 +165,13 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(TestFilters(paths.front()), paths);
 }
 
-/// Flags the animals that a listing of the view shows.
-void flagListed() {
+/// Flags the animals of the view: those that the tables know, not the placeholders.
+void flagAnimalsOfView() {
   for (master_data& animal : Animals.records) {
-    inListing(animal);
+    animal.print = false;
+  }
+  for (const position animal : animalsOfView()) {
+    Animals.records[animal].print = hasRow(Animals.records[animal]);
   }
 }
 
@@ -130,7 +180,7 @@ ExitCode exportR(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   session.loadStudbook();
   useView(session, options.view);
-  flagListed();
+  flagAnimalsOfView();
   std::vector<std::string> paths;
   const std::vector<package_file> files = packageFiles(options.package);
   for (const package_file& file : files) {
@@ -139,7 +189,7 @@ ExitCode exportR(Session& session, const export_options& options) {
   }
   for (std::size_t file = 0; file < files.size(); ++file) {
     if (!writeText(paths[file], files[file].content)) {
-      return report(false, {paths[file]});
+      failToWrite(paths[file]);
     }
   }
   return report(true, paths);
@@ -147,9 +197,9 @@ ExitCode exportR(Session& session, const export_options& options) {
 
 ExitCode exportAnimals(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"animals.csv"});
-  flagListed();
+  const Table animals = animalTable(animalsOfView(), ANIMAL_LIST::ALL);
   std::ostringstream table;
-  writeAnimals(table, OUTPUT_FORMAT::CSV);
+  writeCsv(table, animals, wholeTable(animals, OUTPUT_FORMAT::CSV));
   return report(writeText(paths.front(), table.str()), paths);
 }
 
@@ -167,23 +217,41 @@ tables_form formOf(const export_options& options) {
   return form;
 }
 
+/// Removes tables that the studbook does not have: beside those that were written they would be read
+/// as its own.
+void removeForeignTables(const std::vector<std::string>& foreign) {
+  for (const std::string& path : foreign) {
+    std::error_code failed;
+    if (std::filesystem::remove(path, failed)) {
+      std::cerr << "spx: removed " << path << ": the studbook has no such table\n";
+    } else if (failed) {
+      throw Failure(path + " does not belong to this studbook and cannot be removed: " + failed.message());
+    }
+  }
+}
+
 /// The tables that a studbook file was imported from, with the changes that were made since.
 ExitCode exportTables(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   const std::string studbook = session.studbook();
   const tables_form form = formOf(options);
+  const std::vector<std::string> own = tableFiles(studbook, form);
   std::vector<std::string> paths;
-  for (const std::string& file : tableFiles(studbook, form)) {
-    paths.push_back(pathIn(directory, file));
-    checkTarget(options.output, paths.back());
+  std::vector<std::string> foreign;
+  for (const std::string& file : form.as_workbook ? own : possibleTableFiles()) {
+    const std::string path = pathIn(directory, file);
+    checkTarget(options.output, path);
+    (std::find(own.begin(), own.end(), file) == own.end() ? foreign : paths).push_back(path);
   }
   writeTables(studbook, directory, form);
+  removeForeignTables(foreign);
   return report(true, paths);
 }
 
 using export_function = ExitCode (*)(Session&, const export_options&);
 
-enum class DESCRIBES { TABLES, VIEW, VIEW_BLOCK, R_PACKAGE };
+/// What an export takes of a view.
+enum class TAKES : std::uint8_t { NO_VIEW, ANIMALS, ANIMALS_WITH_ANCESTORS, ALL_SETTINGS, VIEW_BLOCK };
 
 void addTableOptions(CLI::App& app, export_options& options) {
   app.add_option("--drop-id-prefix", options.id_prefix, "Take a text from the beginning of the IDs")->type_name("TEXT");
@@ -198,26 +266,32 @@ void addTableOptions(CLI::App& app, export_options& options) {
                "formula");
 }
 
-command exportCommand(const char* name, const char* help, export_function run, DESCRIBES describes = DESCRIBES::VIEW) {
+command exportCommand(const char* name, const char* help, export_function run, TAKES takes = TAKES::ANIMALS) {
   const auto options = std::make_shared<export_options>();
   return {name, help, [options, run](Session& session) { return run(session, *options); },
-          [options, run, describes](CLI::App& app) {
+          [options, run, takes](CLI::App& app) {
             addOutputOptions(app, options->output);
-            if (describes == DESCRIBES::VIEW_BLOCK) {
+            if (takes == TAKES::VIEW_BLOCK) {
               app.add_flag("--by-monitor-date", options->monitor, "Describe the monitor date instead of the period");
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
-            if (describes == DESCRIBES::R_PACKAGE) {
+            if (run == exportTables) {
+              addTableOptions(app, *options);
+            }
+            if (run == exportR) {
               const std::set<std::string> packages(rPackages().begin(), rPackages().end());
               app.add_option("--for", options->package, "The program that is to read the files")
                   ->required()
                   ->check(CLI::IsMember(packages))
                   ->type_name("PACKAGE");
             }
-            if (describes == DESCRIBES::TABLES) {
-              addTableOptions(app, *options);
-            } else {
-              addViewOptions(app, options->view, WHOLE_VIEW);
+            if (takes == TAKES::ANIMALS_WITH_ANCESTORS) {
+              app.add_flag("--with-ancestors", options->with_ancestors,
+                           "Also the ancestors of the animals of the view");
+            }
+            if (takes != TAKES::NO_VIEW) {
+              const bool is_whole = takes == TAKES::VIEW_BLOCK || takes == TAKES::ALL_SETTINGS;
+              addViewOptions(app, options->view, is_whole ? WHOLE_VIEW : VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD);
             }
           }};
 }
@@ -226,25 +300,25 @@ command exportCommand(const char* name, const char* help, export_function run, D
 
 void addExportCommands(std::vector<command>& commands) {
   CommandGroup group("export", "Write tables for R and other programs");
-  group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree));
+  group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree,
+                          TAKES::ANIMALS_WITH_ANCESTORS));
   group.add(exportCommand("animals", "animals.csv: everything about each animal of the view", exportAnimals));
-  group.add(exportCommand("r", "The pedigree of the view for an R package or PLINK, with a script", exportR,
-                          DESCRIBES::R_PACKAGE));
+  group.add(exportCommand("r", "The pedigree of the view for an R package or PLINK, with a script", exportR));
   group.add(exportCommand("fields",
                           "animal_data.csv: every field of the animals of the view that "
                           "died or were lost in its period",
                           exportFields));
   group.add(exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
-  group.add(exportCommand("view", "view.R: the view as comments for the head of an R script", exportView,
-                          DESCRIBES::VIEW_BLOCK));
-  group.add(exportCommand("r-loader", "load_studbook.R: reads the exported tables in R", exportLoader,
-                          DESCRIBES::VIEW_BLOCK));
+  group.add(
+      exportCommand("view", "view.R: the view as comments for the head of an R script", exportView, TAKES::VIEW_BLOCK));
+  group.add(
+      exportCommand("r-loader", "load_studbook.R: reads the exported tables in R", exportLoader, TAKES::VIEW_BLOCK));
   group.add(exportCommand("filters",
                           "filter_test.csv: the answer of every predicate for every "
                           "animal",
-                          exportFilters));
+                          exportFilters, TAKES::ALL_SETTINGS));
   group.add(exportCommand("tables", "The tables of a studbook file, as CSV files or a workbook", exportTables,
-                          DESCRIBES::TABLES));
+                          TAKES::NO_VIEW));
   commands.push_back(group.asCommand());
 }
 

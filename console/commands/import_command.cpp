@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <numeric>
 
@@ -9,16 +11,23 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/breeding_program.h"
 #include "spx/core/meta_population.h"
+#include "spx/core/pseudo_ids.h"
+#include "spx/core/sub_taxa.h"
+#include "spx/core/user_fields.h"
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/commands/command.h"
+#include "console/commands/edit_run.h"
+#include "console/commands/file_option.h"
+#include "console/edits/update_studbook.h"
 #include "console/output/column_table.h"
 #include "console/output/staged_files.h"
 #include "console/studbook/column_mapping.h"
 #include "console/studbook/import_studbook.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/open_tables.h"
+#include "console/studbook/studbook_file.h"
 
 namespace spx::console {
 namespace {
@@ -27,7 +36,10 @@ struct import_options {
   std::string animals;
   std::string id_prefix;
   bool placeholders = false;
-  bool dry_run = false;
+  bool replace = false;
+  bool ours = false;
+  bool theirs = false;
+  edit_options edit;
 };
 
 /// Animals that are placeholders by their IDs show in no list: the keeper has to want that.
@@ -61,19 +73,49 @@ std::size_t countLocations() {
   return count;
 }
 
-void reportLoaded() {
+void printNames(const char* what, const std::vector<std::string>& names) {
+  if (!names.empty()) {
+    std::cout << std::left << std::setw(18) << what << nameList(names) << "\n";
+  }
+}
+
+void reportLoaded(const loading_notes& notes) {
   std::size_t animals = 0;
+  std::size_t founders = 0;
   std::size_t events = 0;
   for (const master_data& animal : Animals.records) {
     animals += hasRow(animal) ? 1 : 0;
+    founders += !hasRow(animal) && animal.stud_id.starts_with(PSEUDO_FOUNDER_PREFIX) ? 1 : 0;
     events += animal.moves.size();
+  }
+  std::vector<std::string> fields;
+  for (const user_field& field : user_field_list) {
+    fields.push_back(field.name);
   }
   printCount("animals", animals);
   printCount("events", events);
   printCount("locations", countLocations());
   printCount("programmes", Management.programs().size());
-  printCount("pseudo founders", Animals.records.size() - animals);
+  printCount("pseudo founders", founders);
   printCount("inconsistencies", Animals.inconsistencies.size());
+  printNames("new locations", notes.new_locations);
+  std::vector<std::string> taxa;
+  std::remove_copy(Subspecies.names().begin(), Subspecies.names().end(), std::back_inserter(taxa),
+                   *Subspecies.getGeneric());
+  printNames("taxa", taxa);
+  printNames("other columns", fields);
+}
+
+/// Whether the tables update a studbook file that there is.
+bool isUpdate(Session& session, const import_options& options) {
+  return !options.replace && session.hasStudbook() && isStudbookFile(session.importTarget());
+}
+
+HAND_EDITS policyOf(const import_options& options) {
+  if (options.ours) {
+    return HAND_EDITS::OURS;
+  }
+  return options.theirs ? HAND_EDITS::THEIRS : HAND_EDITS::ASK;
 }
 
 /// How the columns were understood; and keeps that for the next time where that was asked for.
@@ -89,27 +131,49 @@ void reportColumns(const Session& session, const studbook_tables& tables, const 
   }
 }
 
-ExitCode import(Session& session, const import_options& options) {
-  const std::string target = options.dry_run ? std::string() : session.importTarget();
-  session.useIdPrefix(options.id_prefix);
+/// The tables are loaded for their faults first, which then are told by their own lines.
+ExitCode update(Session& session, const import_options& options) {
   const studbook_files files = session.filesBeside(options.animals);
   const studbook_tables tables = openTables(files);
-  if (options.dry_run) {
-    refusePlaceholders(options, loadStudbook(tables));
+  const loading_notes notes = loadStudbook(tables);
+  refusePlaceholders(options, notes);
+  reportColumns(session, tables, files);
+  reportLoaded(notes);
+  std::cout.flush();
+  const edition table = readEdition(openTables(files));
+  edit_options edit = options.edit;
+  edit.freedom.anyway = true;
+  return runEdit(session, edit, {IMPORT_CHANGE, actionText("import", {options.animals}), "", ""},
+                 [&](StudbookEdit& change) { updateStudbook(change, table, policyOf(options)); });
+}
+
+ExitCode import(Session& session, const import_options& options) {
+  session.useIdPrefix(options.id_prefix);
+  if (isUpdate(session, options)) {
+    return update(session, options);
+  }
+  const std::string target = options.edit.dry_run ? std::string() : session.importTarget();
+  const studbook_files files = session.filesBeside(options.animals);
+  const studbook_tables tables = openTables(files);
+  if (options.edit.dry_run) {
+    const loading_notes notes = loadStudbook(tables);
+    refusePlaceholders(options, notes);
     reportColumns(session, tables, files);
-    reportLoaded();
+    reportLoaded(notes);
     return ExitCode::DONE;
   }
   removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());
   NewStudbook book(target);
-  refusePlaceholders(options, loadStudbook(book.copying(tables)));
-  const bool replaced = book.finish();
+  const loading_notes notes = loadStudbook(book.copying(tables));
+  refusePlaceholders(options, notes);
+  const bool replaced =
+      book.finish({IMPORT_CHANGE, actionText("import", {options.animals}), options.edit.author, options.edit.message});
   reportColumns(session, tables, files);
-  reportLoaded();
+  reportLoaded(notes);
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
   if (replaced) {
-    std::cerr << "spx: the former studbook is kept as " << target << ".bak\n";
+    std::cerr << "spx: the replaced studbook is kept as " << book.backup() << "\n";
   }
   return ExitCode::DONE;
 }
@@ -119,14 +183,20 @@ ExitCode import(Session& session, const import_options& options) {
 void addImportCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<import_options>();
   commands.push_back(
-      {"import", "Make a studbook file from tables", [options](Session& session) { return import(session, *options); },
+      {"import", "Make a studbook file from tables, or update one",
+       [options](Session& session) { return import(session, *options); },
        [options](CLI::App& app) {
-         app.add_option("ANIMALS", options->animals,
-                        "Table of animals (CSV, .xlsx, .ods), or a directory with animals.csv and the others")
-             ->required();
+         requireName(
+             *app.add_option("ANIMALS", options->animals,
+                             "Table of animals (CSV, .xlsx, .ods), or a directory with animals.csv and the others")
+                  ->required());
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
-         app.add_flag("--dry-run", options->dry_run, "Read and report, but write nothing");
+         CLI::Option* ours = app.add_flag("--ours", options->ours, "Keep what was changed by hand");
+         app.add_flag("--theirs", options->theirs, "Take the table's values for it")->excludes(ours);
+         app.add_flag("--replace", options->replace,
+                      "Make a new studbook file with a new history; the former one is kept");
+         addEditOptions(app, options->edit);
        }});
 }
 

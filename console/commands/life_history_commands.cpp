@@ -7,8 +7,8 @@
 #include "spx/project/biology.h"
 #include "spx/support/file_name.h"
 
+#include "console/base/assignment.h"
 #include "console/base/failure.h"
-#include "console/base/quoted_text.h"
 #include "console/commands/command.h"
 #include "console/output/output_file.h"
 #include "console/project/life_history.h"
@@ -51,12 +51,9 @@ ExitCode show(Session& session) {
 
 ExitCode set(Session& session, const life_history_words& words) {
   session.openProject();
-  for (const std::string& assignment : words.assignments) {
-    const std::size_t equals = assignment.find('=');
-    if (equals == std::string::npos) {
-      throw UsageError(console::quotedText(assignment) + " is not KEY=VALUE");
-    }
-    setLifeHistory(assignment.substr(0, equals), assignment.substr(equals + 1));
+  for (const std::string& text : words.assignments) {
+    const assignment parameter = splitAssignment(text, "KEY=VALUE");
+    setLifeHistory(parameter.name, parameter.value);
   }
   keep(LifeHistory);
   return ExitCode::DONE;
@@ -66,8 +63,9 @@ ExitCode load(Session& session, const life_history_words& words) {
   session.openProject();
   Biology other = copyAt(words.file);
   if (!other.load()) {
-    throw Failure(words.file + ": is no life-history file, or cannot be read");
+    throw Failure(words.file + ": not a life-history file, or unreadable");
   }
+  checkLifeHistory(other);
   Biology changed = other;
   changed.setDirectory(LifeHistory.getDirectory());
   changed.setName(LifeHistory.getName());

@@ -4,163 +4,247 @@
 
 #include <CLI/CLI.hpp>
 
-#include "spx/analyses/listings.h"
 #include "spx/core/animal_data.h"
-#include "spx/support/console.h"
+#include "spx/core/user_fields.h"
+#include "spx/demography/presence.h"
+#include "spx/views/data_filter.h"
 
 #include "console/base/failure.h"
+#include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
 #include "console/commands/command.h"
-#include "console/output/animal_records.h"
-#include "console/output/output_format.h"
+#include "console/output/animal_card.h"
+#include "console/output/animal_table.h"
+#include "console/output/table_options.h"
+#include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
+#include "console/studbook/record_genetics.h"
+#include "console/tables/loading_notes.h"
+#include "console/tables/value_text.h"
 
 namespace spx::console {
 namespace {
 
 struct listing_options {
   view_choice view;
-  OUTPUT_FORMAT format = OUTPUT_FORMAT::TEXT;
-  std::string id;
+  table_options table;
+  std::string word;  ///< an ID, or the text to find
+  std::string alive_on;
   bool all = false;
 };
 
-void openListing(Session& session, const listing_options& options) {
+/// Listings show inbreeding and generations, and choose by them.
+void loadWithGenetics(Session& session) {
   session.loadStudbook();
-  useView(session, options.view);
+  computeRecordGenetics();
 }
 
-ExitCode exitCode(bool done) {
-  return done ? ExitCode::DONE : ExitCode::FAILED;
+void showAnimals(const std::vector<position>& animals, ANIMAL_LIST list, const listing_options& options,
+                 const std::string& if_empty) {
+  Table table = animalTable(animals, list);
+  table.if_empty = if_empty;
+  showTable(table, options.table);
 }
 
-/// An empty listing may be right, but the one who typed it wants to know why.
-void explainEmptyListing() {
-  const auto is_listed = [](const master_data& animal) { return animal.print; };
-  if (std::none_of(Animals.records.begin(), Animals.records.end(), is_listed)) {
-    std::cout.flush();
-    std::cerr << "spx: no animal passes the view; spx view show tells what it asks for\n";
+std::vector<position> everyRecord() {
+  std::vector<position> animals(Animals.records.size());
+  for (position animal = 0; animal < animals.size(); ++animal) {
+    animals[animal] = animal;
   }
+  return animals;
 }
 
-// For scripts the animals are flagged as the library's own listings flag them.
-
-void flagAnimals(bool (*flag)(master_data&)) {
-  for (master_data& animal : Animals.records) {
-    flag(animal);
+void refuseViewOptions(const listing_options& options) {
+  if (!options.alive_on.empty()) {
+    throw UsageError("--all lists every record; it cannot be combined with --alive-on");
+  }
+  if (!options.view.settings.empty()) {
+    throw UsageError("--all lists every record; it cannot be combined with --" + options.view.settings.front().first);
   }
 }
 
 ExitCode list(Session& session, const listing_options& options) {
-  openListing(session, options);
-  bool done = true;
-  if (options.format == OUTPUT_FORMAT::TEXT) {
-    done = listStudbookData(options.all);
-  } else {
-    options.all ? static_cast<void>(Animals.print(true)) : flagAnimals(inListing);
-    writeAnimals(std::cout, options.format);
+  if (options.all) {
+    refuseViewOptions(options);
   }
-  explainEmptyListing();
-  return exitCode(done);
+  loadWithGenetics(session);
+  useView(session, options.view);
+  if (!options.alive_on.empty()) {
+    setViewSetting("on", options.alive_on);
+  }
+  std::vector<position> animals = options.all                ? everyRecord()
+                                  : options.alive_on.empty() ? animalsOfView()
+                                                             : livingOfView();
+  sortNaturally(animals);
+  showAnimals(animals, ANIMAL_LIST::ALL, options, noAnimalsText(!options.alive_on.empty()));
+  return ExitCode::DONE;
 }
 
 ExitCode living(Session& session, const listing_options& options) {
-  openListing(session, options);
-  bool done = true;
-  if (options.format == OUTPUT_FORMAT::TEXT) {
-    done = listLiving();
-  } else {
-    flagAnimals(inLiving);
-    writeAnimals(std::cout, options.format);
-  }
-  explainEmptyListing();
-  return exitCode(done);
+  loadWithGenetics(session);
+  useView(session, options.view);
+  std::vector<position> animals = livingOfView();
+  sortNaturally(animals);
+  const std::string day = openDates().on ? "today" : "on " + qs_lib::julianToISO(qs_lib::dayToMs(View.monitor_date));
+  const std::string asked = viewText();
+  showAnimals(animals, ANIMAL_LIST::LIVING, options,
+              asked.empty() ? "no animals are known to live " + day : noAnimalsText());
+  return ExitCode::DONE;
 }
 
-void writeSelected(OUTPUT_FORMAT format) {
-  Animals.sortList(SORT_FIELD::BIRTH);
-  flagAnimals(inPedigree);
-  if (format != OUTPUT_FORMAT::TEXT) {
-    return writeAnimals(std::cout, format);
+/// The record of an animal. Throws Failure, with the nearest ID, when there is none.
+position needAnimal(const std::string& id) {
+  const position found = Animals.findMaster(id);
+  if (found < Animals.records.size()) {
+    return found;
   }
-  qs_lib::display(studbookHeader());
-  for (const position record : Animals.index) {
-    prnMaster(Animals.records[record]);
+  const auto without_zeros = [](const std::string& text) {
+    return text.substr(std::min(text.size(), text.find_first_not_of('0')));
+  };
+  std::vector<std::string> ids;
+  for (const master_data& animal : Animals.records) {
+    if (isSameWord(without_zeros(animal.stud_id), without_zeros(id))) {
+      throw Failure("there is no animal " + quotedText(id) + "; did you mean " + quotedText(animal.stud_id) + "?");
+    }
+    ids.push_back(animal.stud_id);
   }
-  qs_lib::display(studbookFooter());
+  throw Failure("there is no animal " + quotedText(id) + suggestion(id, ids));
 }
 
-/// The library lists what was selected before when there is no such animal.
-void needAnimal(const std::string& id) {
-  if (!Animals.animalExists(id)) {
-    throw Failure("there is no animal " + quotedText(id));
+std::vector<position> selectedAnimals() {
+  std::vector<position> animals;
+  for (position animal = 0; animal < Animals.records.size(); ++animal) {
+    // The fixed placeholders (WILD, UNK) are nobody.
+    if (Animals.records[animal].selected && !isFixedPlaceholder(Animals.records[animal].stud_id)) {
+      animals.push_back(animal);
+    }
   }
+  sortByBirth(animals);
+  return animals;
 }
 
 ExitCode offspring(Session& session, const listing_options& options) {
-  session.loadStudbook();
-  needAnimal(options.id);
-  if (options.format == OUTPUT_FORMAT::TEXT) {
-    return exitCode(listOffspring(options.id));
-  }
-  for (master_data& animal : Animals.records) {
-    animal.selected = animal.sire_id == options.id || animal.dam_id == options.id;
-  }
-  writeSelected(options.format);
+  loadWithGenetics(session);
+  setStartView();
+  needAnimal(options.word);
+  Animals.selectOffspring(options.word);
+  showAnimals(selectedAnimals(), ANIMAL_LIST::ALL, options,
+              "animal " + quotedText(options.word) + " has no offspring in the studbook");
   return ExitCode::DONE;
 }
 
 ExitCode pedigree(Session& session, const listing_options& options) {
-  session.loadStudbook();
-  needAnimal(options.id);
-  Animals.selectAncestors(options.id);
-  writeSelected(options.format);
+  loadWithGenetics(session);
+  setStartView();
+  needAnimal(options.word);
+  Animals.selectAncestors(options.word);
+  showAnimals(selectedAnimals(), ANIMAL_LIST::ALL, options, "");
   return ExitCode::DONE;
 }
 
 ExitCode show(Session& session, const listing_options& options) {
-  session.loadStudbook();
-  needAnimal(options.id);
-  if (options.format == OUTPUT_FORMAT::TEXT) {
-    return exitCode(listAnimal(options.id));
+  loadWithGenetics(session);
+  setStartView();
+  showCard(needAnimal(options.word), options.table);
+  return ExitCode::DONE;
+}
+
+char lowered(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool holds(const std::string& text, const std::string& wanted) {
+  const auto is_same = [](char a, char b) { return lowered(a) == lowered(b); };
+  return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), is_same) != text.end();
+}
+
+/// A row per animal whose ID or a user-defined field holds the text, in any letter case.
+Table matches(const std::string& wanted) {
+  Table table({{"id", "ID"},
+               {"sex", "Sex"},
+               {"birth_date", "Born", COLUMN_KIND::DATE},
+               {"field", "Found in"},
+               {"value", "Value"}});
+  std::vector<position> animals = everyRecord();
+  sortNaturally(animals);
+  for (const position which : animals) {
+    const master_data& animal = Animals.records[which];
+    const auto add = [&](const std::string& field, const std::string& value) {
+      if (holds(value, wanted)) {
+        table.addRow({animal.stud_id, getEnumName(animal.sex), animal.birth, field, value});
+      }
+    };
+    if (!hasRow(animal)) {
+      continue;
+    }
+    add("id", animal.stud_id);
+    for (std::size_t field = 0; field < animal.user_data.size(); ++field) {
+      add(userFieldName(field), animal.user_data[field]);
+    }
   }
-  writeCard(std::cout, options.format, Animals.records[Animals.findMaster(options.id)]);
+  return table;
+}
+
+ExitCode find(Session& session, const listing_options& options) {
+  if (options.word.empty()) {
+    throw UsageError("find: give the text to find");
+  }
+  loadWithGenetics(session);
+  Table table = matches(options.word);
+  table.one_row = "match";
+  table.many_rows = "matches";
+  table.if_empty = "no ID and no user-defined field holds " + quotedText(options.word);
+  showTable(table, options.table);
   return ExitCode::DONE;
 }
 
 using listing = ExitCode (*)(Session&, const listing_options&);
 
-void addTable(std::vector<command>& commands, const char* name, const char* help, listing run) {
+void addListing(std::vector<command>& commands, const char* name, const char* help, listing run,
+                void (*add_options)(CLI::App&, listing_options&)) {
   const auto options = std::make_shared<listing_options>();
   commands.push_back({name, help, [options, run](Session& session) { return run(session, *options); },
-                      [options, run](CLI::App& app) {
-                        if (run == list) {
-                          app.add_flag("--all", options->all,
-                                       "Every record, whatever the view, pseudo individuals too");
-                        }
-                        addFormatOption(app, options->format);
-                        addViewOptions(app, options->view, WHOLE_VIEW);
-                      }});
+                      [options, add_options](CLI::App& app) { add_options(app, *options); }});
 }
 
-void addAnimal(std::vector<command>& commands, const char* name, const char* help, listing run) {
-  const auto options = std::make_shared<listing_options>();
-  commands.push_back({name, help, [options, run](Session& session) { return run(session, *options); },
-                      [options](CLI::App& app) {
-                        app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
-                        addFormatOption(app, options->format);
-                      }});
+void addListOptions(CLI::App& app, listing_options& options) {
+  app.add_flag("--all", options.all, "Every record, placeholders too, whatever the view");
+  app.add_option("--alive-on", options.alive_on, "Only animals alive and present on this day")
+      ->type_name("YYYY-MM-DD|today");
+  addTableOptions(app, options.table);
+  addViewOptions(app, options.view, VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD);
+}
+
+void addLivingOptions(CLI::App& app, listing_options& options) {
+  addTableOptions(app, options.table);
+  addViewOptions(app, options.view, VIEW_RECORDS | VIEW_PLACES | VIEW_DAY | VIEW_LIVES);
+}
+
+void addFamilyOptions(CLI::App& app, listing_options& options) {
+  app.add_option("ID", options.word, "Studbook ID")->required();
+  addTableOptions(app, options.table);
+}
+
+void addShowOptions(CLI::App& app, listing_options& options) {
+  app.add_option("ID", options.word, "Studbook ID")->required();
+  addFormatOptions(app, options.table);
+}
+
+void addFindOptions(CLI::App& app, listing_options& options) {
+  app.add_option("TEXT", options.word, "Part of an ID, name, transponder or other user-defined field")->required();
+  addTableOptions(app, options.table);
 }
 
 }  // namespace
 
 void addListingCommands(std::vector<command>& commands) {
-  addTable(commands, "list", "List the animals of the view", list);
-  addTable(commands, "living", "List the living animals of the view", living);
-  addAnimal(commands, "offspring", "List the offspring of an animal", offspring);
-  addAnimal(commands, "pedigree", "List an animal and its ancestors", pedigree);
-  addAnimal(commands, "show", "Show the card of an animal", show);
+  addListing(commands, "list", "List the animals of the view", list, addListOptions);
+  addListing(commands, "living", "List the living animals of the view", living, addLivingOptions);
+  addListing(commands, "find", "Find animals by a part of their ID or of a user-defined field", find, addFindOptions);
+  addListing(commands, "offspring", "List the offspring of an animal", offspring, addFamilyOptions);
+  addListing(commands, "pedigree", "List an animal and its ancestors", pedigree, addFamilyOptions);
+  addListing(commands, "show", "Show the card of an animal", show, addShowOptions);
 }
 
 }  // namespace spx::console

@@ -56,7 +56,13 @@ ExitCode create(const std::string& typed_name) {
   const SameDirectory stay;
   const std::string name = qs_lib::allTrim(typed_name);
   if (!qs_lib::isPlainName(name) || name.starts_with("~")) {
-    throw UsageError(console::quotedText(typed_name) + " cannot be the name of a project");
+    throw UsageError(quotedText(typed_name) + " cannot be the name of a project");
+  }
+  // The names of its files, and of the directory in which a removed project is kept, are longer.
+  constexpr std::size_t LONGEST_NAME = 200;
+  if (name.size() > LONGEST_NAME) {
+    throw UsageError(quotedText(name) + " is too long for the name of a project (at most " +
+                     std::to_string(LONGEST_NAME) + " bytes)");
   }
   if (!fs::is_directory(projectsDirectory())) {
     throw Failure(projectsDirectory() + ": there is no such directory");

@@ -1,44 +1,33 @@
-#include "spx/core/breeding_program.h"
-#include "spx/core/meta_population.h"
-#include "spx/core/sub_taxa.h"
-#include "spx/core/user_fields.h"
+#include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "console/commands/command.h"
+#include "console/output/table_options.h"
+#include "console/project/view_settings.h"
+#include "console/results/registry_tables.h"
 
 namespace spx::console {
 namespace {
 
-ExitCode locations(Session& session) {
-  session.loadStudbook();
-  MetaPop.listMetapopulation();
-  return ExitCode::DONE;
-}
-
-ExitCode taxa(Session& session) {
-  session.loadStudbook();
-  return Subspecies.listTaxa() ? ExitCode::DONE : ExitCode::FAILED;
-}
-
-ExitCode programs(Session& session) {
-  session.loadStudbook();
-  Management.listPrograms();
-  return ExitCode::DONE;
-}
-
-/// A studbook without such fields is in order; the library says that there are none.
-ExitCode userFields(Session& session) {
-  session.loadStudbook();
-  showUserFields();
-  return ExitCode::DONE;
+void addRegistry(std::vector<command>& commands, const char* name, const char* help, Table (*make)()) {
+  const auto options = std::make_shared<table_options>();
+  const auto run = [options, make](Session& session) {
+    session.loadStudbook();
+    setStartView();
+    showTable(make(), *options);
+    return ExitCode::DONE;
+  };
+  commands.push_back({name, help, run, [options](CLI::App& app) { addTableOptions(app, *options); }});
 }
 
 }  // namespace
 
 void addRegistryCommands(std::vector<command>& commands) {
-  commands.push_back({"locations", "List the locations by level", locations});
-  commands.push_back({"taxa", "List the taxa", taxa});
-  commands.push_back({"programs", "List the breeding programmes", programs});
-  commands.push_back({"user-fields", "List the fields of the studbook's own", userFields});
+  addRegistry(commands, "locations", "List the locations", locationTable);
+  addRegistry(commands, "taxa", "List the taxa", taxonTable);
+  addRegistry(commands, "programs", "List the breeding programmes", programTable);
+  addRegistry(commands, "user-fields", "List the user-defined fields", userFieldTable);
 }
 
 }  // namespace spx::console

@@ -6,12 +6,15 @@
 #include "spx/analyses/trace_parents.h"
 #include "spx/project/biology.h"
 #include "spx/support/file_name.h"
+#include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
 
+#include "console/base/assignment.h"
 #include "console/base/failure.h"
 #include "console/commands/command.h"
 #include "console/output/output_file.h"
 #include "console/project/life_history.h"
+#include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/studbook/loading_output.h"
@@ -23,15 +26,25 @@ struct trace_options {
   view_choice view;
   output_options output;
   std::vector<std::string> parameters;
+  std::uint64_t most = 0;
 };
 
+/// Says how large the report will be, where that is much.
+void announceSize(std::uint64_t candidates) {
+  constexpr double BYTES_PER_CANDIDATE = 129;  // measured on three studbooks; long names of places add to it
+  constexpr std::uint64_t MANY = 100000;
+  if (candidates < MANY) {
+    return;
+  }
+  const std::string megabytes = qs_lib::realToString(static_cast<double>(candidates) * BYTES_PER_CANDIDATE / 1e6, 0);
+  std::cerr << "spx: " << candidates << " possible parents; the report will take about " << megabytes
+            << " MB (--most-candidates N lists only N for each animal and parent)\n";
+}
+
 void setParameters(const trace_options& options) {
-  for (const std::string& assignment : options.parameters) {
-    const std::size_t equals = assignment.find('=');
-    if (equals == std::string::npos) {
-      throw UsageError("--life-history takes KEY=VALUE");
-    }
-    setLifeHistory(assignment.substr(0, equals), assignment.substr(equals + 1));
+  for (const std::string& text : options.parameters) {
+    const assignment parameter = splitAssignment(text, "KEY=VALUE", "--life-history");
+    setLifeHistory(parameter.name, parameter.value);
   }
   if (lacksReproductiveAges()) {
     std::cerr << "spx: no reproductive ages are set, so no animal can be a parent; set "
@@ -64,8 +77,13 @@ ExitCode traceParents(Session& session, const trace_options& options) {
   if (!analysis.initialize()) {
     return ExitCode::FAILED;
   }
+  if (!viewText(false).empty()) {
+    analysis.chooseRecords(chosenRecords(animalsOfView()));
+  }
+  analysis.setMostCandidates(options.most);
   {
-    const LoadingOutput progress;
+    const LoadingOutput progress("Tracing parents");
+    announceSize(analysis.countCandidates());
     analysis.trace();
   }
   if (!analysis.isReportWritten()) {
@@ -88,7 +106,10 @@ void addTraceCommands(std::vector<command>& commands) {
                                        "lists them)")
                             ->type_name("KEY=VALUE")
                             ->allow_extra_args(false);
-                        addViewOptions(app, options->view, WHOLE_VIEW);
+                        app.add_option("--most-candidates", options->most,
+                                       "List only so many possible sires and dams for each animal")
+                            ->type_name("COUNT");
+                        addViewOptions(app, options->view, VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD);
                       }});
 }
 

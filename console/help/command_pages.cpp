@@ -1,8 +1,12 @@
 #include "console/help/command_pages.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include <CLI/CLI.hpp>
+
+#include "console/base/display_text.h"
+#include "console/base/words.h"
 
 namespace spx::console {
 namespace {
@@ -14,18 +18,25 @@ std::string indented(std::string text) {
   return "  " + text;
 }
 
+/// A text in lines that fit a terminal, whatever its own lines are.
+std::string refilled(std::string text) {
+  constexpr std::size_t WIDTH = 78;
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return joinedWords(wrapped(text, WIDTH), "\n");
+}
+
 std::string pageText(const CLI::App& app, const std::string& words) {
   std::string text = app.get_footer();
   if (!text.empty() && text.back() != '\n') {
     text += '\n';
   }
   if (const command_page* page = findPage(words); page != nullptr) {
-    text += (text.empty() ? "" : "\n") + std::string(page->about) + "\n\nExample:\n" + indented(page->example) + "\n\n";
+    text += (text.empty() ? "" : "\n") + refilled(page->about) + "\n\nExample:\n" + indented(page->example) + "\n\n";
   } else if (!app.get_subcommands({}).empty()) {
     text += "spx " + words + (words.empty() ? "" : " ") + "COMMAND --help explains a command.\n\n";
   }
   return text + exitCodesText(words) +
-         (words.empty() ? "" : "\nspx --help tells how to name a studbook and a project.");
+         (words.empty() ? "" : "\nspx --help explains how to name a studbook and a project.");
 }
 
 }  // namespace
@@ -55,7 +66,29 @@ std::string exitCodesText(const std::string& words) {
   if (words.empty()) {
     return codes + ", 3 the studbook has errors (check).";
   }
+  if (words == "diff") {
+    return "Exit codes: 0 the same, 1 different, 2 they cannot be compared.";
+  }
   return codes + (words == "check" ? ", 3 the studbook has errors." : ".");
+}
+
+std::string fittedHelp(const std::string& help) {
+  constexpr std::size_t WIDTH = 80;
+  constexpr std::size_t DESCRIPTION = 30;  // the column in which descriptions of options begin
+  std::istringstream lines(help);
+  std::string fitted;
+  for (std::string line; std::getline(lines, line);) {
+    const bool is_option = line.size() > WIDTH && line[DESCRIPTION - 1] == ' ' && line[DESCRIPTION] != ' ';
+    if (!is_option) {
+      fitted += line + "\n";
+      continue;
+    }
+    fitted += line.substr(0, DESCRIPTION);
+    fitted +=
+        joinedWords(wrapped(line.substr(DESCRIPTION), WIDTH - DESCRIPTION), "\n" + std::string(DESCRIPTION, ' ')) +
+        "\n";
+  }
+  return fitted;
 }
 
 void addPages(CLI::App& app) {

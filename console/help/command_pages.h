@@ -32,6 +32,9 @@ std::string typedWords(const CLI::App& app);
 /// The line of the exit codes that a command can give; of the whole program for the empty text.
 std::string exitCodesText(const std::string& words);
 
+/// A help text with the descriptions of its options broken into lines of 80 columns.
+std::string fittedHelp(const std::string& help);
+
 /// Makes the help texts of the program and of all its commands from their pages.
 void addPages(CLI::App& app);
 

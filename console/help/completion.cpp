@@ -13,7 +13,7 @@
 
 // Each script goes through the words that were typed and finds the command that they lead to, such
 // as " project create"; then it offers what may follow: commands, and options once a dash is typed.
-// The word after an option that takes a value is no command.
+// The word after an option that takes a value is not a command.
 namespace spx::console {
 namespace {
 
@@ -54,7 +54,7 @@ std::vector<std::string> pathsBelow(const CLI::App& app) {
 }
 
 /// What the options take: name to kind, one entry per name. Where commands differ, names of files
-/// are offered, since what is no file is typed anyway.
+/// are offered; anything else can be typed all the same.
 std::map<std::string, option_facts> optionsWithValues(const CLI::App& app) {
   std::map<std::string, option_facts> options;
   for (const CLI::App* command : commandsBelow(app)) {
@@ -286,7 +286,7 @@ std::string completionScript(const CLI::App& app, const std::string& shell) {
   if (shell == "fish") {
     return fishScript(app);
   }
-  throw UsageError("--completion: " + quotedText(shell) + " is none of bash, zsh, fish" +
+  throw UsageError("--completion: " + quotedText(shell) + " must be one of: bash, zsh, fish" +
                    suggestion(shell, {"bash", "zsh", "fish"}));
 }
 

@@ -1,5 +1,6 @@
 #include "console/help/option_facts.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include <CLI/CLI.hpp>
@@ -49,7 +50,11 @@ std::vector<std::string> choicesOf(const option_facts& option) {
   }
   std::istringstream text(option.value);
   for (std::string choice; std::getline(text, choice, '|');) {
-    choices.push_back(choice);
+    // A word in capitals, such as NUMBER, stands for what is typed in its place.
+    const auto is_small = [](char letter) { return letter >= 'a' && letter <= 'z'; };
+    if (std::any_of(choice.begin(), choice.end(), is_small)) {
+      choices.push_back(choice);
+    }
   }
   return choices;
 }

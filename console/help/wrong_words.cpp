@@ -40,7 +40,11 @@ std::vector<std::string> namesOfOptions(const CLI::App* app) {
 
 std::string wrongOption(const CLI::App& command, const std::string& word) {
   const std::string name = word.substr(0, word.find('='));
-  return typedWords(command) + " has no option " + quotedText(name) + suggestion(name, namesOfOptions(&command));
+  const std::vector<std::string> names = namesOfOptions(&command);
+  if (std::find(names.begin(), names.end(), name) != names.end()) {
+    return quotedText(word) + " is an unexpected argument; options stand before --";
+  }
+  return typedWords(command) + " has no option " + quotedText(name) + suggestion(name, names);
 }
 
 std::string wrongCommand(const CLI::App& group, const std::string& word) {
@@ -63,7 +67,7 @@ std::string wrongWordText(const CLI::App& app) {
   if (!command.get_subcommands({}).empty()) {
     return wrongCommand(command, word);
   }
-  return quotedText(word) + " is one word too many for " + typedWords(command);
+  return "unexpected argument " + quotedText(word) + "; see " + typedWords(command) + " --help";
 }
 
 const CLI::App& findCommand(const CLI::App& app, const std::vector<std::string>& words) {

@@ -19,7 +19,7 @@ OUTPUT_FORMAT parseFormat(const std::string& text) {
       return static_cast<OUTPUT_FORMAT>(which);
     }
   }
-  throw UsageError("--format: " + quotedText(text) + " is none of text, csv, json" + suggestion(text, names));
+  throw UsageError("--format: " + quotedText(text) + " must be one of: text, csv, json" + suggestion(text, names));
 }
 
 }  // namespace

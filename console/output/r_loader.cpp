@@ -16,7 +16,8 @@ spx_directory <- local({
   else "."
 })
 
-spx_text <- function(values) ifelse(values == "", NA_character_, values)
+# A location that the studbook does not know is written as "unknown".
+spx_site <- function(values) ifelse(values %in% c("", "unknown"), NA_character_, values)
 spx_number <- function(values) {
   numbers <- suppressWarnings(as.numeric(values))
   ifelse(is.nan(numbers), NA_real_, numbers)
@@ -34,7 +35,7 @@ read_pedigree <- function(directory = spx_directory) {
   table <- spx_table(file.path(directory, "pedigree.csv"), "|")
   for (parent in c("DAM", "SIRE")) table[[parent]][table[[parent]] == "NA"] <- NA
   table$SEX <- factor(table$SEX, c("1", "2", "3"), c("male", "female", "other"))
-  table$BIRTHSITE <- spx_text(table$BIRTHSITE)
+  table$BIRTHSITE <- spx_site(table$BIRTHSITE)
   table$BIRTHDATE <- spx_date(table$BIRTHDATE, "%Y%m%d")
   table$DEATHDATE <- spx_date(table$DEATHDATE, "%Y%m%d")
   table$CENSORED <- as.integer(table$CENSORED)
@@ -57,17 +58,15 @@ read_fields <- function(directory = spx_directory) {
   for (name in c("DEATHAGE", "FCOEF", grep("^GENERATION_", names(table), value = TRUE))) {
     table[[name]] <- spx_number(table[[name]])
   }
-  table$BIRTHSITE <- spx_text(table$BIRTHSITE)
+  table$BIRTHSITE <- spx_site(table$BIRTHSITE)
   table
 }
 
-# Lines of a fixed-width file without the last one, "@". Widths count bytes.
-spx_lines <- function(path) {
-  lines <- readLines(path, encoding = "latin1", warn = FALSE)
-  lines[seq_len(length(lines) - 1)]
-}
+# Lines of a fixed-width file without the last one, "@". Widths count bytes: a line is read as Latin-1, in which every
+# byte is a character, and its texts become UTF-8 when they are cut.
+spx_lines <- function(path) head(readLines(path, encoding = "latin1", warn = FALSE), -1)
 spx_utf8 <- function(values) {
-  values <- sub(" +$", "", values)
+  values <- sub(" +$", "", values, useBytes = TRUE)
   Encoding(values) <- "UTF-8"
   values
 }
@@ -75,25 +74,30 @@ spx_utf8 <- function(values) {
 # STUDBOOK.TRF, a birth (B) and a death (D) row per record; the living have a death without a date.
 read_trf <- function(directory = spx_directory) {
   lines <- spx_lines(file.path(directory, "STUDBOOK.TRF"))
-  parts <- regmatches(lines, regexec("^(.*)([0-9 ]{8})([ADMYU])([BD])(-?[0-9]+) *$", lines))
-  columns <- do.call(rbind, parts)
-  data.frame(ID = spx_utf8(columns[, 2]), DATE = spx_date(trimws(columns[, 3]), "%Y%m%d"),
-             ACCURACY = columns[, 4], EVENT = columns[, 5], LOCATION = as.numeric(columns[, 6]),
-             stringsAsFactors = FALSE)
+  form <- "^(.*)([0-9 ]{8})([ADMYU])([BD])(-?[0-9]+) *$"
+  column <- function(number) spx_utf8(sub(form, paste0("\\", number), lines, useBytes = TRUE))
+  data.frame(ID = column(1), DATE = spx_date(trimws(column(2)), "%Y%m%d"), ACCURACY = column(3),
+             EVENT = column(4), LOCATION = as.numeric(column(5)), stringsAsFactors = FALSE)
 }
 
-# Values wider than their six columns are written whole. Where dam and sire cannot be told apart by that, the cut
-# that gives known IDs counts; where none does, both are NA.
-spx_parents <- function(text, known) {
-  wide <- nchar(text)
-  fits <- function(part) nchar(part) == 6 || (nchar(part) > 6 && !grepl(" $", part))
-  cuts <- Filter(function(cut) fits(substring(text, 1, cut)) && fits(substring(text, cut + 1)),
-                 6:(wide - 6))
-  parents <- lapply(cuts, function(cut) spx_utf8(c(substring(text, 1, cut),
-                                                   substring(text, cut + 1))))
-  found <- vapply(parents, function(pair) sum(pair %in% known), 0L)
-  best <- which(found == max(found, 0L))
-  if (length(best) == 1) parents[[best]] else c(NA_character_, NA_character_)
+# Values wider than their six columns are written whole. Of the places where dam and sire can be cut apart, the one that
+# gives most known IDs counts; where several do, both parents are NA. All cuts of all rows are looked up at once.
+spx_parents <- function(texts, known) {
+  places <- pmax(nchar(texts) - 11, 0)
+  row <- rep(seq_along(texts), places)
+  cut <- sequence(places) + 5
+  dams <- substring(texts[row], 1, cut)
+  sires <- substring(texts[row], cut + 1)
+  fits <- function(parts) nchar(parts) == 6 | (nchar(parts) > 6 & !endsWith(parts, " "))
+  fit <- fits(dams) & fits(sires)
+  row <- row[fit]
+  pairs <- cbind(spx_utf8(dams[fit]), spx_utf8(sires[fit]))
+  found <- (pairs[, 1] %in% known) + (pairs[, 2] %in% known)
+  best <- found == ave(found, row, FUN = max)
+  best <- best & ave(as.integer(best), row, FUN = sum) == 1
+  parents <- matrix(NA_character_, length(texts), 2)
+  parents[row[best], ] <- pairs[best, ]
+  parents
 }
 
 # STUDBOOK.DAT, one row per record, pseudo individuals too; needs STUDBOOK.TRF beside it.
@@ -104,7 +108,8 @@ read_dat <- function(directory = spx_directory) {
   size <- nchar(lines)
   parents <- substring(lines, pmax(6, nchar(ids, "bytes")) + 1, size - 21)
   pairs <- cbind(spx_utf8(substring(parents, 1, 6)), spx_utf8(substring(parents, 7)))
-  for (row in which(nchar(parents) != 12)) pairs[row, ] <- spx_parents(parents[row], ids)
+  wide <- nchar(parents) != 12
+  pairs[wide, ] <- spx_parents(parents[wide], ids)
   cell <- function(from_end, width) substring(lines, size - from_end + 1, size - from_end + width)
   data.frame(ID = ids, DAM = pairs[, 1], SIRE = pairs[, 2], SEX = cell(21, 1),
              ORIGIN = cell(20, 1), BIRTHDATE = spx_date(trimws(cell(19, 8)), "%Y%m%d"),

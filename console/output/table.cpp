@@ -10,6 +10,19 @@
 namespace spx::console {
 namespace {
 
+constexpr std::uint64_t LONGEST_MONTH = 31;
+
+/// A range as what a column has room for: about a day, about a month ("~Jul 1981"), or about a year.
+known_date inColumn(known_date date) {
+  constexpr std::uint64_t HALF_A_YEAR = 183;
+  if (date.accuracy == DATE_ACCURACY::DATE_RANGE) {
+    date.accuracy = date.range < LONGEST_MONTH ? DATE_ACCURACY::BY_WEEK
+                    : date.range < HALF_A_YEAR ? DATE_ACCURACY::BY_MONTH
+                                               : DATE_ACCURACY::BY_YEAR;
+  }
+  return date;
+}
+
 std::string realText(double number, int decimals) {
   char text[400];  // the largest double has 309 digits before the point
   const auto end = std::to_chars(text, std::end(text), number, std::chars_format::fixed, decimals).ptr;
@@ -72,13 +85,18 @@ std::string cellText(const Cell& cell, const table_column& column) {
                              column.kind == COLUMN_KIND::PERCENT;
       return is_number ? "-" : "";
     }
-    std::string operator()(const std::string& text) const { return visibleText(text); }
+    std::string operator()(const std::string& text) const {
+      return visibleText(column.shown == nullptr ? text : column.shown(text));
+    }
     std::string operator()(std::int64_t number) const { return std::to_string(number); }
     std::string operator()(double number) const {
       return column.kind == COLUMN_KIND::PERCENT ? realText(100 * number, column.decimals) + " %"
                                                  : realText(number, column.decimals);
     }
-    std::string operator()(const known_date& date) const { return dateText(date); }
+    std::string operator()(const known_date& date) const {
+      const bool is_about_more = date.accuracy == DATE_ACCURACY::DATE_RANGE && date.range >= LONGEST_MONTH;
+      return (is_about_more ? "~" : "") + dateText(inColumn(date));
+    }
     std::string operator()(bool flag) const { return flag ? "yes" : "no"; }
   } const show{column};
   return std::visit(show, cell.get());

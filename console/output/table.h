@@ -50,6 +50,8 @@ struct table_column {
   ALIGNMENT alignment = ALIGNMENT::BY_KIND;  ///< numbers to the right, all else to the left
   std::string group = {};                    ///< the JSON object that holds the value; empty for none
   std::string key = {};                      ///< its name in that object
+  /// Turns a text into what people see of it; null where that is the text itself.
+  std::string (*shown)(const std::string& text) = nullptr;
 };
 
 /// The value of a cell. A default-made one is missing, as are NaN, day 0 and a null text.
@@ -112,6 +114,8 @@ class Table {
 
   std::string heading;             ///< the line above the table that people see
   std::vector<std::string> notes;  ///< lines below the table that people see
+  std::string one_row;             ///< what a row is, for the count below: "animal"; empty for no count
+  std::string many_rows;           ///< likewise: "animals"
   std::string if_empty;            ///< what people see instead of a table without rows
   bool is_record = false;          ///< one row that is shown a line per column; a single object in JSON
 

@@ -269,7 +269,11 @@ void addFormatOptions(CLI::App& app, table_options& options) {
 void addTableOptions(CLI::App& app, table_options& options) {
   addFormatOptions(app, options);
   const auto add_list = [&app](const char* name, std::vector<std::string>& list, const char* type, const char* help) {
-    app.add_option(name, list, help)->type_name(type)->allow_extra_args(false);
+    app.add_option(name, list, help + std::string("; may be repeated"))
+        ->type_name(type)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->allow_extra_args(false);
   };
   add_list("--columns", options.columns, "NAME,...", "Show these columns, in this order");
   add_list("--sort", options.sort, "NAME,...", "Sort by these columns; -NAME from the largest");

@@ -7,12 +7,13 @@
 
 #include "console/base/csv_cell.h"
 #include "console/base/display_text.h"
+#include "console/output/json_rows.h"
 #include "console/output/table.h"
 
 namespace spx::console {
 namespace {
 
-using json = nlohmann::ordered_json;
+using json = fact_object;
 
 std::string isoText(const known_date& date) {
   return qs_lib::julianToISO(qs_lib::dayToMs(date.day));
@@ -42,7 +43,9 @@ struct json_maker {
   }
 };
 
-json rowObject(const Table& table, const table_part& part, std::size_t row) {
+}  // namespace
+
+fact_object rowObject(const Table& table, const table_part& part, std::size_t row) {
   json object = json::object();
   for (const std::size_t which : part.columns) {
     const table_column& column = table.columns()[which];
@@ -55,8 +58,6 @@ json rowObject(const Table& table, const table_part& part, std::size_t row) {
   }
   return object;
 }
-
-}  // namespace
 
 void writeCsv(std::ostream& out, const Table& table, const table_part& part) {
   std::string line;

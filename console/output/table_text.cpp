@@ -8,8 +8,8 @@
 namespace spx::console {
 namespace {
 
-constexpr std::size_t GAP = 2;        // blanks between two columns
-constexpr std::size_t NARROWEST = 8;  // of a column whose texts are wrapped
+constexpr std::size_t GAP = 2;         // blanks between two columns
+constexpr std::size_t NARROWEST = 10;  // of a column whose texts are wrapped
 
 bool isRightAligned(const table_column& column) {
   if (column.alignment != ALIGNMENT::BY_KIND) {
@@ -50,11 +50,12 @@ std::size_t lineWidth(const std::vector<std::size_t>& widths) {
   return width < GAP ? 0 : width - GAP;
 }
 
-/// Takes what is too much from the widest texts, as far as they can be wrapped.
+/// Takes what is too much from the widest texts, as far as they can be wrapped; the first column names its row and
+/// stays whole.
 void narrow(std::vector<std::size_t>& widths, const Table& table, const table_part& part, std::size_t room) {
   while (lineWidth(widths) > room) {
     std::size_t* widest = nullptr;
-    for (std::size_t i = 0; i < widths.size(); ++i) {
+    for (std::size_t i = 1; i < widths.size(); ++i) {
       const bool is_text = table.columns()[part.columns[i]].kind == COLUMN_KIND::TEXT;
       if (is_text && widths[i] > NARROWEST && (widest == nullptr || widths[i] > *widest)) {
         widest = &widths[i];
@@ -107,6 +108,12 @@ void writeHelp(std::ostream& out, const Table& table, const table_part& part, st
     writeCells(out, {{visibleText(column.title)}, wrapped(visibleText(column.help), room)}, {widest, room},
                {false, false}, false);
   }
+}
+
+/// "150 animals", or "12 of 150 animals".
+std::string countText(const Table& table, std::size_t shown) {
+  const std::string all = std::to_string(table.rows()) + " " + (table.rows() == 1 ? table.one_row : table.many_rows);
+  return shown == table.rows() ? all : std::to_string(shown) + " of " + all;
 }
 
 void writeNotes(std::ostream& out, const Table& table, std::size_t width) {
@@ -168,6 +175,9 @@ void writeText(std::ostream& out, const Table& table, const table_part& part, st
     out << visibleText(table.heading) << "\n\n";
   }
   table.is_record && !part.rows.empty() ? writeRecord(out, table, part, width) : writeRows(out, table, part, width);
+  if (!table.one_row.empty()) {
+    out << "\n" << countText(table, part.rows.size()) << "\n";
+  }
   writeHelp(out, table, part, width);
   writeNotes(out, table, width);
 }

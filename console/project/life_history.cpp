@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
+#include <stdexcept>
 
 #include "spx/project/biology.h"
 
@@ -104,6 +106,14 @@ void setKey(const std::string& key, const std::string& name, const std::string& 
   LifeHistory.setBirthInterval(withBound(LifeHistory.getBirthInterval(), lower, number));
 }
 
+double numberOf(const qs_lib::String& text) {
+  try {
+    return text.real();
+  } catch (const std::out_of_range&) {
+    return std::numeric_limits<double>::quiet_NaN();
+  }
+}
+
 bool lacksAges(SEX sex) {
   const range ages = LifeHistory.getReproductiveAge(sex);
   return !(ages.lower <= ages.upper);
@@ -152,6 +162,14 @@ void setLifeHistory(const std::string& name, const std::string& value) {
 
 bool lacksReproductiveAges() {
   return lacksAges(SEX::MALE) && lacksAges(SEX::FEMALE);
+}
+
+void checkLifeHistory(const Biology& parameters) {
+  for (const auto& [key, entry] : parameters.entries()) {
+    if ((entry.type == "REAL" || entry.type == "DOUBLE") && std::isnan(numberOf(entry.value))) {
+      throw Failure(parameters.getFileName() + ": " + key + ": " + quotedText(entry.value) + " is not a number");
+    }
+  }
 }
 
 }  // namespace spx::console

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "spx/project/biology.h"
+
 /// The life history by the names under which a person types its parameters.
 namespace spx::console {
 
@@ -23,5 +25,9 @@ void setLifeHistory(const std::string& name, const std::string& value);
 
 /// Whether no animal can be of reproductive age, as with the defaults.
 bool lacksReproductiveAges();
+
+/// Throws Failure with the file, the key and the value when a parameter is not a number: the library
+/// would convert it in the middle of a report.
+void checkLifeHistory(const Biology& parameters);
 
 }  // namespace spx::console

@@ -11,6 +11,7 @@
 
 #include "console/base/failure.h"
 #include "console/base/user_directories.h"
+#include "console/project/life_history.h"
 #include "console/studbook/column_mapping.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/studbook_file.h"
@@ -30,9 +31,13 @@ std::string projectEntry(const char* key) {
 
 void openLifeHistory(const std::string& directory) {
   LifeHistory.setDirectory(directory);
-  if (fs::exists(LifeHistory.getFileName()) && !LifeHistory.load()) {
-    throw Failure(LifeHistory.getFileName() + ": is no life-history file, or cannot be read");
+  if (!fs::exists(LifeHistory.getFileName())) {
+    return;
   }
+  if (!LifeHistory.load()) {
+    throw Failure(LifeHistory.getFileName() + ": not a life-history file, or unreadable");
+  }
+  checkLifeHistory(LifeHistory);
 }
 
 }  // namespace
@@ -53,7 +58,7 @@ void nameProject(const std::string& name) {
 void openProjectFile(const std::string& name) {
   nameProject(name);
   if (!ActiveProject.load()) {
-    throw Failure(ActiveProject.getFileName() + ": is no project file, or cannot be read");
+    throw Failure(ActiveProject.getFileName() + ": not a project file, or unreadable");
   }
 }
 
@@ -104,6 +109,11 @@ void Session::failWithoutStudbook() const {
                                 : "no studbook is given; name one with --studbook FILE");
 }
 
+bool Session::hasStudbook() {
+  openProjectIfNamed();
+  return hasProject() || !options_.files.animals.empty();
+}
+
 std::string Session::importTarget() {
   openProjectIfNamed();
   if (!options_.files.animals.empty()) {
@@ -124,6 +134,15 @@ std::string Session::studbook() {
   return file;
 }
 
+std::string Session::studbookName() {
+  if (hasProject()) {
+    return options_.project;
+  }
+  const fs::path file = fs::absolute(studbook()).lexically_normal();
+  const fs::path& named = file.stem() == "animals" || !file.has_filename() ? file.parent_path() : file;
+  return named.stem().string();
+}
+
 std::string Session::writableStudbook() {
   openProjectIfNamed();
   std::string file = chosenFiles().animals;
@@ -131,7 +150,7 @@ std::string Session::writableStudbook() {
     failWithoutStudbook();
   }
   if (fs::exists(file) && !isStudbookFile(file)) {
-    throw Failure(file + ": is no studbook file; spx import makes one from tables");
+    throw Failure(file + ": not a studbook file; spx import makes one from tables");
   }
   return file;
 }

@@ -42,6 +42,10 @@ class Session {
   /// The mapping file of the command line that does not exist yet; empty when there is none.
   std::string newMapping() const;
 
+  /// Whether the command line or the project names a studbook, which may not exist yet. Opens the
+  /// project.
+  bool hasStudbook();
+
   /// The studbook file that an import makes: that of the command line, or the project's.
   /// Opens the project. Throws UsageError when there is neither.
   std::string importTarget();
@@ -49,6 +53,9 @@ class Session {
   /// The studbook that loadStudbook loads, as the command line or the project names it.
   /// Opens the project. Throws UsageError when there is none.
   std::string studbook();
+
+  /// What the studbook is called in titles: the project's name, or that of the file or directory of the command line.
+  std::string studbookName();
 
   /// The studbook file to write to, which has to exist: likewise. Throws UsageError when there is
   /// none, and Failure when it is something else, such as a table.
@@ -85,8 +92,8 @@ class Session {
 /// The directory of all projects.
 std::string projectsDirectory();
 
-/// Gives ActiveProject the name and directory of a project. Throws Failure when there is no such
-/// directory.
+/// Gives ActiveProject the name and directory of a project. Throws Failure when it does not
+/// exist.
 void nameProject(const std::string& name);
 
 /// Makes ActiveProject the project of that name. Throws Failure when there is none or its key file

@@ -1,10 +1,17 @@
 #include "console/project/view_options.h"
 
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
 #include <CLI/CLI.hpp>
+
+#include "spx/views/data_filter.h"
 
 #include "console/base/failure.h"
 #include "console/project/view_settings.h"
 #include "console/project/view_store.h"
+#include "console/studbook/record_genetics.h"
 
 namespace spx::console {
 namespace {
@@ -51,6 +58,7 @@ void addViewOptions(CLI::App& app, view_choice& choice, unsigned parts) {
            setting.help)
         ->type_name(setting.values)
         ->expected(1)
+        ->allow_extra_args(false)  // or it would eat a "--" that follows
         ->multi_option_policy(setting.is_list ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::TakeLast)
         ->group(GROUP);
   }
@@ -65,6 +73,10 @@ void useView(const Session& session, const view_choice& choice) {
   }
   for (const auto& [name, value] : choice.settings) {
     setViewSetting(name, value);
+  }
+  const double bounds[] = {View.low_inbreeding, View.high_inbreeding, View.low_generation, View.high_generation};
+  if (std::any_of(std::begin(bounds), std::end(bounds), [](double bound) { return !std::isnan(bound); })) {
+    computeRecordGenetics();
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "spx/core/estimated_dates.h"
 #include "spx/core/meta_population.h"
 #include "spx/core/user_fields.h"
 #include "spx/support/text.h"
@@ -27,16 +28,15 @@ constexpr char NONE[] = "none";
 }
 
 open_dates open;
+qs_lib::day_number first_day = 0;  // of the start view
 
-/// The mark of a date that can be today as such; null for the others.
-template <auto MEMBER>
-bool* openMark() {
-  if constexpr (MEMBER == &DataFilter::end_date) {
-    return &open.until;
-  } else if constexpr (MEMBER == &DataFilter::monitor_date) {
-    return &open.on;
+void markDate(qs_lib::day_number DataFilter::*member, bool is_today) {
+  if (member == &DataFilter::start_date) {
+    open.from = View.start_date == first_day;
+  } else if (member == &DataFilter::end_date) {
+    open.until = is_today;
   } else {
-    return nullptr;
+    open.on = is_today;
   }
 }
 
@@ -54,9 +54,7 @@ void applyDate(const view_setting& setting, const std::string& value) {
     refuse(setting, value, "is not a date (YYYY-MM-DD or today)");
   }
   View.*MEMBER = date->day;
-  if (bool* mark = openMark<MEMBER>(); mark != nullptr) {
-    *mark = is_today;
-  }
+  markDate(MEMBER, is_today);
 }
 
 template <auto MEMBER>
@@ -104,18 +102,30 @@ void applyNumber(const view_setting& setting, const std::string& value) {
   View.*MEMBER = static_cast<number_type>(number);
 }
 
+// "1y" and "2w" are as good as their days: ages are told in years of 365.25 days.
 void applyClassWidth(const view_setting& setting, const std::string& value) {
-  const auto days = parseReal<double>(value);
-  if (!days || !(*days > 0)) {
-    refuse(setting, value, "must be a number of days above 0");
+  struct unit {
+    char letter;
+    double days;
+  };
+  constexpr unit UNITS[] = {{'y', DAYS_PER_YEAR}, {'m', DAYS_PER_YEAR / 12}, {'w', DAYS_PER_WEEK}, {'d', 1}};
+  const auto named = std::find_if(std::begin(UNITS), std::end(UNITS),
+                                  [&value](const unit& one) { return value.ends_with(one.letter); });
+  const bool is_bare = named == std::end(UNITS);
+  const auto number = parseReal<double>(is_bare ? value : value.substr(0, value.size() - 1));
+  if (!number || !(*number > 0)) {
+    refuse(setting, value, "must be a number above 0 of years, months, weeks or days, such as 1y, 6m, 2w or 30d");
   }
-  View.class_width = *days;
+  View.class_width = *number * (is_bare ? 1 : named->days);
 }
 
 template <auto MEMBER>
 void applyChoice(const view_setting& setting, const std::string& value) {
   using choice = std::remove_reference_t<decltype(View.*MEMBER)>;
   auto chosen = parseName<choice>(value);
+  if constexpr (std::is_same_v<choice, SEX>) {
+    chosen = chosen || value.size() != 1 ? chosen : parseSex(value);  // "m" and "f" too
+  }
   if constexpr (std::is_same_v<choice, BIRTH_TYPE>) {
     chosen = chosen || value.empty() ? chosen : parseOrigin(value);  // "captive" and "wild" too
   }
@@ -203,8 +213,8 @@ std::vector<view_setting> allSettings() {
        applyChoice<&D::birth_accuracy>},
       {"death-accuracy", nullptr, accuracies, "Only animals with a death date at least this exact", VIEW_RECORDS, false,
        applyChoice<&D::death_accuracy>},
-      {"event-accuracy", nullptr, accuracies, "The worst accuracy of event dates (in files and reports only)",
-       VIEW_WORDS, false, applyChoice<&D::event_accuracy>},
+      {"event-accuracy", nullptr, accuracies, "Only animals with all event dates at least this exact", VIEW_RECORDS,
+       false, applyChoice<&D::event_accuracy>},
       {"low-generation", nullptr, REALS, "Lowest generation number", VIEW_RECORDS, false,
        applyBound<&D::low_generation>},
       {"high-generation", nullptr, REALS, "Highest generation number", VIEW_RECORDS, false,
@@ -227,7 +237,8 @@ std::vector<view_setting> allSettings() {
       {"census-day", nullptr, "1-31", "Day of the census", VIEW_CENSUS, false, applyNumber<&D::census_day, 1, 31>},
       {"census-month", nullptr, "1-12", "Month of the census", VIEW_CENSUS, false,
        applyNumber<&D::census_month, 1, 12>},
-      {"class-width", nullptr, "DAYS", "Width of the age classes", VIEW_CLASSES, false, applyClassWidth},
+      {"class-width", nullptr, "WIDTH", "Width of the age classes, such as 1y, 6m or 30d; a bare number is days",
+       VIEW_CLASSES, false, applyClassWidth},
       {"classes", nullptr, "COUNT", "Number of age classes", VIEW_CLASSES, false,
        applyNumber<&D::number_of_classes, 1, 100000>},
       {"neonates", nullptr, TRUTHS, "Include animals that died as neonates", VIEW_LIVES, false,
@@ -240,8 +251,8 @@ std::vector<view_setting> allSettings() {
        applyTruth<&D::left_truncated>},
       {"right-censored", nullptr, TRUTHS, "Right censoring of life tables", VIEW_SURVIVAL, false,
        applyTruth<&D::right_censored>},
-      {"prorating", nullptr, TRUTHS, "Share the time of a class among those in it", VIEW_SURVIVAL, false,
-       applyTruth<&D::prorating>},
+      {"prorating", nullptr, TRUTHS, "Count an animal seen in a part of an age class as that part", VIEW_SURVIVAL,
+       false, applyTruth<&D::prorating>},
       {"same-sex", nullptr, TRUTHS, "Count offspring of the parent's sex only", VIEW_OFFSPRING, false,
        applyTruth<&D::same_sex>},
       {"generic-parents", nullptr, TRUTHS, "Assume generic unknown parents", VIEW_PARENTS, false,
@@ -276,7 +287,9 @@ open_dates openDates() {
 void setStartView() {
   View.clearView();
   open = {};
+  first_day = View.start_date;
   View.origin = BIRTH_TYPE::ALL;
+  View.prorating = true;
 }
 
 }  // namespace spx::console

@@ -9,7 +9,7 @@ namespace spx::console {
 
 /// What a command obeys of a view, one bit each: it offers only these settings as options.
 enum VIEW_PART : unsigned {
-  VIEW_RECORDS = 1U << 0U,      ///< sex, origin, rearing, taxon, user field, accuracies of birth and death, bounds
+  VIEW_RECORDS = 1U << 0U,      ///< sex, origin, rearing, taxon, user field, accuracies, bounds
   VIEW_PLACES = 1U << 1U,       ///< location
   VIEW_DAY = 1U << 2U,          ///< on: View.monitor_date
   VIEW_PERIOD = 1U << 3U,       ///< from, until
@@ -45,12 +45,14 @@ const std::vector<view_setting>& viewSettings();
 void setViewSetting(const std::string& name, const std::string& value);
 
 /// Sets View to what the program starts from: the library's defaults with animals of every origin,
-/// since few tables tell the origin. Its last day and the day that it asks for are today.
+/// since few tables tell the origin, and prorating, since animals come and go at any age. Its last day and the day that
+/// it asks for are today.
 void setStartView();
 
-/// The dates of View that are today as such, not the day that today happens to be: whoever saves a
-/// view keeps them open.
+/// The dates of View that nobody fixed. Those of today are today as such, not the day that today happens to be:
+/// whoever saves a view keeps them open.
 struct open_dates {
+  bool from = true;   ///< View.start_date is that of the start view
   bool until = true;  ///< View.end_date
   bool on = true;     ///< View.monitor_date
 };

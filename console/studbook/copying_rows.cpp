@@ -26,6 +26,7 @@ class CopyingRows : public RowSource {
 
   void settleColumns(std::span<const table_field> fields, const ColumnTitles& columns) override {
     rows_->settleColumns(fields, columns);
+    checkNumber(fields.size() + columns.others().size());
     std::vector<std::string> names(titles_.size());
     for (std::size_t field = 0; field < fields.size(); ++field) {
       const std::size_t column = columns.column(field);
@@ -61,6 +62,15 @@ class CopyingRows : public RowSource {
   std::size_t line() const override { return rows_->line(); }
 
  private:
+  /// Beside the fields every table has the number of the row, and events that of the animal.
+  void checkNumber(std::size_t columns) {
+    const auto most = static_cast<std::size_t>(sqlite3_limit(database_.getHandle(), SQLITE_LIMIT_COLUMN, -1)) - 2;
+    if (columns > most) {
+      throw TableError(1, "has " + std::to_string(titles_.size()) + " columns: a studbook file holds " +
+                              std::to_string(most) + ", counting the fields that the table does not have");
+    }
+  }
+
   /// An event of an animal that is not in the studbook is left out here: the reader refuses it.
   void prepare(const std::vector<std::string>& names) {
     std::string columns;

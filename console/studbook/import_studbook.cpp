@@ -11,23 +11,12 @@
 #include "console/studbook/copying_rows.h"
 #include "console/studbook/schema.h"
 #include "console/studbook/studbook_file.h"
+#include "console/studbook/table_sums.h"
 
 namespace spx::console {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Keeps a second name for a file; a former file of that name is replaced.
-void keepAs(const std::string& path, const std::string& kept) {
-  const std::string beside = kept + ".new";
-  fs::remove(beside);
-  std::error_code no_links;
-  fs::create_hard_link(path, beside, no_links);
-  if (no_links) {
-    fs::copy_file(path, beside);
-  }
-  fs::rename(beside, kept);
-}
 
 /// The source with its rows stored as they are read.
 table_source copied(const table_source& source, SQLite::Database& database, const char* table,
@@ -42,7 +31,7 @@ table_source copied(const table_source& source, SQLite::Database& database, cons
 
 NewStudbook::NewStudbook(const std::string& path)
     // What a symbolic link names is replaced, and not the link.
-    : path_(fs::weakly_canonical(path).string()), stage_(path_) {
+    : path_(fs::weakly_canonical(fs::absolute(path)).string()), stage_(path_) {
   checkTarget();
   errno = 0;
   if (!stage_.create()) {
@@ -62,13 +51,14 @@ void NewStudbook::checkTarget() const {
     return;
   }
   if (!isStudbookFile(path_)) {
-    throw Failure(path_ + ": is no studbook file and is not replaced");
+    throw Failure(path_ + ": not a studbook file; it will not be overwritten");
   }
   StudbookFile(path_, FILE_ACCESS::READ);
 }
 
 void NewStudbook::create() {
-  database_ = std::make_unique<SQLite::Database>(stage_.writePath(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
+  database_ = std::make_unique<SQLite::Database>(databaseName(stage_.writePath()),
+                                                 SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
   // Nobody sees the file before it is complete and synced as a whole.
   database_->exec("PRAGMA page_size = 16384");  // less to do per row for the whole that is read
   database_->exec("PRAGMA journal_mode = OFF");
@@ -76,40 +66,44 @@ void NewStudbook::create() {
   database_->exec("PRAGMA locking_mode = EXCLUSIVE");
   database_->exec("BEGIN");
   createTables(*database_);
+  createJournal(*database_);
 }
 
 studbook_tables NewStudbook::copying(const studbook_tables& tables) {
   studbook_tables copies = tables;
-  copies.animals = copied(tables.animals, *database_, "animals", path_);
-  copies.events = copied(tables.events, *database_, "events", path_);
-  copies.locations = copied(tables.locations, *database_, "locations", path_);
-  copies.programs = copied(tables.programs, *database_, "programs", path_);
+  for (const stored_table& table : storedTableList()) {
+    copies.*table.source = copied(tables.*table.source, *database_, table.name, path_);
+  }
   return copies;
 }
 
-bool NewStudbook::finish() {
+bool NewStudbook::finish(const change_note& note) {
   try {
     createAnimalIndex(*database_);
     createEventIndex(*database_);
+    createTriggers(*database_);
+    openChange(*database_, note);
+    closeChange(*database_);
+    storeSums(*database_);
     database_->exec("COMMIT");
     database_.reset();
     return replace();
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
   } catch (const fs::filesystem_error& error) {
-    throw Failure(path_ + ": the former studbook cannot be kept: " + error.code().message());
+    throw Failure(backup() + ": the replaced studbook cannot be kept: " + error.code().message());
   }
 }
 
-/// The former file is held against writers until it is replaced: one that comes later finds that
+/// The existing file is held against writers until it is replaced: one that comes later finds that
 /// the file under its hands is another one, and fails. A journal would be taken for that of the new
-/// file: opening applies it to the former one, and without that it is dropped.
+/// file: opening applies it to the existing one, and without that it is dropped.
 bool NewStudbook::replace() {
   checkTarget();
-  std::unique_ptr<StudbookFile> former;
+  std::unique_ptr<StudbookFile> replaced;
   if (fs::exists(path_)) {
-    former = std::make_unique<StudbookFile>(path_, FILE_ACCESS::WRITE);
-    keepAs(path_, path_ + ".bak");
+    replaced = std::make_unique<StudbookFile>(path_, FILE_ACCESS::REPLACE);
+    keepFile(path_, backup());
   } else {
     for (const char* ending : {"-journal", "-wal", "-shm"}) {
       fs::remove(path_ + ending);
@@ -119,7 +113,7 @@ bool NewStudbook::replace() {
   if (!stage_.commit()) {
     failToWrite();
   }
-  return former != nullptr;
+  return replaced != nullptr;
 }
 
 void NewStudbook::failToWrite() const {

@@ -6,6 +6,7 @@
 
 #include "spx/support/atomic_file.h"
 
+#include "console/studbook/journal.h"
 #include "console/studbook/studbook_tables.h"
 
 namespace SQLite {
@@ -19,7 +20,7 @@ namespace spx::console {
 ///
 ///     NewStudbook book(path);
 ///     loadStudbook(book.copying(openTables(files)));
-///     book.finish();
+///     book.finish({IMPORT_CHANGE, "import animals.csv"});
 class NewStudbook {
  public:
   /// Begins a file that will be at that path. Throws Failure when it cannot be written there, or
@@ -33,10 +34,15 @@ class NewStudbook {
   /// that cannot be done. The object must outlive them.
   studbook_tables copying(const studbook_tables& tables);
 
-  /// Completes the file, brings it to the disk and puts it in its place. A former studbook file is
-  /// kept as PATH.bak. Throws Failure.
-  /// @return whether there was a former one
-  bool finish();
+  /// Completes the file, brings it to the disk and puts it in its place. An existing studbook file
+  /// is kept as backup(). Throws Failure.
+  /// @param note  the first change of its history
+  /// @return whether there was one
+  bool finish(const change_note& note);
+
+  /// The path of the file, without symbolic links, and that of the studbook that it has replaced.
+  const std::string& path() const { return path_; }
+  std::string backup() const { return path_ + ".bak"; }
 
  private:
   void checkTarget() const;

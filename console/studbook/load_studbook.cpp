@@ -1,11 +1,9 @@
 #include "console/studbook/load_studbook.h"
 
 #include <algorithm>
-#include <atomic>
+#include <exception>
 #include <functional>
 #include <iostream>
-#include <memory>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -22,7 +20,6 @@
 #include "spx/views/predicates.h"
 
 #include "console/base/failure.h"
-#include "console/base/process_memory.h"
 #include "console/base/quoted_text.h"
 #include "console/base/user_directories.h"
 #include "console/studbook/loading_output.h"
@@ -34,64 +31,17 @@
 namespace spx::console {
 namespace {
 
-/// The rows of a table, and how many bytes of records they have filled.
-class CountedRows : public RowSource {
- public:
-  CountedRows(std::unique_ptr<RowSource> rows, std::atomic<std::size_t>& filled)
-      : rows_(std::move(rows)), filled_(filled) {
-    titles_ = rows_->titles();
-    fields_ = rows_->fields();
+/// Makes room for the records of a table that is about to be read, and a quarter more for the
+/// pseudo founders: a sequence that outgrows its room is held twice while it moves. The number is a
+/// guess, so where memory does not hold so many, the sequence grows.
+void reserveRecords(const table_source& animals) {
+  const std::size_t rows = animals.estimate_rows ? animals.estimate_rows() : 0;
+  try {
+    Animals.records.reserve(rows + rows / 4);
+  } catch (const std::exception&) {  // no memory, or more than the address space holds
   }
-
-  void settleColumns(std::span<const table_field> fields, const ColumnTitles& columns) override {
-    rows_->settleColumns(fields, columns);
-  }
-
-  bool next() override {
-    if (!rows_->next()) {
-      return false;
-    }
-    cells_ = rows_->row();
-    filled_.fetch_add(sizeof(master_data), std::memory_order_relaxed);
-    return true;
-  }
-
-  std::size_t line() const override { return rows_->line(); }
-  std::size_t animalRow() const override { return rows_->animalRow(); }
-
- private:
-  std::unique_ptr<RowSource> rows_;
-  std::atomic<std::size_t>& filled_;
-};
-
-/// The room for the records of a table that is about to be read. Room that is not used costs no
-/// memory; a sequence that outgrows it is held twice while it moves. A quarter more serves the
-/// pseudo founders of most studbooks.
-class RecordRoom {
- public:
-  explicit RecordRoom(const studbook_tables& tables) {
-    const auto& estimate = tables.animals.estimate_rows;
-    const std::size_t rows = estimate ? estimate() : 0;
-    if (!Animals.initialize(rows + rows / 4)) {
-      throw Failure(tables.file + ": there is not enough memory for so many animals");
-    }
-    pages_.emplace(Animals.records.data(), rows * sizeof(master_data), filled_);
-  }
-
-  /// The table, whose rows will fill the room.
-  table_source filledBy(const table_source& table) {
-    if (!table.open) {
-      return table;
-    }
-    table_source counted = table;
-    counted.open = [this, open = table.open] { return std::make_unique<CountedRows>(open(), filled_); };
-    return counted;
-  }
-
- private:
-  std::atomic<std::size_t> filled_ = 0;
-  std::optional<PageProvider> pages_;  ///< ends before what it reads does
-};
+  Animals.initialize(0);
+}
 
 /// Reads one table; what is wrong with it as a whole is one more fault.
 void readTable(const table_source& table, Faults& faults, const std::function<void()>& read) {
@@ -106,14 +56,13 @@ void readTable(const table_source& table, Faults& faults, const std::function<vo
 }
 
 loading_notes readTables(const studbook_tables& tables, const char* refused) {
-  RecordRoom room(tables);
-  const table_source animals = room.filledBy(tables.animals);
+  reserveRecords(tables.animals);
   LocationRegistry locations;
   Faults faults;
   loading_notes notes;
   readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
   readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
-  readTable(animals, faults, [&] { readAnimals(animals, tables.titles, locations, faults, notes); });
+  readTable(tables.animals, faults, [&] { readAnimals(tables.animals, tables.titles, locations, faults, notes); });
   readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults); });
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) + (faults.count() == 1 ? " fault; " : " faults; ") +

@@ -2,18 +2,16 @@
 
 #include <iostream>
 #include <string>
-#include <unistd.h>
 
 #include "spx/support/console.h"
 
 namespace spx::console {
 
-LoadingOutput::LoadingOutput() : verbose_(qs_lib::isVerbose()) {
-  const bool terminal = ::isatty(STDERR_FILENO) == 1;
+LoadingOutput::LoadingOutput(const std::string& what) : verbose_(qs_lib::isVerbose()), progress_(what) {
   std::cout.flush();
   // A stream without a buffer refuses what is written; its state is cleared at the end.
-  output_ = std::cout.rdbuf(terminal ? std::cerr.rdbuf() : nullptr);
-  qs_lib::setVerbose(terminal);
+  output_ = std::cout.rdbuf(nullptr);
+  qs_lib::setVerbose(false);
   qs_lib::setDisplayHandler([](const std::string&) {});
 }
 

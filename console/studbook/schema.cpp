@@ -13,9 +13,9 @@ namespace spx::console {
 namespace {
 
 constexpr char COLUMNS_TABLE[] =
-    "CREATE TABLE columns (of_table TEXT NOT NULL, position INTEGER NOT NULL, title TEXT NOT NULL, "
-    "field TEXT NOT NULL, PRIMARY KEY (of_table, position), UNIQUE (of_table, field)) "
-    "STRICT, WITHOUT ROWID";
+    "CREATE TABLE columns (\"row\" INTEGER PRIMARY KEY, of_table TEXT NOT NULL DEFAULT '', "
+    "position INTEGER NOT NULL DEFAULT 0, title TEXT NOT NULL DEFAULT '', field TEXT NOT NULL DEFAULT '', "
+    "UNIQUE (of_table, position), UNIQUE (of_table, field)) STRICT";
 
 // An event has the row of its animal instead of the ID.
 std::string columnText(const stored_table& table, const table_field& field) {
@@ -25,13 +25,40 @@ std::string columnText(const stored_table& table, const table_field& field) {
   return ", " + quotedName(field.name) + " TEXT NOT NULL DEFAULT ''";
 }
 
+/// The number after all columns that the table has or had: undoing puts those back.
+std::int64_t freePosition(SQLite::Database& database, const std::string& table) {
+  SQLite::Statement last(database,
+                         "SELECT 1 + max(coalesce((SELECT max(position) FROM columns WHERE of_table = ?1), 0), "
+                         "coalesce((SELECT max(CAST(before AS INTEGER)) FROM change_cells "
+                         "WHERE of_table = 'columns' AND field = 'position'), 0))");
+  last.bind(1, table);
+  last.executeStep();
+  return last.getColumn(0).getInt64();
+}
+
+/// A place for a column that is not a field: the first from that number on which is free. A column
+/// that was removed keeps its place, where the journal can put its cells back.
+std::string addPlace(SQLite::Database& database, const std::string& table, std::int64_t number) {
+  const std::vector<std::string> taken = databaseColumns(database, table);
+  std::string name;
+  do {
+    name = "user_" + std::to_string(number++);
+  } while (std::find(taken.begin(), taken.end(), name) != taken.end());
+  database.exec("ALTER TABLE " + table + " ADD COLUMN " + quotedName(name) + " TEXT NOT NULL DEFAULT ''");
+  return name;
+}
+
 }  // namespace
 
 std::span<const stored_table> storedTableList() {
-  static const stored_table tables[] = {{"animals", animalFields()},
-                                        {"events", eventFields()},
-                                        {"locations", locationFields()},
-                                        {"programs", programFields()}};
+  using files = studbook_files;
+  using sources = studbook_tables;
+  static const stored_table tables[] = {
+      {"animals", animalFields(), &files::animals, &sources::animals},
+      {"events", eventFields(), &files::events, &sources::events},
+      {"locations", locationFields(), &files::locations, &sources::locations},
+      {"programs", programFields(), &files::programs, &sources::programs},
+  };
   return tables;
 }
 
@@ -53,12 +80,32 @@ void createTables(SQLite::Database& database) {
   }
 }
 
+void upgradeTables(SQLite::Database& database) {
+  database.exec("ALTER TABLE columns RENAME TO former_columns");
+  database.exec(COLUMNS_TABLE);
+  database.exec(
+      "INSERT INTO columns (of_table, position, title, field) "
+      "SELECT of_table, position, title, field FROM former_columns ORDER BY of_table, position");
+  database.exec("DROP TABLE former_columns");
+  database.exec("PRAGMA user_version = " + std::to_string(SCHEMA_VERSION));
+}
+
 void createAnimalIndex(SQLite::Database& database) {
   database.exec("CREATE INDEX IF NOT EXISTS animals_id ON animals (id)");
 }
 
 void createEventIndex(SQLite::Database& database) {
   database.exec("CREATE INDEX events_animal ON events (animal)");
+}
+
+std::vector<std::string> databaseColumns(SQLite::Database& database, const std::string& table) {
+  SQLite::Statement query(database, "SELECT name FROM pragma_table_info(?) WHERE name <> 'row'");
+  query.bind(1, table);
+  std::vector<std::string> names;
+  while (query.executeStep()) {
+    names.push_back(query.getColumn(0));
+  }
+  return names;
 }
 
 std::vector<stored_column> storedColumns(SQLite::Database& database, const std::string& table) {
@@ -73,15 +120,9 @@ std::vector<stored_column> storedColumns(SQLite::Database& database, const std::
 
 std::string addColumn(SQLite::Database& database, const std::string& table, const std::string& title,
                       const std::string& field) {
-  SQLite::Statement last(database, "SELECT coalesce(max(position), 0) FROM columns WHERE of_table = ?");
-  last.bind(1, table);
-  last.executeStep();
-  const std::int64_t position = last.getColumn(0).getInt64() + 1;
-  std::string name = field.empty() ? "user_" + std::to_string(position) : field;
-  if (field.empty()) {
-    database.exec("ALTER TABLE " + table + " ADD COLUMN " + quotedName(name) + " TEXT NOT NULL DEFAULT ''");
-  }
-  SQLite::Statement insert(database, "INSERT INTO columns VALUES (?, ?, ?, ?)");
+  const std::int64_t position = freePosition(database, table);
+  const std::string name = field.empty() ? addPlace(database, table, position) : field;
+  SQLite::Statement insert(database, "INSERT INTO columns (of_table, position, title, field) VALUES (?, ?, ?, ?)");
   insert.bind(1, table);
   insert.bind(2, position);
   insert.bind(3, title);

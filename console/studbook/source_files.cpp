@@ -3,11 +3,12 @@
 #include <filesystem>
 
 #include "console/base/failure.h"
+#include "console/studbook/schema.h"
 
 namespace spx::console {
 namespace {
 
-void takeFromDirectory(const std::filesystem::path& directory, const char* name, std::string& file) {
+void takeFromDirectory(const std::filesystem::path& directory, const std::string& name, std::string& file) {
   const std::filesystem::path path = directory / name;
   if (file.empty() && std::filesystem::exists(path)) {
     file = path.string();
@@ -22,13 +23,12 @@ studbook_files resolveFiles(studbook_files files) {
     return files;
   }
   files.animals.clear();
-  takeFromDirectory(directory, "animals.csv", files.animals);
+  for (const stored_table& table : storedTableList()) {
+    takeFromDirectory(directory, std::string(table.name) + ".csv", files.*table.file);
+  }
   if (files.animals.empty()) {
     throw Failure(directory.string() + ": there is no animals.csv in it");
   }
-  takeFromDirectory(directory, "events.csv", files.events);
-  takeFromDirectory(directory, "locations.csv", files.locations);
-  takeFromDirectory(directory, "programs.csv", files.programs);
   return files;
 }
 

@@ -1,7 +1,10 @@
 #include "console/studbook/studbook_file.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string_view>
 #include <utility>
 
@@ -9,12 +12,15 @@
 #include <sqlite3.h>
 
 #include "console/base/failure.h"
+#include "console/studbook/journal.h"
 #include "console/studbook/schema.h"
+#include "console/studbook/table_sums.h"
 
 namespace spx::console {
 namespace {
 
-constexpr int WAIT_MS = 5000;
+constexpr int READER_WAIT_MS = 5000;
+constexpr int WRITER_WAIT_MS = 60000;
 constexpr int ONE_THREAD = SQLITE_OPEN_NOMUTEX;  // else every cell takes a lock
 constexpr std::string_view FIRST_BYTES("SQLite format 3\0", 16);
 
@@ -25,7 +31,7 @@ int pragma(SQLite::Database& database, const char* name) {
 /// A reader may not undo what a killed writer left half done; any program that may write does so at
 /// its first look.
 void undoHalfDone(const std::string& path) {
-  SQLite::Database database(path, SQLite::OPEN_READWRITE, WAIT_MS);
+  SQLite::Database database(databaseName(path), SQLite::OPEN_READWRITE, READER_WAIT_MS);
   database.exec("SELECT 1 FROM sqlite_schema LIMIT 1");
 }
 
@@ -47,7 +53,32 @@ std::string reasonOf(const SQLite::Exception& error) {
   }
 }
 
+/// The name for a file that is about to take the place of another.
+std::string nameBeside(const std::string& kept) {
+  const std::string beside = kept + ".new";
+  std::filesystem::remove(beside);
+  return beside;
+}
+
+/// Copies a file that will be written to. A former copy is replaced as a whole.
+void copyAs(const std::string& path, const std::string& kept) {
+  const std::string beside = nameBeside(kept);
+  std::filesystem::copy_file(path, beside);
+  std::filesystem::rename(beside, kept);
+}
+
 }  // namespace
+
+void keepFile(const std::string& path, const std::string& kept) {
+  const std::string beside = nameBeside(kept);
+  std::error_code no_links;
+  std::filesystem::create_hard_link(path, beside, no_links);
+  if (no_links) {
+    return copyAs(path, kept);
+  }
+  std::filesystem::rename(beside, kept);
+  std::filesystem::remove(beside);  // still there where both were names of one file, as a killed import leaves them
+}
 
 bool isStudbookFile(const std::string& file) {
   if (!std::filesystem::is_regular_file(file)) {
@@ -62,16 +93,16 @@ void failFor(const std::string& path, const SQLite::Exception& error) {
   throw Failure(path + ": " + reasonOf(error));
 }
 
-StudbookFile::StudbookFile(std::string path, FILE_ACCESS access) : path_(std::move(path)) {
+StudbookFile::StudbookFile(std::string path, FILE_ACCESS access) : path_(std::move(path)), access_(access) {
   try {
     try {
-      open(access);
+      open();
     } catch (const SQLite::Exception& error) {
       if (error.getExtendedErrorCode() != SQLITE_READONLY_ROLLBACK) {
         throw;
       }
       undoHalfDone(path_);
-      open(access);
+      open();
     }
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
@@ -80,10 +111,13 @@ StudbookFile::StudbookFile(std::string path, FILE_ACCESS access) : path_(std::mo
 
 StudbookFile::~StudbookFile() = default;
 
-void StudbookFile::open(FILE_ACCESS access) {
-  const bool write = access == FILE_ACCESS::WRITE;
-  database_ = std::make_unique<SQLite::Database>(
-      path_, (write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | ONE_THREAD, WAIT_MS);
+void StudbookFile::open() {
+  const bool write = access_ != FILE_ACCESS::READ;
+  database_ = std::make_unique<SQLite::Database>(databaseName(path_),
+                                                 (write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | ONE_THREAD,
+                                                 write ? WRITER_WAIT_MS : READER_WAIT_MS);
+  // A view in the place of a table could be endless.
+  sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
   database_->exec("PRAGMA trusted_schema = OFF");
   database_->exec("PRAGMA foreign_keys = ON");
   // Another program may have given the file a log of its own, which would outlive a replaced file.
@@ -91,19 +125,46 @@ void StudbookFile::open(FILE_ACCESS access) {
     database_->exec("PRAGMA journal_mode = DELETE");
   }
   database_->exec(write ? "BEGIN IMMEDIATE" : "BEGIN");
-  check();
+  const int version = checkKind();
+  checkContent();
+  if (access_ == FILE_ACCESS::WRITE && version != SCHEMA_VERSION) {
+    former_version_ = version;
+    upgrade();
+  }
 }
 
-// Version 1 is the first: from the second on, a file that is opened for writing is brought up to
-// date here, in its transaction.
-void StudbookFile::check() {
+/// @return the version
+int StudbookFile::checkKind() {
   if (pragma(*database_, "application_id") != APPLICATION_ID) {
-    throw Failure(path_ + ": is a database, but no studbook file");
+    throw Failure(path_ + ": is an SQLite database, but not a studbook file");
   }
   const int version = pragma(*database_, "user_version");
-  if (version != SCHEMA_VERSION) {
+  if (version < OLDEST_VERSION || version > SCHEMA_VERSION) {
     throw Failure(path_ + ": is a studbook file of version " + std::to_string(version) +
-                  "; this program knows version " + std::to_string(SCHEMA_VERSION));
+                  "; this program knows the versions " + std::to_string(OLDEST_VERSION) + " to " +
+                  std::to_string(SCHEMA_VERSION));
+  }
+  return version;
+}
+
+void StudbookFile::upgrade() {
+  database_->exec("PRAGMA cache_spill = OFF");  // until commit() has kept it, the file on the disk stays the former one
+  dropTriggers(*database_);
+  upgradeTables(*database_);
+  createJournal(*database_);
+  createTriggers(*database_);
+}
+
+void StudbookFile::checkContent() {
+  try {
+    if (access_ == FILE_ACCESS::READ) {
+      checkStructure(*database_);
+    } else if (access_ == FILE_ACCESS::WRITE) {
+      checkStructure(*database_);
+      checkEverything(*database_);
+    }
+  } catch (const TableError& error) {
+    throw Failure(path_ + ": is damaged: " + error.what());
   }
 }
 
@@ -117,18 +178,39 @@ bool StudbookFile::hasTable(const std::string& table) {
 
 std::size_t StudbookFile::countRows(const std::string& table) {
   try {
-    return static_cast<std::size_t>(database_->execAndGet("SELECT coalesce(max(\"row\"), 0) FROM " + table).getInt64());
+    constexpr std::uintmax_t SMALLEST_ROW = 8;
+    const auto last = database_->execAndGet("SELECT coalesce(max(\"row\"), 0) FROM " + table).getInt64();
+    const std::uintmax_t most = std::filesystem::file_size(path_) / SMALLEST_ROW;
+    return std::min(static_cast<std::uintmax_t>(std::max<std::int64_t>(last, 0)), most);
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
   }
 }
 
 void StudbookFile::commit() {
+  const std::string kept = path_ + ".v" + std::to_string(former_version_) + ".bak";
   try {
+    storeSums(*database_);
+    if (former_version_ != 0) {
+      copyAs(path_, kept);
+    }
     database_->exec("COMMIT");
   } catch (const SQLite::Exception& error) {
     failFor(path_, error);
+  } catch (const TableError& error) {
+    throw Failure(path_ + ": cannot be written: " + error.what());
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw Failure(kept + ": the former studbook cannot be kept: " + error.code().message());
   }
+  if (former_version_ != 0) {
+    std::cerr << "spx: " << path_ << " has a history from now on (format version " << SCHEMA_VERSION
+              << "); the former file is kept as " << kept << "\n";
+    former_version_ = 0;
+  }
+}
+
+std::string databaseName(const std::string& path) {
+  return std::filesystem::absolute(path).string();
 }
 
 }  // namespace spx::console

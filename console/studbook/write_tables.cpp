@@ -113,6 +113,14 @@ std::string workbookName(const std::string& studbook_file) {
 
 }  // namespace
 
+std::vector<std::string> possibleTableFiles() {
+  std::vector<std::string> names;
+  for (const stored_table& table : storedTableList()) {
+    names.push_back(std::string(table.name) + ".csv");
+  }
+  return names;
+}
+
 std::vector<std::string> tableFiles(const std::string& studbook_file, const tables_form& form) {
   StudbookFile file(studbook_file, FILE_ACCESS::READ);
   if (form.as_workbook) {

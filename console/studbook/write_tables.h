@@ -14,6 +14,9 @@ struct tables_form {
   csv_form csv = {};
 };
 
+/// The names of all CSV files that tables can be written to, animals.csv first.
+std::vector<std::string> possibleTableFiles();
+
 /// The names of the files that writeTables makes of a studbook file: animals.csv and the others that
 /// there are, or a workbook with the name of the studbook. Throws Failure.
 std::vector<std::string> tableFiles(const std::string& studbook_file, const tables_form& form = {});

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -10,6 +12,7 @@
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/sub_taxa.h"
 #include "spx/core/user_fields.h"
+#include "spx/support/text_hash.h"
 
 #include "console/base/quoted_text.h"
 #include "console/tables/event_cells.h"
@@ -154,6 +157,7 @@ class AnimalsReader {
     for (std::size_t field = 0; field < guesses_.size(); ++field) {
       user_field_list[field].type = guesses_[field].type();
     }
+    dropBlankFields();
   }
 
  private:
@@ -163,11 +167,34 @@ class AnimalsReader {
     const std::string& title = table_.title(column);
     const std::string name = title.empty() ? "column " + std::to_string(column + 1) : title;
     std::string free_name = name;
-    const auto is_taken = [&](const user_field& field) { return field.name == free_name; };
-    for (int copy = 2; std::any_of(user_field_list.begin(), user_field_list.end(), is_taken);) {
-      free_name = name + " " + std::to_string(copy++);
+    while (!field_names_.insert(free_name).second) {
+      free_name = name + " " + std::to_string(++copies_.try_emplace(name, 1).first->second);
     }
     user_field_list.push_back({free_name, qs_lib::FIELD_TYPE::TEXT});
+  }
+
+  /// Columns without a title and a value, as spreadsheets append them, are not fields.
+  void dropBlankFields() {
+    std::vector<std::size_t> kept;
+    for (std::size_t field = 0; field < guesses_.size(); ++field) {
+      if (guesses_[field].hasValues() || !table_.title(table_.otherColumns()[field]).empty()) {
+        kept.push_back(field);
+      }
+    }
+    if (kept.size() == guesses_.size()) {
+      return;
+    }
+    const auto keep = [&kept](auto& values) {
+      for (std::size_t place = 0; place < kept.size() && kept[place] < values.size(); ++place) {
+        values[place] = std::move(values[kept[place]]);
+      }
+      values.resize(std::min(kept.size(), values.size()));
+      values.shrink_to_fit();
+    };
+    keep(user_field_list);
+    for (master_data& animal : Animals.records) {
+      keep(animal.user_data);
+    }
   }
 
   void readRow() {
@@ -258,6 +285,8 @@ class AnimalsReader {
   loading_notes& notes_;
   bool has_wild_mates_ = false;
   std::vector<TypeGuess> guesses_;
+  std::unordered_set<std::string, qs_lib::text_hash> field_names_;
+  std::unordered_map<std::string, int, qs_lib::text_hash> copies_;  ///< how many columns have a title
   RememberedWords<SEX> sexes_{parseSex};
   RememberedWords<BIRTH_TYPE> origins_{parseOrigin};
   RememberedWords<REARING> rearings_{parseRearing};

@@ -3,19 +3,20 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <new>
 #include <utility>
 
 namespace spx::console {
 namespace {
 
+constexpr std::size_t PIECE = std::size_t{256} << 10;
 // Far above any row of a studbook; keeps a quote that is never closed from filling the memory.
 constexpr std::size_t LONGEST_ROW = std::size_t{64} << 20;
 constexpr std::size_t MOST_CELLS = 65536;
-constexpr std::size_t FIRST_BLOCK = 4096;
 constexpr std::size_t LONGEST_HEAD = std::size_t{64} << 10;
 constexpr std::string_view SEPARATORS = ",;\t|";
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+constexpr char STRAY_QUOTE[] = "has a stray quote (quote the whole cell and double the quotes in it)";
+constexpr char TOO_LONG[] = "has a row that is too long (is a quote not closed?)";
 
 }  // namespace
 
@@ -37,132 +38,111 @@ char CsvParser::separatorOf(std::string_view text) {
   return SEPARATORS[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
 }
 
-void CsvRows::settle() {
-  texts_.reserve(cells_.size());
-  for (const cell_place& place : cells_) {
-    texts_.push_back(textOf(place));
-  }
-}
-
 CsvParser::CsvParser(const std::string& file, const text_encoding& encoding) : file_(openText(file, encoding)) {
   if (!file_) {
     throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
   }
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);
-  constexpr unsigned char OPTIONS = CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL;
-  if (csv_init(&csv_, OPTIONS) != 0) {
-    throw std::bad_alloc();
-  }
-}
-
-CsvParser::~CsvParser() {
-  csv_free(&csv_);
 }
 
 CsvRows CsvParser::nextRows() {
-  // A row of many chunks stays where it is until it is complete.
   do {
-    readChunk();
+    readPiece();
   } while (rows_.size() == 0 && !rows_.isLast());
-  CsvRows done = std::exchange(rows_, CsvRows());
-  for (std::size_t cell = done.begunCell(); cell < done.cells_.size(); ++cell) {
-    rows_.addCell(done.textOf(done.cells_[cell]));
-  }
-  done.settle();
-  return done;
+  return std::exchange(rows_, CsvRows());
 }
 
-void CsvParser::readChunk() {
-  std::vector<char>& chunk = rows_.chunk_;
-  chunk.resize(CsvRows::CHUNK);
-  chunk.resize(std::fread(chunk.data(), 1, chunk.size(), file_.get()));
+// What the last piece holds of a row comes before the next piece. Of a long row each piece is as
+// long as what there is of it, so that it is not gone through again and again.
+void CsvParser::readPiece() {
+  std::vector<char>& text = rows_.text_;
+  text.assign(begun_.begin(), begun_.end());
+  const std::size_t wanted = std::max(PIECE, begun_.size());
+  text.resize(begun_.size() + wanted);
+  const std::size_t read = std::fread(text.data() + begun_.size(), 1, wanted, file_.get());
+  text.resize(begun_.size() + read);
   if (std::ferror(file_.get()) != 0) {
-    return fail(0, std::string("cannot be read: ") + std::strerror(errno));
+    rows_.failure_.emplace(0, std::string("cannot be read: ") + std::strerror(errno));
+    return;
   }
-  std::string_view text(chunk.data(), chunk.size());
+  rows_.is_last_ = read < wanted;
+  std::string_view rest(text.data(), text.size());
   if (first_) {
-    begin(text);
+    begin(rest);
   }
-  parse(text);
-  if (chunk.size() < CsvRows::CHUNK && !rows_.failure_) {
-    finish();
-  }
+  parse(rest);
 }
 
-void CsvParser::begin(std::string_view& chunk) {
+void CsvParser::begin(std::string_view& text) {
   first_ = false;
-  if (chunk.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
-    chunk.remove_prefix(BYTE_ORDER_MARK.size());
+  if (text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
+    text.remove_prefix(BYTE_ORDER_MARK.size());
   }
-  if (!takeSeparatorLine(chunk)) {
-    separator_ = separatorOf(chunk);
+  if (!takeSeparatorLine(text)) {
+    separator_ = separatorOf(text);
   }
-  csv_set_delim(&csv_, static_cast<unsigned char>(separator_));
 }
 
 /// The line `sep=;` before all others, by which spreadsheets tell each other.
-bool CsvParser::takeSeparatorLine(std::string_view& chunk) {
+bool CsvParser::takeSeparatorLine(std::string_view& text) {
   constexpr std::size_t SIZE = 5;
-  const bool is_one = chunk.size() > SIZE && (chunk.starts_with("sep=") || chunk.starts_with("SEP=")) &&
-                      (chunk[SIZE] == '\n' || chunk[SIZE] == '\r');
+  const bool is_one = text.size() > SIZE && (text.starts_with("sep=") || text.starts_with("SEP=")) &&
+                      (text[SIZE] == '\n' || text[SIZE] == '\r');
   if (!is_one) {
     return false;
   }
-  separator_ = chunk[SIZE - 1];
-  chunk.remove_prefix(SIZE + (chunk.substr(SIZE).starts_with("\r\n") ? 2 : 1));
+  separator_ = text[SIZE - 1];
+  text.remove_prefix(SIZE + (text.substr(SIZE).starts_with("\r\n") ? 2 : 1));
   ++line_;
   return true;
 }
 
-void CsvParser::parse(std::string_view chunk) {
-  const std::string_view text = chunk.substr(0, chunk.find('\0'));
-  std::string_view rest = text;
-  std::size_t quote = 0;
+// Lines without quotes, which are nearly all of a large table, are cut at their separators.
+void CsvParser::parse(std::string_view text) {
+  const std::size_t nul = text.find('\0');
+  at_end_ = rows_.is_last_ && nul == std::string_view::npos;
+  std::string_view rest = text.substr(0, nul);
+  std::size_t left_at_quote = std::string_view::npos;  // how much was left where the next quote is
   while (!rest.empty() && !rows_.failure_) {
-    const std::size_t at = text.size() - rest.size();
-    if (quote <= at) {
-      quote = std::min(text.find('"', at), text.size());
+    if (left_at_quote > rest.size()) {
+      const std::size_t quote = rest.find('"');
+      left_at_quote = quote == std::string_view::npos ? 0 : rest.size() - quote;
     }
-    if (isBetweenRows()) {
-      readPlainLines(rest, text.substr(at, quote - at));
-    }
-    if (!rest.empty()) {
-      parseLine(rest);
+    if (!readPlainLine(rest, rest.size() - left_at_quote) && !readRow(rest)) {
+      break;
     }
   }
   if (rows_.failure_) {
     return;
   }
-  if (text.size() < chunk.size()) {
-    return fail(rowLine(), "holds a NUL byte: it is no text table");
+  if (nul != std::string_view::npos) {
+    return fail("holds a NUL byte: it is not a text table");
   }
-  if (csv_get_buffer_size(&csv_) > LONGEST_ROW || rows_.other_.size() > LONGEST_ROW ||
-      rows_.cells_.size() - rows_.begunCell() > MOST_CELLS) {
-    fail(rowLine(), "has a row that is too long (is a quote not closed?)");
+  if (rest.size() > LONGEST_ROW) {
+    return fail(TOO_LONG);
   }
+  begun_.assign(rest);
 }
 
-// Cuts whole lines of the plain part, which is without quotes, at their separators, which is all
-// that most lines of large tables need, several times as fast; stops at the first other line.
-void CsvParser::readPlainLines(std::string_view& text, std::string_view plain) {
-  std::size_t start = 0;
-  for (std::size_t end = plain.find('\n'); end != std::string_view::npos; end = plain.find('\n', start)) {
-    std::string_view line = plain.substr(start, end - start);
-    const bool is_crlf = line.ends_with('\r');
-    if (is_crlf) {
-      line.remove_suffix(1);
-    }
-    if (line.find('\r') != std::string_view::npos) {
-      break;  // a line end, too
-    }
-    addPlainCells(line);
-    if (is_crlf) {
-      endLine('\r');
-    }
-    endLine('\n');
-    start = end + 1;
+// Takes a whole line that ends before the next quote. @return false when the text does not begin
+// with such a line
+bool CsvParser::readPlainLine(std::string_view& text, std::size_t quote) {
+  const std::size_t end = text.substr(0, quote).find('\n');
+  if (end == std::string_view::npos) {
+    return false;
   }
-  text.remove_prefix(start);
+  std::string_view line = text.substr(0, end);
+  if (line.ends_with('\r')) {
+    line.remove_suffix(1);
+  }
+  if (line.find('\r') != std::string_view::npos) {
+    return false;  // a line end, too
+  }
+  addPlainCells(line);
+  endRow();
+  ++line_;
+  text.remove_prefix(end + 1);
+  return true;
 }
 
 std::string_view CsvParser::trimmed(std::string_view cell) const {
@@ -180,88 +160,125 @@ void CsvParser::addPlainCells(std::string_view line) {
   if (trimmed(line).empty()) {
     return;
   }
-  row_line_ = line_;
-  after_return_ = false;
-  for (std::size_t start = 0, end = 0; end != std::string_view::npos; start = end + 1) {
+  const std::size_t most = rows_.cells_.size() + MOST_CELLS;
+  for (std::size_t start = 0, end = 0; end != std::string_view::npos && rows_.cells_.size() <= most; start = end + 1) {
     end = line.find(separator_, start);
-    const std::string_view cell = trimmed(line.substr(start, end == std::string_view::npos ? end : end - start));
-    const auto begin = static_cast<std::size_t>(cell.data() - rows_.chunk_.data());
-    rows_.cells_.push_back({begin, cell.size()});
+    rows_.cells_.push_back(trimmed(line.substr(start, end == std::string_view::npos ? end : end - start)));
   }
 }
 
-// One line, or what the chunk holds of it, through libcsv.
-void CsvParser::parseLine(std::string_view& text) {
-  const std::size_t end = text.find('\n');
-  const std::string_view line = end == std::string_view::npos ? text : text.substr(0, end + 1);
-  // By default libcsv lengthens its cell by 128 bytes at a time: a huge cell would be copied over
-  // and over.
-  csv_set_blk_size(&csv_, std::max(FIRST_BLOCK, csv_get_buffer_size(&csv_)));
-  const std::size_t done = csv_parse(&csv_, line.data(), line.size(), &onCell, &onRow, this);
-  if (out_of_memory_) {
-    throw std::bad_alloc();
+// Takes a row, with its line end, cell by cell. @return false, with the text as it is, when the
+// piece holds but a part of it, or when it cannot be read
+bool CsvParser::readRow(std::string_view& text) {
+  const std::size_t first_cell = rows_.cells_.size();
+  std::string_view rest = text;
+  bool goes_on = true;
+  while (goes_on) {
+    if (rows_.cells_.size() - first_cell > MOST_CELLS) {
+      fail(TOO_LONG);
+    }
+    if (rows_.failure_ || !readCell(rest)) {
+      rows_.cells_.resize(first_cell);
+      return false;
+    }
+    goes_on = rest.starts_with(separator_);
+    rest.remove_prefix(goes_on ? 1 : 0);
   }
-  if (done < line.size()) {
-    failInCsv();
+  if (rest.size() < 2 && !at_end_) {
+    rows_.cells_.resize(first_cell);
+    return false;  // the line end is not complete
   }
-  text.remove_prefix(line.size());
+  rest.remove_prefix(std::min<std::size_t>(rest.size(), rest.starts_with("\r\n") ? 2 : 1));
+  const std::string_view row = text.substr(0, text.size() - rest.size());
+  if (trimmed(row.substr(0, row.find_first_of("\r\n"))).empty()) {
+    rows_.cells_.resize(first_cell);  // an empty line
+  }
+  endRow();
+  const auto lines = std::count(row.begin(), row.end(), '\n');
+  line_ += static_cast<std::size_t>(lines) + (row.ends_with('\r') ? 1 : 0);
+  std::for_each(rows_.cells_.begin() + static_cast<std::ptrdiff_t>(first_cell), rows_.cells_.end(),
+                [this](std::string_view& cell) { makeQuotesSingle(cell); });
+  text = rest;
+  return true;
 }
 
-void CsvParser::finish() {
-  rows_.is_last_ = true;
-  if (csv_fini(&csv_, &onCell, &onRow, this) != 0) {
-    failInCsv();
+// Takes a cell up to the separator or the line end. @return false when there is no end of it in the
+// piece, or when it cannot be read
+bool CsvParser::readCell(std::string_view& rest) {
+  const auto isEnd = [this](char letter) {
+    return letter == separator_ || letter == '\r' || letter == '\n' || letter == '"';
+  };
+  const auto end = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), isEnd) - rest.begin());
+  if (end == rest.size() && !at_end_) {
+    return false;
   }
-  if (out_of_memory_) {
-    throw std::bad_alloc();
+  const std::string_view cell = trimmed(rest.substr(0, end));
+  rest.remove_prefix(end);
+  if (!rest.starts_with('"')) {
+    rows_.cells_.push_back(cell);
+    return true;
   }
+  if (cell.empty()) {
+    return readQuotedCell(rest);
+  }
+  fail(STRAY_QUOTE);
+  return false;
 }
 
-void CsvParser::failInCsv() {
-  if (csv_error(&csv_) != CSV_EPARSE) {
-    throw std::bad_alloc();
+// The same for a cell in quotes, which the text begins with.
+bool CsvParser::readQuotedCell(std::string_view& rest) {
+  std::size_t end = 1;
+  for (;; end += 2) {
+    end = rest.find('"', end);
+    if (end == std::string_view::npos) {
+      if (at_end_) {
+        fail(rest.size() > LONGEST_ROW ? TOO_LONG : "has a quote that is not closed");
+      }
+      return false;
+    }
+    if (rest.substr(end + 1, 1) != "\"") {
+      break;
+    }
   }
-  fail(rowLine(), rows_.is_last_ ? "has a quote that is not closed"
-                                 : "has a stray quote (quote the whole cell and double the quotes in it)");
+  const std::size_t next = std::min(rest.find_first_not_of(separator_ == '\t' ? " " : " \t", end + 1), rest.size());
+  if (next == rest.size() && !at_end_) {
+    return false;
+  }
+  const std::string_view after = rest.substr(next, 1);
+  if (!after.empty() && after[0] != separator_ && after[0] != '\r' && after[0] != '\n') {
+    fail(STRAY_QUOTE);
+    return false;
+  }
+  rows_.cells_.push_back(rest.substr(1, end - 1));
+  rest.remove_prefix(next);
+  return true;
 }
 
-void CsvParser::addCell(std::string_view cell) {
-  if (!isInRow()) {
-    row_line_ = line_;
+// Of a complete row, whose text is not needed any more. Only quoted cells have quotes in them.
+void CsvParser::makeQuotesSingle(std::string_view& cell) {
+  std::size_t quote = cell.find('"');
+  if (quote == std::string_view::npos) {
+    return;
   }
-  line_ += static_cast<std::size_t>(std::count(cell.begin(), cell.end(), '\n'));
-  rows_.addCell(cell);
-  after_return_ = false;
+  char* const begin = rows_.text_.data() + (cell.data() - rows_.text_.data());
+  char* end = begin + quote;
+  while (quote != std::string_view::npos) {
+    const std::size_t next = cell.find('"', quote + 2);
+    const std::string_view piece = cell.substr(quote + 1, next == std::string_view::npos ? next : next - quote - 1);
+    end = std::copy(piece.begin(), piece.end(), end);
+    quote = next;
+  }
+  cell = {begin, static_cast<std::size_t>(end - begin)};
 }
 
-// Comes once for every line end outside quotes, for CRLF twice, and at the end of the file.
-void CsvParser::endLine(int letter) {
-  const std::size_t first = rows_.begunCell();
-  if (isInRow()) {
-    rows_.rows_.push_back({row_line_, first, rows_.cells_.size() - first});
+void CsvParser::endRow() {
+  const std::size_t first = rows_.rows_.empty() ? 0 : rows_.rows_.back().first_cell + rows_.rows_.back().cells;
+  const std::size_t cells = rows_.cells_.size() - first;
+  if (cells > MOST_CELLS) {
+    return fail(TOO_LONG);
   }
-  if (letter == '\r' || !after_return_) {
-    ++line_;
-  }
-  after_return_ = letter == '\r';
-}
-
-// libcsv is C: nothing may be thrown through it.
-void CsvParser::onCell(void* cell, std::size_t size, void* parser) {
-  auto* self = static_cast<CsvParser*>(parser);
-  try {
-    self->addCell({static_cast<const char*>(cell), size});
-  } catch (const std::exception&) {
-    self->out_of_memory_ = true;
-  }
-}
-
-void CsvParser::onRow(int letter, void* parser) {
-  auto* self = static_cast<CsvParser*>(parser);
-  try {
-    self->endLine(letter);
-  } catch (const std::exception&) {
-    self->out_of_memory_ = true;
+  if (cells != 0) {
+    rows_.rows_.push_back({line_, first, cells});
   }
 }
 

@@ -14,9 +14,9 @@ namespace {
 constexpr std::size_t SAMPLES = 8;
 constexpr std::size_t SAMPLE_SIZE = std::size_t{64} << 10;
 
-/// The number of rows by the separators in some parts of the file: empty lines and lines within
-/// quotes have none. 0 for a file that can be read only once, which is not opened: who writes into
-/// a pipe would lose what it has written by then.
+/// The number of rows by the line ends or the separators in some parts of the file, whichever are
+/// fewer: quoted texts can hold many of either. 0 for a file that can be read only once, which is not
+/// opened: who writes into a pipe would lose what it has written by then.
 std::size_t estimateRows(const std::string& file) {
   std::error_code failed;
   const std::uintmax_t size = std::filesystem::file_size(file, failed);
@@ -30,22 +30,22 @@ std::size_t estimateRows(const std::string& file) {
   const auto per_row = std::count(titles.begin(), titles.end(), separator);
   std::vector<char> part(SAMPLE_SIZE);
   double read = 0;
+  double lines = 0;
   double separators = 0;
   for (std::size_t sample = 0; sample < SAMPLES; ++sample) {
     in.clear();
     in.seekg(static_cast<std::streamoff>(size / SAMPLES * sample));
     in.read(part.data(), static_cast<std::streamsize>(std::min(SAMPLE_SIZE, size / SAMPLES + 1)));
     read += static_cast<double>(in.gcount());
-    // A table of one column has lines only.
-    separators +=
-        static_cast<double>(std::count(part.data(), part.data() + in.gcount(), per_row == 0 ? '\n' : separator));
+    const char* const end = part.data() + in.gcount();
+    lines += static_cast<double>(std::count<const char*>(part.data(), end, '\n'));
+    separators += static_cast<double>(std::count<const char*>(part.data(), end, separator));
   }
   if (read == 0) {
     return 0;
   }
-  return static_cast<std::size_t>(separators / static_cast<double>(std::max<long>(per_row, 1)) *
-                                  static_cast<double>(size) / read) +
-         1;
+  const double rows = per_row == 0 ? lines : std::min(lines, separators / static_cast<double>(per_row));
+  return static_cast<std::size_t>(rows * static_cast<double>(size) / read) + 1;
 }
 
 }  // namespace

@@ -6,8 +6,14 @@ namespace spx::console {
 
 namespace {
 
+constexpr std::size_t MOST_COLUMNS = 16384;  // of a spreadsheet's sheet
+
 ColumnTitles findColumns(const std::string& name, const RowSource& rows, std::span<const table_field> fields,
                          std::span<const title_choice> choices) {
+  if (rows.titles().size() > MOST_COLUMNS) {
+    throw TableError(1, "has " + std::to_string(rows.titles().size()) + " columns; a table can have " +
+                            std::to_string(MOST_COLUMNS));
+  }
   if (!rows.fields().empty()) {
     return ColumnTitles(rows.fields(), fields);
   }

@@ -96,6 +96,9 @@ class TypeGuess {
   /// zeros are text: they are identifiers, and would lose their zeros.
   qs_lib::FIELD_TYPE type() const { return met_ ? type_ : qs_lib::FIELD_TYPE::TEXT; }
 
+  /// Whether any value was not missing.
+  bool hasValues() const { return met_; }
+
  private:
   qs_lib::FIELD_TYPE type_ = qs_lib::FIELD_TYPE::INTEGER;
   bool met_ = false;

@@ -1,16 +1,17 @@
 // A minimal host: it fills the store with a small studbook, checks it, builds the pedigree, prints
-// a summary and exports the pedigree as a table for R.
+// a summary and the gene diversity, and exports the pedigree as a table for R.
 //
 //     host DIRECTORY      writes pedigree.csv into the existing directory
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "spx/spx.h"
 
 namespace {
 
-/// An animal as the example gives it; an empty parent is unknown, an empty date too.
+/// An animal of the example. A parent is an ID, WILD or UNK; an empty date is unknown.
 struct animal_row {
   const char* id;
   const char* sire;
@@ -20,7 +21,7 @@ struct animal_row {
   const char* death;
 };
 
-// 1 and 2 come from the wild; 5 is said to be older than its parents, which the check finds.
+// 1 and 2 come from the wild; 5 has a birth date before those of its parents, which the check finds.
 constexpr animal_row ANIMALS[] = {
     {"1", "WILD", "WILD", spx::SEX::MALE, "1990-04-01", "2004-01-15"},
     {"2", "WILD", "WILD", spx::SEX::FEMALE, "1991-05-12", ""},
@@ -59,6 +60,21 @@ bool summarise() {
   return true;
 }
 
+bool showGenetics() {
+  spx::StudbookPedigree studbook;
+  if (!studbook.build(spx::Animals, {spx::parent_list, {}})) return false;  // studbook.cycle() names the animals
+  const spx::relationship_terms terms = spx::inbreedingOf(studbook.pedigree());
+  std::vector<spx::animal_number> living;  // the set that is asked about
+  for (spx::position record = 0; record < spx::Animals.records.size(); ++record) {
+    const spx::master_data& animal = spx::Animals.records[record];
+    if (spx::isPseudoIndividual(animal.stud_id) || !spx::isLiving(animal, spx::View.end_date)) continue;
+    living.push_back(studbook.number(record));
+  }
+  const spx::genetic_diversity state = spx::diversityOf(studbook.pedigree(), terms, living);
+  std::printf("Gene diversity of %zu living animals: %.4f\n", state.animals, state.gene_diversity);
+  return true;
+}
+
 bool exportPedigree(const std::string& directory) {
   spx::ExportPedigree pedigree;
   pedigree.setReportDirectory(directory);
@@ -76,5 +92,5 @@ int main(int argc, char** argv) {
   for (const spx::inconsistency& finding : spx::Animals.inconsistencies) {
     std::printf("%s\n", spx::inconsistencyText(finding).c_str());
   }
-  return summarise() && exportPedigree(argv[1]) ? 0 : 1;
+  return summarise() && showGenetics() && exportPedigree(argv[1]) ? 0 : 1;
 }

@@ -1,6 +1,9 @@
 #include "spx/analyses/analysis.h"
 
+#include <utility>
+
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/console.h"
 #include "spx/support/file_name.h"
@@ -14,9 +17,14 @@ Analysis::Analysis() {
 
 Analysis::~Analysis() = default;
 
+void Analysis::chooseRecords(std::vector<bool> chosen) {
+  chosen_ = std::move(chosen);
+  has_choice_ = true;
+}
+
 bool Analysis::initialize() {
   if (Animals.records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   return true;

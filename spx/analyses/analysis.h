@@ -1,16 +1,17 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "spx/core/master_data.h"
 #include "spx/support/export.h"
 #include "spx/support/log_file.h"
 #include "spx/support/process_clock.h"
 
 namespace spx {
 
-/// The base of the analyses and exports. All run alike: initialize(), and when that returned true
-/// the analysis's own work and report(). The timer counts processor time from the end of
-/// construction.
+/// The base of the analyses and exports. Call order: initialize(), and when that returned true the
+/// analysis's own work and report(). The timer counts processor time from the end of construction.
 class SPX_EXPORT Analysis {
  public:
   Analysis();
@@ -19,7 +20,7 @@ class SPX_EXPORT Analysis {
   virtual ~Analysis() = 0;
 
   /// Whether there is anything to analyse. Reports "No animals in list" and returns false for an
-  /// empty store; those that override it repeat this test first.
+  /// empty store; an override repeats this test first.
   virtual bool initialize();
 
   // Steps that do nothing unless overridden.
@@ -29,9 +30,9 @@ class SPX_EXPORT Analysis {
   virtual void writeResults();  ///< the results themselves
   virtual void writeTrends();   ///< what changes over the years
 
-  /// Forms the name of the report file, directory, "/", stem and perhaps "-" and the sex of the
-  /// view, without an extension, then reports to the console when verbose, and to XML always. An
-  /// empty stem is not guarded against.
+  /// Forms the name of the report file: directory, "/", stem and, if set, "-" and the sex of the
+  /// view, without an extension. Then reports to the console when verbose, and to XML always. An
+  /// empty stem is accepted.
   virtual void report();
   /// @{
   /// One of the two forms of the report; nothing unless overridden.
@@ -41,6 +42,13 @@ class SPX_EXPORT Analysis {
 
   /// The title of the report; "Population analyses results" unless set.
   void setTitle(const std::string& title) { title_ = title; }
+  /// Restricts to some records what an export writes, and whose parents are traced; each takes them by its own rules
+  /// as well. Nothing restricts them at first.
+  /// @param chosen  true for the records to take, by their positions; those beyond it are not taken
+  void chooseRecords(std::vector<bool> chosen);
+  /// Whether the record is taken as far as chooseRecords() says.
+  bool isChosen(position record) const { return !has_choice_ || (record < chosen_.size() && chosen_[record]); }
+
   /// The start of the report file's name; report() forms the rest.
   void setFileStem(const std::string& stem) { file_stem_ = stem; }
   /// A leading "~" is the user's home. "projects", relative to the working directory, unless set.
@@ -56,19 +64,21 @@ class SPX_EXPORT Analysis {
   /// The log of the analysis; lives as long as the analysis.
   qs_lib::LogFile& log() { return log_; }
 
-  /// The time used between the last start and stop of the timer, in seconds.
+  /// The processor time between the last start and stop of the timer, in seconds; 0 before the first stop.
   double secondsUsed() const { return timer_.seconds(); }
 
-  /// @{
-  /// Settings that the library carries for derived analyses and does not read.
-  bool first_switch = false;
-  int first_number = 1;
-  int second_number = 3;
-  std::string extra_text;
-  bool second_switch = true;
-  bool third_switch = true;
-  int third_number = 1;
-  /// @}
+  /// Room for the settings of a host's derived analyses, with their defaults. The library carries
+  /// them and does not read them.
+  struct host_settings {
+    bool first_switch = false;
+    int first_number = 1;
+    int second_number = 3;
+    std::string text;
+    bool second_switch = true;
+    bool third_switch = true;
+    int third_number = 1;
+  };
+  host_settings settings;
 
  protected:
   /// Processor time; derived analyses restart and stop it around their work.
@@ -78,6 +88,8 @@ class SPX_EXPORT Analysis {
   qs_lib::LogFile log_;
   std::string title_ = "Population analyses results";
   std::string file_stem_;
+  std::vector<bool> chosen_;
+  bool has_choice_ = false;
   std::string report_directory_ = "projects";
   std::string report_file_;
   bool append_sex_ = true;

@@ -1,6 +1,7 @@
 #include "spx/analyses/data_summary.h"
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/estimated_dates.h"
 #include "spx/core/pseudo_ids.h"
@@ -42,7 +43,7 @@ std::string generalText(const DataSummary& summary) {
          plainCount("Studbook records", summary.records) +
          shareCount("Living animals", summary.living, summary.records) +
          shareCount("Animals died", summary.died, summary.records) +
-         // Misspelt as ever: scripts look for this label.
+         // The misspelling is part of the format.
          shareCount("Animals dissappeared", summary.disappeared, summary.records);
 }
 
@@ -101,7 +102,7 @@ DataSummary::~DataSummary() = default;
 
 bool DataSummary::initialize() {
   if (Animals.records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   if (Animals.breedersStale()) {
@@ -168,7 +169,7 @@ void DataSummary::countLife(const master_data& animal, qs_lib::day_number refere
   }
 }
 
-// Ages are signed: a death before the birth makes no record age.
+// Ages are signed: a death before the birth gives a negative age, which is never the oldest.
 void DataSummary::compareAge(const master_data& animal, qs_lib::day_number last_day) {
   const double age =
       static_cast<double>(last_day) - static_cast<double>(animal.birth.date) + static_cast<double>(animal.birth.range);

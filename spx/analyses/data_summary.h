@@ -13,8 +13,8 @@ namespace spx {
 
 /// Counts the studbook and prints a summary in seven sections. Pseudo individuals are not counted.
 ///
-/// The reference date is the end date of the view, or its start date when there is no end date.
-/// Whoever is not living then has died or disappeared, animals born later included.
+/// The reference date is the end date of the view, or its start date without an end date. An animal
+/// that is not living then counts as dead or disappeared, also when it was born later.
 ///
 ///     DataSummary summary;
 ///     if (summary.initialize() && summary.analyse()) summary.reportConsole();
@@ -29,9 +29,9 @@ class SPX_EXPORT DataSummary {
   DataSummary();
   virtual ~DataSummary();
 
-  /// Brings the breeder flags up to date when the store says that they are stale; this builds the
-  /// pedigree where there is none, with the warnings of AnimalData::populationPedigree(), and may
-  /// add pseudo founders to the store. Linear.
+  /// Updates the breeder flags when the store says that they are stale. This builds the pedigree if
+  /// it is empty, with the warnings of AnimalData::populationPedigree(), and may add pseudo founders
+  /// to the store. Linear.
   /// @return false after reporting "No animals in list" for an empty store
   bool initialize();
 
@@ -48,8 +48,8 @@ class SPX_EXPORT DataSummary {
   std::int64_t disappeared = 0;      ///< not living, lost to follow-up
   std::int64_t breeders = 0;         ///< records with offspring
   std::int64_t living_breeders = 0;  ///< of the breeders, those living
-  /// In days, to the death or the reference date, with the range of the birth date added; 0 and no
-  /// ID where nothing is older than that.
+  /// In days, to the death or the reference date, with the range of the birth date added; 0, with an
+  /// empty ID, when no animal is older than that. An animal without a birth date counts from day 0.
   double oldest_age = 0;
   std::string oldest_id;           ///< the first of several of that age
   sex_counts sexes;                ///< of all records
@@ -64,8 +64,8 @@ class SPX_EXPORT DataSummary {
   std::int64_t wild_origin = 0;         ///< founders: two wild parents, bred
   std::int64_t living_wild_origin = 0;  ///< of the founders, those living
   std::int64_t bred_founders = 0;       ///< founders that have bred
-  /// Living founders that have not bred. Founders have bred by definition, so this is 0; the line
-  /// stays in the report for those who read it by its place.
+  /// Living founders that have not bred. Founders have bred by definition, so this is 0; the line of
+  /// the summary is kept on purpose.
   std::int64_t potential_founders = 0;
 
  private:

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/meta_population.h"
 #include "spx/support/console.h"
@@ -19,7 +20,7 @@ constexpr char RULE[] =
     "----+------\n";
 constexpr int LINES_PER_PAGE = 20;
 
-// Lines shown since the last full page, by all listings of the process.
+// Lines that all listings of the process have shown since the last full page.
 int listed_lines = 0;
 
 void column(std::string& line, const std::string& value, std::size_t width) {
@@ -60,11 +61,11 @@ bool livesInView(const master_data& animal) {
 }
 
 bool reportEmpty() {
-  spxError("No animals in list");
+  spxError(error_text::NO_ANIMALS);
   return false;
 }
 
-// Asks memory for what a line shows, so that it has come when the line is written.
+// Prefetches what a line shows.
 void fetch(const master_data& animal) {
   qs_lib::fetchAhead(&animal.id_key, &animal.dam_id, &animal.birth, &animal.death, &animal.fcoef);
 }
@@ -186,12 +187,10 @@ bool listOffspring(const std::string& id) {
     return reportEmpty();
   }
   if (!Animals.animalExists(id)) {
-    spxError("Can not find animal");
+    spxError(error_text::UNKNOWN_PARENT_OF_OFFSPRING);
     return false;
   }
-  for (master_data& animal : Animals.records) {
-    animal.selected = animal.dam_id == id || animal.sire_id == id;
-  }
+  Animals.selectOffspring(id);
   Animals.sortList(SORT_FIELD::BIRTH);
   flagAll(inPedigree);
   return listTable();

@@ -5,6 +5,7 @@
 #include "spx/core/master_data.h"
 #include "spx/support/export.h"
 
+/// @file
 /// Listings of the studbook on the console: tables with one line per animal whose `print` flag is
 /// set, and the card of one animal. Tables pause after every 20 lines, counted over all listings of
 /// the process, and after the footer. A store without an index lists no animals.
@@ -42,8 +43,8 @@ SPX_EXPORT bool inLiving(master_data& animal);
 /// For pedigrees: the animal is selected, whatever the view.
 SPX_EXPORT bool inPedigree(master_data& animal);
 
-// The tables. All change `print` flags and leave them so. An empty store is reported as "No animals
-// in list".
+// The tables. All change `print` flags and do not restore them. For an empty store they report "No
+// animals in list".
 
 /// Lists the studbook. @param all  every record, pseudo individuals and those outside the view too
 SPX_EXPORT bool listStudbookData(bool all);
@@ -56,8 +57,9 @@ SPX_EXPORT bool listLiving();
 /// @return false after "Can not find animal" for an unknown ID
 SPX_EXPORT bool listOffspring(const std::string& id);
 
-/// Lists an animal and its ancestors in birth order, and selects them. An unknown ID is reported by
-/// AnimalData::individualPedigree alone; what was selected before is listed then.
+/// Lists an animal and its ancestors in birth order, and selects them; which ancestors are found, see
+/// AnimalData::individualPedigree(). That function reports an unknown ID; the previous selection is
+/// listed then.
 SPX_EXPORT bool listPedigree(const std::string& id);
 
 /// Shows the card of an animal, then pauses. Values that are not computed are "n/c".

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/meta_population.h"
 #include "spx/core/pseudo_ids.h"
@@ -18,7 +19,7 @@
 namespace spx {
 namespace {
 
-// The share of the gestation that lies between conception and birth at the latest.
+// The longest time from conception to birth, as a multiple of the gestation.
 constexpr double LONGEST_GESTATION = 1.0625;
 
 bool isUnknown(const std::string& parent) {
@@ -45,7 +46,7 @@ TraceParents::~TraceParents() = default;
 
 bool TraceParents::initialize() {
   if (Animals.records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   if (Animals.index.empty()) {
@@ -64,8 +65,8 @@ void TraceParents::candidate_list::clear() {
   at_location.clear();
 }
 
-// Records are entered in birth order, so a record that was at a location before is the last one
-// entered there.
+// Each record is added once with all its locations, so a second stay at a location finds the record
+// as the last one there.
 void TraceParents::candidate_list::add(position record) {
   all.push_back(record);
   const auto enter = [this, record](packed_deme location) {
@@ -109,12 +110,15 @@ bool TraceParents::trace() {
   report_writer_.setTitle(title());
   report_writer_.setDirectory(reportDirectory());
   report_writer_.setName(fileStem() + "-" + getEnumName(View.sex));
-  report_writer_.beginReport();
+  // Without a report everything below is counted all the same; isReportWritten() is false then.
+  static_cast<void>(report_writer_.beginReport());
   timer_.restart();
   qs_lib::ProgressBar bar(Animals.records.size(), "");
   for (const position record : Animals.index) {
     bar.progress();
-    traceAnimal(Animals.records[record]);
+    if (isChosen(record)) {
+      traceAnimal(Animals.records[record]);
+    }
   }
   writeUnknownCount();
   bar.end();
@@ -127,6 +131,25 @@ bool TraceParents::trace() {
   return true;
 }
 
+std::uint64_t TraceParents::countCandidates() {
+  only_counts_ = true;
+  candidates_ = 0;
+  for (const position record : Animals.index) {
+    if (isChosen(record)) {
+      traceAnimal(Animals.records[record]);
+    }
+  }
+  only_counts_ = false;
+  return candidates_;
+}
+
+void TraceParents::openAnimal(const master_data& animal) {
+  report_writer_.openTag("ANIMAL");
+  report_writer_.createTag("ID", animal.stud_id);
+  report_writer_.createTag("BIRTHDATE", qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date)));
+  report_writer_.createTag("BIRTHSITE", MetaPop.getMemberName(animal.birth.location));
+}
+
 void TraceParents::traceAnimal(const master_data& animal) {
   const bool group_sire = isMultiParent(animal.sire_id);
   const bool group_dam = isMultiParent(animal.dam_id);
@@ -135,10 +158,9 @@ void TraceParents::traceAnimal(const master_data& animal) {
   if (!(group_sire || group_dam || unknown_sire || unknown_dam) || isPseudoIndividual(animal.stud_id)) {
     return;
   }
-  report_writer_.openTag("ANIMAL");
-  report_writer_.createTag("ID", animal.stud_id);
-  report_writer_.createTag("BIRTHDATE", qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date)));
-  report_writer_.createTag("BIRTHSITE", MetaPop.getMemberName(animal.birth.location));
+  if (!only_counts_) {
+    openAnimal(animal);
+  }
   // A group lived where the animal was born; an unknown parent may have come from anywhere.
   if (group_sire) {
     trackSire(animal, true);
@@ -152,6 +174,9 @@ void TraceParents::traceAnimal(const master_data& animal) {
   if (unknown_dam && trackDam(animal, true) == 0) {
     trackDam(animal, false);
   }
+  if (only_counts_) {
+    return;
+  }
   report_writer_.closeTag("ANIMAL");
   multi_sire += group_sire;
   multi_dam += group_dam;
@@ -160,55 +185,95 @@ void TraceParents::traceAnimal(const master_data& animal) {
   sire_only += unknown_sire && !unknown_dam;
 }
 
-std::uint64_t TraceParents::trackSire(const master_data& animal, bool same_location) {
+TraceParents::parent_question TraceParents::sireQuestion(const master_data& animal) const {
   const double conception =
       std::trunc(static_cast<double>(animal.birth.date) - LONGEST_GESTATION * LifeHistory.getGestation());
-  return writeCandidates(animal, {"SIRE", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)},
-                         same_location);
+  return {"SIRE", "SIRES_OMITTED", sires_, conception, LifeHistory.getReproductiveAge(SEX::MALE)};
+}
+
+TraceParents::parent_question TraceParents::damQuestion(const master_data& animal) const {
+  return {"DAM", "DAMS_OMITTED", dams_, static_cast<double>(animal.birth.date),
+          LifeHistory.getReproductiveAge(SEX::FEMALE)};
+}
+
+std::uint64_t TraceParents::trackSire(const master_data& animal, bool same_location) {
+  return writeCandidates(animal, sireQuestion(animal), same_location);
 }
 
 std::uint64_t TraceParents::trackDam(const master_data& animal, bool same_location) {
-  return writeCandidates(
-      animal, {"DAM", dams_, static_cast<double>(animal.birth.date), LifeHistory.getReproductiveAge(SEX::FEMALE)},
-      same_location);
+  return writeCandidates(animal, damQuestion(animal), same_location);
 }
 
-std::uint64_t TraceParents::writeCandidates(const master_data& animal, const parent_question& question,
-                                            bool same_location) {
+std::vector<TraceParents::candidate> TraceParents::findCandidates(const master_data& animal,
+                                                                  const parent_question& question, bool same_location) {
+  std::vector<candidate> found;
   if (!isDay(question.day)) {
-    return 0;
+    return found;
   }
   const auto day = static_cast<qs_lib::day_number>(question.day);
   const std::vector<position>& list = question.candidates.listFor(animal.birth.location, same_location);
   const auto is_too_old = [&](position record) {
     return ageAt(animal.birth.date, Animals.records[record]) > question.age_days.upper;
   };
-  std::uint64_t count = 0;
   for (auto at = std::partition_point(list.begin(), list.end(), is_too_old); at != list.end(); ++at) {
-    const master_data& candidate = Animals.records[*at];
-    const double age_days = ageAt(animal.birth.date, candidate);
-    // Negated, so that a bound that is no number admits nobody.
-    if (candidate.birth.date > day || !(age_days >= question.age_days.lower) ||
-        !(age_days <= question.age_days.upper)) {
+    const master_data& record = Animals.records[*at];
+    const double age_days = ageAt(animal.birth.date, record);
+    // Negated, so that a NaN bound admits no candidate.
+    if (record.birth.date > day || !(age_days >= question.age_days.lower) || !(age_days <= question.age_days.upper)) {
       break;
     }
-    const packed_deme location = currentDeme(candidate, day);
-    if (isLiving(candidate, day) && (!same_location || location == animal.birth.location)) {
-      writeCandidate(question.element, candidate, age_days, location);
-      ++count;
+    const packed_deme location = currentDeme(record, day);
+    if (isLiving(record, day) && (!same_location || location == animal.birth.location)) {
+      found.push_back({*at, age_days, location});
     }
+  }
+  return found;
+}
+
+std::uint64_t TraceParents::writeCandidates(const master_data& animal, const parent_question& question,
+                                            bool same_location) {
+  const std::vector<candidate> candidates = findCandidates(animal, question, same_location);
+  const std::uint64_t count = candidates.size();
+  const std::uint64_t shown = most_candidates_ == 0 ? count : std::min(count, most_candidates_);
+  candidates_ += shown;
+  if (only_counts_) {
+    return count;
+  }
+  for (std::uint64_t at = 0; at < shown; ++at) {
+    writeCandidate(question.element, candidates[at]);
+  }
+  if (shown < count) {
+    report_writer_.createTag(question.omitted, std::to_string(count - shown));
   }
   return count;
 }
 
-void TraceParents::writeCandidate(const char* element, const master_data& candidate, double age_days,
-                                  packed_deme location) {
+void TraceParents::writeCandidate(const char* element, const candidate& found) {
+  const master_data& record = Animals.records[found.record];
   report_writer_.openTag(element);
-  report_writer_.createTag("ID", candidate.stud_id);
-  report_writer_.createTag("AGE", qs_lib::realToString(age_days, 0));
-  report_writer_.createTag("LOCATION", MetaPop.getMemberName(location));
-  report_writer_.createTag("BREEDER", truthText(candidate.breeder));
+  report_writer_.createTag("ID", record.stud_id);
+  report_writer_.createTag("AGE", qs_lib::realToString(found.age_days, 0));
+  report_writer_.createTag("LOCATION", MetaPop.getMemberName(found.location));
+  report_writer_.createTag("BREEDER", truthText(record.breeder));
   report_writer_.closeTag(element);
+}
+
+std::vector<position> TraceParents::possibleParents(const master_data& animal, SEX sex) const {
+  const std::string& parent = sex == SEX::MALE ? animal.sire_id : animal.dam_id;
+  const bool is_group = isMultiParent(parent);
+  if (!(is_group || isUnknown(parent)) || isPseudoIndividual(animal.stud_id)) {
+    return {};
+  }
+  const parent_question question = sex == SEX::MALE ? sireQuestion(animal) : damQuestion(animal);
+  std::vector<candidate> candidates = findCandidates(animal, question, true);
+  if (candidates.empty() && !is_group) {
+    candidates = findCandidates(animal, question, false);
+  }
+  std::vector<position> records;
+  for (const candidate& each : candidates) {
+    records.push_back(each.record);
+  }
+  return records;
 }
 
 void TraceParents::writeUnknownCount() {

@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/record_order.h"
 #include "spx/support/console.h"
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::size_t PSEUDO_PARENTS = 5;
 
-// The orders of the index: a number, and the text where it is the beginning of one.
+// The orders of the index: a number per record, and for texts also the text that it begins.
 struct compare_birth {
   static std::uint64_t number(const master_data& animal) { return animal.birth.date; }
 };
@@ -38,7 +39,7 @@ struct compare_dam {
 };
 
 bool reportEmpty() {
-  spxError("No animals in list");
+  spxError(error_text::NO_ANIMALS);
   return false;
 }
 
@@ -52,13 +53,12 @@ bool AnimalData::initialize(std::size_t expected) {
     records.reserve(expected + PSEUDO_PARENTS);
     index.reserve(expected + PSEUDO_PARENTS);
   } catch (const std::bad_alloc&) {
-    spxError("Cannot reserve room for animals");
+    spxError(error_text::NO_ROOM);
     return false;
   } catch (const std::length_error&) {
-    spxError("Cannot reserve room for animals");
+    spxError(error_text::NO_ROOM);
     return false;
   }
-  lineage_counter_ = -1;
   return addPseudoParents();
 }
 
@@ -90,13 +90,14 @@ bool AnimalData::clearStudbook() {
   return true;
 }
 
-void AnimalData::info() const {
+bool AnimalData::info() const {
   const std::string rule = qs_lib::replicateChar('=', 70) + "\n";
   const std::string used = qs_lib::percent<std::uint64_t>(records.size(), records.capacity(), 1);
   qs_lib::display(rule + "Memory usage of studbook data\n" + rule + "\nAllocated records       : " +
                   std::to_string(records.capacity()) + "\nUsed records            : " + std::to_string(records.size()) +
                   " (" + used + ")\nMaximum records         : " + std::to_string(records.max_size()) + "\n" +
                   qs_lib::replicateChar('-', 70) + "\n");
+  return true;
 }
 
 bool AnimalData::createIndex(SORT_FIELD field) {
@@ -124,13 +125,13 @@ void AnimalData::sortIndex() {
 
 bool AnimalData::sortList(SORT_FIELD field) {
   if (index.empty()) {
-    spxError("No index created");
+    spxError(error_text::NO_INDEX);
     return false;
   }
   if (field == sort_field_) {
     return true;
   }
-  // 4, 5 and 6 sort by key, sire and dam, one off their names: stored settings hold the numbers.
+  // 4, 5 and 6 sort by key, sire and dam, one step off their names. Kept on purpose.
   switch (field) {
     case SORT_FIELD::BIRTH:
       sortIndex<compare_birth>();
@@ -170,7 +171,7 @@ bool AnimalData::createLookup() {
     return reportEmpty();
   }
   lookup.clear();
-  // In ID order every insertion is at the end; of equal IDs the last one stays.
+  // In ID order every insertion is at the end. Of equal IDs the last record is kept.
   std::vector<position> by_id = placesOf(records.size());
   sortAscending(by_id, factsOf(records, compare_stud_id::number),
                 [this](position record) -> std::string_view { return records[record].stud_id; });

@@ -21,15 +21,17 @@ class RecordIndex;
 /// The studbook in memory: the records, an index that can be ordered, a lookup by studbook ID and
 /// the pedigree.
 ///
-/// Index, lookup and pedigree hold positions into the records. Positions never dangle, but a
-/// reference into a record does when a record is added, and the derived structures know nothing of
-/// records that are added later: rebuild them after loading and validation.
+/// Index, lookup and pedigree hold positions into the records. A position stays valid when records
+/// are added, a reference into a record does not. Index, lookup and pedigree do not follow later
+/// changes of `records`: rebuild them after adding records, and clear them when records are removed.
+/// While one of them holds a position beyond the end of `records`, the calls that use it, those of
+/// listings and exports included, have undefined behaviour.
 ///
-/// The road: initialize, addMaster for each animal, validate, createIndex, createLookup,
+/// Call order: initialize, addMaster for each animal, validate, createIndex, createLookup,
 /// assignIdKeys, populationPedigree, flagBreeders.
 ///
 /// Members that return false have reported the reason with spxError and changed nothing, unless
-/// said otherwise; "No animals in list" tells of an empty store.
+/// their comment says otherwise; for an empty store they report "No animals in list".
 class SPX_EXPORT AnimalData {
  public:
   // Storing
@@ -38,7 +40,7 @@ class SPX_EXPORT AnimalData {
   /// @return false after "Cannot reserve room for animals" when there is no such room
   bool initialize(std::size_t expected);
 
-  /// Appends a record. The index is in "no order" afterwards; nothing else is updated.
+  /// Appends a record. The index then counts as unordered; nothing else is updated.
   bool addMaster(master_data animal);
 
   /// Removes the records, and what holds positions into them; the reserved room is kept.
@@ -47,31 +49,33 @@ class SPX_EXPORT AnimalData {
   /// Empties the store; the reserved room is kept.
   bool clearStudbook();
 
-  /// Prints on standard output how many records there is room for, how many are used and how many
-  /// there can be.
-  void info() const;
+  /// Prints on standard output the number of records that are allocated, used and possible. Always
+  /// true.
+  bool info() const;
 
   // Ordering and searching
 
-  /// Enters all records in store order and sorts them. The recorded order is not reset: called with
-  /// the field of the last sort it leaves the new index in store order, so callers that rebuild
-  /// call resetOrder first.
+  /// Enters all records in store order and sorts them. The recorded order is not reset: with the
+  /// field of the last sort the new index stays in store order. Call resetOrder first to rebuild an
+  /// index.
   bool createIndex(SORT_FIELD field);
 
   /// Orders the index, stably; n log n. Nothing is done when the index is in that order already.
   ///
-  /// BIRTH and DEATH sort by date (living animals first), STUDBOOK_ID byte-wise ("10" before "9").
-  /// Intended, since stored settings and callers depend on the numbers: SIRE_ID (4) sorts by key as
-  /// a signed number, DAM_ID (5) by sire and EVENT (6) by dam, each one step off its name; LOCATION
-  /// (7) orders nothing and is not recorded, UNKNOWN_ORDER (8) orders nothing but is recorded.
+  /// BIRTH and DEATH sort by date: unknown births, and living animals, come first. STUDBOOK_ID sorts
+  /// byte by byte ("10" before "9"). Kept on purpose, stored settings hold the numbers: SIRE_ID (4)
+  /// sorts by key as a signed number, DAM_ID (5) by sire and EVENT (6) by dam, each one step off its
+  /// name; LOCATION (7) orders nothing and is not recorded, UNKNOWN_ORDER (8) orders nothing but is
+  /// recorded.
   /// @return false after "No index created" for an empty index; false without a message for
   ///         NO_ORDER, unless it is recorded, and for values above 8
   bool sortList(SORT_FIELD field);
 
-  /// Forgets the order of the index, so that the next sort is done whatever it was.
+  /// Forgets the recorded order of the index, so that the next sort is done in any case.
   void resetOrder();
 
-  /// Enters every record's ID. Of two records with the same ID the later one is found. n log n.
+  /// Enters the ID of every record. Of several records with the same ID the last one is found.
+  /// n log n.
   bool createLookup();
 
   /// The first record with exactly that ID; records.size() when there is none, and nothing is
@@ -96,21 +100,22 @@ class SPX_EXPORT AnimalData {
   bool addPseudoParents();
 
   /// Adds a pseudo individual: unknown origin and rearing, an accurate birth, inbreeding 0, no
-  /// generation numbers. Its parents follow from its identifier: "WILD..." is its own kind's child,
-  /// with parents "WILD" and generation -1; "UNK..." has parents "WILD"; all others "UNKM" and
-  /// "UNKF". Scans the store.
+  /// generation numbers. Its parents follow from its identifier: those of "WILD..." are "WILD", with
+  /// generation -1; those of "UNK..." are "WILD"; all others have "UNKM" and "UNKF". Scans the store.
   /// @return false, without a message, when the ID exists
   bool addPseudoAnimal(const std::string& id, SEX sex, qs_lib::day_number birth_day);
 
-  /// Adds a pseudo individual born in 1802, the stand-in of a parent without a record. Scans the
+  /// Adds a pseudo individual born in 1802, which stands for a parent without a record. Scans the
   /// store.
   /// @return false, without a message, when the ID exists
   bool addPseudoFounder(const std::string& id, SEX sex);
 
   /// Gives the wild mate of a known parent an identity. When exactly one parent is "WILD" it
   /// becomes "P" and the other parent's trimmed ID, and a pseudo founder of that ID is added, one
-  /// for all their offspring. For the host's loader, best before addMaster.
-  /// @return whether the record was changed; no message
+  /// for all their offspring. For the loader of a host, best before addMaster. Scans the store.
+  /// Requires: the other parent is a real animal. The mate of "UNK" would become "PUNK", one animal
+  /// for all of them.
+  /// @return whether the record was changed; nothing is reported
   bool checkPseudoFounder(master_data& animal);
 
   /// Gives the wild mates of known parents identities: does for every record what checkPseudoFounder
@@ -121,10 +126,10 @@ class SPX_EXPORT AnimalData {
   std::size_t nameWildMates();
 
   /// The record of a parent: the first one with that ID. A missing parent becomes a pseudo founder:
-  /// "UNKM", "UNKF" or "UNK" by sex for IDs that begin with "UNK", else "P" and the whole ID. It is
-  /// added unless it exists, and the console shows "Warning: record of parent id # ... does not
-  /// exist, assume ..." at every search that fails, also for a founder that exists by now. Scans
-  /// the store. References into records may dangle afterwards.
+  /// "UNKM", "UNKF" or "UNK" by sex for IDs that begin with "UNK", else "P" and the whole ID, so the
+  /// empty ID becomes "P". It is added unless it exists. The console shows "Warning: record of parent
+  /// id # ... does not exist, assume ..." every time, even if the founder already exists. Scans the
+  /// store. References into records may be invalid afterwards.
   position findParent(const std::string& id, SEX sex);
 
   /// Resolves the parents of every record and checks them: duplicate IDs, the sex of parents,
@@ -132,25 +137,24 @@ class SPX_EXPORT AnimalData {
   /// "UNKF"; with several taxa, generic animals inherit the taxon that their parents share. Pseudo
   /// individuals are not checked and become generic.
   ///
-  /// Parents without a record go to `missing_parents`.
-  /// What is found goes to `inconsistencies` and, a line each, into
-  /// "~/spx/projects/studbook-errors.txt", which is replaced. When that file cannot be written
-  /// "Cannot write studbook error file" is reported once. Findings never make it fail. Linear.
+  /// Parents without a record go to `missing_parents`, other findings to `inconsistencies` and, one per
+  /// line, into "~/spx/projects/studbook-errors.txt", which is replaced. When that file cannot be
+  /// written "Cannot write studbook error file" is reported once. Findings never make it fail. Linear.
   /// @return false for an empty store
   bool validate();
 
   // Pedigree
 
-  /// Builds the pedigree list in studbook-ID order from the index (made if it is empty). Parents
-  /// without a record become pseudo founders as in findParent, which get no entry of their own.
+  /// Builds the pedigree list in studbook-ID order from the index, which is made if it is empty.
+  /// Parents without a record become pseudo founders as in findParent; these have no entry.
   /// Always true; an empty store is reported ("No animals in list", "No index created").
   bool populationPedigree();
 
   /// Orders the pedigree list, stably, after building it if it is empty. BIRTH (1) by birth date,
   /// parents before offspring where the dates are equal; 4 by key as a signed number; 5 and 6 by
-  /// the sire's or dam's ID run together with the animal's birth date, one text, so that IDs of
-  /// different lengths mix with the dates. The numbers are those of sortList, with the same
-  /// intended offset.
+  /// one text, the sire's or dam's ID followed by the animal's birth date, so that IDs of different
+  /// lengths mix with the dates. The numbers are those of sortList, one step off the names; kept on
+  /// purpose.
   /// @return false, with the order as it was, for every other field but the recorded one, which is
   ///         NO_ORDER after building
   bool sortPedigree(SORT_FIELD field);
@@ -159,12 +163,12 @@ class SPX_EXPORT AnimalData {
   /// and clears it on all others. Builds the pedigree if it is empty.
   bool flagBreeders();
 
-  /// Selects an animal and its ancestors, and nothing else; leaves the pedigree in birth order.
-  /// One walk from the youngest to the oldest, which dates cut on purpose: the ancestors beyond a
-  /// parent that is said to be younger than its offspring, that is its own descendant, or whose
-  /// offspring has no birth date while the parent has one, may be missed. selectAncestors finds
-  /// them all. Builds the pedigree if it is empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder
-  /// that the building has added has no entry: nothing is selected.
+  /// Selects an animal and its ancestors, and nothing else; leaves the pedigree in birth order. One
+  /// pass from the youngest to the oldest: unknown birth dates (0) come first, so beyond a parent
+  /// that was born after its offspring by the records, whose offspring has no birth date, or that
+  /// is its own descendant, ancestors are missed. Kept on purpose; selectAncestors finds them all.
+  /// Builds the pedigree if it is empty. Reports "Animal does not exist" for an unknown ID. A pseudo
+  /// founder that building the pedigree has added has no entry: nothing is selected.
   bool individualPedigree(const std::string& id);
 
   /// Selects an animal and all its ancestors, and nothing else, by the parents alone: dates play no
@@ -172,9 +176,12 @@ class SPX_EXPORT AnimalData {
   /// empty. Reports "Animal does not exist" for an unknown ID. Linear in the number of records.
   bool selectAncestors(const std::string& id);
 
+  /// Selects the records that name an animal as a parent, and nothing else; linear.
+  /// @return how many there are
+  std::size_t selectOffspring(const std::string& id);
+
   /// Checks the number of founder lineages: false without a message for 0 and above 255. The stored
-  /// lineages are not changed, which callers rely on: bits are set one by one with
-  /// setFounderLineage.
+  /// lineages are not changed: setFounderLineage sets them one by one.
   bool initializeLineages(std::uint64_t lineages);
 
   /// The order of the index that is recorded; see sortList().
@@ -218,11 +225,10 @@ class SPX_EXPORT AnimalData {
   SORT_FIELD sort_field_ = SORT_FIELD::STUDBOOK_ID;
   SORT_FIELD pedigree_sort_field_ = SORT_FIELD::NO_ORDER;
   bool breeders_stale_ = true;
-  std::int32_t lineage_counter_ = 0;
 };
 
 /// Sets `breeder` on the records of the sire and the dam in Animals; the animal's own flag is not
-/// touched. Positions beyond the records are passed over.
+/// touched. Positions beyond the records are ignored.
 SPX_EXPORT void flagParents(const pedigree_record& entry);
 
 /// The studbook in use.

@@ -15,8 +15,9 @@ class SPX_EXPORT BreedingProgram {
   /// Registers a name; one that exists already keeps its place. @return the programme's identifier
   std::size_t addProgram(const std::string& name);
 
-  /// The identifier of the first programme of exactly that name. An unknown name gives 0 as the
-  /// first programme does, as callers are used to: ask existProgram first. Scans the list.
+  /// The identifier of the first programme of exactly that name. An unknown name gives 0, which is
+  /// also the identifier of the first programme; kept on purpose. Ask existProgram first. Scans the
+  /// list.
   std::size_t getProgramID(const std::string& name) const;
 
   /// Whether a programme has exactly that name. Scans the list.

@@ -19,13 +19,13 @@ bool isPrefix(const DemeID& parent, const DemeID& member) {
   return true;
 }
 
-// Whether real arithmetic takes the number apart without rounding.
+// Whether division in double precision unpacks the number without rounding.
 bool isExactAsReal(packed_deme number) {
   constexpr packed_deme LARGE = packed_deme{1} << 62;
   return number > -LARGE && number < LARGE && static_cast<packed_deme>(static_cast<double>(number)) == number;
 }
 
-// Equal forms are not converted: the same text lies within itself whatever it is.
+// Equal texts are not converted: they are the same deme even when they are malformed.
 template <class Form>
 bool isWithin(const Form& parent, const Form& member) {
   if (parent == member) {
@@ -74,7 +74,7 @@ void DemeID::binaryToBlocks(packed_deme number) {
     }
     return;
   }
-  // Deeper levels come out rounded; that is intended, stored identifiers were made with it.
+  // Deeper levels are rounded. Kept on purpose.
   resetBlocks();
   for (int level = LEVELS - 1; level >= 0; --level) {
     const double shifted = static_cast<double>(number) * 0.00390625;

@@ -9,8 +9,8 @@
 namespace spx {
 
 /// A deme identifier packed into one number: block i of the identifier occupies the byte (7 - i),
-/// so the top level is the most significant byte. 0 is the root, no deme. Top levels of 128 and
-/// more give negative numbers.
+/// so the top level is the most significant byte. 0 is the root, which is not a deme. Top levels of
+/// 128 and more give negative numbers.
 using packed_deme = long long;
 
 /// The identifier of a deme (location, institution or sub-population): up to eight levels, written
@@ -32,15 +32,13 @@ class SPX_EXPORT DemeID {
   bool set(packed_deme number);
 
   /// Reads numbers separated by dots; leading zeros are allowed and trailing levels may be left
-  /// out. Each number keeps its low 8 bits only (300 is stored as 44), and what follows the eighth
-  /// is not even converted: stored identifiers have always been read so. Raises
-  /// std::invalid_argument for a token that is no number and std::out_of_range for one that is no
-  /// int; the blocks read until then stay.
+  /// out. Each number keeps its low 8 bits only (300 is stored as 44), and text after the eighth
+  /// number is ignored; both are kept on purpose. Raises std::invalid_argument for a token that is
+  /// not a number and std::out_of_range for one beyond int; the blocks read until then stay.
   void textToBlocks(const std::string& text);
 
   /// Unpacks a number by division in double precision, with its rounding: identifiers that need
-  /// more than 53 significant bits lose their lowest blocks. Intended, packed files depend on the
-  /// same result.
+  /// more than 53 significant bits lose their lowest blocks. Kept on purpose.
   void binaryToBlocks(packed_deme number);
 
   /// All eight blocks with three digits each: "003.001.012.000.000.000.000.000".

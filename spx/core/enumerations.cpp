@@ -5,7 +5,7 @@
 namespace spx {
 namespace {
 
-// Fields of fixed width, one per value in the order of the values.
+// One text of fixed width per value, in the order of the values.
 constexpr char sex_name[][15] = {"female", "male", "hermaphrodite", "abnormal", "unknown", "all"};
 
 constexpr char birth_control[][15] = {"intact", "neutered", "vasectomy", "contracepted", "reversed", "no selection"};

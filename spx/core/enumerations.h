@@ -6,8 +6,9 @@
 #include "spx/support/export.h"
 #include "spx/support/time_interval.h"
 
-/// The closed value sets of a studbook. The numbers are stored in view and life-history files, the
-/// display names are printed by every listing, report and export: neither may change.
+/// @file
+/// The closed value sets of a studbook. View and life-history files store the numbers; listings,
+/// reports and exports print the display names. Neither may change.
 namespace spx {
 
 /// The sex of an animal. ALL is a wildcard of views and never the sex of a record.

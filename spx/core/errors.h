@@ -5,8 +5,9 @@
 
 #include "spx/support/export.h"
 
-/// The front end of the errors that a user sees. It keeps no state: whoever reports gives up its
-/// own operation and returns false or a neutral value, unless it says otherwise.
+/// @file
+/// The front end of the errors that a user sees. It keeps no state: an operation that reports an
+/// error gives up and returns false or a neutral value, unless it says otherwise.
 namespace spx {
 
 /// Reports "#" followed by the code in decimal, a minus sign for negative codes. Always true.
@@ -15,8 +16,8 @@ SPX_EXPORT bool spxError(std::int32_t code);
 /// Reports the text as it stands, the empty text too. Always true.
 SPX_EXPORT bool spxError(const std::string& message);
 
-/// Forms the name of the message file of a language and drops it again: nothing is opened or kept.
-/// Always true. Intended: hosts call it when they set a language, the library itself never does.
+/// Does nothing: the messages of this library exist in one language. Always true. For hosts that
+/// call it when they set a language; the library never does. Kept on purpose.
 /// @param language  a language or locale tag such as "en"
 SPX_EXPORT bool spxErrorFile(const std::string& language);
 

@@ -1,12 +1,11 @@
 #include "spx/core/estimated_dates.h"
 
-#include "spx/support/constants.h"
 #include "spx/support/number_text.h"
 
 namespace spx {
 namespace {
 
-// 365 stands apart: a range of exactly one year prints as an accurate date.
+// A range of exactly 365 days prints as an accurate date. Kept on purpose.
 DATE_ACCURACY accuracyOfRange(std::uint64_t range) {
   if (range == 0 || range == 365) {
     return DATE_ACCURACY::ACCURATE;
@@ -30,7 +29,7 @@ std::string yearText(const qs_lib::date_time_record& date) {
 std::string formatEstDate(qs_lib::julian_ms date, DATE_ACCURACY accuracy, std::uint64_t range,
                           qs_lib::date_time_set format) {
   if (date == 0) {
-    return qs_lib::BLANK_DATE_STR;
+    return std::string();
   }
   const qs_lib::date_time_record parts = qs_lib::julianToDate(date);
   std::string mark = "~";

@@ -7,7 +7,8 @@
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
 
-/// Dates that are known roughly, and spans of days, as people read them.
+/// @file
+/// Dates that are not known exactly, and spans of days, as people read them.
 namespace spx {
 
 /// @{
@@ -21,9 +22,9 @@ inline constexpr double DAYS_PER_YEAR = 365.25;
 ///
 /// By accuracy: accurate gives the full date; by day "~" and the full date; by month "~", the short
 /// month name, the format's separator and the year; by year "~" and the year; everything else
-/// "unknown", on purpose also a date known to the week, as lists have always shown it. A date range
-/// shows "+" for "~" and the form that its range calls for: 1 to 29 days by day, 30 to 364 by
-/// month, more than 365 by year; 0 and exactly 365 give the bare full date, on purpose.
+/// "unknown". A date known to the week is "unknown" too; kept on purpose. A date range has "+" in
+/// place of "~" and the form for its range: 1 to 29 days by day, 30 to 364 by month, more than 365
+/// by year. Ranges of 0 and of exactly 365 give the full date alone; kept on purpose.
 /// By month and by year show the 16-bit year of qs_lib::julianToDate(), padded with blanks.
 ///
 /// @param date      in Julian milliseconds; 0 gives the empty text whatever the accuracy

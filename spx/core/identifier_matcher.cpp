@@ -5,7 +5,7 @@
 namespace spx {
 namespace {
 
-// Upper case; of several beginnings of an identifier each has to be tried.
+// In upper case. Several may begin an identifier, so each is tried.
 constexpr std::string_view GROUPS[] = {"COLONY", "GROUP", "HERD", "MULT", "MULTI"};
 constexpr std::string_view UNKNOWNS[] = {"UNK", "UNKN", "UNKM", "UNKF"};
 constexpr std::string_view FOUNDERS[] = {"P", "WILD"};

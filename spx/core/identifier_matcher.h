@@ -5,7 +5,7 @@
 
 namespace spx {
 
-/// The languages of pseudo identifiers; the predicates hold the same ones as expressions.
+/// The kinds of pseudo identifiers; identifiers.cpp has the same ones as regular expressions.
 enum class IDENTIFIER_KIND : std::uint32_t {
   PSEUDO_ANIMAL,   ///< any beginning, then anything
   MULTI_PARENT,    ///< a group's beginning, then at least one character
@@ -13,12 +13,11 @@ enum class IDENTIFIER_KIND : std::uint32_t {
   PSEUDO_FOUNDER,  ///< P or WILD, white space or none, digits
 };
 
-/// Whether the first letter can begin an identifier of the kind; a quick no for numbered animals.
+/// Whether the first letter can begin an identifier of the kind: a fast test for numbered animals.
 bool canBeginIdentifier(std::string_view id, IDENTIFIER_KIND kind);
 
-/// Whether the whole identifier belongs to the language, in any letter case, in constant memory:
-/// for identifiers that are too long for expressions that recurse per character. Linear in the
-/// length.
+/// Whether the whole identifier is of the kind, in any letter case. Linear, in constant memory: the
+/// regular expressions recurse per character, so that long identifiers would exhaust the stack.
 bool matchesIdentifier(std::string_view id, IDENTIFIER_KIND kind);
 
 }  // namespace spx

@@ -27,18 +27,17 @@ const std::regex multiParent = compiled(multi_parent_id);
 const std::regex sameLitter = compiled(same_litter);
 const std::regex pseudoFounder = compiled(pseudo_founder);
 
-// The standard expressions recurse once per character.
+// The standard library's expressions recurse once per character.
 constexpr std::size_t LONGEST_FOR_EXPRESSION = 256;
 
-// What most parents without a record are called: a shared parent, or a founder with the number of
-// its mate or of the parent that is missing. No expression has to be asked.
+// The usual pseudo individuals: a shared parent, or "P" and a number. They need no expression.
 bool isUsualPseudo(std::string_view id) {
   return id == UNKNOWN_SIRE || id == UNKNOWN_DAM || id == WILD_PARENT || id == UNKNOWN_PARENT || id == GROUP_PARENT ||
          (id.starts_with(PSEUDO_FOUNDER_PREFIX) && id.find_first_not_of("0123456789", 1) == std::string_view::npos);
 }
 
 bool matches(const std::string& id, const std::regex& expression, IDENTIFIER_KIND kind) {
-  // Most studbooks number their animals: the first letter settles nearly every question.
+  // Most studbooks number their animals: the first letter decides nearly always.
   if (!canBeginIdentifier(id, kind)) {
     return false;
   }

@@ -4,19 +4,18 @@
 
 #include "spx/support/export.h"
 
-/// Questions about one identifier.
+/// @file
+/// Questions about one identifier, matched as a whole and in any letter case. As in regular
+/// expressions a line break is white space but not "any character": "WILD\n12" is a same-litter
+/// parent and not a pseudo individual.
 namespace spx {
 
-// Identifiers, whole and in any letter case. Line breaks are white space, but not a character that
-// may follow where anything may: "WILD\n12" is a same-litter parent and no pseudo individual.
-
 /// Begins with COLONY, GROUP, HERD, MULT, MULTI, UNK, UNKN, UNKM, UNKF, WILD or P. So every
-/// identifier that begins with P, "Pedro" too, is a pseudo individual: studbooks rely on that
-/// breadth.
+/// identifier that begins with P, also "Pedro", is a pseudo individual; kept on purpose.
 SPX_EXPORT bool isPseudoIndividual(const std::string& id);
 
-/// COLONY, GROUP, HERD, MULT or MULTI and at least one character more: "MULT" alone is no group of
-/// parents.
+/// COLONY, GROUP, HERD, MULT or MULTI and at least one more character: "MULT" alone is not a group
+/// of parents.
 SPX_EXPORT bool isMultiParent(const std::string& id);
 
 /// One of the beginnings of a pseudo individual, white space or none, and digits: "WILD 12",

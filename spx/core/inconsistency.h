@@ -23,7 +23,7 @@ struct inconsistency {
   std::string parent;  ///< the studbook ID of the parent concerned; empty for DUPLICATE_ID
 };
 
-/// The line of the studbook's error file that tells of a finding, without its line end.
+/// The line of the studbook's error file for a finding, without its line end.
 SPX_EXPORT std::string inconsistencyText(const inconsistency& finding);
 
 }  // namespace spx

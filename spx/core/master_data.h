@@ -13,9 +13,10 @@
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
 
+/// @file
 /// The records of a studbook: plain values that the store owns. Dates are day numbers, and 0 means
-/// that no date is known. The default values are those of a zeroed record; initializeMaster gives a
-/// fresh one its own.
+/// that no date is known. The default values are those of a zeroed record; initializeMaster sets
+/// those of a new animal.
 namespace spx {
 
 /// The place of a record in the store's sequence. The number of records is the end position, "not
@@ -89,12 +90,12 @@ struct find_id {
   bool operator()(const master_data& animal) const { return animal.stud_id == id; }
 };
 
-/// Makes a record a fresh one: parents "UNKM" and "UNKF", generic taxon, unknown sex, key with all
-/// bits set, birth and death reset as by initializeMove(), no moves, birth control, user values and
-/// lineages, generations and inbreeding NaN, no breeder, selected and printed. The studbook ID,
-/// origin, rearing, managed events, host data and the kinds and texts of birth and death are left
-/// as they are, on purpose: a loader may set them before. Whoever fills one record again and again
-/// sets them for every animal.
+/// Resets a record for a new animal: parents "UNKM" and "UNKF", generic taxon, unknown sex, key with
+/// all bits set, birth and death reset as by initializeMove(), no moves, birth control, user values
+/// and lineages, generations and inbreeding NaN, not a breeder, selected and printed. The studbook
+/// ID, origin, rearing, managed events, host data and the kinds and texts of birth and death stay;
+/// kept on purpose: a loader may set them before. A loader that reuses one record must set them for
+/// every animal.
 SPX_EXPORT void initializeMaster(master_data& animal);
 
 /// Resets date, accuracy, range, location and number; the kind of event and the texts stay. Always

@@ -18,8 +18,8 @@ using master_map = std::map<std::string, std::string, qs_lib::map_key<std::strin
 /// Dates are "YYYY-MM-DD"; an unknown birth date or site is empty, a number that is not computed
 /// "nan". DEATHDATE and DEATHAGE (days, 1 decimal) are "NA" for the living and for animals lost to
 /// follow-up. Ages are unsigned differences of day numbers: a death before the birth gives one near
-/// 4294967295, an unknown birth the day number of the death, and readers of the table find such
-/// records by it. There is no key "ID", callers that need it add it.
+/// 4294967295, an unknown birth the day number of the death; kept on purpose, such records can be
+/// found by it. There is no key "ID".
 SPX_EXPORT master_map masterToMap(const master_data& animal);
 
 }  // namespace spx

@@ -4,6 +4,7 @@
 #include <iomanip>
 #include <iostream>
 
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/number_text.h"
 #include "spx/support/text.h"
@@ -118,7 +119,7 @@ gis_point MetaPopulation::getMemberGIS(packed_deme id) const {
 
 std::size_t MetaPopulation::getNumberOfMembers(unsigned long level) const {
   if (level >= levels_.size()) {
-    spxError("Level does not exist");
+    spxError(error_text::UNKNOWN_LEVEL);
     return 0;
   }
   return levels_[level].members.size();
@@ -195,7 +196,7 @@ void MetaPopulation::listMetapopulation() {
   std::cout << qs_lib::replicateChar('-', 80) << "\n[+] Means that deme is selected in view." << std::endl;
 }
 
-// The level where a deme of this depth is kept. Call it only while there are levels.
+// The level where a deme of this depth is kept. Requires at least one level.
 std::size_t MetaPopulation::slotOf(int level) const {
   return std::min(static_cast<std::size_t>(level), levels_.size() - 1);
 }

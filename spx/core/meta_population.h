@@ -93,7 +93,7 @@ class SPX_EXPORT MetaPopulation {
 
   /// @{
   /// Sets the flag of a deme and of all demes within it, in its own level and the deeper ones;
-  /// shallower levels are never touched. The root stands for the last level. Scans those levels.
+  /// higher levels are never touched. The root stands for the last level. Scans those levels.
   void selectMember(packed_deme id, bool selected);
   void selectMember(const std::string& id, bool selected);
   /// @}
@@ -102,8 +102,7 @@ class SPX_EXPORT MetaPopulation {
   void selectMembers(bool selected);
 
   /// Lists one level on standard output, longitude before latitude; nothing beyond the last level.
-  /// Leaves standard output left-adjusted, as all listings of this class do: what is written after
-  /// a listing has to set the adjustment that it needs.
+  /// Leaves standard output left-adjusted, as all listings of this class do.
   void listMembers(unsigned long level) const;
 
   /// Lists all levels on standard output, and sorts the members of each by identifier in passing.

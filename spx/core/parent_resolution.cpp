@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/identifiers.h"
 #include "spx/core/pseudo_ids.h"
@@ -72,8 +73,8 @@ void warnOfMissing(const std::string& id, const std::string& substitute) {
   qs_lib::display(warning);
 }
 
-// What an offspring's check asks of a parent, in a small part of a record's memory; `taxon` follows
-// the record's.
+// The facts about a parent that the check of its offspring needs, in less memory than a record;
+// `taxon` changes with the record's.
 struct parent_facts {
   taxon_handle taxon;
   qs_lib::day_number birth_day;
@@ -172,7 +173,7 @@ position AnimalData::findParent(const std::string& id, SEX sex) {
   return found != records.size() ? found : assumeParent(std::string(id), sex, nullptr);
 }
 
-// One pass over the studbook searches by its index of IDs, a single call scans the records.
+// Uses the index of IDs of a pass over the whole studbook; a single findParent() scans the records.
 position AnimalData::parentOf(position record, SEX sex, RecordIndex& known) {
   const bool is_sire = sex == SEX::MALE;
   const position found = is_sire ? known.findSire(record) : known.findDam(record);
@@ -182,7 +183,7 @@ position AnimalData::parentOf(position record, SEX sex, RecordIndex& known) {
   return assumeParent(is_sire ? known.sireId(record) : known.damId(record), sex, &known);
 }
 
-// The text of the ID must not be a record's own: records move when parents are added.
+// Requires: the ID is not a reference into a record, since records move when parents are added.
 position AnimalData::assumeParent(const std::string& missing, SEX sex, RecordIndex* known) {
   const std::string substitute = substituteOf(missing, sex);
   const position parent = known == nullptr ? findMaster(substitute) : known->find(substitute);
@@ -219,7 +220,7 @@ struct AnimalData::Validation {
 
 bool AnimalData::validate() {
   if (records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   inconsistencies.clear();
@@ -254,7 +255,7 @@ void AnimalData::validateRecord(position record, Validation& pass) {
   }
 }
 
-// Resolves and checks the parent of one sex; gives the taxon that it passes on.
+// Resolves and checks the parent of one sex. Returns the taxon that it passes on.
 taxon_handle AnimalData::validateParent(position record, SEX sex, Validation& pass) {
   const bool is_sire = sex == SEX::MALE;
   std::string master_data::*parent_id = is_sire ? &master_data::sire_id : &master_data::dam_id;
@@ -317,7 +318,7 @@ void AnimalData::writeInconsistencies() const {
     written = file.fileClose();
   }
   if (!written) {
-    spxError("Cannot write studbook error file");
+    spxError(error_text::ERROR_FILE_NOT_WRITTEN);
   }
 }
 

@@ -1,9 +1,10 @@
-// The pedigree list: building it, ordering it, and what is read from it.
+// The pedigree list: building it, ordering it, and the functions that read it.
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/core/record_index.h"
 #include "spx/core/record_order.h"
@@ -14,8 +15,8 @@ namespace {
 
 using parent_position = position pedigree_record::*;
 
-// The IDs of one parent of every entry, each run together with the offspring's birth date. All
-// texts lie one after the other.
+// One text per entry: the ID of a parent followed by the offspring's birth date. The texts are
+// stored one after the other.
 class ParentsAndBirths {
  public:
   ParentsAndBirths(const std::vector<master_data>& records, const std::vector<pedigree_record>& pedigree,
@@ -54,8 +55,8 @@ class ParentsAndBirths {
 };
 
 // Puts parents before their offspring among the entries [first, last), which share a birth date.
-// The entries keep their order, but each brings its parents forward; where a cycle closes, the
-// parent that already waits is left where it is. Linear, without recursion.
+// The entries keep their order, but each moves its parents before it. In a cycle, a parent that is
+// already waiting is not moved. Linear, without recursion.
 class EqualBirths {
  public:
   explicit EqualBirths(std::size_t records) : entry_of_(records, NONE) {}
@@ -91,7 +92,7 @@ class EqualBirths {
     }
   }
 
-  // Lets an entry wait for its place; false when it is none of the range or was seen before.
+  // Makes an entry wait for its place. False when it is outside the range or was seen before.
   bool await(std::size_t entry) {
     if (entry == NONE || is_seen_[entry]) {
       return false;
@@ -132,7 +133,7 @@ bool AnimalData::populationPedigree() {
   return true;
 }
 
-// The memory of the lookups to come, in the order in which one leads to the next.
+// Prefetches the memory of later lookups, in the order in which each leads to the next.
 void AnimalData::fetchParents(const RecordIndex& known, std::size_t entry) const {
   if (entry + RecordIndex::FETCH_FIRST < index.size()) {
     known.fetchParents(index[entry + RecordIndex::FETCH_FIRST]);
@@ -176,8 +177,7 @@ bool AnimalData::sortPedigree(SORT_FIELD field) {
   if (field == pedigree_sort_field_) {
     return true;
   }
-  // The numbers of sortList with the same offset against the names: 4 is the key, 5 the sire, 6 the
-  // dam.
+  // As in sortList, one step off the names: 4 is the key, 5 the sire, 6 the dam.
   switch (field) {
     case SORT_FIELD::BIRTH:
       sortPedigreeByBirth();
@@ -198,7 +198,7 @@ bool AnimalData::sortPedigree(SORT_FIELD field) {
   return true;
 }
 
-// Studbooks without exact dates hold parents and offspring of one day; the walk to the ancestors
+// In studbooks without exact dates parents and offspring may have the same date. individualPedigree
 // needs every parent before its offspring.
 void AnimalData::orderEqualBirths(const std::vector<std::uint64_t>& days) {
   EqualBirths equal_births(records.size());
@@ -218,19 +218,19 @@ void AnimalData::orderEqualBirths(const std::vector<std::uint64_t>& days) {
 
 bool AnimalData::flagBreeders() {
   if (records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   if (pedigree.empty()) {
     populationPedigree();
   }
-  // Parents lie all over the records; the marks of all of them fit a cache.
+  // Parents are spread over all records; the marks of all of them fit into a cache.
   std::vector<bool> is_parent(records.size(), false);
   for (const pedigree_record& entry : pedigree) {
     is_parent[entry.sire] = true;
     is_parent[entry.dam] = true;
   }
-  // Most flags are as they should be, and what is not written need not go back to the memory.
+  // Most flags are already right; a record that is not written need not go back to memory.
   for (position record = 0; record < records.size(); ++record) {
     if (records[record].breeder != is_parent[record]) {
       records[record].breeder = is_parent[record];
@@ -251,11 +251,11 @@ void flagParents(const pedigree_record& entry) {
 // Whether the animal exists; then the pedigree is built and nothing is selected.
 bool AnimalData::preparePedigreeOf(const std::string& id) {
   if (records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   if (!animalExists(id)) {
-    spxError("Animal does not exist");
+    spxError(error_text::UNKNOWN_ANIMAL);
     return false;
   }
   if (pedigree.empty()) {
@@ -265,7 +265,7 @@ bool AnimalData::preparePedigreeOf(const std::string& id) {
 }
 
 bool AnimalData::individualPedigree(const std::string& id) {
-  // The ID may belong to a record, which moves when parents are added.
+  // The ID may be a reference into a record, and records move when parents are added.
   const std::string wanted = id;  // NOLINT(performance-unnecessary-copy-initialization)
   if (!preparePedigreeOf(wanted)) {
     return false;
@@ -316,12 +316,21 @@ bool AnimalData::selectAncestors(const std::string& id) {
   return true;
 }
 
+std::size_t AnimalData::selectOffspring(const std::string& id) {
+  std::size_t count = 0;
+  for (master_data& animal : records) {
+    animal.selected = animal.sire_id == id || animal.dam_id == id;
+    count += animal.selected ? 1 : 0;
+  }
+  return count;
+}
+
 bool AnimalData::initializeLineages(std::uint64_t lineages) {
   if (lineages == 0 || lineages >= master_data::LINEAGES) {
     return false;
   }
   if (records.empty()) {
-    spxError("No animals in list");
+    spxError(error_text::NO_ANIMALS);
     return false;
   }
   return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The identifiers of the pseudo parents. Literals, so that constructors that run while the library
 /// is loaded may use them.
 namespace spx {

@@ -6,13 +6,14 @@
 
 namespace spx {
 
-/// A member of which most records hold nothing: one pointer, and no memory as long as it is as its
-/// type makes it. Copies are deep, as those of the value itself.
+/// A member that is default-constructed in most records: a null pointer while it equals Value{}, so
+/// that such records need no memory for it. Copies are deep. It compares, and where Value can it also
+/// concatenates and answers empty(), like the value.
 template <class Value>
 class Rare {
  public:
   Rare() = default;
-  /// What makes a value makes this too.
+  /// Constructible like Value.
   template <class From>
   requires std::is_constructible_v<Value, From> &&
       (!std::is_same_v<std::remove_cvref_t<From>, Rare>)Rare(From&& from) {  // NOLINT(google-explicit-constructor,
@@ -30,13 +31,33 @@ class Rare {
 
   operator const Value&() const { return get(); }  // NOLINT(google-explicit-constructor)
 
-  /// The value; valid until it is set or the record moves on.
+  /// The value. The reference is valid until the value is set or the record moves.
   const Value& get() const {
     static const Value NOTHING{};
     return value_ ? *value_ : NOTHING;
   }
 
   void set(Value value) { value_ = value == Value{} ? nullptr : std::make_unique<Value>(std::move(value)); }
+
+  bool empty() const requires requires(const Value& value) { value.empty(); }
+  { return get().empty(); }
+
+  friend bool operator==(const Rare& left, const Rare& right) { return left.get() == right.get(); }
+
+  template <class Other>
+  requires(!std::is_same_v<Other, Rare>) && requires(const Value& left, const Other& right) { left == right; }
+  friend bool operator==(const Rare& left, const Other& right) { return left.get() == right; }
+
+  friend Value operator+(const Rare& left, const Rare& right) requires requires(const Value& value) { value + value; }
+  { return left.get() + right.get(); }
+
+  template <class Other>
+  requires(!std::is_same_v<Other, Rare>) && requires(const Value& left, const Other& right) { left + right; }
+  friend Value operator+(const Rare& left, const Other& right) { return left.get() + right; }
+
+  template <class Other>
+  requires(!std::is_same_v<Other, Rare>) && requires(const Other& left, const Value& right) { left + right; }
+  friend Value operator+(const Other& left, const Rare& right) { return left + right.get(); }
 
  private:
   static std::unique_ptr<Value> copyOf(const Rare& other) {

@@ -15,7 +15,7 @@ constexpr unsigned SIZE_SHIFT = 56;
 constexpr std::size_t WORD = sizeof(std::uint64_t);
 constexpr std::size_t LONGEST_EXACT = 2 * WORD - 1;
 
-// The bytes are read as numbers, several at once.
+// Several bytes are read at once as a number, the first one as the lowest: little-endian.
 static_assert(std::endian::native == std::endian::little);
 
 template <class Number>
@@ -25,7 +25,7 @@ std::uint64_t numberAt(const char* bytes) {
   return number;
 }
 
-// At most eight bytes, read in two pieces that may overlap.
+// At most eight bytes, in two reads that may overlap.
 std::uint64_t bytesOf(const char* bytes, std::size_t size) {
   if (size >= 4) {
     return numberAt<std::uint32_t>(bytes) | numberAt<std::uint32_t>(bytes + size - 4) << 8 * (size - 4);
@@ -52,7 +52,7 @@ id_words::id_words(const std::string& id) {
   }
 }
 
-// Eight digits at once: to pairs, to fours, to the number.
+// Converts eight digits at once: to pairs, to groups of four, to the number.
 std::uint64_t id_words::number() const {
   constexpr std::uint64_t ZEROS = 0x3030303030303030;
   constexpr std::uint64_t SIXES = 0x0606060606060606;
@@ -63,7 +63,7 @@ std::uint64_t id_words::number() const {
   if (size == 0 || size > WORD || begins_with_zero) {
     return NO_NUMBER;
   }
-  // The last digit comes to the highest byte, zeros stand before the first.
+  // The last digit moves to the highest byte; zeros fill the bytes before the first.
   const auto shift = static_cast<unsigned>(8 * (WORD - size));
   const std::uint64_t letters = low << shift | (ZEROS >> 1) >> (63 - shift);
   if ((letters & HIGH_HALVES) != ZEROS || ((letters + SIXES) & HIGH_HALVES) != ZEROS) {
@@ -103,7 +103,7 @@ void RecordIndex::addNext() {
   }
 }
 
-// The number of an ID, a new one when it is none itself and was not met before.
+// The number of an ID: its own value, or for other IDs a number given at their first appearance.
 RecordIndex::id_number RecordIndex::numberOf(const std::string& id) {
   const id_words words(id);
   const std::uint64_t number = words.number();
@@ -146,7 +146,7 @@ position RecordIndex::find(const std::string& id) const {
   return place.number == EMPTY ? records_.size() : recordOf(place.number);
 }
 
-// The slot that holds the ID, or the empty one where it belongs.
+// The slot that holds the ID, or the empty slot where it would be.
 std::size_t RecordIndex::slotFor(const id_words& words, const std::string& id) const {
   const std::size_t mask = slots_.size() - 1;
   const auto holdsOther = [&](const slot& place) {
@@ -160,10 +160,10 @@ std::size_t RecordIndex::slotFor(const id_words& words, const std::string& id) c
 }
 
 void RecordIndex::growSlots() {
-  std::vector<slot> former(slots_.size() * 2, {id_words(""), EMPTY});
-  former.swap(slots_);
+  std::vector<slot> old_slots(slots_.size() * 2, {id_words(""), EMPTY});
+  old_slots.swap(slots_);
   const std::size_t mask = slots_.size() - 1;
-  for (const slot& place : former) {
+  for (const slot& place : old_slots) {
     if (place.number == EMPTY) {
       continue;
     }

@@ -32,16 +32,17 @@ struct id_words {
   std::uint64_t number() const;
 };
 
-/// From studbook ID to the first record that bears it, in expected constant time. It holds the IDs
-/// as they were when a record was entered, so records may move and change their parents; records
-/// that are appended have to be entered with addNext(). Lives on the stack of one pass over the
-/// studbook.
+/// Finds the first record with a studbook ID in expected constant time. The index holds the IDs that
+/// a record had when it was entered, so records may move and change their parents. Requires: records
+/// that are appended are entered with addNext(); otherwise the positions of the index and of the
+/// records differ. Lives on the stack of one pass over the studbook.
 ///
-/// A studbook of a million animals fits no cache, so that reading the memory is what takes time.
+/// The records of a million animals do not fit into a cache, so memory access takes most of the time.
 /// The index reads the records once and gives each ID a number, under which it keeps the record;
 /// a pass over all parents then reads four bytes for a parent and four for its record. Most
-/// studbooks number their animals: such IDs are their own numbers, so that parents lie near their
-/// offspring; all others are numbered as they come, and their texts kept.
+/// studbooks number their animals: such IDs are their own numbers, so that parents are stored near
+/// their offspring; other IDs get numbers in the order of their appearance, and the index keeps
+/// their texts.
 class RecordIndex {
  public:
   /// How many records before its turn a pass prefetches what leads to a record's parents, and then
@@ -53,7 +54,7 @@ class RecordIndex {
   explicit RecordIndex(const std::vector<master_data>& records) : RecordIndex(records, [](const master_data&) {}) {}
 
   /// The same.
-  /// @param visit  is handed each record, in their order, while it is at hand
+  /// @param visit  is called with each record, in order, while it is in the cache
   template <class Visit>
   RecordIndex(const std::vector<master_data>& records, Visit visit) : records_(records) {
     makeRoom();
@@ -87,8 +88,8 @@ class RecordIndex {
   /// @}
 
   /// @{
-  /// Has the memory fetched that the search for the parents of a record will read, in two steps
-  /// that want to come some searches before the next: a pass knows what it will search for.
+  /// Prefetches the memory that findSire() and findDam() of a record will read. The first step must
+  /// come some records before the second, and that some records before the search.
   void fetchParents(position record) const { qs_lib::fetchAhead(&parents_[record]); }
   void fetchParentPlaces(position record) const {
     const parent_numbers& parents = parents_[record];
@@ -96,12 +97,11 @@ class RecordIndex {
   }
   /// @}
 
-  /// Whether another record bears the same ID as the one at this position.
+  /// Whether another record has the same ID as the one at this position.
   bool isDuplicate(position record) const { return is_duplicate_[record]; }
 
  private:
-  // Four bytes for each: enough for 600 million records and their parents, which would take 240
-  // gigabytes.
+  // Four bytes are enough for 600 million records and their parents, which take 240 gigabytes.
   using id_number = std::uint32_t;
   using short_position = std::uint32_t;
   static constexpr short_position NO_RECORD = std::numeric_limits<short_position>::max();

@@ -1,189 +1,15 @@
 #include "spx/core/record_order.h"
 
 #include <algorithm>
-#include <bit>
-#include <functional>
 #include <numeric>
-#include <span>
-#include <utility>
 
 namespace spx {
 namespace {
 
-// Bytes of a text in one number, above the byte that counts them.
-constexpr std::size_t CHUNK = 7;
-constexpr std::uint64_t GOES_ON = CHUNK + 1;
-// Runs of so few are sorted in place; texts that share that many chunks are compared.
-constexpr std::size_t FEW = 32;
-constexpr std::size_t MOST_CHUNKS = 8;
-// Wider digits need fewer passes, but their lists no longer fit the nearest caches.
-constexpr unsigned MOST_BITS = 10;
-constexpr unsigned BYTE = 8;
-
+// An element and its number, side by side: what is compared lies in the order in which it is read.
 struct entry {
   std::uint64_t number;
   std::size_t element;
-};
-
-/// Sorts entries by numbers, with the room that it takes for it kept for the next sort.
-template <class Entry, class NumberOf>
-class DigitSort {
- public:
-  // A pass for every digit of `bits` bits above the shift, from the lowest; each keeps the order of
-  // the one before where its digits are equal. Digits without a difference are left out.
-  void sort(std::span<Entry> entries, unsigned shift, unsigned bits) {
-    const std::uint64_t differing = differingBits(entries) >> shift << shift;
-    const auto end = static_cast<unsigned>(std::bit_width(differing));
-    if (entries.size() > FITS_CACHE && end > shift + TOP_BITS) {
-      sortParts(entries, end - TOP_BITS, shift, bits);
-      return;
-    }
-    room_.resize(std::max(room_.size(), entries.size()));
-    std::span<Entry> from = entries;
-    std::span<Entry> into(room_.data(), entries.size());
-    for (; shift < 64 && differing >> shift != 0; shift += bits) {
-      if ((differing >> shift & (bit(bits) - 1)) != 0) {
-        distribute(from, into, shift, bits);
-        std::swap(from, into);
-      }
-    }
-    if (from.data() != entries.data()) {
-      std::copy(from.begin(), from.end(), entries.begin());
-    }
-  }
-
- private:
-  // Passes over more entries wait for memory; the highest digit parts them first.
-  static constexpr std::size_t FITS_CACHE = std::size_t{1} << 15;
-  static constexpr unsigned TOP_BITS = 12;
-
-  static constexpr std::uint64_t bit(unsigned number) { return std::uint64_t{1} << number; }
-
-  std::uint64_t differingBits(std::span<const Entry> entries) const {
-    std::uint64_t differing = 0;
-    for (const Entry& each : entries) {
-      differing |= numberOf_(each) ^ numberOf_(entries.front());
-    }
-    return differing;
-  }
-
-  // Afterwards next_ holds where the entries of each digit end.
-  void distribute(std::span<const Entry> from, std::span<Entry> into, unsigned shift, unsigned bits) {
-    const std::uint64_t mask = bit(bits) - 1;
-    next_.assign(mask + 1, 0);
-    for (const Entry& each : from) {
-      ++next_[numberOf_(each) >> shift & mask];
-    }
-    std::size_t place = 0;
-    for (std::size_t& first : next_) {
-      place += std::exchange(first, place);
-    }
-    for (const Entry& each : from) {
-      into[next_[numberOf_(each) >> shift & mask]++] = each;
-    }
-  }
-
-  void sortParts(std::span<Entry> entries, unsigned top, unsigned shift, unsigned bits) {
-    room_.resize(std::max(room_.size(), entries.size()));
-    distribute(entries, std::span(room_.data(), entries.size()), top, TOP_BITS);
-    std::copy_n(room_.begin(), entries.size(), entries.begin());
-    std::size_t begin = 0;
-    for (const std::size_t end : std::vector<std::size_t>(next_)) {
-      if (end - begin > 1) {
-        sort(entries.subspan(begin, end - begin), shift, bits);
-      }
-      begin = end;
-    }
-  }
-
-  NumberOf numberOf_{};
-  std::vector<Entry> room_;
-  std::vector<std::size_t> next_;  ///< by digit: the place of its next entry
-};
-
-struct number_of_entry {
-  std::uint64_t operator()(const entry& each) const { return each.number; }
-};
-
-using NumberSort = DigitSort<entry, number_of_entry>;
-
-// Bytes of a text as a number, and how many there are: a text comes after its beginnings.
-std::uint64_t chunkOf(std::string_view text, std::size_t chunk) {
-  const std::string_view rest = text.substr(std::min(text.size(), chunk * CHUNK));
-  std::uint64_t number = 0;
-  for (std::size_t at = 0; at < CHUNK; ++at) {
-    number = number << 8 | (at < rest.size() ? static_cast<unsigned char>(rest[at]) : 0);
-  }
-  return number << 8 | std::min<std::uint64_t>(rest.size(), GOES_ON);
-}
-
-// Sorts texts a chunk at a time: a step of its own asks for the next chunk of all texts that are
-// still equal, so that memory is read many texts at a time.
-class TextOrder {
- public:
-  explicit TextOrder(const std::function<std::string_view(std::size_t)>& textOf) : textOf_(textOf) {}
-
-  // The entries hold the first chunks.
-  void sort(std::vector<entry>& entries) {
-    equal_.assign(1, entries);
-    for (std::size_t chunk = 0; !equal_.empty(); ++chunk) {
-      if (chunk == MOST_CHUNKS) {
-        compareTexts();
-        return;
-      }
-      if (chunk > 0) {
-        takeChunk(chunk);
-      }
-      sortRuns();
-    }
-  }
-
- private:
-  using run = std::span<entry>;
-
-  void takeChunk(std::size_t chunk) {
-    for (const run& entries : equal_) {
-      for (entry& each : entries) {
-        each.number = chunkOf(textOf_(each.element), chunk);
-      }
-    }
-  }
-
-  // Sorts every run by its numbers; the runs of texts that go on after an equal chunk remain.
-  void sortRuns() {
-    std::vector<run> still_equal;
-    for (const run& entries : equal_) {
-      entries.size() <= FEW ? sortFew(entries) : numbers_.sort(entries, 0, BYTE);
-      for (auto first = entries.begin(); first != entries.end();) {
-        const std::uint64_t number = first->number;
-        const auto last =
-            std::find_if(first, entries.end(), [number](const entry& each) { return each.number != number; });
-        if (last - first > 1 && (number & 0xFF) == GOES_ON) {
-          still_equal.emplace_back(first, last);
-        }
-        first = last;
-      }
-    }
-    equal_ = std::move(still_equal);
-  }
-
-  static void sortFew(const run& entries) {
-    const auto isLess = [](const entry& a, const entry& b) { return a.number < b.number; };
-    for (auto each = entries.begin(); each != entries.end(); ++each) {
-      std::rotate(std::upper_bound(entries.begin(), each, *each, isLess), each, each + 1);
-    }
-  }
-
-  void compareTexts() const {
-    for (const run& entries : equal_) {
-      std::stable_sort(entries.begin(), entries.end(),
-                       [this](const entry& a, const entry& b) { return textOf_(a.element) < textOf_(b.element); });
-    }
-  }
-
-  const std::function<std::string_view(std::size_t)>& textOf_;
-  std::vector<run> equal_;  ///< of texts that are equal up to the chunk
-  NumberSort numbers_;
 };
 
 std::vector<entry> entriesOf(const std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers) {
@@ -195,32 +21,21 @@ std::vector<entry> entriesOf(const std::vector<std::size_t>& elements, const std
   return entries;
 }
 
-void putBack(const std::vector<entry>& entries, std::vector<std::size_t>& elements) {
+template <class IsLess>
+void sortBy(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers, IsLess isLess) {
+  std::vector<entry> entries = entriesOf(elements, numbers);
+  std::stable_sort(entries.begin(), entries.end(), isLess);
   std::transform(entries.begin(), entries.end(), elements.begin(), [](const entry& sorted) { return sorted.element; });
-}
-
-// Numbers that lie as near to each other as dates do share a word with their elements.
-void sortNear(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers, std::uint64_t smallest,
-              std::uint64_t largest) {
-  constexpr unsigned ELEMENT_BITS = 32;
-  std::vector<std::uint64_t> words;
-  words.reserve(elements.size());
-  for (const std::size_t element : elements) {
-    words.push_back((numbers[element] - smallest) << ELEMENT_BITS | element);
-  }
-  const auto width = static_cast<unsigned>(std::bit_width(largest - smallest));
-  const unsigned passes = (width + MOST_BITS - 1) / MOST_BITS;
-  if (passes != 0) {
-    DigitSort<std::uint64_t, std::identity>().sort(words, ELEMENT_BITS, (width + passes - 1) / passes);
-  }
-  std::transform(words.begin(), words.end(), elements.begin(),
-                 [](std::uint64_t word) { return word & ((std::uint64_t{1} << ELEMENT_BITS) - 1); });
 }
 
 }  // namespace
 
 std::uint64_t beginningOf(std::string_view text) {
-  return chunkOf(text, 0);
+  std::uint64_t number = 0;
+  for (std::size_t at = 0; at < sizeof number; ++at) {
+    number = number << 8 | (at < text.size() ? static_cast<unsigned char>(text[at]) : 0);
+  }
+  return number;
 }
 
 std::vector<std::size_t> placesOf(std::size_t elements) {
@@ -230,25 +45,14 @@ std::vector<std::size_t> placesOf(std::size_t elements) {
 }
 
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers) {
-  if (elements.empty()) {
-    return;
-  }
-  constexpr std::uint64_t NEAR = std::uint64_t{1} << 32;
-  const auto [smallest, largest] = std::minmax_element(numbers.begin(), numbers.end());
-  if (*largest - *smallest < NEAR && numbers.size() < NEAR) {
-    sortNear(elements, numbers, *smallest, *largest);
-    return;
-  }
-  std::vector<entry> entries = entriesOf(elements, numbers);
-  NumberSort().sort(entries, 0, BYTE);
-  putBack(entries, elements);
+  sortBy(elements, numbers, [](const entry& a, const entry& b) { return a.number < b.number; });
 }
 
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& beginnings,
                    const std::function<std::string_view(std::size_t)>& textOf) {
-  std::vector<entry> entries = entriesOf(elements, beginnings);
-  TextOrder(textOf).sort(entries);
-  putBack(entries, elements);
+  sortBy(elements, beginnings, [&textOf](const entry& a, const entry& b) {
+    return a.number != b.number ? a.number < b.number : textOf(a.element) < textOf(b.element);
+  });
 }
 
 }  // namespace spx

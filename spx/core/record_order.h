@@ -8,7 +8,7 @@
 
 #include "spx/core/master_data.h"
 
-/// Stable sorts over numbers and texts, in a time that grows with the number of elements.
+/// Stable sorts over numbers and texts: n log n, with the numbers computed once.
 namespace spx {
 
 /// A number as which signed 64-bit order becomes unsigned order.
@@ -16,8 +16,8 @@ inline std::uint64_t signedOrder(std::uint64_t key) {
   return key ^ (std::uint64_t{1} << 63);
 }
 
-/// The beginning of a text as a number: texts of up to seven bytes are in the order of their
-/// numbers; among longer ones the numbers order what differs in the first seven.
+/// The first eight bytes of a text as a number, zeros after a shorter one: numbers that differ are in
+/// the order of their texts.
 std::uint64_t beginningOf(std::string_view text);
 
 /// The numbers from 0 to the number of elements less one.

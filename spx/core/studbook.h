@@ -7,8 +7,7 @@
 
 namespace spx {
 
-/// What is known of the studbook as a whole, filled by the host and written into the head of
-/// reports.
+/// Facts about the studbook as a whole. The host sets them; reports show them in their head.
 struct Studbook {
   qs_lib::day_number first_date = 0;   ///< first date of data recorded; 0 is unknown
   qs_lib::day_number update_date = 0;  ///< date of the last update; 0 is unknown

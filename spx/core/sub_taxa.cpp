@@ -1,5 +1,6 @@
 #include "spx/core/sub_taxa.h"
 
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/console.h"
 
@@ -10,28 +11,26 @@ SubTaxa::SubTaxa() {
 }
 
 taxon_handle SubTaxa::add(const std::string& name) {
-  return names_.insert(name).first;
+  return taxon_handle(*names_.insert(name).first);
 }
 
 taxon_handle SubTaxa::find(const std::string& name) const {
-  return names_.find(name);
+  const auto found = names_.find(name);
+  return found == names_.end() ? end() : taxon_handle(*found);
 }
 
 taxon_handle SubTaxa::getGeneric() const {
-  return names_.find(GENERIC_TAXON);
+  return find(GENERIC_TAXON);
 }
 
 const std::string& SubTaxa::getName(taxon_handle taxon) const {
-  if (names_.empty() || taxon == taxon_handle() || taxon == names_.end()) {
-    static const std::string NO_NAME;
-    return NO_NAME;
-  }
-  return *taxon;
+  static const std::string NO_NAME;
+  return names_.empty() || taxon == end() ? NO_NAME : *taxon;
 }
 
 bool SubTaxa::listTaxa() const {
   if (names_.empty()) {
-    spxError("No taxa have been defined");
+    spxError(error_text::NO_TAXA);
     return false;
   }
   std::string text = "Taxa defined:\n";

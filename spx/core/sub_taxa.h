@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <set>
 #include <string>
 
@@ -11,9 +10,22 @@ namespace spx {
 /// The name of the taxon of animals whose taxon is not given.
 inline constexpr char GENERIC_TAXON[] = "generic";
 
-/// A taxon as records and views hold it: an entry of the registry, so that taxa are compared by
-/// identity. It stays valid while names are added. A default-made handle is no taxon.
-using taxon_handle = std::set<std::string>::const_iterator;
+/// A taxon as records and views hold it: a reference to a name of the registry, so that taxa are
+/// compared by identity. It stays valid while names are added. A default-constructed handle refers to
+/// no taxon and equals SubTaxa::end().
+class taxon_handle {
+ public:
+  taxon_handle() = default;
+  /// @param name  in the registry
+  explicit taxon_handle(const std::string& name) : name_(&name) {}
+
+  const std::string& operator*() const { return *name_; }  ///< the name; not for end()
+  const std::string* operator->() const { return name_; }  ///< likewise
+  bool operator==(const taxon_handle&) const = default;    ///< whether both refer to the same taxon
+
+ private:
+  const std::string* name_ = nullptr;
+};
 
 /// The registry of taxon names, for example sub-species, in byte-wise order. Each name occurs once.
 class SPX_EXPORT SubTaxa {
@@ -31,20 +43,21 @@ class SPX_EXPORT SubTaxa {
   /// The handle of "generic"; end() after clear().
   taxon_handle getGeneric() const;
 
-  /// The name behind a handle of this registry; empty for end(), for a default-made handle and
-  /// while the registry is empty. Valid as long as the handle.
+  /// The name behind a handle of this registry; empty for end() and while the registry is empty.
+  /// Valid as long as the handle.
   const std::string& getName(taxon_handle taxon) const;
 
   /// Lists the names with their running numbers from 0.
   /// @return false after reporting "No taxa have been defined" when the registry is empty
   bool listTaxa() const;
 
-  /// Removes every name, "generic" included. All handles become invalid: clear the records and the
-  /// taxa of every view first. A registry that is assigned another loses its handles likewise.
+  /// Removes every name, "generic" included. All handles become invalid, as they do when the
+  /// registry is assigned another one.
+  /// Requires: the records and the taxa of every view are cleared.
   void clear();
 
-  /// The handle of no taxon.
-  taxon_handle end() const { return names_.end(); }
+  /// The handle that refers to no taxon.
+  taxon_handle end() const { return {}; }
   /// All names in byte-wise order; valid as long as the registry.
   const std::set<std::string>& names() const { return names_; }
 

@@ -1,5 +1,6 @@
 #include "spx/core/user_fields.h"
 
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/console.h"
 
@@ -11,7 +12,7 @@ std::string userFieldName(std::size_t field) {
 
 bool showUserFields() {
   if (user_field_list.empty()) {
-    spxError("No user fields defined");
+    spxError(error_text::NO_USER_FIELDS);
     return false;
   }
   std::string text = "User defined fields:\n";

@@ -14,8 +14,8 @@ struct user_field {
   qs_lib::FIELD_TYPE type = qs_lib::FIELD_TYPE::TEXT;  ///< for display; values are texts
 };
 
-/// The user-defined fields of the studbook in use, filled by the host. A field is known everywhere
-/// by its position here: records hold their values, and views their filters, at the same positions.
+/// The user-defined fields of the studbook in use, set by the host. The position here identifies a
+/// field: records hold its value, and views refer to it, by the same position.
 extern SPX_EXPORT std::vector<user_field> user_field_list;
 
 /// The name of a field; empty beyond the list.

@@ -35,7 +35,7 @@ ordered_times inOrder(std::span<const observed_time> times) {
 // The log-log interval; `hazard_variance` is Greenwood's sum.
 void setInterval(survival_step& step, double hazard_variance) {
   if (step.survival <= 0) {
-    step.std_error = step.lower = step.upper = NOT_KNOWN;
+    step.std_error = NOT_KNOWN;
     return;
   }
   const double error = std::sqrt(hazard_variance);
@@ -108,10 +108,10 @@ survival_curve kaplanMeier(std::span<const observed_time> times) {
   return curve;
 }
 
-double survivalAt(const survival_curve& curve, double time) {
+survival_step stepAt(const survival_curve& curve, double time) {
   const auto after = std::upper_bound(curve.steps.begin(), curve.steps.end(), time,
                                       [](double value, const survival_step& step) { return value < step.time; });
-  return after == curve.steps.begin() ? 1 : std::prev(after)->survival;
+  return after == curve.steps.begin() ? survival_step() : *std::prev(after);
 }
 
 namespace {

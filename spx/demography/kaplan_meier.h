@@ -23,13 +23,13 @@ struct observed_time {
 /// One time at which animals died or were last seen.
 struct survival_step {
   double time = 0;
-  double at_risk = 0;    ///< animals at risk at that time
-  double deaths = 0;     ///< of them
-  double censored = 0;   ///< last seen alive at that time
-  double survival = 1;   ///< share that lives longer
-  double std_error = 0;  ///< of the survival; NaN when nobody survives
-  double lower = 1;      ///< interval of 95 percent; NaN when nobody survives
-  double upper = 1;      ///< likewise
+  double at_risk = 0;        ///< animals at risk at that time
+  double deaths = 0;         ///< of them
+  double censored = 0;       ///< last seen alive at that time
+  double survival = 1;       ///< share that lives longer
+  double std_error = 0;      ///< of the survival; NaN when nobody survives
+  double lower = NOT_KNOWN;  ///< interval of 95 percent; NaN while all survive and when nobody does
+  double upper = NOT_KNOWN;  ///< likewise
 };
 
 /// A survival curve: survival is 1 before the first step and stays at its value between two.
@@ -50,8 +50,8 @@ struct survival_curve {
 /// Times with entry >= exit are never at risk and count for nothing. Sorts: n log n.
 SPX_EXPORT survival_curve kaplanMeier(std::span<const observed_time> times);
 
-/// Survival at a time: that of the last step up to it.
-SPX_EXPORT double survivalAt(const survival_curve& curve, double time);
+/// The curve at a time: the last step up to it; before the first one a step at time 0 with survival 1.
+SPX_EXPORT survival_step stepAt(const survival_curve& curve, double time);
 
 /// One group of a log-rank test.
 struct log_rank_group {

@@ -223,6 +223,14 @@ life_tallies lifeTallies(const AnimalData& store, const DataFilter& view, const 
   return data;
 }
 
+life_tallies joinSamples(life_tallies data) {
+  const std::size_t each = 2 * data.classes.starts.size();
+  for (std::size_t at = each; at < data.tallies.size(); ++at) data.tallies[at % each] += data.tallies[at];
+  data.tallies.resize(each);
+  data.samples = 1;
+  return data;
+}
+
 namespace {
 
 double offspringOf(const class_tally& tally, SEX sex, bool same_sex) {
@@ -234,9 +242,7 @@ void setIntervals(life_table_row& row, double hazard_variance) {
   const auto q = wilsonInterval(row.deaths, row.at_risk);
   row.q_lower = q.lower;
   row.q_upper = q.upper;
-  if (row.l <= 0) {
-    row.l_lower = row.l_upper = NOT_KNOWN;
-  } else if (row.l < 1) {
+  if (row.l > 0 && row.l < 1) {
     const double log_l = std::log(row.l);
     const double half = NORMAL_95 * std::sqrt(hazard_variance) / log_l;
     row.l_lower = std::exp(-std::exp(std::log(-log_l) - half));

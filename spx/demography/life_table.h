@@ -40,7 +40,7 @@ struct class_tally {
   double sons = 0;       ///< likewise
   double offspring = 0;  ///< likewise, of any sex
 
-  class_tally& operator+=(const class_tally& other);
+  SPX_EXPORT class_tally& operator+=(const class_tally& other);
 };
 
 /// The tallies of a view.
@@ -80,6 +80,9 @@ SPX_EXPORT life_tallies lifeTallies(const AnimalData& store, const DataFilter& v
                                     const age_classes& classes, double gestation, std::size_t samples = 1,
                                     std::uint32_t seed = 1);
 
+/// All animals in one sample.
+SPX_EXPORT life_tallies joinSamples(life_tallies data);
+
 /// One class of a life table. Ages and times are in days.
 struct life_table_row {
   double age = 0;                                   ///< at the start of the class
@@ -91,7 +94,7 @@ struct life_table_row {
   double q_lower = NOT_KNOWN, q_upper = NOT_KNOWN;  ///< its interval (Wilson)
   double p = 1;                                     ///< chance to live through it
   double l = 1;                                     ///< share that reaches it
-  double l_lower = 1, l_upper = 1;                  ///< its interval (Greenwood, log-log)
+  double l_lower = NOT_KNOWN, l_upper = NOT_KNOWN;  ///< its interval (Greenwood, log-log); NaN for l of 1 and 0
   double L = 0;                                     ///< days lived in it per newborn
   double T = 0;                                     ///< days lived in it and after it per newborn
   double e = 0;                                     ///< days that an animal at its start can expect to live

@@ -35,7 +35,7 @@ SPX_EXPORT double leslieLambda(const step_rates& rates);
 struct class_counts {
   std::vector<double> females;
   std::vector<double> males;
-  double total() const;
+  SPX_EXPORT double total() const;
 };
 
 /// The numbers to start from: the animals of a day by class. Those of unknown age are shared over

@@ -63,9 +63,10 @@ class Reproduction {
   }
 
   reproduction_summary summary() {
-    result_.date = view_.monitor_date;
+    result_.date = std::min(view_.monitor_date, view_.end_date);
     result_.in_view = presence_.in_view;
     result_.left_out = presence_.left_out;
+    result_.findings = presence_.findings;
     countSexes();
     parents(&birth_record::dam, SEX::FEMALE, settings_.youngest_dam, result_.females);
     parents(&birth_record::sire, SEX::MALE, settings_.youngest_sire, result_.males);
@@ -238,7 +239,7 @@ double youngestOf(SEX sex) {
 
 reproduction_settings reproductionSettings() {
   const double days = LifeHistory.get("BIRTHDATE_RANGE").value.real();
-  return {days > 0 ? days : 0, youngestOf(SEX::FEMALE), youngestOf(SEX::MALE)};
+  return {days > 0 ? days : WEEK, youngestOf(SEX::FEMALE), youngestOf(SEX::MALE)};
 }
 
 reproduction_summary reproductionOf(const AnimalData& store, const DataFilter& view, const presence_settings& presence,

@@ -48,6 +48,7 @@ struct reproduction_summary {
   double concentration = 0;  ///< 1: all on that day; 0: spread over the year (length of the mean vector)
   std::size_t in_view = 0;   ///< animals of the view, of any sex
   left_out_counts left_out;  ///< those that never were there, by reason
+  life_findings findings;    ///< contradictions in their events
 };
 
 /// What reproduction needs beside the view.
@@ -57,13 +58,14 @@ struct reproduction_settings {
   double youngest_sire = NOT_KNOWN;  ///< likewise
 };
 
-/// The settings of the life history of the species in use.
+/// The settings of the life history of the species in use; litters of a week where it does not tell.
 SPX_EXPORT reproduction_settings reproductionSettings();
 
 /// Summarises the births of a view: those of its animals (of any sex) that were born in its
 /// locations and period. Parents count wherever they are, at their ages where these are known to
 /// within a class width; a mean day is that of the directions on the circle of the year (Batschelet
-/// 1981). Adults are counted on the monitor date. Linear but for sorting the births.
+/// 1981). Adults are counted on the monitor date, at the latest
+/// at the end of the period. Linear but for sorting the births.
 SPX_EXPORT reproduction_summary reproductionOf(const AnimalData& store, const DataFilter& view,
                                                const presence_settings& presence,
                                                const reproduction_settings& settings);

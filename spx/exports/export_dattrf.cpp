@@ -52,16 +52,6 @@ bool openFile(qs_lib::WriteFile& file, const Analysis& analysis, const std::stri
   return file.fileOpen();
 }
 
-// Both files or none, as far as two files can be: neither takes its place before both are written.
-bool closeBoth(qs_lib::WriteFile& dat, qs_lib::WriteFile& trf) {
-  if (!dat.stream().flush() || !trf.stream().flush() || !dat.fileClose()) {
-    dat.fileDiscard();
-    trf.fileDiscard();
-    return false;
-  }
-  return trf.fileClose();
-}
-
 }  // namespace
 
 ExportDattrf::ExportDattrf() {
@@ -109,18 +99,23 @@ std::string ExportDattrf::convertAccuracy(DATE_ACCURACY accuracy) {
 }
 
 bool ExportDattrf::exportData() {
+  failed_file_.clear();
   if (!initialize()) {
     return false;
   }
   timer_.restart();
   qs_lib::WriteFile dat;
   qs_lib::WriteFile trf;
-  if (!openFile(dat, *this, "DAT") || !openFile(trf, *this, "TRF")) {
-    dat.fileDiscard();
-    return false;
+  for (const auto& [file, extension] : {std::pair(&dat, "DAT"), std::pair(&trf, "TRF")}) {
+    if (!openFile(*file, *this, extension)) {
+      failed_file_ = file->getFileName();
+      dat.fileDiscard();
+      return false;
+    }
   }
-  for (const master_data& animal : Animals.records) {
-    if (isInTaxonView(animal)) {
+  for (position record = 0; record < Animals.records.size(); ++record) {
+    const master_data& animal = Animals.records[record];
+    if (isChosen(record) && isInTaxonView(animal)) {
       dat.writeLine(animalLine(animal));
       trf.writeLine(eventLine(animal, animal.birth, 'B'));
       trf.writeLine(eventLine(animal, animal.death, 'D'));
@@ -131,6 +126,20 @@ bool ExportDattrf::exportData() {
   const bool written = closeBoth(dat, trf);
   timer_.stop();
   return written;
+}
+
+// Both files or none, as far as possible: neither replaces an existing one before both are written.
+bool ExportDattrf::closeBoth(qs_lib::WriteFile& dat, qs_lib::WriteFile& trf) {
+  if (!dat.stream().flush() || !trf.stream().flush()) {
+    failed_file_ = (dat.stream() ? trf : dat).getFileName();
+  } else if (!dat.fileClose()) {
+    failed_file_ = dat.getFileName();
+  } else if (!trf.fileClose()) {
+    failed_file_ = trf.getFileName();
+  }
+  dat.fileDiscard();
+  trf.fileDiscard();
+  return failed_file_.empty();
 }
 
 }  // namespace spx

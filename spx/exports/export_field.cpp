@@ -46,17 +46,17 @@ bool ExportField::inAnalysis(const master_data& animal) const {
 }
 
 bool ExportField::exportToR() {
+  exported_animals_ = 0;
   return initialize() && writeExportTable(*this, timer_, [this](qs_lib::CsvReport& table) {
            table.separator = '\t';
-           bool has_header = false;
-           for (const master_data& animal : Animals.records) {
-             if (!inAnalysis(animal)) {
+           for (position record = 0; record < Animals.records.size(); ++record) {
+             const master_data& animal = Animals.records[record];
+             if (!isChosen(record) || !inAnalysis(animal)) {
                continue;
              }
              const master_map fields = masterToMap(animal);
-             if (!has_header) {
+             if (exported_animals_++ == 0) {
                writeHeader(table, fields);
-               has_header = true;
              }
              writeValues(table, fields);
            }

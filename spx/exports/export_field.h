@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "spx/analyses/analysis.h"
 #include "spx/core/master_data.h"
 #include "spx/support/export.h"
@@ -8,7 +10,7 @@ namespace spx {
 
 /// Writes every field of the animals in the view as a table for R, "animal_data.csv" in the report
 /// directory, which the host sets to the export path. The columns are the keys of masterToMap in
-/// byte order; there is no ID. Every line, the header too, ends in a TAB before its line feed.
+/// byte order, without an ID. Every line, also the header, ends in a TAB before its line feed.
 class SPX_EXPORT ExportField : public Analysis {
  public:
   ExportField();
@@ -17,14 +19,21 @@ class SPX_EXPORT ExportField : public Analysis {
   /// Whether the animal is exported: it passes origin, sex, date accuracies, taxon and user fields
   /// of the view, and died or was lost within the view's dates, both included. So the living, whose
   /// death date is 0, are left out unless the period starts at 0. Generation, inbreeding and demes
-  /// are not asked.
+  /// of the view do not count.
   bool inAnalysis(const master_data& animal) const;
 
-  /// Writes the file; a former one is replaced as a whole. When no animal qualifies it is empty.
+  /// Writes the file; an existing one is replaced as a whole. When no animal qualifies it is empty.
   /// One pass.
   /// @return false after "No animals in list" for an empty store; false without a message when the
-  ///         file cannot be opened or not all of it could be written; a former file is whole then
-  bool exportToR();
+  ///         file cannot be opened or not all of it could be written; an existing file is then
+  ///         unchanged
+  [[nodiscard]] bool exportToR();
+
+  /// The number of animals in the last table.
+  std::size_t exportedAnimals() const { return exported_animals_; }
+
+ private:
+  std::size_t exported_animals_ = 0;
 };
 
 }  // namespace spx

@@ -33,8 +33,8 @@ const char* sexCode(SEX sex) {
   }
 }
 
-// The texts of all days between the first and the last date of the records, made once: a large
-// studbook has more animals than days.
+// The texts of all days between the first and the last date of the records: a large studbook has
+// more animals than days.
 class DayTexts {
  public:
   void include(qs_lib::day_number day) {
@@ -70,17 +70,16 @@ const char* censorCode(const master_data& animal) {
   return animal.death.date != 0 && animal.death.event != MOVE_TYPE::LOST_TO_FOLLOW_UP ? "1" : "0";
 }
 
-// What has no whole number of generations becomes the smallest number, which readers take as
-// missing.
+// NaN and numbers beyond int become the smallest int, which R reads as NA.
 int wholeGenerations(float generation) {
   const double limit = -static_cast<double>(std::numeric_limits<int>::min());
   const auto value = static_cast<double>(generation);
   return value > -limit && value < limit ? static_cast<int>(value) : std::numeric_limits<int>::min();
 }
 
-// Writes the rows. The pedigree list may be in any order, and the records of a large studbook fit
-// no cache: what a row needs is fetched some rows ahead, and which records are pseudo individuals
-// is found out in one pass over them.
+// Writes the rows. The pedigree list may be in any order, and the records of a large studbook do not
+// fit into a cache: the memory of a row is prefetched some rows ahead, and one pass over the records
+// finds the pseudo individuals before.
 class PedigreeRows {
  public:
   explicit PedigreeRows(char separator) : separator_(separator) {
@@ -93,7 +92,7 @@ class PedigreeRows {
     days_.make(Animals.records.size());
     for (const deme_level& level : MetaPop.levels()) {
       for (const deme_member& member : level.members) {
-        // A deme may stand in two levels, if one was added after it.
+        // A deme may be in two levels when a level was added after it.
         const auto [site, is_new] = sites_.try_emplace(member.id);
         if (is_new) {
           qs_lib::appendCsvText(site->second, MetaPop.getMemberName(member.id), separator);
@@ -103,7 +102,7 @@ class PedigreeRows {
     }
   }
 
-  void write(qs_lib::CsvReport& table) const {
+  void write(qs_lib::CsvReport& table, const Analysis& analysis) const {
     constexpr std::size_t FETCH_AHEAD = 12;
     constexpr std::size_t BLOCK = std::size_t{256} * 1024;
     const std::vector<pedigree_record>& pedigree = Animals.pedigree;
@@ -112,7 +111,7 @@ class PedigreeRows {
       if (i + FETCH_AHEAD < pedigree.size()) {
         fetch(pedigree[i + FETCH_AHEAD]);
       }
-      if (!is_pseudo_[pedigree[i].animal]) {
+      if (!is_pseudo_[pedigree[i].animal] && analysis.isChosen(pedigree[i].animal)) {
         appendRow(rows, pedigree[i]);
       }
       if (rows.size() > BLOCK) {
@@ -189,9 +188,9 @@ ExportPedigree::ExportPedigree() {
 ExportPedigree::~ExportPedigree() = default;
 
 bool ExportPedigree::exportToR() {
-  return initialize() && writeExportTable(*this, timer_, [](qs_lib::CsvReport& table) {
+  return initialize() && writeExportTable(*this, timer_, [this](qs_lib::CsvReport& table) {
            table.writeHeader(HEADER);
-           PedigreeRows(table.separator).write(table);
+           PedigreeRows(table.separator).write(table, *this);
          });
 }
 

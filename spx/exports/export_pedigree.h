@@ -19,11 +19,13 @@ class SPX_EXPORT ExportPedigree : public Analysis {
   ExportPedigree();
   ~ExportPedigree() override;
 
-  /// Writes the file; a former one is replaced as a whole. One pass. Without a pedigree only the
+  /// Writes the file; an existing one is replaced as a whole. One pass. Without a pedigree only the
   /// header is written.
+  /// Requires: no record was added since the pedigree was built.
   /// @return false after "No animals in list" for an empty store; false without a message when the
-  ///         file cannot be opened or not all of it could be written; a former file is whole then
-  bool exportToR();
+  ///         file cannot be opened or not all of it could be written; an existing file is then
+  ///         unchanged
+  [[nodiscard]] bool exportToR();
 };
 
 }  // namespace spx

@@ -10,11 +10,11 @@ namespace spx {
 class Analysis;
 
 /// Writes the table of an export, the analysis's file stem with the extension "csv" in its report
-/// directory. A former file stays whole until the new one is complete.
+/// directory. An existing file is unchanged until the new one is complete.
 /// @param timer  measures the writing
 /// @param write  writes header and rows into the open table
 /// @return false when it cannot be opened or not all of it could be written
-bool writeExportTable(const Analysis& analysis, qs_lib::process_timer& timer,
-                      const std::function<void(qs_lib::CsvReport&)>& write);
+[[nodiscard]] bool writeExportTable(const Analysis& analysis, qs_lib::process_timer& timer,
+                                    const std::function<void(qs_lib::CsvReport&)>& write);
 
 }  // namespace spx

@@ -14,7 +14,7 @@ namespace spx {
 /// How effectiveAncestors() works.
 struct ancestor_options {
   std::size_t most = std::numeric_limits<std::size_t>::max();  ///< ancestors to find
-  bool members_count = true;  ///< animals of the set that have parents count as ancestors too
+  bool members_count = false;  ///< animals of the set that have parents count as ancestors too; those without do
 };
 
 /// An ancestor and its marginal contribution.

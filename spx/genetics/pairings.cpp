@@ -72,7 +72,7 @@ class PairPicker {
     const GrowingPopulation& judge = options.is_dynamic ? now_ : start_;
     std::vector<picked_pair> picks;
     while (picks.size() < options.pairs) {
-      const auto best = bestPair(judge, left_of_male, left_of_female, options.most_kinship);
+      const auto best = bestPair(judge, left_of_male, left_of_female, options);
       if (!best) break;
       const auto [male, female] = *best;
       const breeding_pair pair = pairOf(judge, male, female);
@@ -116,7 +116,7 @@ class PairPicker {
   }
 
   std::optional<places> bestPair(const GrowingPopulation& judge, const std::vector<std::size_t>& left_of_male,
-                                 const std::vector<std::size_t>& left_of_female, double most_kinship) const {
+                                 const std::vector<std::size_t>& left_of_female, const pick_options& options) const {
     std::optional<places> best;
     double highest = 0;
     for (std::size_t male = 0; male < males_.size(); ++male) {
@@ -124,7 +124,8 @@ class PairPicker {
       for (std::size_t female = 0; female < females_.size(); ++female) {
         if (left_of_female[female] == 0 || males_[male] == females_[female]) continue;
         const double kinship = kinshipOf(male, female);
-        if (kinship > most_kinship || isTaken(male, female)) continue;
+        if (kinship > options.most_kinship || isTaken(male, female)) continue;
+        if (options.may_pair && !options.may_pair(males_[male], females_[female])) continue;
         const double diversity = judge.diversityWith(males_[male], females_[female], kinship);
         if (best && diversity <= highest) continue;
         best = places{male, female};

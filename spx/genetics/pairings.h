@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <span>
 #include <vector>
@@ -39,6 +40,7 @@ struct pick_options {
   std::size_t most_per_female = 1;
   double most_kinship = std::numeric_limits<double>::infinity();  ///< of a pair
   bool is_dynamic = true;                                         ///< mean kinships are computed again after each pick
+  std::function<bool(animal_number sire, animal_number dam)> may_pair = {};  ///< empty: any pair may
   unsigned threads = 1;
 };
 

@@ -68,7 +68,7 @@ void Biology::setGestation(double days) {
   set("GESTATION", "REAL", daysText(days), "Gestation length");
 }
 
-// The type word of these two is DOUBLE where all others have REAL: files carry both.
+// The type word of these two is DOUBLE, that of the others REAL. Kept on purpose: part of the format.
 void Biology::setDenEmerge(double days) {
   set("DEN_EMERGE", "DOUBLE", daysText(days), "Days after birth when offspring emerges from den");
 }

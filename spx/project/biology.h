@@ -9,16 +9,15 @@ namespace spx {
 
 /// The life history of the species: names, reproduction, longevity. Every parameter is an entry of
 /// the key file "taxon.biology" and is converted whenever it is read; ages, intervals and durations
-/// are in days, written with two decimals. Values are not validated. The host sets the directory;
-/// nothing is saved by itself.
+/// are in days, written with two decimals. Values are not validated. The host sets the directory, and
+/// calls save(). docs/key-files.md lists the keys.
 class SPX_EXPORT Biology : public qs_lib::Configuration {
  public:
   /// All parameters at their defaults.
   Biology();
 
   /// Sets every parameter to its default. Ranges start inverted, lower 36500 and upper 0, on
-  /// purpose: the first observed value replaces both bounds when a range is widened by
-  /// observations.
+  /// purpose: the first observed value then becomes both bounds of a range that observations widen.
   void initialize();
 
   /// The scientific name of the species.
@@ -48,7 +47,8 @@ class SPX_EXPORT Biology : public qs_lib::Configuration {
   /// The upper limit of neonatal age.
   void setNeonatalAge(double days);
 
-  // A text that is no number reads as NaN.
+  // A text that is not a number reads as NaN; a number beyond the range of a double raises
+  // std::out_of_range.
 
   /// In days.
   double getGestation() const;

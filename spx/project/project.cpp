@@ -5,6 +5,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/console.h"
 #include "spx/support/directory.h"
@@ -20,8 +21,8 @@ std::string homeDirectory() {
   return home == nullptr ? std::string() : std::string(home);
 }
 
-// The working directory changes while the tree is made, so a relative path has to be settled
-// before. Empty when the working directory itself is gone.
+// The working directory changes while the tree is made, so a relative path is resolved before. Empty
+// when the working directory does not exist.
 std::string absolutePath(const std::string& path) {
   std::error_code failed;
   const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
@@ -32,7 +33,7 @@ bool enter(const std::string& directory) {
   return chdir(directory.c_str()) == 0;
 }
 
-// A creation stamp carries the time of day whatever the user has switched on.
+// The time of creation always includes the time of day.
 std::string todayWithTime() {
   const bool use_time = qs_lib::isUseTime();
   qs_lib::setUseTime(true);
@@ -53,7 +54,7 @@ Project::Project() {
 
 Project::~Project() {
   if (!project_name_.empty() && isSaveOnClose()) {
-    save();
+    static_cast<void>(save());
   }
 }
 
@@ -70,13 +71,13 @@ bool Project::create(const std::string& name, const std::string& directory) {
   const std::string previous = getDirectory();
   const std::string trimmed = qs_lib::allTrim(name);
   const std::string parent = absolutePath(qs_lib::homePath(directory));
-  // Without the parent directory the tree would grow in whatever directory the process is in.
+  // Without the parent directory the tree would be made in the working directory.
   if (trimmed.empty() || !qs_lib::isPlainName(trimmed) || !enter(parent)) {
     return false;
   }
   setDirectory(parent + "/" + trimmed);
   if (access(trimmed.c_str(), F_OK) == 0) {
-    spxError("Project already exists");
+    spxError(error_text::PROJECT_EXISTS);
     return false;
   }
   makeTree(trimmed, parent);
@@ -84,15 +85,18 @@ bool Project::create(const std::string& name, const std::string& directory) {
   setName(trimmed);
   setDefaults(trimmed, parent);
   qs_lib::message("Created new project " + trimmed);
-  save();
+  // Not reported, kept on purpose: the host finds out whether the file is there.
+  static_cast<void>(save());
   static_cast<void>(enter(previous));
   return true;
 }
 
 void Project::makeTree(const std::string& name, const std::string& parent) {
   qs_lib::message(getDirectory());
-  qs_lib::createDir(name);
-  if (enter(name)) {
+  // A name that begins with "~" is not a home directory.
+  const std::string tree = "./" + name;
+  qs_lib::createDir(tree);
+  if (enter(tree)) {
     for (const char* directory : {"views", "reports", "export", "graphics"}) {
       qs_lib::createDir(directory);
     }
@@ -114,7 +118,7 @@ void Project::setDefaults(const std::string& name, const std::string& parent) {
   set("LAST_FILTER_ID", "INTEGER", "0", "Last filter ID");
   set("LOAD_LOCATION", "BOOLEAN", "TRUE", "Load locations");
   set("AGE_BASED", "BOOLEAN", "TRUE", "Age or Stage based model");
-  // A date by its type word and a truth value by its text: the files have always been written so.
+  // The type word says DATE, the value is a truth value. Kept on purpose: it is part of the format.
   set("TIMESTAMP", "DATE", "FALSE", "Use timestamp in dates");
 }
 

@@ -18,24 +18,26 @@ class SPX_EXPORT Project : public qs_lib::Configuration {
   /// Saves the key file of a named project whose save-on-close flag is set.
   ~Project() override;
 
-  /// Names the project, its entry NAME and its key file; the empty name changes nothing.
+  /// Sets the name of the project, its entry NAME and the name of its key file. The empty name
+  /// changes nothing.
   void setName(const std::string& name);
 
   /// Makes a new project: its directory tree and its key file with default settings.
   ///
-  /// Changes the process's working directory; afterwards it is the directory that the configuration
-  /// had before the call, or unchanged when there is no such directory. The name is trimmed, blanks
-  /// inside it stay. A project that exists already is reported as "Project already exists"; the
-  /// configuration's directory is then the would-be project's all the same, which hosts use to open
+  /// Changes the working directory of the process: afterwards it is the directory that the
+  /// configuration had before the call, or unchanged when that does not exist. The name is trimmed;
+  /// blanks inside it stay. When the project already exists, "Project already exists" is reported,
+  /// and the directory of the configuration is that of the existing project, so that a host can open
   /// it.
   /// @param directory  an existing directory; a leading "~" is the user's home, a relative path is
   ///                   taken from the working directory. The settings hold it as an absolute path.
-  /// @return false, with nothing printed or made, for an empty or blank name, a name that would
-  ///         leave the directory, and a directory that cannot be entered
+  /// @return false, with nothing printed or created, for an empty or blank name, a name that would
+  ///         leave the directory, and a directory that cannot be entered. A project whose files could
+  ///         not be written also returns true: the host checks the key file.
   bool create(const std::string& name, const std::string& directory);
 
-  /// Announces the removal. Nothing is deleted, on purpose: the files are the user's, and the
-  /// host's affair. Always true.
+  /// Announces the removal and deletes nothing, on purpose: the host decides about the files of the
+  /// user. Always true.
   bool remove();
 
   /// The name of the project; empty while it has none.

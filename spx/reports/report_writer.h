@@ -19,6 +19,8 @@ namespace spx {
 class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
  public:
   ReportWriter();
+  /// Discards a report that is open, that is one without endReport(). A staged file then leaves an
+  /// existing report unchanged, also in a forked child and at the exit of the process.
   ~ReportWriter() override;
 
   /// The file name of the XSL style sheet, linked when it is not empty. Empty by default.
@@ -36,14 +38,15 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   /// Format and database system come from the studbook, or from the active project where it has
   /// none.
   /// @return false, with nothing written, after "Cannot create report file"
-  bool beginReport();
+  [[nodiscard]] bool beginReport();
 
-  /// Writes the footer and closes the report. A file that the owner closed is opened again at its
-  /// end.
+  /// Writes the footer and closes the report. A file that the owner closed is opened again and
+  /// continued at its end.
+  /// Requires: beginReport() returned true.
   /// @param seconds  the time used, written with 4 decimals
   /// @return false after "Cannot re-open report file to write footer", also when no report was
   ///         begun; false without a message when not all of the report could be written
-  bool endReport(double seconds);
+  [[nodiscard]] bool endReport(double seconds);
 
   /// FILTER with the attribute `set`.
   void writeFilter(const std::string& name, const std::string& value);
@@ -58,9 +61,9 @@ class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
   /// @}
 
   /// Writes the settings of the active view as one block. "Events" is "all" whatever the view
-  /// selects, since readers compare it with earlier reports. Bounds that are not set are left out.
+  /// selects; kept on purpose. Bounds that are not set are left out.
   /// @param monitor  the monitor date instead of the period and the census
-  /// @param flag     ignored; callers of all ages pass it
+  /// @param flag     ignored; kept on purpose
   void writeView(bool monitor, bool flag);
 
   /// Writes the user-field filters of the active view as one block, which may be empty.

@@ -5,7 +5,7 @@
 
 namespace spx {
 
-/// A setting of the view as reports show it.
+/// A setting of the view, as reports show it.
 struct labelled_text {
   std::string label;
   std::string text;

@@ -21,7 +21,7 @@ std::string dateComment(const std::string& label, qs_lib::day_number day) {
   return comment(label, qs_lib::julianToISO(qs_lib::dayToMs(day)));
 }
 
-// The block tells when it was made to the second, whatever the user has switched on.
+// The time of creation always includes the time of day.
 std::string analysisDate() {
   const bool use_time = qs_lib::isUseTime();
   qs_lib::setUseTime(true);

@@ -21,16 +21,16 @@ class SPX_EXPORT Configuration {
   Configuration& operator=(const Configuration&) = default;
   Configuration& operator=(Configuration&&) = default;
   /// @}
-  virtual ~Configuration();
+  virtual ~Configuration();  ///< does not save
 
-  /// Reads the file named by directory, name and extension and replaces the entries by its own.
-  /// @return false, with the entries as they were, when it cannot be read, is no whole key file,
-  ///         or is of another section while the section must match
+  /// Reads the file named by directory, name and extension and replaces the entries.
+  /// @return false, with the entries unchanged, when it cannot be read, is not a complete key file,
+  ///         or has another section while the section must match
   virtual bool load();
 
-  /// Writes all entries to the file. A failure or a crash leaves the former file as it was.
+  /// Writes all entries to the file. After a failure or a crash the existing file is unchanged.
   /// @return false when the file could not be written completely
-  virtual bool save();
+  [[nodiscard]] virtual bool save();
 
   /// Creates the entry or replaces it whole.
   void set(const std::string& key, const std::string& type, const std::string& value, const std::string& description);
@@ -54,11 +54,11 @@ class SPX_EXPORT Configuration {
   const std::string& getSection() const { return section_; }
   /// @}
 
-  /// The path of the file, with "~" replaced.
+  /// The path of the file, with a leading "~" replaced by the home directory.
   std::string getFileName() const;
 
   /// @{
-  /// Whether the owner saves the file when it is done with it; false at first.
+  /// Whether the owner saves the file when it is destroyed; false at first.
   void setSaveOnClose(bool save) { save_on_close_ = save; }
   bool isSaveOnClose() const { return save_on_close_; }
   /// @}

@@ -1,7 +1,9 @@
 #include "spx/support/console.h"
 
 #include <csignal>
+#include <functional>
 #include <iostream>
+#include <memory>
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
@@ -9,16 +11,22 @@
 namespace qs_lib {
 namespace {
 bool verbose_output = false;
-std::function<void()> pause_handler;
-std::function<void(const std::string&)> display_handler;
+std::shared_ptr<const std::function<void()>> pause_handler;
+std::shared_ptr<const std::function<void(const std::string&)>> display_handler;
 
-/// Hands over single keys, unshown, and gives the terminal back as it was.
+// Null for an empty handler.
+template <class Handler>
+std::shared_ptr<const Handler> shared(Handler handler) {
+  return handler ? std::make_shared<const Handler>(std::move(handler)) : nullptr;
+}
+
+/// Reads single keys without showing them; restores the terminal in the end.
 class RawTerminal {
  public:
-  RawTerminal() : changed_(tcgetattr(STDIN_FILENO, &former_) == 0) {
+  RawTerminal() : changed_(tcgetattr(STDIN_FILENO, &old_state_) == 0) {
     if (changed_) {
-      termios raw = former_;
-      // Signals are taken as keys, so that an interrupted program leaves no silent terminal.
+      termios raw = old_state_;
+      // Keys that raise signals are read like others, so that an interrupt cannot leave the echo off.
       raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO | ISIG);
       raw.c_cc[VMIN] = 1;
       raw.c_cc[VTIME] = 0;
@@ -29,18 +37,18 @@ class RawTerminal {
   RawTerminal& operator=(const RawTerminal&) = delete;
   ~RawTerminal() {
     if (changed_) {
-      tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_);
+      tcsetattr(STDIN_FILENO, TCSAFLUSH, &old_state_);
     }
   }
 
-  /// Waits for a key; tells whether it was the one that interrupts a program.
+  /// Waits for a key. @return whether it was the key that interrupts a program
   bool waitForKey() const {
     unsigned char key = 0;
-    return read(STDIN_FILENO, &key, 1) == 1 && changed_ && key == former_.c_cc[VINTR];
+    return read(STDIN_FILENO, &key, 1) == 1 && changed_ && key == old_state_.c_cc[VINTR];
   }
 
  private:
-  termios former_{};
+  termios old_state_{};
   bool changed_;
 };
 
@@ -55,8 +63,9 @@ void message(const std::string& text) {
 }
 
 void display(const std::string& text) {
-  if (display_handler) {
-    display_handler(text);
+  // A handler that replaces or removes itself lives until it returns.
+  if (const auto handler = display_handler) {
+    (*handler)(text);
   } else {
     std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
   }
@@ -69,8 +78,8 @@ void errorMessage(const std::string& text) {
 }
 
 void pauseKey() {
-  if (pause_handler) {
-    pause_handler();
+  if (const auto handler = pause_handler) {
+    (*handler)();
     return;
   }
   std::cout.flush();
@@ -88,10 +97,10 @@ void setVerbose(bool verbose) {
 }
 
 void setPauseHandler(std::function<void()> handler) {
-  pause_handler = std::move(handler);
+  pause_handler = shared(std::move(handler));
 }
 
 void setDisplayHandler(std::function<void(const std::string&)> handler) {
-  display_handler = std::move(handler);
+  display_handler = shared(std::move(handler));
 }
 }  // namespace qs_lib

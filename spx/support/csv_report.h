@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <string>
 #include <string_view>
 
@@ -10,14 +11,14 @@
 namespace qs_lib {
 /// Writes a delimited table. The caller ends each row with a line feed in stream().
 ///
-/// A declared table begins with writeHeader() and separates its cells by itself. A free table has
-/// no header: cells stand alone, and the caller writes the separators too.
+/// A declared table begins with writeHeader() and writes the separators itself. A free table has no
+/// header, and the caller writes the separators.
 ///
 /// Texts are quoted where a reader would misread them otherwise, see appendCsvText().
 class SPX_EXPORT CsvReport : public Report {
  public:
   CsvReport();
-  ~CsvReport() override;  ///< closes the file
+  ~CsvReport() override;  ///< closes the file, as WriteFile does
 
   /// Declares the columns and writes the header line.
   /// @param header  the names joined by "|", whatever the separator of the file is
@@ -29,10 +30,14 @@ class SPX_EXPORT CsvReport : public Report {
   void cell(int value, bool more);
   /// @}
 
+  /// A real number needs a number of digits; without one it would be written as a whole number.
+  template <std::floating_point Real>
+  void cell(Real value, bool more) = delete;
+
   /// Writes a number in fixed notation; NaN gives "nan".
   void cell(double value, int digits, bool more);
 
-  /// Stands between the cells; set it before writing.
+  /// The text between two cells. Requires: set before the first cell is written.
   char separator = '|';
 
  private:

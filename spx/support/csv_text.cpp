@@ -4,7 +4,7 @@
 
 namespace qs_lib {
 namespace {
-// By character: whether it has a meaning of its own for readers.
+// By character: whether a text that contains it is quoted.
 constexpr std::array<bool, 256> IS_MISREAD = [] {
   std::array<bool, 256> is_misread{};
   for (const char character : {'"', '\'', '#', '\n', '\r'}) {
@@ -13,7 +13,7 @@ constexpr std::array<bool, 256> IS_MISREAD = [] {
   return is_misread;
 }();
 
-// Without a branch for every character: nearly all texts need none.
+// Branch-free scan; almost no text needs quotes.
 bool needsQuotes(std::string_view text, char separator) {
   if (text.empty()) {
     return false;

@@ -3,15 +3,15 @@
 #include <string_view>
 
 namespace qs_lib {
-/// A pair of bounds; what belongs to it depends on the brackets that are asked for.
+/// A pair of bounds. The brackets given to isInRange() decide whether the bounds belong to it.
 template <typename T>
 struct DataRange {
   T lower{};  ///< the lower bound
   T upper{};  ///< the upper bound
 
   /// Tells whether the value lies between the bounds.
-  /// @param bracket  "()", "(]", "[)" or "[]": a square bracket admits the bound itself; with any
-  ///                 other text nothing is in range
+  /// @param bracket  "()", "(]", "[)" or "[]": a square bracket includes the bound; with any other
+  ///                 text nothing is in range
   bool isInRange(const T& value, std::string_view bracket) const {
     if (bracket.size() != 2) {
       return false;

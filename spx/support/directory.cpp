@@ -11,7 +11,7 @@ namespace qs_lib {
 namespace {
 namespace fs = std::filesystem;
 
-/// The name to be listed; empty for what does not belong to the list.
+/// The name to list; empty for an entry that does not belong to the list.
 std::string listedName(const fs::directory_entry& entry, const std::string& extension, bool base_names) {
   const std::string file = entry.path().filename().string();
   const name_of_file parts = splitFileName(file);

@@ -7,7 +7,7 @@
 
 namespace qs_lib {
 /// Creates one directory; "~" is replaced, a relative path counts from the working directory.
-/// @return false when the directory is not there afterwards; true when it was there before
+/// @return whether the directory exists afterwards; true also when it existed before
 SPX_EXPORT bool createDir(const std::string& path);
 
 /// Appends the files in the directory that carry the extension, sorted byte by byte.

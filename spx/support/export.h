@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what the shared library offers to its hosts; every other symbol stays hidden.
+/// Marks the symbols that the shared library exports; all others are hidden.
 #define SPX_EXPORT __attribute__((visibility("default")))

@@ -5,7 +5,7 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// The parts of a file name. The extension stands without its point.
+/// The parts of a file name.
 struct name_of_file {
   std::string directory;  ///< without "/" at its end
   std::string name;       ///< the base name
@@ -28,12 +28,11 @@ SPX_EXPORT void checkHomePath(std::string& path);
 /// The path with its "~" replaced; see checkHomePath().
 SPX_EXPORT std::string homePath(std::string path);
 
-/// Tells whether the text can be handed to the system as a path: not empty and without NUL, at
-/// which the system would cut it off.
+/// Whether the system accepts the text as a path: not empty and without NUL, where it would end.
 SPX_EXPORT bool isPath(const std::string& path);
 
-/// Tells whether a file of this name stays in its directory: not empty, not "." or "..", and
-/// without "/" and NUL.
+/// Whether a file of this name stays in its directory: not empty, not "." or "..", and without "/"
+/// and NUL.
 SPX_EXPORT bool isPlainName(const std::string& name);
 
 /// Holds the name of a file. A "~" in front of the directory is kept and replaced on each use.

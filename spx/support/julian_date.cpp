@@ -8,8 +8,8 @@
 
 namespace qs_lib {
 namespace {
-// Constructors of other files run while the library is loaded and ask for dates: only constants
-// and plain values stand here.
+// Constructors of other files use dates while the library is loaded, so this file has only constants
+// and plain values.
 constexpr std::uint64_t DAYS_PER_ERA = 146097;  // 400 years, after which the calendar repeats
 constexpr std::int64_t YEARS_PER_ERA = 400;
 
@@ -97,7 +97,7 @@ std::string isoDay(const civil_date& date) {
   return text;
 }
 
-/// Reads a text from its start; every take either succeeds or leaves what is left as it is.
+/// Reads a text from its start. Each take...() succeeds or does not move.
 class DateReader {
  public:
   explicit DateReader(std::string_view text) : left_(text) {}
@@ -149,7 +149,7 @@ class DateReader {
 
 enum class date_extent { NONE, PART, WHOLE };
 
-/// Reads the date at the start of the text; what is not written is January, or day 1.
+/// Reads the date at the start of the text. A missing month is January, a missing day is 1.
 date_extent readDate(DateReader& reader, civil_date& date) {
   unsigned year = 0;
   date.month = date.day = 1;

@@ -35,11 +35,11 @@ struct civil_date {
   unsigned day = 0;       ///< of the month, from 1
 };
 
-/// Gives the calendar day of any day number, 0 (a day of the year -4713) included.
+/// The calendar day of a day number; 0 is a day of the year -4713.
 SPX_EXPORT civil_date civilFromDay(std::uint64_t day);
 
-/// Gives the day number of a calendar day; nothing when there is no such day (month 13, 30
-/// February) or no day number for it.
+/// The day number of a calendar day; nothing for a day that does not exist (month 13, 30 February)
+/// or has no day number.
 SPX_EXPORT std::optional<day_number> dayFromCivil(const civil_date& date);
 
 /// The number of days of a month from 1 to 12; 0 for any other month.
@@ -70,7 +70,7 @@ struct date_time_set {
   char separator = '-';                           ///< between the parts
 };
 
-/// A span of days; whether the ends belong to it is up to the user.
+/// A span of days. Each use says whether the ends belong to it.
 struct DateSpan {
   day_number start = 0;  ///< the first bound
   day_number end = 0;    ///< the second bound

@@ -8,7 +8,7 @@ constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr std::string_view END_MARK = "[END]";
 constexpr std::string_view HEX_DIGITS = "0123456789ABCDEF";
 
-// What would end a text too early or make its line look like another kind of line.
+// Characters that would end a text too early or make its line look like another kind of line.
 constexpr std::string_view MARKS_OF_SECTION = "]";
 constexpr std::string_view MARKS_OF_KEY = "#[(";
 constexpr std::string_view MARKS_OF_TYPE = ")";
@@ -25,8 +25,8 @@ void appendHex(std::string& out, char character) {
   out += HEX_DIGITS[byte & 15];
 }
 
-/// Appends a text so that it stays on its line and is cut where it ends: the reader drops blanks
-/// at both ends, so those are escaped too.
+/// Appends a text so that it stays on its line and its end is found. The reader drops blanks at both
+/// ends, so those are escaped too.
 void appendEscaped(std::string& out, const std::string& text, std::string_view marks) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char character = text[i];
@@ -58,8 +58,8 @@ int hexValue(const std::string& text, std::size_t position) {
   return value;
 }
 
-/// Undoes appendEscaped(). A backslash that begins no escape stands for itself, for people who
-/// write one by hand.
+/// Undoes appendEscaped(). A backslash that does not begin an escape is an ordinary character, so that
+/// it can be typed by hand.
 std::string unescaped(const std::string& text) {
   std::string out;
   for (std::size_t i = 0; i < text.size(); ++i) {

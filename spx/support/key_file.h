@@ -5,17 +5,17 @@
 #include "spx/support/key_file_entries.h"
 
 namespace qs_lib {
-/// Writes a key file as text; docs/key-files.md describes it for people.
+/// The text of a key file; docs/key-files.md describes the format.
 std::string keyFileText(const std::string& section, const key_file_entries& entries);
 
 /// Reads the text of a key file, line by line.
 class KeyFileParser {
  public:
   /// Takes the next line, without its line feed.
-  /// @return false when it cannot belong to a key file
+  /// @return false when the line is not valid in a key file
   bool takeLine(const std::string& line);
 
-  /// Whether the end mark was read, so that nothing is missing.
+  /// Whether the end mark was read: the file is complete.
   bool isComplete() const { return state_ == parser_state::ENDED; }
 
   const std::string& section() const { return section_; }

@@ -6,8 +6,8 @@
 #include "spx/support/text.h"
 
 namespace qs_lib {
-/// One entry of a key file. The type word ("TEXT", "INTEGER", ...) is kept as it is; nothing checks
-/// that the value fits it.
+/// One entry of a key file. The type word ("TEXT", "INTEGER", ...) is stored only; the value need not
+/// match it.
 struct ConfigElement {
   String value;             ///< the value as text
   std::string type;         ///< the type word

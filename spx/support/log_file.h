@@ -11,10 +11,11 @@ class SPX_EXPORT LogFile {
   /// Names the file; "~" is replaced. The empty path switches the log off again.
   void setFileName(const std::string& path);
 
-  /// Adds one line: local date and time, a blank and the text, its line breaks made blanks. The
-  /// file is opened and closed again, so that the line stands even if the process dies.
+  /// Adds one line: local date and time, a blank and the text, with its line breaks replaced by
+  /// blanks. The file is opened and closed for each line, so that the line is there even if the
+  /// process dies.
   /// @return false when the line could not be written, true also without a file
-  bool write(const std::string& text);
+  [[nodiscard]] bool write(const std::string& text);
 
  private:
   std::string path_;

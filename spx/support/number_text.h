@@ -14,7 +14,7 @@ SPX_EXPORT std::string realToString(T value, int decimals);
 extern template std::string realToString<float>(float value, int decimals);
 extern template std::string realToString<double>(double value, int decimals);
 
-/// Appends what realToString gives, without a text of its own: for rows of a million.
+/// Appends the text of realToString() without a temporary string, for large tables.
 SPX_EXPORT void appendReal(std::string& text, double value, int decimals);
 
 /// Appends the digits of a whole number.

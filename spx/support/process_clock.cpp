@@ -9,6 +9,7 @@ constexpr double TICKS_PER_SECOND = 1000000;
 
 void process_timer::restart() {
   start = static_cast<std::uint64_t>(std::clock());
+  end = start;
   excluded = 0;
 }
 

@@ -8,13 +8,13 @@ namespace qs_lib {
 /// Measures the processor time that the process uses, in ticks of a millionth of a second.
 struct SPX_EXPORT process_timer {
   std::uint64_t start = 0;  ///< when it began
-  std::uint64_t end = 0;    ///< when it stopped last
+  std::uint64_t end = 0;    ///< when it stopped last; the start until then
   double excluded = 0;      ///< ticks that do not count
 
-  /// Begins a new measurement, with nothing excluded.
+  /// Begins a new measurement, with nothing excluded; seconds() is 0 until stop().
   void restart();
 
-  /// Takes the present time as the end.
+  /// Sets the end to the present time.
   void stop();
 
   /// The seconds between restart() and the last stop(), less what is excluded.

@@ -33,7 +33,7 @@ bool ProgressBar::progress() {
   }
   ++done_;
   const double percentage = static_cast<double>(done_) / static_cast<double>(total_) * 100;
-  // One mark a step at most, even when several are due: short bars show a mark for every step.
+  // At most one mark per step, even when several are due: a short bar shows one mark per step.
   if (percentage >= next_) {
     if (isVerbose()) {
       std::cout << '*' << std::flush;

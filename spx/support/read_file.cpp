@@ -15,7 +15,7 @@ bool ReadFile::fileOpen() {
   fileClose();
   const std::string path = getFileName();
   std::error_code error;
-  // The stream would open a directory and fail with the first line only.
+  // A stream opens a directory and fails only at the first line.
   if (!isPath(path) || std::filesystem::is_directory(path, error)) {
     return false;
   }

@@ -16,11 +16,11 @@ class SPX_EXPORT ReadFile : public FileName {
   ReadFile& operator=(const ReadFile&) = delete;
   ~ReadFile() override;  ///< closes the file
 
-  /// Opens the file named by getFileName(), after closing one that is still open.
+  /// Opens the file named by getFileName(); a file that is still open is closed first.
   /// @return false when it is missing, may not be read or is a directory
   bool fileOpen();
 
-  /// Closes the file; false when reading had failed before the end. True for a closed file.
+  /// Closes the file. @return false when reading failed before the end; true for a closed file
   bool fileClose();
 
   /// Whether a file is open.

@@ -6,7 +6,7 @@
 #include "spx/support/write_file.h"
 
 namespace qs_lib {
-/// What all report files share: a file to write to, and a title.
+/// The base of the report files: a file to write to, and a title.
 class SPX_EXPORT Report : public WriteFile {
  public:
   Report();

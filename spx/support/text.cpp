@@ -10,14 +10,13 @@ namespace qs_lib {
 namespace {
 constexpr std::string_view BLANKS = " \t\r\n\v\f";
 
-/// Puts the calling thread into the classic locale: the point of a number is ".", whatever the
-/// host has set.
+/// Sets the classic locale for the calling thread, so that "." is the decimal point in every host.
 class ClassicLocale {
  public:
-  ClassicLocale() : former_(uselocale(classic())) {}
+  ClassicLocale() : old_locale_(uselocale(classic())) {}
   ClassicLocale(const ClassicLocale&) = delete;
   ClassicLocale& operator=(const ClassicLocale&) = delete;
-  ~ClassicLocale() { uselocale(former_); }
+  ~ClassicLocale() { uselocale(old_locale_); }
 
  private:
   static locale_t classic() {
@@ -25,7 +24,7 @@ class ClassicLocale {
     return locale;
   }
 
-  locale_t former_;
+  locale_t old_locale_;
 };
 
 char lowerCase(char character) {

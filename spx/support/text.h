@@ -17,13 +17,13 @@ class SPX_EXPORT String : public std::string {
 
   /// Reads the number at the start of the text, leading blanks skipped, with "." as the point; also
   /// "inf", "nan" and hexadecimal numbers.
-  /// @return NaN when no number stands there
+  /// @return NaN when the text does not begin with a number
   /// @throws std::out_of_range when the number is too large for a double or, but for 0, below the
   ///         smallest normal one
   double real() const;
 };
 
-/// The ordering of the maps: byte by byte for texts, a prefix before the longer text.
+/// The ordering of the maps: texts are compared byte by byte, a prefix comes first.
 template <typename T>
 struct map_key {
   /// Whether a comes before b.

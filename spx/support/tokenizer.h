@@ -8,7 +8,7 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// Cuts a text into tokens. Leading and inner empty tokens are kept, the one after a final
+/// Splits a text into tokens. Leading and inner empty tokens are kept, an empty one after a final
 /// delimiter is not; the empty text has no token.
 class SPX_EXPORT Tokenizer {
  public:
@@ -16,7 +16,7 @@ class SPX_EXPORT Tokenizer {
   Tokenizer(const std::string& text, const std::string& delimiters);
 
   /// Replaces the tokens by those of another text.
-  /// @param delimiters  every one of its characters cuts; with none the text is one token
+  /// @param delimiters  each of these characters separates tokens; when empty the text is one token
   void split(const std::string& text, const std::string& delimiters);
 
   /// Token number index, counted from 0; the empty text beyond the last.
@@ -26,7 +26,7 @@ class SPX_EXPORT Tokenizer {
   std::size_t size() const { return tokens_.size(); }
 
   /// @{
-  /// All tokens in order; valid until the next split(). A temporary tokenizer hands them over.
+  /// All tokens in order; valid until the next split(). A temporary tokenizer moves them out.
   const std::vector<std::string>& tokens() const& { return tokens_; }
   std::vector<std::string> tokens() && { return std::move(tokens_); }
   /// @}

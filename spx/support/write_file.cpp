@@ -3,14 +3,16 @@
 #include <cstring>
 #include <exception>
 #include <locale>
+#include <unistd.h>
 
 namespace qs_lib {
 namespace {
 constexpr std::size_t BUFFER_SIZE = std::size_t{1} << 20;
 
-// The room that is left in a stream's buffer, which only streams of that kind may see. Reports
-// consist of millions of short texts, and a call into the stream takes longer than to copy one.
+// The buffer of a stream, which only derived classes may see.
 struct BufferRoom : std::filebuf {
+  // Copies a text into the free part. Reports consist of millions of short texts, and a call of the
+  // stream takes longer than such a copy.
   static bool take(std::filebuf& buffer, std::string_view text) {
     char* const room = (buffer.*&BufferRoom::pptr)();
     const auto size = static_cast<std::size_t>((buffer.*&BufferRoom::epptr)() - room);
@@ -20,6 +22,11 @@ struct BufferRoom : std::filebuf {
     std::memcpy(room, text.data(), text.size());
     (buffer.*&BufferRoom::pbump)(static_cast<int>(text.size()));
     return true;
+  }
+
+  // Forgets the text that is not yet in the file.
+  static void drop(std::filebuf& buffer) {
+    (buffer.*&BufferRoom::setp)((buffer.*&BufferRoom::pbase)(), (buffer.*&BufferRoom::epptr)());
   }
 };
 }  // namespace
@@ -33,15 +40,18 @@ WriteFile::~WriteFile() {
 }
 
 void WriteFile::closeAtEnd() {
-  if (std::uncaught_exceptions() > exceptions_at_opening_) {
+  // A forked child holds a copy of what its parent is writing.
+  const bool is_copy = isOpen() && getpid() != opened_by_;
+  if (is_copy || std::uncaught_exceptions() > exceptions_at_opening_) {
     fileDiscard();
   } else {
-    fileClose();
+    static_cast<void>(fileClose());
   }
 }
 
 bool WriteFile::fileOpen() {
-  fileClose();
+  static_cast<void>(fileClose());
+  opened_by_ = getpid();
   exceptions_at_opening_ = std::uncaught_exceptions();
   std::string path = getFileName();
   if (!isPath(path)) {
@@ -84,10 +94,14 @@ bool WriteFile::fileClose() {
 }
 
 void WriteFile::fileDiscard() {
-  if (isOpen()) {
-    closeStream();
-    stage_.reset();
+  if (!isOpen()) {
+    return;
   }
+  if (stage_ || getpid() != opened_by_) {
+    BufferRoom::drop(*stream_.rdbuf());
+  }
+  closeStream();
+  stage_.reset();
 }
 
 bool WriteFile::closeStream() {
@@ -104,7 +118,7 @@ void WriteFile::writeLine(const std::string& line) {
 }
 
 void WriteFile::put(std::string_view text) {
-  // Straight into the stream's buffer: what the caller puts through the stream stays in order.
+  // Written through the stream's buffer, so that text put into the stream stays in order.
   if (text.empty() || !stream_.good() || BufferRoom::take(*stream_.rdbuf(), text)) {
     return;
   }

@@ -10,25 +10,28 @@
 #include "spx/support/file_name.h"
 
 namespace qs_lib {
-/// A text file to be written. Nothing is flushed before it is closed; fileClose() tells whether
-/// everything has arrived. Writing to a closed file does nothing.
+/// A text file to be written. Nothing is flushed before it is closed; fileClose() returns whether
+/// everything was written. Writing to a closed file does nothing.
+///
+/// A child process that is forked while the file is open must not write to it; its destructor leaves
+/// the file to the parent.
 class SPX_EXPORT WriteFile : public FileName {
  public:
   WriteFile();
   WriteFile(const WriteFile&) = delete;
   WriteFile& operator=(const WriteFile&) = delete;
-  /// Closes the file. When an exception ends its life a staged file is discarded: what is half
-  /// written does not replace what was whole.
+  /// Closes the file. When an exception ends its life a staged file is discarded, so that a partial
+  /// file does not replace a complete one.
   ~WriteFile() override;
 
   /// Opens the file named by getFileName(), emptying it unless the append flag is set. A file
   /// that is still open is closed first.
   /// @return false when it cannot be opened
-  bool fileOpen();
+  [[nodiscard]] bool fileOpen();
 
   /// Closes the file; a staged one takes its place now.
   /// @return false when anything written was lost; true for a file that is not open
-  bool fileClose();
+  [[nodiscard]] bool fileClose();
 
   /// Closes the file and, when it is staged, leaves the target as it was before fileOpen().
   void fileDiscard();
@@ -56,12 +59,12 @@ class SPX_EXPORT WriteFile : public FileName {
   /// @}
 
   /// When set, a file opened without the append flag is written beside its final place and moved
-  /// there by a successful fileClose(): a full disk or a killed process leaves the old file. Off
-  /// at first; takes effect with the next fileOpen().
+  /// there by a successful fileClose(): after a full disk or a killed process the old file is still
+  /// there. Off at first; takes effect with the next fileOpen().
   void setStaged(bool staged) { staged_ = staged; }
 
  protected:
-  /// What the destructor does, for heirs that have to close first.
+  /// What the destructor does; for derived classes that must close first.
   void closeAtEnd();
 
  private:
@@ -75,5 +78,6 @@ class SPX_EXPORT WriteFile : public FileName {
   bool append_ = false;
   bool staged_ = false;
   int exceptions_at_opening_ = 0;
+  int opened_by_ = 0;  ///< the process
 };
 }  // namespace qs_lib

@@ -30,7 +30,7 @@ void XmlReport::declaration(const std::string& encoding, const std::string& stan
 }
 
 void XmlReport::styleSheet(const std::string& href) {
-  // No blank before the end, unlike the declaration: programs compare both lines as they are.
+  // No blank before the end, unlike in the declaration. Kept on purpose.
   writeLine("<?xml-stylesheet type=\"text/xsl\" href=\"" + href + "\"?>");
 }
 

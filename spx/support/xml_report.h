@@ -7,11 +7,11 @@
 #include "spx/support/report.h"
 
 namespace qs_lib {
-/// Writes an XML document element by element, one to a line, with two blanks per level. Nesting is
-/// the caller's affair: every openTag() needs its closeTag(), in reverse order.
+/// Writes an XML document, one element per line, with two blanks per level. The caller must balance
+/// the tags: every openTag() needs its closeTag(), in reverse order.
 ///
-/// Texts and attribute values may hold anything: markup is escaped, characters that XML forbids are
-/// dropped, and bytes that are not UTF-8 are taken as Latin-1. Names are written as they are. Calls
+/// Texts and attribute values may contain any bytes: markup is escaped, characters that XML forbids
+/// are dropped, and bytes that are not UTF-8 are read as Latin-1. Names are written unchanged. Calls
 /// while the file is closed do nothing.
 class SPX_EXPORT XmlReport : public Report {
  public:
@@ -32,13 +32,13 @@ class SPX_EXPORT XmlReport : public Report {
   /// @}
 
   /// @{
-  /// Writes a whole element.
+  /// Writes an element with its text.
   void createTag(const std::string& name, const std::string& text);
   void createTag(const std::string& name, const std::string& attribute, const std::string& value,
                  const std::string& text);
   /// @}
 
-  /// Opens the root at column 0, whatever was written before, and keeps its name.
+  /// Opens the root element at column 0 and stores its name.
   void openRoot(const std::string& name);
 
   /// Closes the element that openRoot() opened.

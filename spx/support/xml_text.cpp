@@ -4,11 +4,11 @@
 
 namespace qs_lib {
 namespace {
-/// The length of the UTF-8 sequence at the start of the text; 0 when its first byte is none.
+/// The length of the UTF-8 sequence at the start of the text; 0 when it is not valid.
 std::size_t sequenceLength(std::string_view text) {
   struct sequence_form {
     unsigned char mask, lead;
-    std::uint32_t smallest;  ///< overlong forms of smaller characters are no UTF-8
+    std::uint32_t smallest;  ///< overlong forms of smaller characters are not UTF-8
   };
   constexpr sequence_form FORMS[] = {{0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}};
   const auto lead = static_cast<unsigned char>(text[0]);
@@ -64,7 +64,7 @@ void appendSingle(std::string& out, char character, bool in_attribute) {
       out += in_attribute ? "&#9;" : "\t";
       return;
     default:
-      // XML knows no other control characters, not even escaped.
+      // XML forbids all other control characters, even escaped.
       if (character >= ' ') {
         out += character;
       }

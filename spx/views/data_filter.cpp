@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "spx/core/meta_population.h"
+#include "spx/support/file_name.h"
 #include "spx/support/read_file.h"
 #include "spx/support/tokenizer.h"
 
@@ -170,7 +171,7 @@ bool DataFilter::loadDemeFile(const std::string& file, const std::string& level)
   reader.setDirectory(path);
   reader.setName(file);
   reader.setExtension("fed");
-  if (!reader.fileOpen()) {
+  if (!qs_lib::isPlainName(file) || !reader.fileOpen()) {
     std::cerr << "Could not open " << reader.getFileName() << "\n";
     return false;
   }

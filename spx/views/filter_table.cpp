@@ -14,7 +14,7 @@ constexpr double NEONATAL_DAYS = 30;
 
 constexpr char TABLE[] = "filter_test.csv";
 
-// "Same itter dam" is misspelt in the header that readers of the table expect.
+// The misspelling "Same itter dam" is part of the format.
 constexpr char FILTER_HEADER[] =
     "ID|Unknown sex|Pseudo|"
     "Sire|Wild sire|Unkn sire|Multi sire|Same litter sire|"

@@ -31,7 +31,7 @@ bool hasDied(const master_data& animal) {
   return animal.death.date != 0 && animal.death.event != MOVE_TYPE::LOST_TO_FOLLOW_UP;
 }
 
-// The text of a field at a position; positions beyond the record's values read as empty.
+// The value of a field; empty beyond the values of the record.
 std::string_view userValue(const master_data& animal, int field) {
   const auto at = static_cast<std::size_t>(field);
   return at < animal.user_data.size() ? animal.user_data[at] : std::string_view();

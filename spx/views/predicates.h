@@ -8,12 +8,13 @@
 #include "spx/support/export.h"
 #include "spx/support/julian_date.h"
 
-/// Questions about one record. None of them changes anything; those named after
-/// the view read View, MetaPop and user_field_list. Dates are day numbers.
+/// @file
+/// Questions about one record. They change nothing; those named after the view read View, MetaPop and
+/// user_field_list. Dates are day numbers.
 ///
-/// Spans of days are unsigned 32-bit differences, on purpose: a difference that would be negative
-/// wraps to a huge number and so fails a test of "at most so many days" for every usual number of
-/// days. An unknown death (0) never ends a life; an unknown birth (0) lies before every day.
+/// Spans of days are unsigned 32-bit differences, on purpose: a negative difference wraps to a huge
+/// number and so fails a test of "at most so many days". An unknown death (0) never ends a life; an
+/// unknown birth (0) lies before every day.
 namespace spx {
 
 // Records
@@ -41,8 +42,7 @@ SPX_EXPORT bool isLivingFounder(const master_data& animal, qs_lib::day_number da
 SPX_EXPORT bool isPotentialFounder(const master_data& animal, qs_lib::day_number date);
 
 /// An animal with two wild parents that has not bred and is not alive: dead, lost, or not yet born.
-/// Pseudo individuals count, unlike in the other questions about founders; the diagnostic table
-/// shows them.
+/// Pseudo individuals count, unlike in the other questions about founders; kept on purpose.
 SPX_EXPORT bool isLostFounder(const master_data& animal, qs_lib::day_number date);
 
 /// A parent is a numbered "WILD", such as "WILD 3"; "WILD" alone makes no litter.
@@ -57,14 +57,14 @@ SPX_EXPORT bool isStillBirth(const master_data& animal);
 // Values
 
 /// Whether a value lies within bounds, both included. An unknown value (NaN) does, and so does
-/// every value when both bounds are unset (NaN). A lower bound alone is a bound; an upper bound
-/// alone accepts no known value, which saved views rely on.
+/// every value when both bounds are unset (NaN). A lower bound may stand alone; an upper bound alone
+/// accepts unknown values only. Kept on purpose.
 SPX_EXPORT bool isInFcoef(double value, double low, double high);
 
 /// The rule of isInFcoef for generation numbers.
 SPX_EXPORT bool isInGeneration(double value, double low, double high);
 
-/// Whether an accuracy is at least as good as the worst one that is accepted; damaged values
+/// Whether an accuracy is at least as good as the worst accepted one; values beyond the enumeration
 /// compare as signed numbers.
 SPX_EXPORT bool isNotWorse(DATE_ACCURACY accuracy, DATE_ACCURACY worst);
 
@@ -87,8 +87,8 @@ SPX_EXPORT bool isInTaxonView(const master_data& animal);
 /// record lacks reads as the empty text. True when there are no fields or no filters.
 SPX_EXPORT bool isInUserView(const master_data& animal);
 
-/// Whether the animal moved to a selected deme within [start, end). Its birth location is not
-/// asked.
+/// Whether the animal moved to a selected deme within [start, end). Its birth location does not
+/// count.
 SPX_EXPORT bool movedToDemeView(const master_data& animal, qs_lib::DateSpan span);
 
 /// The day of the move into a selected deme that was recorded first; 0 when there is none or its
@@ -104,11 +104,11 @@ SPX_EXPORT qs_lib::day_number removalDemeView(const master_data& animal);
 /// asked for; neonatal deaths are those within 30 days, whatever the life history says.
 /// @return false when the file cannot be opened or not all of it could be written; an existing file
 ///         is then unchanged
-SPX_EXPORT bool TestFilters();
+[[nodiscard]] SPX_EXPORT bool TestFilters();
 
 /// Writes the table of TestFilters() to the given file and shows nothing. "~" is replaced.
 /// @return false when the file cannot be opened or not all of it could be written; an existing file
 ///         is then unchanged
-SPX_EXPORT bool TestFilters(const std::string& file_name);
+[[nodiscard]] SPX_EXPORT bool TestFilters(const std::string& file_name);
 
 }  // namespace spx

@@ -3,6 +3,7 @@
 
 #include <iostream>
 
+#include "spx/core/error_texts.h"
 #include "spx/core/errors.h"
 #include "spx/support/directory.h"
 #include "spx/support/file_name.h"
@@ -28,7 +29,7 @@ class ViewWriter {
   void number(const char* key, long value, const char* description) {
     file_.set(key, "INTEGER", std::to_string(value), description);
   }
-  // Signed, as it is read: a value beyond the enumeration comes back too.
+  // Signed, as it is read: values beyond the enumeration are restored too.
   template <class Enumeration>
   void choice(const char* key, Enumeration value, const char* description) {
     number(key, static_cast<std::int32_t>(value), description);
@@ -156,7 +157,7 @@ void DataFilter::save(const std::string& name) const {
   qs_lib::Configuration file = viewFile(path, name);
   writeView(*this, file);
   if (!qs_lib::isPlainName(name) || !file.save()) {
-    spxError("Could not save view settings");
+    spxError(error_text::VIEW_NOT_SAVED);
   }
 }
 

@@ -9,8 +9,7 @@ namespace spx {
 
 class DataFilter;
 
-/// The key file of a view, `name`.view in the directory. Nothing is read or written before load()
-/// or save().
+/// The key file of a view, `name`.view in the directory. Only load() and save() access the file.
 SPX_EXPORT qs_lib::Configuration viewFile(const std::string& directory, const std::string& name);
 
 /// Sets the 31 entries that DataFilter::save() stores; no file is touched. Other entries stay.

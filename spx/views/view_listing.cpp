@@ -1,4 +1,4 @@
-// The settings of a view as a person reads them.
+// The listing of the settings of a view.
 #include "spx/support/console.h"
 #include "spx/support/number_text.h"
 #include "spx/support/text.h"

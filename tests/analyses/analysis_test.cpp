@@ -25,6 +25,7 @@ TEST_F(AnalysisBase, NamesItsReportAndReportsInOrder) {
       {"a~", "b", true, SEX{77}, false, "a~/b- xml "}};
   for (const auto& [directory, stem, append_sex, sex, verbose, expected] : cases) {
     SpokenAnalysis analysis;
+    EXPECT_EQ(analysis.secondsUsed(), 0) << "the timer runs";
     EXPECT_FALSE(analysis.initialize());
     EXPECT_EQ(takeErrors(), "No animals in list\n");
     analysis.setReportDirectory(directory);

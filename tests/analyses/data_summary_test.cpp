@@ -38,7 +38,8 @@ TEST_F(Summaries, CountEveryAnimalOnce) {
   add("7", "1", "WILD", SEX::MALE, 3660, 3685);  // dies after the end
   add("8", "UNKM", "2", SEX::MALE, 100, 100);    // dies at the end
   DataSummary summary;
-  EXPECT_TRUE(summary.initialize() && summary.analyse());
+  EXPECT_TRUE(summary.initialize());
+  EXPECT_TRUE(summary.analyse());
   std::cout << std::left << std::setfill('*');
   summary.reportConsole();
   std::cout.fill(' ');
@@ -66,7 +67,8 @@ TEST_F(Summaries, NeedAnimals) {
   EXPECT_FALSE(summary.initialize());
   EXPECT_EQ(takeErrors(), "No animals in list\n");
   Animals.initialize(0);
-  EXPECT_TRUE(summary.initialize() && summary.analyse());
+  EXPECT_TRUE(summary.initialize());
+  EXPECT_TRUE(summary.analyse());
   EXPECT_EQ(summary.records + summary.living, 0) << "pseudo individuals only";
 }
 

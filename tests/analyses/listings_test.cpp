@@ -25,9 +25,9 @@ TEST_F(Listing, ShowsWholeTablesAndCards) {
       [] { return listOffspring("7"); },     [] { return listPedigree("5"); },
       [] { return listAnimal("3"); },        [] { return listAnimal("4") && listAnimal("5"); }};
   for (bool (*const list)() : listings) {
-    const int former = std::exchange(pauses, 0);
+    const int shown = std::exchange(pauses, 0);
     EXPECT_TRUE(list());
-    EXPECT_GT(std::exchange(pauses, former), 0);
+    EXPECT_GT(std::exchange(pauses, shown), 0);
   }
   const std::string debug = masterDebug(Animals.records[7], "why") + masterDebug(Animals.records[8], "");
   expectFile(takeOutput() + debugHeader() + debug, "analyses/expected/listings.txt");
@@ -49,7 +49,8 @@ TEST_F(Listing, PausesAfterTwentyLinesOfAllListings) {
     lines += static_cast<std::size_t>(std::count(page.begin(), page.end(), '\n'));
     pages += std::to_string(lines) + " ";
   });
-  EXPECT_TRUE(listStudbookData(true) && listStudbookData(true));
+  EXPECT_TRUE(listStudbookData(true));
+  EXPECT_TRUE(listStudbookData(true));
   // Headers of 2 and footers of 3 lines; the first listing leaves 5 lines on the page.
   EXPECT_EQ(pages, "22 42 50 67 87 100 ");
 }
@@ -65,6 +66,7 @@ TEST_F(Listing, FollowsTheView) {
       {[] { View.death_accuracy = DATE_ACCURACY::BY_YEAR; }, "1 2 3 4 5 O'Hara #6 ", "1 2 3 4 O'Hara #6 7 "},
       {[] { View.low_generation = 0; }, "1 2 3 5 O'Hara #6 7 ", "1 2 3 O'Hara #6 7 "},
       {[] { View.low_inbreeding = 0.1; }, "1 2 4 5 O'Hara #6 7 ", "1 2 4 O'Hara #6 7 "},
+      {[] { View.low_inbreeding = 0, View.high_inbreeding = 0.06; }, "1 2 4 5 O'Hara #6 7 ", "1 2 4 O'Hara #6 7 "},
       {[] { View.addTaxon("kob"); }, "O'Hara #6 ", "O'Hara #6 "},
       {[] { View.addUserView(0, "A-17"); }, "3 ", "3 "},
       {[] { View.addDeme("2"); }, "1 2 3 4 5 O'Hara #6 7 ", "4 7 "},
@@ -78,6 +80,8 @@ TEST_F(Listing, FollowsTheView) {
     listLiving();
     EXPECT_EQ(idsOf(isPrinted), living) << listed;
   }
+  EXPECT_TRUE(listOffspring("4"));
+  EXPECT_EQ(idsOf(isPrinted), "7 ") << "the offspring of a sire";
 }
 
 TEST_F(Listing, TellsWhatIsMissing) {

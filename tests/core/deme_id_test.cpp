@@ -69,7 +69,8 @@ TEST(DemeID, IsInsideByPrefixInBothForms) {
     SCOPED_TRACE(std::string(parent) + " holds " + member);
     EXPECT_EQ(isSubMember(std::string(parent), std::string(member)), inside);
     DemeID parent_id, member_id;
-    EXPECT_TRUE(parent_id.set(std::string(parent)) && member_id.set(std::string(member)));
+    EXPECT_TRUE(parent_id.set(std::string(parent)));
+    EXPECT_TRUE(member_id.set(std::string(member)));
     EXPECT_EQ(isSubMember(parent_id.binary(), member_id.binary()), inside);
   }
 }

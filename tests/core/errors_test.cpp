@@ -10,8 +10,11 @@ namespace {
 using Errors = TemporaryHome;
 
 TEST_F(Errors, ShowCodesBehindANumberSignAndTextsAsTheyAre) {
-  EXPECT_TRUE(spxError(0) && spxError(std::numeric_limits<std::int32_t>::min()) && spxError("") && spxErrorFile("en") &&
-              spxError("%s\n#7"));
+  EXPECT_TRUE(spxError(0));
+  EXPECT_TRUE(spxError(std::numeric_limits<std::int32_t>::min()));
+  EXPECT_TRUE(spxError(""));
+  EXPECT_TRUE(spxErrorFile("en"));
+  EXPECT_TRUE(spxError("%s\n#7"));
   EXPECT_EQ(takeErrors(), "#0\n#-2147483648\n\n%s\n#7\n");
 }
 

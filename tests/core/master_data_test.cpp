@@ -32,15 +32,29 @@ TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   const std::string text = animal.birth.first_text;
   animal.birth.first_text = "";
   EXPECT_EQ(text + copy.birth.first_text.get() + animal.birth.first_text.get(), "firstfirst") << "deep";
+  EXPECT_EQ("a " + copy.birth.first_text + " text" + copy.birth.second_text, "a first text");
+  EXPECT_FALSE(copy.birth.first_text.empty());
+  EXPECT_NE(copy.birth.first_text, copy.birth.second_text);
+  EXPECT_EQ(copy.birth.first_text, "first");
   EXPECT_EQ(getEnumName(animal.birth.event), "arrival");
   EXPECT_EQ(animal.birth.date + animal.birth.range + animal.birth.number + animal.death.date, 0U);
-  EXPECT_TRUE(animal.moves.empty() && animal.selected && animal.print && animal.id_key + 1 == 0);
-  EXPECT_TRUE(animal.birth_control.empty() && animal.user_data.empty() && animal.lineages.none());
-  EXPECT_TRUE(!animal.breeder && std::isnan(animal.fcoef + animal.generation[G_AVERAGE]));
-  EXPECT_TRUE(animal.taxon == Subspecies.getGeneric() && animal.host_data.get()[0].size() == 2);
-  EXPECT_TRUE(animal.managed[0].words[2] == 0 && animal.managed[0].words[3] == 4);
-  EXPECT_TRUE(setFounderLineage(animal, 255) && !setFounderLineage(animal, 256));
-  EXPECT_TRUE(animal.lineages[255] && animal.lineages.count() == 1);
+  EXPECT_TRUE(animal.moves.empty());
+  EXPECT_TRUE(animal.selected);
+  EXPECT_TRUE(animal.print);
+  EXPECT_EQ(animal.id_key + 1, 0U);
+  EXPECT_TRUE(animal.birth_control.empty());
+  EXPECT_TRUE(animal.user_data.empty());
+  EXPECT_TRUE(animal.lineages.none());
+  EXPECT_FALSE(animal.breeder);
+  EXPECT_TRUE(std::isnan(animal.fcoef + animal.generation[G_AVERAGE]));
+  EXPECT_EQ(animal.taxon, Subspecies.getGeneric());
+  EXPECT_EQ(animal.host_data.get()[0].size(), 2U);
+  EXPECT_EQ(animal.managed[0].words[2], 0U);
+  EXPECT_EQ(animal.managed[0].words[3], 4U);
+  EXPECT_TRUE(setFounderLineage(animal, 255));
+  EXPECT_FALSE(setFounderLineage(animal, 256));
+  EXPECT_TRUE(animal.lineages[255]);
+  EXPECT_EQ(animal.lineages.count(), 1U);
 }
 
 TEST(MasterData, IsWhereTheLastRecordedMoveOfTheDayTookIt) {

@@ -45,7 +45,8 @@ TEST_F(Registries, FindDemesInTheirLevels) {
 TEST_F(Registries, AnswerNeutrallyAboutWhatTheyDoNotHold) {
   for (const MetaPopulation& population : {MetaPopulation(), smallPopulation()}) {
     for (const packed_deme id : {0LL, -1LL, 7LL, 0x0300000000000000LL}) {
-      EXPECT_FALSE(population.memberExists(id) || population.isMemberSelected(id)) << id;
+      EXPECT_FALSE(population.memberExists(id)) << id;
+      EXPECT_FALSE(population.isMemberSelected(id)) << id;
       EXPECT_EQ(population.getMemberName(id), "");
       EXPECT_TRUE(std::isnan(population.getMemberGIS(id).latitude));
     }
@@ -104,7 +105,8 @@ TEST_F(Registries, KeepTaxaInByteOrder) {
   for (const char* name : {"B", "A", "B", "zebra"}) {
     taxa.add(name);
   }
-  EXPECT_TRUE(taxa.getName(taxa.add("A")) == "A" && taxa.getGeneric() == generic);
+  EXPECT_EQ(taxa.getName(taxa.add("A")), "A");
+  EXPECT_EQ(taxa.getGeneric(), generic);
   EXPECT_TRUE(taxa.listTaxa());
   EXPECT_EQ(takeOutput(), "Taxa defined:\n\t[0] A\n\t[1] B\n\t[2] generic\n\t[3] zebra\n\n");
   EXPECT_EQ(taxa.getName(taxa.end()) + taxa.getName(taxon_handle()), "");

@@ -27,6 +27,7 @@ TEST_F(Parents, PseudoIndividualsFollowTheirIdentifier) {
   }
   for (const master_data& animal : Animals.records) {
     lines += lineOf(animal) + "\n";
+    EXPECT_EQ(getEnumName(animal.rearing) + " " + getEnumName(animal.birth_type), "unknown unknown");
   }
   EXPECT_EQ(lines,
             "WILD WILD WILD unknown 1800 generation\nUNK WILD WILD unknown 1801\n"
@@ -88,12 +89,19 @@ TEST_F(Validation, WritesWhatItFindsInTheOrderOfTheRecords) {
   Animals.addPseudoParents();
   Animals.addMaster(animalOf("Petra", "9", "9", SEX::MALE, 1));
   Animals.addMaster(animalOf("8", "9", "40", SEX::MALE, 1));
+  Animals.addMaster(animalOf("50", "Pat", "Pat", SEX::MALE, 1));
+  Animals.addMaster(animalOf("Pat", "UNK", "UNK", SEX::MALE, 1));
+  Animals.records[16].taxon = Subspecies.add("north");  // which a pseudo individual does not pass on
   Animals.records[2].taxon = Animals.records[7].taxon = Subspecies.add("north");
   Animals.records[0].taxon = Animals.records[1].taxon = Subspecies.add("south");
   EXPECT_TRUE(Animals.validate());
   EXPECT_EQ(takeErrors(), "Cannot write studbook error file\n");
-  ASSERT_TRUE(qs_lib::createDir("~/spx") && qs_lib::createDir("~/spx/projects"));
+  ASSERT_TRUE(qs_lib::createDir("~/spx"));
+  ASSERT_TRUE(qs_lib::createDir("~/spx/projects"));
+  writeContent(at("spx/projects/studbook-errors.txt"), "old");
+  std::filesystem::create_hard_link(at("spx/projects/studbook-errors.txt"), at("old"));
   EXPECT_TRUE(Animals.validate());
+  EXPECT_EQ(contentOf(at("old")), "old") << "replaced, not overwritten";
   EXPECT_EQ(takeErrors(), "");
   EXPECT_EQ(contentOf(at("spx/projects/studbook-errors.txt")),
             "Multiple master records of 21\n"
@@ -105,12 +113,12 @@ TEST_F(Validation, WritesWhatItFindsInTheOrderOfTheRecords) {
             "40 is not a female!\n"
             "40 was born after birth of offspring 8\n");
   EXPECT_EQ(Animals.records[5].sire_id + Animals.records[6].sire_id, "UNKM99");
-  EXPECT_EQ(idsOf(std::set{position{15}}), "P99 ");
+  EXPECT_EQ(idsOf(std::set{position{17}}), "P99 ");
   std::string taxa;
   for (const master_data& animal : Animals.records) {
     taxa += Subspecies.getName(animal.taxon)[0];
   }
-  EXPECT_EQ(taxa, "ssnssggngggggggg");
+  EXPECT_EQ(taxa, "ssnssggngggggggggg");
 }
 
 TEST_F(Validation, NamesMissingParentsWithTheirOffspring) {

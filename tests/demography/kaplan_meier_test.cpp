@@ -82,8 +82,8 @@ TEST(KaplanMeier, TakesLateEntries) {
   }
   EXPECT_EQ(curve.median, 2);
   EXPECT_NEAR(curve.restricted_mean, 1 + 2.0 / 3 + 4.0 / 9 + 8.0 / 27 + 4.0 / 27, 1e-15);
-  EXPECT_EQ(survivalAt(curve, 0.5), 1);
-  EXPECT_NEAR(survivalAt(curve, 2.5), 4.0 / 9, 1e-15);
+  EXPECT_EQ(stepAt(curve, 0.5).survival, 1);
+  EXPECT_NEAR(stepAt(curve, 2.5).survival, 4.0 / 9, 1e-15);
 }
 
 TEST(KaplanMeier, EqualsTheEmpiricalCurveWithoutCensoring) {

@@ -109,25 +109,47 @@ TEST_F(Exports, TakeTheAnimalsOfTheView) {
   }
 }
 
-TEST_F(Exports, FailSilentlyAndLeaveFormerFilesWhole) {
+TEST_F(Exports, NameTheFileThatFailedAndCountTheAnimals) {
+  drawFamily();
+  ExportDattrf pair;
+  pair.setReportDirectory(home);
+  for (const std::string& broken : {at("STUDBOOK.TRF"), at("STUDBOOK.DAT")}) {
+    std::filesystem::create_symlink("/dev/full", broken);
+    EXPECT_FALSE(pair.exportData());
+    EXPECT_EQ(pair.failedFile(), broken);
+    std::filesystem::remove(broken);
+  }
+  EXPECT_TRUE(pair.exportData());
+  EXPECT_EQ(pair.failedFile(), "");
+  ExportField fields;
+  fields.setReportDirectory(home);
+  EXPECT_TRUE(fields.exportToR());
+  EXPECT_EQ(fields.exportedAnimals(), 2U);
+  View.end_date = dayFrom("1999-01-01");
+  EXPECT_TRUE(fields.exportToR());
+  EXPECT_EQ(fields.exportedAnimals(), 0U);
+}
+
+TEST_F(Exports, FailSilentlyAndLeaveExistingFilesUnchanged) {
   for (const auto& [write, files] : EXPORTS) {
     Animals.clearStudbook();
     EXPECT_FALSE(write(home));
     EXPECT_EQ(takeErrors(), "No animals in list\n");
     drawFamily();
-    EXPECT_FALSE(write("/proc") || write(at("missing")));
+    EXPECT_FALSE(write("/proc"));
+    EXPECT_FALSE(write(at("missing")));
     for (const std::string& broken : files) {
       for (const char* target : {"/dev/full", "/proc/self"}) {
         std::filesystem::remove_all(at("to"));
         std::filesystem::create_directory(at("to"));
         for (const std::string& file : files) {
-          writeContent(at("to/" + file), "former");
+          writeContent(at("to/" + file), "existing");
         }
         std::filesystem::remove(at("to/" + broken));
         std::filesystem::create_symlink(target, at("to/" + broken));
         EXPECT_FALSE(write(at("to"))) << broken << " " << target;
         for (const auto& entry : std::filesystem::directory_iterator(at("to"))) {
-          EXPECT_TRUE(entry.is_symlink() || contentOf(entry.path()) == "former") << entry;
+          EXPECT_TRUE(entry.is_symlink() || contentOf(entry.path()) == "existing") << entry;
         }
       }
     }

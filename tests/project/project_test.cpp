@@ -28,7 +28,7 @@ TEST_F(Projects, AreCreatedWithTreeAndKeyFile) {
   for (const auto& [given, parent] : parents) {
     std::filesystem::current_path(home);
     Project project;
-    project.set("OTHER", "TEXT", "of the former project", "");
+    project.set("OTHER", "TEXT", "of another project", "");
     EXPECT_TRUE(project.create("  herd 1 ", given)) << given;
     EXPECT_EQ(here(), at("spx/projects")) << "the directory before the call";
     EXPECT_EQ(takeOutput() + takeErrors(), parent + "/herd 1\nCreated new project herd 1\n");
@@ -41,6 +41,14 @@ TEST_F(Projects, AreCreatedWithTreeAndKeyFile) {
     }
     EXPECT_EQ(std::filesystem::remove_all(farm + "/herd 1"), 2U) << "and nothing else";
   }
+}
+
+TEST_F(Projects, WhoseNameBeginsWithATildeStayInTheirDirectory) {
+  Project project;
+  EXPECT_TRUE(project.create("~wild", at("farm")));
+  EXPECT_TRUE(std::filesystem::is_directory(at("farm/~wild/views")));
+  EXPECT_TRUE(std::filesystem::exists(at("farm/~wild/~wild.project")));
+  EXPECT_FALSE(std::filesystem::exists(home + "wild"));
 }
 
 TEST_F(Projects, AreNotCreatedInTheWrongPlace) {
@@ -61,14 +69,14 @@ TEST_F(Projects, AreNotCreatedInTheWrongPlace) {
 TEST_F(Projects, ThatExistAreLeftAlone) {
   std::filesystem::create_directory(at("farm/herd"));
   Project project;
-  project.setName("former");
+  project.setName("herd 0");
   EXPECT_FALSE(project.create("herd ", at("farm")));
   EXPECT_EQ(takeOutput() + takeErrors(), "Project already exists\n");
   EXPECT_EQ(here(), at("farm"));
   EXPECT_EQ(project.getDirectory(), at("farm/herd")) << "hosts open it so";
   EXPECT_TRUE(std::filesystem::is_empty(at("farm/herd")));
   EXPECT_TRUE(project.remove());
-  EXPECT_EQ(takeOutput(), "Removed project former\n");
+  EXPECT_EQ(takeOutput(), "Removed project herd 0\n");
   EXPECT_TRUE(std::filesystem::exists(at("farm/herd")));
 }
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Exports studbooks and has R read them back. Leaves with 77, "skipped", where there is no R.
+# Exports studbooks and reads them back in R. Exits with 77, "skipped", where R is missing.
 #   exports_test.sh PROGRAM SOURCE_DIRECTORY [TABLE...]
 set -euo pipefail
 program=$1 source_directory=$2
 shift 2
 if ! command -v Rscript >/dev/null; then
-  echo "skipped: there is no Rscript (scripts/test --with-r installs it)"
+  echo "skipped: Rscript was not found (scripts/test --with-r installs R)"
   exit 77
 fi
 work=$(mktemp -d)
@@ -22,7 +22,20 @@ id,sire,dam,sex,birth_date,death_date,birth_location
 A#1,007,008,male,1996-02-29,,'quoted'
 "B ""x""",A#1,0009,unknown,2000-01-01,,a|b
 NaN,007,missing,female,2001-01-01,,plain
+Jäger,007,008,male,2002-01-01,2010-01-01,Jägerhof
+Åsa-the-second,Jäger,0009,female,2004-01-01,,
+šárka,Jäger,Åsa-the-second,female,2006-01-01,,plain
 CSV
+
+# Every animal has an ID wider than the six columns of STUDBOOK.DAT.
+awk 'BEGIN {
+  print "id,sire,dam,sex,birth_date,death_date,birth_location"
+  for (i = 1; i <= 20000; ++i) {
+    parent = i > 2 ? sprintf("House-Ä-%06d", int(i / 2)) : "WILD"
+    mate = i > 2 ? sprintf("House-Ä-%06d", int(i / 2) - 1 + 2 * (i < 4)) : "WILD"
+    printf "House-Ä-%06d,%s,%s,%s,%d,,zoo\n", i, parent, mate, i % 2 ? "male" : "female", 1900 + int(i / 200)
+  }
+}' >"$work/wide.csv"
 
 check() {
   local table=$1 directory=$work/$2
@@ -36,6 +49,6 @@ check() {
   echo "$(basename "$table"): $(Rscript "$source_directory/tests/r/read_exports.R" "$table" "$directory")"
 }
 number=0
-for table in "$work/hostile.csv" "$source_directory/examples/studbook/animals.csv" "$@"; do
+for table in "$work/hostile.csv" "$work/wide.csv" "$source_directory/examples/studbook/animals.csv" "$@"; do
   check "$table" "export-$((number += 1))"
 done

@@ -32,8 +32,9 @@ same("DAM", pedigree$DAM, parent(real$dam))
 same("SIRE", pedigree$SIRE, parent(real$sire))
 same("BIRTHDATE", pedigree$BIRTHDATE, day(real$birth_date))
 same("DEATHDATE", pedigree$DEATHDATE, day(real$death_date))
-sites <- real$birth_location != "" & !grepl("^[0-9.]+$", real$birth_location)
-same("BIRTHSITE", pedigree$BIRTHSITE[sites], real$birth_location[sites])
+sites <- !grepl("^[0-9.]+$", real$birth_location)
+site <- ifelse(real$birth_location == "", NA, real$birth_location)
+same("BIRTHSITE", pedigree$BIRTHSITE[sites], site[sites])
 
 dat <- read_dat()
 trf <- read_trf()
@@ -43,7 +44,7 @@ first <- !duplicated(animals$id)
 same("DAT BIRTHDATE", dat$BIRTHDATE[rows[first]], day(animals$birth_date[first]))
 same("DAT DEATHDATE", dat$DEATHDATE[rows[first]], day(animals$death_date[first]))
 for (side in c("dam", "sire")) {
-  known <- first & animals[[side]] %in% animals$id & !is.na(dat[[toupper(side)]][rows])
+  known <- first & animals[[side]] %in% animals$id
   same(paste("DAT", side), dat[[toupper(side)]][rows[known]], animals[[side]][known])
 }
 same("TRF births", trf$DATE[trf$EVENT == "B"], dat$BIRTHDATE)

@@ -62,7 +62,7 @@ TEST_F(Reporting, StaysWellFormedWhateverNamesHold) {
   View.addTaxon(HOSTILE);
   report.setTitle(HOSTILE);
   report.setStyleSheet(HOSTILE);
-  report.beginReport();
+  EXPECT_TRUE(report.beginReport());
   report.writeView(false, false);
   report.writeUserView();
   ASSERT_TRUE(report.endReport(NOT_A_NUMBER));
@@ -87,11 +87,23 @@ TEST_F(Reporting, TellsWhenItCannotBeWritten) {
   }
 }
 
+TEST_F(Reporting, IsDiscardedWithoutItsEnd) {
+  writeContent(at("whole.xml"), "whole");
+  {
+    ReportWriter unfinished;
+    unfinished.setFileName(at("whole.xml"));
+    unfinished.setStaged(true);
+    EXPECT_TRUE(unfinished.beginReport());
+    unfinished.writeView(true, false);
+  }
+  EXPECT_EQ(contentOf(at("whole.xml")), "whole");
+}
+
 TEST_F(Reporting, TakesCallsInAnyOrder) {
   report.writeView(true, false);
-  report.beginReport();
+  EXPECT_TRUE(report.beginReport());
   report.createTag("BODY", "1");
-  report.fileClose();
+  EXPECT_TRUE(report.fileClose());
   report.createTag("LOST", "1");
   EXPECT_TRUE(report.endReport(0)) << "opened again for the footer";
   const std::string first = content();
@@ -100,10 +112,10 @@ TEST_F(Reporting, TakesCallsInAnyOrder) {
   EXPECT_EQ(first.find("LOST"), std::string::npos);
   EXPECT_FALSE(report.endReport(0)) << "twice";
   report.setStaged(true);
-  report.beginReport();
+  EXPECT_TRUE(report.beginReport());
   report.openTag("LEFT_OPEN");
   report.setFileName(at("second.xml"));
-  report.beginReport();
+  EXPECT_TRUE(report.beginReport());
   EXPECT_EQ(content(), first) << "half a report takes no place";
   EXPECT_TRUE(report.endReport(0));
   EXPECT_EQ(xmlFault(contentOf(at("second.xml"))), "");

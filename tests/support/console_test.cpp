@@ -35,7 +35,8 @@ TEST_F(Console, BarShowsOneMarkAStepAtMost) {
 TEST_F(Console, BarOfNothingNeverFinishesByItself) {
   setVerbose(true);
   ProgressBar bar(0, "");
-  EXPECT_TRUE(bar.progress() && bar.progress());
+  EXPECT_TRUE(bar.progress());
+  EXPECT_TRUE(bar.progress());
   bar.end();
   EXPECT_TRUE(bar.progress()) << "the end of the line is not the end of the bar";
   EXPECT_EQ(takeOutput(), std::string(SCALE) + "**\n*");
@@ -43,7 +44,8 @@ TEST_F(Console, BarOfNothingNeverFinishesByItself) {
 
 TEST_F(Console, QuietBarOnlyEndsItsLine) {
   ProgressBar bar(2, "Title");
-  EXPECT_TRUE(bar.progress() && bar.progress());
+  EXPECT_TRUE(bar.progress());
+  EXPECT_TRUE(bar.progress());
   EXPECT_FALSE(bar.progress());
   EXPECT_EQ(takeOutput(), "");
   bar.end();
@@ -63,6 +65,13 @@ TEST_F(Console, TextsGoWhereTheyBelong) {
   setDisplayHandler({});
   display("c");
   EXPECT_EQ(collected + takeOutput(), "ab\nc");
+  setDisplayHandler([&collected, kept = std::string(100, 'x')](const std::string& text) {
+    setDisplayHandler({});
+    collected = text + kept;  // the handler still exists
+  });
+  display("d");
+  display("e");
+  EXPECT_EQ(collected + takeOutput(), "d" + std::string(100, 'x') + "e");
   pauseKey();
   EXPECT_EQ(pauses, 1);
 }

@@ -1,6 +1,8 @@
 #include <regex>
+#include <unistd.h>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include "spx/support/atomic_file.h"
 #include "spx/support/csv_report.h"
@@ -86,7 +88,8 @@ TEST_F(Files, LossIsToldWhenClosing) {
       file.write(std::string(size, 'x'));
       EXPECT_FALSE(file.fileClose());
       file.setFileName("~/good");
-      EXPECT_TRUE(file.fileOpen() && file.fileClose()) << "the failure is not kept";
+      EXPECT_TRUE(file.fileOpen()) << "the failure is not kept";
+      EXPECT_TRUE(file.fileClose()) << "the failure is not kept";
     }
   }
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
@@ -126,8 +129,22 @@ TEST_F(Files, StagedFileReplacesTheOldOneWhenWhole) {
   EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(at(long_name)).permissions()), 0604u);
   EXPECT_EQ(filesAtHome(), (std::vector<std::string>{"link", long_name}));
   std::filesystem::remove(at(long_name));
-  ASSERT_TRUE(file.fileOpen() && file.fileClose()) << "a link to a file that is not there";
-  EXPECT_TRUE(std::filesystem::is_symlink(at("link")) && contentOf(at(long_name)).empty());
+  ASSERT_TRUE(file.fileOpen()) << "a link to a file that is not there";
+  ASSERT_TRUE(file.fileClose()) << "a link to a file that is not there";
+  EXPECT_TRUE(std::filesystem::is_symlink(at("link")));
+  EXPECT_TRUE(contentOf(at(long_name)).empty());
+}
+
+TEST_F(Files, WhatAKilledWriterLeftIsRemovedByTheNext) {
+  writeContent(at(".spx-1-1.tmp"), "half");
+  writeContent(at(".spx-notes.txt"), "kept");
+  AtomicFile writing(at("a"));
+  ASSERT_TRUE(writing.create());
+  EXPECT_EQ(filesAtHome().size(), 2U);
+  AtomicFile other(at("b"));
+  ASSERT_TRUE(other.create() && other.commit());
+  EXPECT_TRUE(writing.commit()) << "it was being written";
+  EXPECT_EQ(filesAtHome(), (std::vector<std::string>{".spx-notes.txt", "a", "b"}));
 }
 
 TEST_F(Files, AnExceptionLeavesTheFileThatWasWhole) {
@@ -143,6 +160,26 @@ TEST_F(Files, AnExceptionLeavesTheFileThatWasWhole) {
     EXPECT_EQ(contentOf(at("file")), "old");
   }
   EXPECT_EQ(filesAtHome(), std::vector<std::string>{"file"});
+}
+
+TEST_F(Files, AForkedChildLeavesTheFileToItsParent) {
+  for (const bool staged : {false, true}) {
+    auto file = std::make_unique<WriteFile>();
+    file->setFileName(at("file"));
+    file->setStaged(staged);
+    ASSERT_TRUE(file->fileOpen());
+    file->write("one ");
+    const pid_t child = fork();
+    if (child == 0) {
+      file.reset();
+      _exit(0);
+    }
+    EXPECT_EQ(waitpid(child, nullptr, 0), child);
+    file->write("two");
+    EXPECT_TRUE(file->fileClose());
+    EXPECT_EQ(contentOf(at("file")), "one two") << staged;
+    EXPECT_EQ(filesAtHome(), std::vector<std::string>{"file"});
+  }
 }
 
 TEST_F(Files, FailedCommitLeavesNothing) {
@@ -188,7 +225,8 @@ TEST_F(Files, DirectoriesAreCreatedAndListed) {
   EXPECT_EQ(names, (std::vector<std::string>{"first", "B", "a.b", "b", "c.xml"}));
   std::filesystem::current_path(at("views"));
   names.clear();
-  EXPECT_TRUE(createDir("here") && listDir("", "xml", true, names));
+  EXPECT_TRUE(createDir("here"));
+  EXPECT_TRUE(listDir("", "xml", true, names));
   EXPECT_EQ(names, std::vector<std::string>{"c"});
 }
 
@@ -196,7 +234,8 @@ TEST_F(Files, LogAddsStampedLines) {
   LogFile log;
   EXPECT_TRUE(log.write("inert without a file"));
   log.setFileName("~/log.txt");
-  EXPECT_TRUE(log.write("one\nline") && log.write("two"));
+  EXPECT_TRUE(log.write("one\nline"));
+  EXPECT_TRUE(log.write("two"));
   EXPECT_TRUE(std::regex_match(contentOf(at("log.txt")), std::regex("([-\\d]{10} [:\\d]{8} (one line|two)\n){2}")));
 }
 }  // namespace qs_lib

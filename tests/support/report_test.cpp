@@ -4,6 +4,12 @@
 #include "tests/support/temporary_home.h"
 
 namespace qs_lib {
+template <class Number>
+concept IsCell = requires(CsvReport& table, Number value) {
+  table.cell(value, true);
+};
+static_assert(IsCell<int> && !IsCell<double> && !IsCell<float>, "a real number needs a number of digits");
+
 class Reports : public TemporaryHome {
  protected:
   void open(Report& report) {

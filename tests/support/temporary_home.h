@@ -17,14 +17,14 @@
 
 /// Base of all fixtures: HOME is a fresh temporary directory, what goes to the standard streams is
 /// kept for takeOutput() and takeErrors(), pauses are counted, and the process-wide switches start
-/// from their defaults. Everything is put back, and the directory removed, after the test.
+/// from their defaults. After the test everything is restored and the directory removed.
 class TemporaryHome : public testing::Test {
  protected:
   TemporaryHome() {
     char name[] = "/tmp/spx-test-XXXXXX";
     home = mkdtemp(name);
-    if (const char* former = std::getenv("HOME")) {
-      former_home_ = former;
+    if (const char* old_home = std::getenv("HOME")) {
+      old_home_ = old_home;
     }
     setenv("HOME", home.c_str(), 1);
     resetSwitches();
@@ -33,10 +33,10 @@ class TemporaryHome : public testing::Test {
 
   ~TemporaryHome() override {
     resetSwitches();
-    std::cout.rdbuf(former_output_);
-    std::cerr.rdbuf(former_errors_);
-    std::filesystem::current_path(former_directory_);
-    former_home_ ? setenv("HOME", former_home_->c_str(), 1) : unsetenv("HOME");
+    std::cout.rdbuf(old_output_);
+    std::cerr.rdbuf(old_errors_);
+    std::filesystem::current_path(old_directory_);
+    old_home_ ? setenv("HOME", old_home_->c_str(), 1) : unsetenv("HOME");
     std::error_code ignored;
     std::filesystem::remove_all(home, ignored);
   }
@@ -69,10 +69,10 @@ class TemporaryHome : public testing::Test {
     qs_lib::setPauseHandler({});
   }
 
-  std::filesystem::path former_directory_ = std::filesystem::current_path();
-  std::optional<std::string> former_home_;
+  std::filesystem::path old_directory_ = std::filesystem::current_path();
+  std::optional<std::string> old_home_;
   std::ostringstream output_;
   std::ostringstream errors_;
-  std::streambuf* former_output_ = std::cout.rdbuf(output_.rdbuf());
-  std::streambuf* former_errors_ = std::cerr.rdbuf(errors_.rdbuf());
+  std::streambuf* old_output_ = std::cout.rdbuf(output_.rdbuf());
+  std::streambuf* old_errors_ = std::cerr.rdbuf(errors_.rdbuf());
 };

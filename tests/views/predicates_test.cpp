@@ -117,7 +117,8 @@ TEST(Sexes, MatchListsAndPartners) {
   EXPECT_TRUE(isInSex(SEX::FEMALE, {SEX::MALE, SEX::ALL}));
   EXPECT_FALSE(isInSex(SEX::ALL, {SEX::MALE}));
   EXPECT_TRUE(isOppositeSex(SEX::HERMAPHRODITE, SEX::ALL));
-  EXPECT_TRUE(isOppositeSex(SEX::MALE, SEX::FEMALE) && isOppositeSex(SEX::FEMALE, SEX::MALE));
+  EXPECT_TRUE(isOppositeSex(SEX::MALE, SEX::FEMALE));
+  EXPECT_TRUE(isOppositeSex(SEX::FEMALE, SEX::MALE));
   EXPECT_FALSE(isOppositeSex(SEX::HERMAPHRODITE, SEX::FEMALE));
 }
 
@@ -203,17 +204,19 @@ TEST_F(ViewPredicates, AreDumpedForEveryRecord) {
   EXPECT_TRUE(TestFilters());
   EXPECT_EQ(takeOutput(), "Writing filter to: filter_test.csv\n");
   expectFile(contentOf("filter_test.csv"), "views/expected/filter_test.csv");
-  const int former = ::open("filter_test.csv", O_RDONLY);
+  const int old_file = ::open("filter_test.csv", O_RDONLY);
   EXPECT_TRUE(TestFilters());
   struct stat facts {};
-  EXPECT_TRUE(::fstat(former, &facts) == 0 && facts.st_nlink == 0) << "replaced, not written over";
-  ::close(former);
+  EXPECT_EQ(::fstat(old_file, &facts), 0) << "replaced, not written over";
+  EXPECT_EQ(facts.st_nlink, 0U) << "replaced, not written over";
+  ::close(old_file);
   EXPECT_TRUE(TestFilters(at("elsewhere.csv")));
   EXPECT_EQ(takeOutput(), "Writing filter to: filter_test.csv\n") << "the second file is not announced";
   expectFile(contentOf("elsewhere.csv"), "views/expected/filter_test.csv");
   EXPECT_FALSE(TestFilters(at("missing/table.csv")));
   EXPECT_TRUE(isLivingFounder(Animals.records[0], 150));
-  EXPECT_FALSE(isLivingFounder(Animals.records[1], 150) || isLivingFounder(Animals.records[2], 150));
+  EXPECT_FALSE(isLivingFounder(Animals.records[1], 150));
+  EXPECT_FALSE(isLivingFounder(Animals.records[2], 150));
 }
 
 }  // namespace

@@ -88,7 +88,9 @@ TEST_F(ViewFiles, WithWrongValuesFollowTheConversions) {
   change("PRORATING", "si");
   change("LOW_AGE", "young");
   EXPECT_TRUE(view.load("v"));
-  EXPECT_TRUE(view.end_date == 0 && !view.prorating && view.low_age != view.low_age);
+  EXPECT_EQ(view.end_date, 0U);
+  EXPECT_FALSE(view.prorating);
+  EXPECT_TRUE(view.low_age != view.low_age);
 }
 
 TEST_F(ViewFiles, CanBeEntriesInMemory) {
@@ -113,7 +115,8 @@ TEST_F(ViewFiles, OfOtherKindsChangeNothing) {
     writeContent("bad.view", content);
     EXPECT_FALSE(view.load("bad")) << content;
   }
-  EXPECT_FALSE(view.load("missing") || view.load("folder"));
+  EXPECT_FALSE(view.load("missing"));
+  EXPECT_FALSE(view.load("folder"));
   EXPECT_EQ(view.filter_id, 0);
 }
 

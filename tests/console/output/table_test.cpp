@@ -82,6 +82,21 @@ TEST(Table, ScriptsGetWholeNumbersAndBytes) {
   EXPECT_NE(json.find(R"("id":"\u001b[2J\n\"","name":"Müller, A","born":null)"), std::string::npos) << json;
 }
 
+TEST(Table, DatesAreAsExactAsTheyAreKnown) {
+  const qs_lib::day_number day = month("1981-07-01").day + 3;
+  const struct {
+    DATE_ACCURACY accuracy;
+    std::uint64_t range;
+    const char* text;
+  } cases[] = {{DATE_ACCURACY::ACCURATE, 0, "1981-07-04"},     {DATE_ACCURACY::BY_WEEK, 0, "~1981-07-04"},
+               {DATE_ACCURACY::BY_MONTH, 0, "Jul 1981"},       {DATE_ACCURACY::BY_YEAR, 0, "1981"},
+               {DATE_ACCURACY::DATE_RANGE, 30, "~1981-07-04"}, {DATE_ACCURACY::DATE_RANGE, 31, "~Jul 1981"},
+               {DATE_ACCURACY::DATE_RANGE, 400, "~1981"},      {DATE_ACCURACY::UNKNOWN, 0, "1981-07-04?"}};
+  for (const auto& [accuracy, range, text] : cases) {
+    EXPECT_EQ(cellText(known_date{day, accuracy, range}, {"", "", COLUMN_KIND::DATE}), text);
+  }
+}
+
 TEST(Table, WideTextsAreWrappedInsideTheirColumnsAndNeverCut) {
   Table table({{"id", "ID"}, {"note", "Note"}, {.name = "n", .title = "N", .kind = COLUMN_KIND::INTEGER}});
   table.addRow({"1", "a long remark that has to be broken somewhere to fit", 3});

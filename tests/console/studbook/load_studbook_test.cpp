@@ -50,7 +50,7 @@ class LoaderTest : public ConsoleTest, public testing::WithParamInterface<bool> 
   loading_notes loadFile(const studbook_files& files) {
     NewStudbook book(at("a.studbook"));
     loadStudbook(book.copying(openTables(files)));
-    book.finish();
+    book.finish({IMPORT_CHANGE, "import", "", ""});
     return loadStudbook(openTables({at("a.studbook"), "", "", "", {}}));
   }
 };
@@ -223,7 +223,9 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
     SCOPED_TRACE(fault);
     const std::string text = load(animals, events, locations);
     EXPECT_EQ(text.substr(0, text.find('\n')), home + "/" + fault);
-    EXPECT_TRUE(Animals.records.empty() && MetaPop.levels().empty() && user_field_list.empty());
+    EXPECT_TRUE(Animals.records.empty());
+    EXPECT_TRUE(MetaPop.levels().empty());
+    EXPECT_TRUE(user_field_list.empty());
   }
 }
 

@@ -16,7 +16,9 @@ constexpr char EXAMPLE[] = SPX_SOURCE_DIR "/examples/studbook";
 
 class StudbookFileTest : public ConsoleTest {
  protected:
-  void import(const std::string& tables) { ASSERT_EQ(run({"import", tables, "--studbook", file}), 0) << takeErrors(); }
+  void import(const std::string& tables) {
+    ASSERT_EQ(run({"import", tables, "--studbook", file, "--replace"}), 0) << takeErrors();
+  }
 
   std::string outputOf(const std::string& studbook, const char* word) {
     takeOutput();
@@ -65,23 +67,26 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
     int code;
     const char* says;  ///< on standard error, or in the tables after a change
   } cases[] = {
-      {{"animal", "set", "0055", "Sire=0003", "mother=X9", "rearing= hand "}, 0, "0003,X9,"},
+      {{"animal", "set", "0055", "Sire=0004", "mother=X9", "rearing= hand "}, 0, "0004,X9,"},
       {{"animal", "set", "0055", "g_cites=2", "HOUSE NAME=a,b"}, 0, ",\"a,b\",,2\n"},
-      {{"animal", "set", "0055", "color=red"}, 2, "average, house_name, microchip"},
-      {{"animal", "set", "0055", "id=1"}, 2, "the ID of an animal cannot be set"},
+      {{"animal", "set", "0055", "rearin=hand"}, 2, "did you mean \"rearing\"?"},
+      {{"animal", "set", "0055", "color=red"}, 2, "house_name, microchip"},
+      {{"animal", "set", "0055", "id=1"}, 2, "spx animal rename OLD NEW"},
       {{"animal", "set", "0055", "gender=m", "sex=f"}, 2, "\"sex\" is given twice"},
       {{"animal", "set", "0055", "rearing=parent", "sex=x"}, 1, "column \"sex\", animal \"0055\""},
       {{"animal", "set", "9999", "sex=m"}, 1, "there is no animal \"9999\""},
+      {{"animal", "set", "0055", "birth_location=Monteverd"}, 2, "did you mean \"Monteverde\"?"},
+      {{"animal", "set", "0055", "taxon=Montana"}, 2, "did you mean \"montana\"?"},
       {{"animal", "set", "0144", "sex=m"}, 1, "2 animals have the ID \"0144\""},
-      {{"animal", "add", "0055"}, 1, "there is an animal \"0055\" already"},
-      {{"animal", "add", "N1", "birth_location=7.7"}, 1, "\"7.7\" is not in the locations table"},
+      {{"animal", "add", "0055"}, 1, "there is already an animal \"0055\""},
+      {{"animal", "add", "N1", "birth_location=7.7", "--new"}, 1, "\"7.7\" is not in the locations table"},
       {{"animal", "add", "N1", "dob=2024"}, 0, "\nN1,,,,2024,"},
       {{"event", "add", "N1", "date=2024-02", "event=arrival", "location=2.1.3"}, 0, "\nN1,2024-02,arrival,2.1.3,,\n"},
       {{"event", "add", "N1", "event=arrival"}, 1, "the date is missing"},
       {{"--map", "sex=sex", "animal", "set", "0055", "sex=m"}, 0, ""},
       {{"--map", "sex=sex", "check"}, 2, "--map go with tables"},
-      {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "is no studbook file"},
-      {{"import", EXAMPLE, "--studbook", table}, 1, "is not replaced"},
+      {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "not a studbook file"},
+      {{"import", EXAMPLE, "--studbook", table}, 1, "will not be overwritten"},
   };
   for (auto [words, code, says] : cases) {
     SCOPED_TRACE(testing::PrintToString(words));
@@ -106,8 +111,8 @@ TEST_F(StudbookFileTest, RefusesWhatIsNoSoundStudbookFile) {
       {sound.substr(0, 16), "is damaged"},
       {sound.substr(0, sound.size() / 2), "is damaged"},
       {with(100, std::string(20000, '\x7F')), "is damaged"},
-      {with(63, "\x09"), "is a studbook file of version 9; this program knows version 1"},
-      {with(68, "mine"), "is a database, but no studbook file"},
+      {with(63, "\x09"), "is a studbook file of version 9; this program knows the versions 1 to 2"},
+      {with(68, "mine"), "is an SQLite database, but not a studbook file"},
   };
   for (const auto& [content, reason] : cases) {
     writeContent(file, content);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <thread>
+
+namespace spx::console {
+
+/// Says on standard error what takes long: a line that appears after a second, counts the seconds, and is gone when
+/// this object is. Shows nothing where standard error is not a terminal.
+class Progress {
+ public:
+  /// @param what  such as "Loading the studbook"
+  explicit Progress(std::string what);
+
+ private:
+  std::jthread thread_;
+};
+
+}  // namespace spx::console

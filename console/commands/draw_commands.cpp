@@ -1,0 +1,230 @@
+#include <memory>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+#include "spx/core/animal_data.h"
+
+#include "console/base/failure.h"
+#include "console/charts/animal_pedigree.h"
+#include "console/charts/drawing_tool.h"
+#include "console/charts/kinship_map.h"
+#include "console/charts/result_charts.h"
+#include "console/commands/command.h"
+#include "console/output/result_output.h"
+#include "console/project/view_options.h"
+#include "console/project/view_settings.h"
+#include "console/results/census_results.h"
+#include "console/results/demography_notes.h"
+#include "console/results/founder_tables.h"
+#include "console/results/genetic_basis.h"
+#include "console/results/genetics_by_year.h"
+#include "console/results/growth_results.h"
+#include "console/results/reproduction_results.h"
+#include "console/results/survival_results.h"
+#include "console/studbook/record_genetics.h"
+
+namespace spx::console {
+namespace {
+
+/// What all pictures have in common.
+struct draw_options {
+  result_options output;
+  std::string format = "svg";
+};
+
+void addDrawOptions(CLI::App& app, draw_options& options, bool has_dot) {
+  app.add_option(
+         "--format", options.format,
+         has_dot ? "svg (default), png, pdf, or dot, the text that Graphviz reads" : "svg (default), png or pdf")
+      ->type_name("FORMAT");
+  addResultOptions(app, options.output);
+}
+
+ExitCode writePicture(const draw_options& options, const std::string& picture) {
+  ResultOutput output(options.output, false);
+  output.stream() << picture;
+  output.finish();
+  return ExitCode::DONE;
+}
+
+struct pedigree_options {
+  draw_options draw;
+  std::string id;
+  pedigree_extent extent;
+  std::string fill = "inbreeding";
+};
+
+ExitCode drawAnimal(Session& session, pedigree_options& options) {
+  const IMAGE_FORMAT format = imageFormat(options.draw.format, true);
+  options.extent.fill = options.fill == "nothing" ? PEDIGREE_FILL::NOTHING : PEDIGREE_FILL::INBREEDING;
+  session.loadStudbook();
+  computeRecordGenetics();
+  const pedigree_drawing drawing = animalPedigree(options.id, options.extent);
+  return writePicture(
+      options.draw, format == IMAGE_FORMAT::DOT ? pedigreeDot(drawing) : convertedImage(drawPedigree(drawing), format));
+}
+
+command pedigreeCommand() {
+  const auto options = std::make_shared<pedigree_options>();
+  return {
+      "pedigree", "Draw the ancestors of an animal, and its descendants if asked",
+      [options](Session& session) { return drawAnimal(session, *options); },
+      [options](CLI::App& app) {
+        app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
+        app.add_option("--depth", options->extent.ancestors, "Generations of ancestors (default 5)")->type_name("N");
+        app.add_option("--descendants", options->extent.descendants, "Generations of descendants (default 0)")
+            ->type_name("N");
+        app.add_option("--fill", options->fill, "What the symbols are filled by: inbreeding (default) or nothing")
+            ->type_name("WHAT")
+            ->check(CLI::IsMember({"inbreeding", "nothing"}));
+        addDrawOptions(app, options->draw, true);
+      }};
+}
+
+// Charts: each draws the table of its command.
+
+/// What the commands of charts obey of a view.
+constexpr unsigned WHO = VIEW_RECORDS | VIEW_PLACES | VIEW_LIVES;
+constexpr unsigned WHO_AND_WHEN = WHO | VIEW_PERIOD;
+constexpr unsigned RATES = WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES | VIEW_UNKNOWN_SEX | VIEW_OFFSPRING;
+
+struct chart_options {
+  draw_options draw;
+  view_choice view;
+  survival_choice survival;
+  projection_choice projection;
+  gene_drop_options drop;
+};
+
+/// "Alderhay Zoo, all animals, until 2024-12-31".
+std::string whose(Session& session) {
+  return session.studbookName() + ": " + viewText();
+}
+
+using chart_maker = chart (*)(const chart_options&, const std::string& subtitle);
+using options_of = void (*)(CLI::App&, chart_options&);
+
+void addChart(
+    CommandGroup& group, const char* name, const char* help, unsigned view_parts, chart_maker make,
+    options_of add_options = [](CLI::App&, chart_options&) {}) {
+  const auto options = std::make_shared<chart_options>();
+  group.add({name, help,
+             [options, make](Session& session) {
+               const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
+               session.loadStudbook();
+               computeRecordGenetics();
+               useView(session, options->view);
+               return writePicture(options->draw, convertedImage(drawChart(make(*options, whose(session))), format));
+             },
+             [options, view_parts, add_options](CLI::App& app) {
+               add_options(app, *options);
+               addDrawOptions(app, options->draw, false);
+               addViewOptions(app, options->view, view_parts);
+             }});
+}
+
+/// The table, or Failure with what it says of having no rows.
+const Table& needRows(const Table& table) {
+  if (table.rows() == 0) {
+    throw Failure(table.if_empty.empty() ? "there is nothing to draw" : table.if_empty);
+  }
+  return table;
+}
+
+void addNumbers(CommandGroup& group) {
+  addChart(
+      group, "census", "Animals by sex at each census", WHO_AND_WHEN | VIEW_CENSUS,
+      [](const chart_options&, const std::string& subtitle) { return censusChart(needRows(censusTable()), subtitle); });
+  addChart(group, "pyramid", "Ages by sex on a day", WHO | VIEW_DAY | VIEW_CLASSES | VIEW_UNKNOWN_SEX,
+           [](const chart_options&, const std::string& subtitle) {
+             return pyramidChart(needRows(pyramidTable(timeUnit("years"), false)), subtitle, "years");
+           });
+  addChart(group, "births", "Births by month", WHO_AND_WHEN, [](const chart_options&, const std::string& subtitle) {
+    return birthsChart(needRows(reproductionTable({}, timeUnit("years"), false)), subtitle);
+  });
+  addChart(
+      group, "projection", "The numbers to expect, with chance", RATES,
+      [](const chart_options& options, const std::string& subtitle) {
+        return projectionChart(needRows(projectionTable(options.projection)), subtitle);
+      },
+      [](CLI::App& app, chart_options& options) {
+        app.add_option("--years", options.projection.years, "Years to look ahead")
+            ->check(CLI::Range(1, 1000))
+            ->capture_default_str();
+        app.add_option("--runs", options.projection.runs, "Runs with chance")->capture_default_str();
+        app.add_option("--seed", options.projection.seed, "Start of the random numbers")->capture_default_str();
+      });
+  addChart(
+      group, "survival", "The share of the animals that reaches each age", WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES,
+      [](const chart_options& options, const std::string& subtitle) {
+        return survivalChart(needRows(survivalTable(options.survival, timeUnit("years"), false)), subtitle, "years");
+      },
+      [](CLI::App& app, chart_options& options) {
+        app.add_option("--by", options.survival.by, "Compare groups of animals")
+            ->check(CLI::IsMember({"none", "sex", "origin", "rearing", "location", "taxon", "period"}))
+            ->capture_default_str();
+      });
+}
+
+void addGenes(CommandGroup& group) {
+  addChart(
+      group, "founders", "Contribution and retention of each founder", WHO | VIEW_DAY,
+      [](const chart_options& options, const std::string& subtitle) {
+        gene_drop_options drop = options.drop;
+        drop.threads = GeneticBasis::threads();
+        return foundersChart(needRows(foundersTable(GeneticBasis(), UNKNOWN_PARENTS::FOUNDER, drop)), subtitle);
+      },
+      [](CLI::App& app, chart_options& options) {
+        app.add_option("--runs", options.drop.runs, "Runs of the gene drop")->capture_default_str();
+        app.add_option("--seed", options.drop.seed, "Start of the random numbers")->capture_default_str();
+      });
+  addChart(group, "inbreeding", "Mean inbreeding by year of birth", VIEW_RECORDS,
+           [](const chart_options&, const std::string& subtitle) {
+             return inbreedingChart(needRows(inbreedingByYear()), subtitle);
+           });
+  addChart(group, "diversity", "Gene diversity of the living through the years", WHO_AND_WHEN,
+           [](const chart_options&, const std::string& subtitle) {
+             return diversityChart(needRows(diversityByYear()), subtitle);
+           });
+}
+
+struct kinship_options {
+  draw_options draw;
+  view_choice view;
+  std::string order = "likeness";
+};
+
+command kinshipCommand() {
+  const auto options = std::make_shared<kinship_options>();
+  return {"kinship", "Kinship of each pair of the living, as a heat map",
+          [options](Session& session) {
+            const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
+            session.loadStudbook();
+            useView(session, options->view);
+            heat_map map = kinshipMap(GeneticBasis(),
+                                      options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
+            map.subtitle = whose(session);
+            return writePicture(options->draw, convertedImage(drawHeatMap(map), format));
+          },
+          [options](CLI::App& app) {
+            app.add_option("--order", options->order, "How the animals stand: by likeness, or by location")
+                ->check(CLI::IsMember({"likeness", "location"}))
+                ->capture_default_str();
+            addDrawOptions(app, options->draw, false);
+            addViewOptions(app, options->view, WHO | VIEW_DAY);
+          }};
+}
+
+}  // namespace
+
+void addDrawCommands(std::vector<command>& commands) {
+  CommandGroup draw("draw", "Draw pedigrees and charts as SVG, PNG or PDF");
+  draw.add(pedigreeCommand());
+  draw.add(kinshipCommand());
+  addGenes(draw);
+  addNumbers(draw);
+  commands.push_back(draw.asCommand());
+}
+
+}  // namespace spx::console

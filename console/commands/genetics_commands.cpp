@@ -1,0 +1,207 @@
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "console/base/failure.h"
+#include "console/commands/command.h"
+#include "console/output/table_options.h"
+#include "console/project/view_options.h"
+#include "console/project/view_settings.h"
+#include "console/results/animal_genetics.h"
+#include "console/results/effective_size_table.h"
+#include "console/results/founder_tables.h"
+#include "console/results/genetic_summary.h"
+#include "console/results/kinship_table.h"
+#include "console/results/pair_tables.h"
+
+namespace spx::console {
+namespace {
+
+constexpr unsigned VIEW_OF_GENETICS = VIEW_RECORDS | VIEW_PLACES | VIEW_DAY;
+
+struct genetic_options {
+  view_choice view;
+  table_options table;
+  UNKNOWN_PARENTS unknown = UNKNOWN_PARENTS::FOUNDER;
+  listed_animals who;
+  pair_choice pairs;
+  gene_drop_options drop;
+  std::size_t generations = 5;
+  bool partial = false;
+  bool ancestors = false;
+  bool all = false;
+  bool matrix = false;
+  bool with_self = false;
+  bool intervals = false;
+  bool trace_parents = false;
+};
+
+using OptionsPointer = std::shared_ptr<genetic_options>;
+using TableMaker = Table (*)(const GeneticBasis&, const genetic_options&);
+using OptionAdder = void (*)(CLI::App&, genetic_options&);
+
+void addUnknown(CLI::App& app, genetic_options& options) {
+  const auto choose = [&options](const std::string& text) {
+    const bool is_founder = text == getText(UNKNOWN_PARENTS::FOUNDER);
+    if (!is_founder && text != getText(UNKNOWN_PARENTS::EXCLUDE)) {
+      throw UsageError("--unknown must be one of: founder, exclude");
+    }
+    options.unknown = is_founder ? UNKNOWN_PARENTS::FOUNDER : UNKNOWN_PARENTS::EXCLUDE;
+  };
+  app.add_option_function<std::string>(
+         "--unknown", choose,
+         "How unknown parents are treated: founder, each an unrelated founder of its own; "
+         "or exclude, results over the genes of known founders (default: founder)")
+      ->type_name("founder|exclude");
+}
+
+void addIds(CLI::App& app, genetic_options& options) {
+  app.add_option("ID", options.who.ids, "Animals, whatever the view; none: those of the view");
+  app.add_flag("--living", options.who.living, "Only animals of the view that are alive and present on its day");
+}
+
+void addRuns(CLI::App& app, genetic_options& options) {
+  app.add_option("--runs", options.drop.runs, "Gene drops")->check(CLI::Range(1, 10'000'000))->capture_default_str();
+  app.add_option("--seed", options.drop.seed, "Start of the random numbers: the same seed gives the same result")
+      ->capture_default_str();
+}
+
+void addInbreedingOptions(CLI::App& app, genetic_options& options) {
+  addIds(app, options);
+  CLI::Option* partial = app.add_flag("--partial", options.partial, "F split by the founders whose genes cause it");
+  app.add_flag("--ancestors", options.ancestors, "The common ancestors of the parents, with their parts of F")
+      ->excludes(partial);
+  addUnknown(app, options);
+}
+
+void addKinshipOptions(CLI::App& app, genetic_options& options) {
+  app.add_option("ID", options.who.ids, "Animals, whatever the view");
+  app.add_flag("--all", options.all, "All living animals of the view");
+  app.add_flag("--matrix", options.matrix, "A row and a column for every animal, instead of a row for every pair");
+  app.add_flag("--self", options.with_self, "Every animal with itself too");
+  addUnknown(app, options);
+}
+
+void addPairOptions(CLI::App& app, genetic_options& options) {
+  pair_choice& pairs = options.pairs;
+  app.add_option("--males", pairs.males, "Only these males: IDs, separated by commas")
+      ->delimiter(',')
+      ->type_name("ID,...");
+  app.add_option("--females", pairs.females, "Only these females")->delimiter(',')->type_name("ID,...");
+  app.add_option("--max-kinship", pairs.most_kinship, "Leave out pairs with a higher kinship")->type_name("NUMBER");
+  app.add_flag("--same-location", pairs.same_location, "Only pairs that live at one location");
+  CLI::Option* pick = app.add_option("--pick", pairs.picks,
+                                     "Pick so many pairs one after the other, so that gene diversity stays highest");
+  app.add_option("--most-per-male", pairs.most_per_male, "Picks per male")->capture_default_str()->needs(pick);
+  app.add_option("--most-per-female", pairs.most_per_female, "Picks per female")->capture_default_str()->needs(pick);
+  app.add_flag("--static", pairs.is_static,
+               "Pick by the ranking of today, without counting the offspring of earlier picks")
+      ->needs(pick);
+  addUnknown(app, options);
+}
+
+void addCompletenessOptions(CLI::App& app, genetic_options& options) {
+  addIds(app, options);
+  app.add_option("--generations", options.generations, "How far back")->check(CLI::Range(1, 30))->capture_default_str();
+}
+
+Table inbreeding(const GeneticBasis& basis, const genetic_options& options) {
+  if (options.partial) return partialInbreedingTable(basis, options.who);
+  if (options.ancestors) return commonAncestorTable(basis, options.who);
+  return inbreedingTable(basis, options.who, options.unknown);
+}
+
+Table kinships(const GeneticBasis& basis, const genetic_options& options) {
+  if (options.all != options.who.ids.empty()) {
+    throw UsageError("kinship needs two IDs or more, or --all for the living animals of the view");
+  }
+  if (!options.all && options.who.ids.size() < 2 && !options.with_self && !options.matrix) {
+    throw UsageError("kinship needs a second ID; --self shows the kinship of an animal with itself");
+  }
+  const std::vector<animal_number> animals =
+      options.all ? basis.sortedById(basis.needLiving()) : basis.numbers(options.who.ids);
+  return options.matrix ? kinshipMatrixTable(basis, animals, options.unknown)
+                        : kinshipTable(basis, animals, options.unknown, options.with_self);
+}
+
+Table founders(const GeneticBasis& basis, const genetic_options& options) {
+  return foundersTable(basis, options.unknown, options.drop);
+}
+
+Table effectiveSizes(const GeneticBasis& basis, const genetic_options& options) {
+  return options.intervals ? generationIntervalTable(basis) : effectiveSizeTable(basis);
+}
+
+Table genetics(const GeneticBasis& basis, const genetic_options& options) {
+  return options.table.format == OUTPUT_FORMAT::TEXT ? geneticPage(basis, options.unknown)
+                                                     : geneticRecord(basis, options.unknown);
+}
+
+void addCommand(std::vector<command>& commands, const char* name, const char* help, TableMaker make, OptionAdder add,
+                bool has_rows = true) {
+  const auto options = std::make_shared<genetic_options>();
+  options->drop.threads = GeneticBasis::threads();
+  commands.push_back({name, help,
+                      [options, make](Session& session) {
+                        session.loadStudbook();
+                        useView(session, options->view);
+                        showTable(make(GeneticBasis(options->trace_parents), *options), options->table);
+                        return ExitCode::DONE;
+                      },
+                      [options, add, has_rows](CLI::App& app) {
+                        add(app, *options);
+                        app.add_flag("--trace-parents", options->trace_parents,
+                                     "Unknown and group parents are the average of the animals that could be them; "
+                                     "needs the reproductive ages of the life history");
+                        has_rows ? addTableOptions(app, options->table) : addFormatOptions(app, options->table);
+                        addViewOptions(app, options->view, VIEW_OF_GENETICS);
+                      }});
+}
+
+}  // namespace
+
+void addGeneticsCommands(std::vector<command>& commands) {
+  addCommand(commands, "genetics", "Show the genetic state of the living population", genetics, addUnknown, false);
+  addCommand(commands, "inbreeding", "Show inbreeding coefficients and where they come from", inbreeding,
+             addInbreedingOptions);
+  addCommand(commands, "kinship", "Show how animals are related", kinships, addKinshipOptions);
+  addCommand(
+      commands, "mean-kinship", "Rank the living animals by mean kinship",
+      [](const GeneticBasis& basis, const genetic_options& options) {
+        return meanKinshipTable(basis, options.unknown);
+      },
+      addUnknown);
+  addCommand(commands, "founders", "Show the founders, their contributions and what is left of their genes", founders,
+             [](CLI::App& app, genetic_options& options) {
+               addRuns(app, options);
+               addUnknown(app, options);
+             });
+  addCommand(
+      commands, "gene-drop", "Show what chance leaves of the founders' genes",
+      [](const GeneticBasis& basis, const genetic_options& options) { return geneDropTable(basis, options.drop); },
+      addRuns, false);
+  addCommand(
+      commands, "generations", "Show generation numbers",
+      [](const GeneticBasis& basis, const genetic_options& options) { return generationsTable(basis, options.who); },
+      addIds);
+  addCommand(
+      commands, "completeness", "Show how much of the pedigree is known",
+      [](const GeneticBasis& basis, const genetic_options& options) {
+        return completenessTable(basis, options.who, options.generations);
+      },
+      addCompletenessOptions);
+  addCommand(
+      commands, "pairs", "Rank pairs of living animals, or pick some",
+      [](const GeneticBasis& basis, const genetic_options& options) {
+        return pairsTable(basis, options.pairs, options.unknown);
+      },
+      addPairOptions);
+  addCommand(
+      commands, "effective-size", "Show the effective population size by several methods", effectiveSizes,
+      [](CLI::App& app, genetic_options& options) {
+        app.add_flag("--intervals", options.intervals, "The generation intervals on the four paths instead");
+      },
+      false);
+}
+
+}  // namespace spx::console

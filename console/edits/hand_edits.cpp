@@ -1,0 +1,67 @@
+#include "console/edits/hand_edits.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+namespace spx::console {
+
+HandEdits::HandEdits(StudbookEdit& edit) {
+  try {
+    for (const journal_change& change : readChanges(edit.database())) {
+      if (change.number == edit.number() || change.undone_by != 0 || change.undoes != 0) {
+        continue;
+      }
+      const bool is_import = change.note.kind == IMPORT_CHANGE;
+      for (const journal_cell& cell : netCells(readCells(edit.database(), change.number))) {
+        is_import ? forget(cell) : note(cell);
+      }
+    }
+  } catch (const SQLite::Exception& error) {
+    failFor(edit.path(), error);
+  }
+  settle(edit);
+}
+
+void HandEdits::note(const journal_cell& cell) {
+  const std::pair row(cell.table, cell.row);
+  if (cell.field == WHOLE_ROW) {
+    if (!cell.before) {
+      added_.insert(row);
+    } else if (added_.erase(row) == 0) {
+      gone_[row];
+    }
+    return;
+  }
+  const std::string before = cell.before.value_or("");
+  cells_.try_emplace({cell.table, cell.row, cell.field}, before);
+  gone_[row].try_emplace(cell.field, before);
+  gone_[row].try_emplace("of", cell.animal);
+}
+
+/// The table has had its word on it.
+void HandEdits::forget(const journal_cell& cell) {
+  cells_.erase({cell.table, cell.row, cell.field});
+  if (cell.field == WHOLE_ROW) {
+    added_.erase({cell.table, cell.row});
+    gone_.erase({cell.table, cell.row});
+  }
+}
+
+/// What came back to where it was is not an edit; of rows that are gone what the table called them
+/// is kept.
+void HandEdits::settle(StudbookEdit& edit) {
+  std::erase_if(cells_, [&](const auto& entry) {
+    const auto& [table, row, field] = entry.first;
+    return !edit.hasRow(table, row) || edit.cell(table, row, field) == entry.second;
+  });
+  for (auto& [row, cells] : gone_) {
+    if (edit.hasRow(row.first, row.second)) {
+      continue;
+    }
+    const std::string text = row.first == "events"    ? cells["of"] + " " + cells["date"] + " " + cells["event"]
+                             : row.first == "animals" ? cells["id"]
+                                                      : cells["name"];
+    removed_.insert({row.first, text});
+  }
+}
+
+}  // namespace spx::console

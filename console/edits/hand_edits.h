@@ -1,0 +1,41 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <tuple>
+
+#include "console/edits/studbook_edit.h"
+
+namespace spx::console {
+
+/// What was changed by hand since the tables were imported, as far as it still stands: every change
+/// that is not an import and was not undone.
+class HandEdits {
+ public:
+  explicit HandEdits(StudbookEdit& edit);
+
+  /// Whether the cell has a value that was entered by hand.
+  bool hasCell(const std::string& table, row_number row, const std::string& field) const {
+    return cells_.contains({table, row, field});
+  }
+
+  /// Whether the row was added by hand.
+  bool hasRow(const std::string& table, row_number row) const { return added_.contains({table, row}); }
+
+  /// Whether a row of that text was removed by hand: of an animal its ID, of an event its animal, date and kind,
+  /// of others the name.
+  bool hasRemoved(const std::string& table, const std::string& text) const { return removed_.contains({table, text}); }
+
+ private:
+  void note(const journal_cell& cell);
+  void forget(const journal_cell& cell);
+  void settle(StudbookEdit& edit);
+
+  std::map<std::tuple<std::string, row_number, std::string>, std::string> cells_;  ///< with what the table had
+  std::set<std::pair<std::string, row_number>> added_;
+  std::map<std::pair<std::string, row_number>, std::map<std::string, std::string>> gone_;  ///< rows with their cells
+  std::set<std::pair<std::string, std::string>> removed_;
+};
+
+}  // namespace spx::console

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console/edits/studbook_edit.h"
+
+namespace spx::console {
+
+/// How far a change may go.
+struct edit_freedom {
+  bool anyway = false;     ///< also what makes no sense
+  bool allow_new = false;  ///< fields, locations and taxa that the studbook does not know
+};
+
+/// What may be typed for the fields of one table of a studbook file: their names, and the places
+/// and taxa that it knows. An unknown word is refused with the nearest one, in UsageError, unless
+/// the keeper asks for new ones.
+class KnownNames {
+ public:
+  /// @param allow_new  unknown fields are added, unknown places and taxa are taken
+  KnownNames(StudbookEdit& edit, std::string table, bool allow_new);
+
+  /// The column of a field that goes by its name, the title of its column or another title of the
+  /// field, in any case.
+  std::string field(const std::string& typed);
+
+  /// The same for several fields with their values, which are trimmed and checked. A field that is
+  /// named twice, and the ID, are refused.
+  std::vector<field_value> values(const std::vector<field_value>& typed);
+
+  /// Refuses a location or a taxon that no cell has yet.
+  void check(const std::string& field, const std::string& value);
+
+ private:
+  const std::string* findColumn(const std::string& typed);
+  std::vector<std::string> fieldNames();
+
+  StudbookEdit& edit_;
+  std::string table_;
+  bool allow_new_;
+};
+
+/// The names and identifiers of the locations that a studbook knows: those of its table, and those
+/// that its animals and events name.
+std::vector<std::string> knownPlaces(StudbookEdit& edit);
+
+/// The IDs of all animals.
+std::vector<std::string> knownIds(StudbookEdit& edit);
+
+/// Reads "FIELD=VALUE"; the value may be empty. Throws UsageError.
+field_value parseFieldValue(const std::string& text);
+
+}  // namespace spx::console

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "spx/core/master_data.h"
+
+#include "console/output/table_options.h"
+
+namespace spx::console {
+
+/// Shows all that is known of an animal: for people as a card with its events, for scripts as one record. In CSV the
+/// events are columns (`events_1_date`).
+void showCard(position animal, const table_options& options);
+
+}  // namespace spx::console

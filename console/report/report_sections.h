@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "console/charts/chart.h"
+#include "console/output/table.h"
+#include "console/report/html_page.h"
+
+/// The sections of the report. Each computes what it shows from Animals and View.
+namespace spx::console {
+
+/// What the sections share.
+struct report_context {
+  std::string subtitle;  ///< of charts: whose figures, of which days
+  std::size_t gene_drops = 1000;
+  bool cards = false;                 ///< a small pedigree on each card
+  bool links = true;                  ///< the page has cards that IDs can link to
+  std::vector<std::string> left_out;  ///< what could not be shown and why, gathered by the sections
+};
+
+/// Adds the chart with its table; where the chart cannot be drawn, the table alone, and a line of `left_out`.
+void addChart(HtmlPage& page, report_context& context, const std::function<chart()>& make, const Table& data,
+              const std::string& caption);
+
+void addQuality(HtmlPage& page, report_context& context);
+void addCensus(HtmlPage& page, report_context& context);
+void addAges(HtmlPage& page, report_context& context);
+void addSurvival(HtmlPage& page, report_context& context);
+void addReproduction(HtmlPage& page, report_context& context);
+void addGrowth(HtmlPage& page, report_context& context);
+void addGenetics(HtmlPage& page, report_context& context);
+void addFounders(HtmlPage& page, report_context& context);
+void addMeanKinship(HtmlPage& page, report_context& context);
+void addPairs(HtmlPage& page, report_context& context);
+void addAnimals(HtmlPage& page, report_context& context);
+
+}  // namespace spx::console

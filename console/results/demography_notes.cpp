@@ -1,0 +1,100 @@
+#include "console/results/demography_notes.h"
+
+#include <algorithm>
+
+#include "spx/core/enumerations.h"
+#include "spx/core/estimated_dates.h"
+#include "spx/core/meta_population.h"
+#include "spx/core/studbook.h"
+#include "spx/core/sub_taxa.h"
+#include "spx/project/biology.h"
+#include "spx/support/julian_date.h"
+#include "spx/views/data_filter.h"
+
+#include "console/project/view_settings.h"
+
+namespace spx::console {
+namespace {
+
+void addWords(std::string& text, const std::string& words) {
+  text += (text.empty() ? "" : ", ") + words;
+}
+
+}  // namespace
+
+std::string dayText(qs_lib::day_number day) {
+  return qs_lib::julianToISO(qs_lib::dayToMs(day));
+}
+
+time_unit timeUnit(const std::string& name) {
+  return name == "days" ? time_unit{1, 0, "days"} : time_unit{DAYS_PER_YEAR, 2, "years"};
+}
+
+std::string whoText() {
+  std::string text;
+  for (const packed_deme deme : View.demes) addWords(text, MetaPop.getMemberName(deme));
+  for (const taxon_handle taxon : View.taxa) addWords(text, Subspecies.getName(taxon));
+  if (View.sex != SEX::ALL) addWords(text, getEnumName(View.sex) + (View.sex <= SEX::MALE ? "s" : " sex"));
+  if (View.origin != BIRTH_TYPE::ALL) addWords(text, getEnumName(View.origin));
+  if (View.rearing != REARING::ALL) addWords(text, "reared by " + getEnumName(View.rearing));
+  return text.empty() ? "all animals" : text;
+}
+
+std::string viewText() {
+  std::string text = whoText();
+  constexpr qs_lib::day_number YEAR_1800 = 2378497;
+  if (View.start_date > YEAR_1800) addWords(text, "from " + dayText(View.start_date));
+  return text + ", until " + dayText(View.end_date);
+}
+
+std::string counted(std::size_t number, const std::string& noun) {
+  return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+}
+
+void endWithStudbook() {
+  if (Book.update_date == 0) return;
+  const open_dates open = openDates();
+  if (open.until) View.end_date = std::min(View.end_date, Book.update_date);
+  if (open.on) View.monitor_date = std::min(View.monitor_date, Book.update_date);
+}
+
+void addDeathNote(Table& table, double deaths) {
+  if (deaths > 0) return;
+  table.notes.push_back("No death is recorded: every animal is taken to live on. Survival and growth are too high.");
+}
+
+double gestationDays() {
+  const double days = LifeHistory.getGestation();
+  return days > 0 ? days : 0;
+}
+
+std::string countNote(std::size_t in_view, const left_out_counts& left_out) {
+  const std::string line =
+      std::to_string(in_view - left_out.total()) + " of " + counted(in_view, "animal") + " counted";
+  std::string reasons;
+  for (std::size_t reason = 0; reason < left_out.counts.size(); ++reason) {
+    if (left_out.counts[reason] == 0) continue;
+    addWords(reasons, std::to_string(left_out.counts[reason]) + " " + getText(static_cast<LEFT_OUT>(reason)));
+  }
+  return line + (reasons.empty() ? "." : "; left out: " + reasons + ".");
+}
+
+void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& left_out, const life_findings& findings) {
+  table.notes.push_back(countNote(in_view, left_out));
+  std::string odd;
+  const auto add = [&odd](std::size_t number, const char* noun, const char* done) {
+    if (number != 0) addWords(odd, counted(number, noun) + " " + done);
+  };
+  add(findings.undated_events, "event", "without a date ignored");
+  add(findings.events_before_birth, "event", "before birth ignored");
+  add(findings.events_after_end, "event", "after death ignored");
+  add(findings.departures_while_away, "departure", "of animals already gone ignored");
+  add(findings.events_while_away, "other event", "of animals already gone ignored");
+  add(findings.events_out_of_order, "animal", "with events out of order sorted");
+  add(findings.entries_while_present, "entry of a present animal", "taken as a change of place");
+  add(findings.assumed_entries, "wild-born animal", "without an entry counted from birth");
+  add(findings.presumed_lost, "animal", "older than the longest life taken as lost");
+  if (!odd.empty()) table.notes.push_back("Events: " + odd + ".");
+}
+
+}  // namespace spx::console

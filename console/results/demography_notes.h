@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "spx/demography/presence.h"
+
+#include "console/output/table.h"
+
+/// What the results of demography share. They are made from Animals and View.
+namespace spx::console {
+
+/// A unit of time in results.
+struct time_unit {
+  double days = 1;
+  int decimals = 0;       ///< for people
+  const char* name = "";  ///< "years"
+};
+
+/// "years" or "days".
+time_unit timeUnit(const std::string& name);
+
+/// The animals that the view asks for, to follow a title: "Alderhay Zoo, males".
+std::string whoText();
+
+/// The same with the period: "all animals, from 1990-01-01, until 2024-12-31".
+std::string viewText();
+
+/// Appends the lines that say how many animals of the view count, how many are left out and why, and which
+/// contradictions were resolved.
+void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& left_out, const life_findings& findings);
+
+/// Appends a warning when no death was counted: survival and growth then say what would be if nobody died.
+void addDeathNote(Table& table, double deaths);
+
+/// The first of these lines.
+std::string countNote(std::size_t in_view, const left_out_counts& left_out);
+
+/// Ends the view with the studbook: where the period, or the day asked for, is open until today, it ends on the last
+/// date that the records have. Animals are not taken to live on, without a birth or a death, after the last entry of a
+/// keeper.
+void endWithStudbook();
+
+/// The gestation of the species in use in days; 0 when the life history does not tell it.
+double gestationDays();
+
+/// A number with its noun: "1 animal", "12 animals".
+std::string counted(std::size_t number, const std::string& noun);
+
+/// A day as "2024-12-31".
+std::string dayText(qs_lib::day_number day);
+
+}  // namespace spx::console

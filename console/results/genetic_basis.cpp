@@ -1,0 +1,222 @@
+#include "console/results/genetic_basis.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <thread>
+
+#include "spx/analyses/trace_parents.h"
+#include "spx/core/identifiers.h"
+#include "spx/core/multi_parent.h"
+#include "spx/demography/presence.h"
+#include "spx/views/data_filter.h"
+#include "spx/views/predicates.h"
+
+#include "console/base/failure.h"
+#include "console/base/natural_order.h"
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
+#include "console/project/life_history.h"
+#include "console/studbook/record_genetics.h"
+
+namespace spx::console {
+namespace {
+
+/// Presence asks for dates. An animal that has none is there for as long as no event ended its stay.
+bool isUndatedButThere(const master_data& animal, qs_lib::day_number day, const LocationSet& locations) {
+  const auto has_date = [](const move_data& event) { return event.date != 0; };
+  if (has_date(animal.birth) || std::any_of(animal.moves.begin(), animal.moves.end(), has_date)) return false;
+  const auto ends = [](const move_data& event) {
+    return event.event == MOVE_TYPE::RELEASED || event.event == MOVE_TYPE::POPULATION_OUT ||
+           event.event == MOVE_TYPE::SURPLUS || event.event == MOVE_TYPE::LOST_TO_FOLLOW_UP ||
+           event.event == MOVE_TYPE::DEATH;
+  };
+  if (std::any_of(animal.moves.begin(), animal.moves.end(), ends)) return false;
+  return isLiving(animal, day) && locations.contains(currentDeme(animal, day));
+}
+
+/// Who of a view counts, by the records.
+struct counted_animals {
+  std::vector<position> ever;
+  std::vector<position> living;
+  std::size_t undated = 0;
+};
+
+counted_animals countAnimals(const DataFilter& view) {
+  const presence_settings settings = presenceSettings(view);
+  const LocationSet locations(view.demes);
+  const Presence presence(Animals.records, view, settings);
+  counted_animals found;
+  for (const Presence::life& life : presence.lives()) {
+    if (presence.stays(life).front().from > view.monitor_date) continue;
+    found.ever.push_back(life.animal);
+    if (presence.isPresent(life, view.monitor_date)) found.living.push_back(life.animal);
+  }
+  // Animals that died undated, or as stillbirths, have no stay, but they are of the view all the same.
+  std::vector<bool> is_found(Animals.records.size());
+  for (const position record : found.ever) is_found[record] = true;
+  for (position record = 0; record < Animals.records.size(); ++record) {
+    const master_data& animal = Animals.records[record];
+    if (is_found[record] || !isInViewRecord(animal, view)) continue;
+    if (isUndatedButThere(animal, view.monitor_date, locations)) {
+      ++found.undated;
+      found.living.push_back(record);
+      found.ever.push_back(record);
+    } else if (locations.all() && animal.birth.date <= view.monitor_date) {
+      found.ever.push_back(record);
+    }
+  }
+  return found;
+}
+
+DataFilter viewOfAll() {
+  DataFilter all = View;
+  all.sex = SEX::ALL;
+  all.origin = BIRTH_TYPE::ALL;
+  all.rearing = REARING::ALL;
+  all.birth_accuracy = all.death_accuracy = all.event_accuracy = DATE_ACCURACY::ALL_DATES;
+  for (double* bound : {&all.low_generation, &all.high_generation, &all.low_inbreeding, &all.high_inbreeding}) {
+    *bound = std::numeric_limits<double>::quiet_NaN();
+  }
+  all.demes.clear();
+  all.taxa.clear();
+  all.user_filters.clear();
+  return all;
+}
+
+/// The candidates of every unknown and group parent.
+std::vector<parent_candidates> tracedParents() {
+  if (lacksReproductiveAges()) {
+    throw UsageError("--trace-parents needs the reproductive ages of both sexes; set them with spx life-history set");
+  }
+  TraceParents tracing;
+  std::vector<parent_candidates> found;
+  if (!tracing.initialize()) return found;
+  for (position record = 0; record < Animals.records.size(); ++record) {
+    for (const SEX sex : {SEX::MALE, SEX::FEMALE}) {
+      std::vector<position> candidates = tracing.possibleParents(Animals.records[record], sex);
+      if (!candidates.empty()) found.push_back({record, sex == SEX::MALE, std::move(candidates)});
+    }
+  }
+  return found;
+}
+
+std::string counted(std::size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+const char* getText(UNKNOWN_PARENTS treatment) {
+  return treatment == UNKNOWN_PARENTS::FOUNDER ? "founder" : "exclude";
+}
+
+GeneticBasis::GeneticBasis(bool trace_parents) {
+  std::vector<parent_candidates> candidates;
+  if (trace_parents) candidates = tracedParents();
+  traced_ = candidates.size();
+  if (!studbook_.build(Animals, {parent_list, candidates})) {
+    throw Failure(cycleText(studbook_.cycle()) +
+                  "; correct one of these parents, since nothing genetic can be computed before");
+  }
+  terms_ = inbreedingOf(pedigree(), threads());
+  const auto numbersOf = [this](const std::vector<position>& records) {
+    std::vector<animal_number> numbers;
+    for (const position record : records) {
+      const animal_number number = studbook_.number(record);
+      if (number != UNKNOWN_SOURCE) numbers.push_back(number);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+  };
+  const counted_animals counted = countAnimals(View);
+  animals_ = numbersOf(counted.ever);
+  living_ = numbersOf(counted.living);
+  undated_ = counted.undated;
+  whole_population_ = numbersOf(countAnimals(viewOfAll()).living);
+}
+
+const std::vector<animal_number>& GeneticBasis::needLiving() const {
+  if (living_.empty()) {
+    throw Failure(animals_.empty() ? "no animals match the view; spx view show prints its settings"
+                                   : "no animal of the view is alive on its day; choose an earlier day with --on DATE");
+  }
+  return living_;
+}
+
+const master_data& GeneticBasis::record(animal_number animal) const {
+  return Animals.records[studbook_.record(animal)];
+}
+
+animal_number GeneticBasis::number(const std::string& id) const {
+  const position found = Animals.findMaster(id);
+  const animal_number number = studbook_.number(found);
+  if (number != UNKNOWN_SOURCE) return number;
+  if (found != Animals.records.size())
+    throw Failure(quotedText(id) + " stands for unknown parents; it is not an animal");
+  std::vector<std::string> ids;
+  for (const master_data& animal : Animals.records) ids.push_back(animal.stud_id);
+  throw Failure("there is no animal " + quotedText(id) + suggestion(id, ids));
+}
+
+std::vector<animal_number> GeneticBasis::numbers(const std::vector<std::string>& ids) const {
+  std::vector<animal_number> numbers;
+  for (const std::string& id : ids) numbers.push_back(number(id));
+  return numbers;
+}
+
+unsigned GeneticBasis::threads() {
+  return std::max(1U, std::thread::hardware_concurrency());
+}
+
+std::vector<animal_number> GeneticBasis::sortedById(std::vector<animal_number> animals) const {
+  std::sort(animals.begin(), animals.end(),
+            [this](animal_number a, animal_number b) { return compareNaturally(id(a), id(b)) < 0; });
+  return animals;
+}
+
+std::vector<std::string> GeneticBasis::notes(UNKNOWN_PARENTS treatment) const {
+  std::vector<std::string> notes;
+  if (undated_ > 0) {
+    notes.push_back(
+        counted(undated_, "animal without dates counts as living.", "animals without dates count as living."));
+  }
+  if (traced_ > 0) {
+    notes.push_back(counted(traced_, "parent is the average of the animals", "parents are the average of the animals") +
+                    " that could be it (--trace-parents).");
+  }
+  notes.emplace_back(treatment == UNKNOWN_PARENTS::FOUNDER
+                         ? "Unknown parents count as unrelated founders (--unknown founder)."
+                         : "Results are over the genes of known founders (--unknown exclude).");
+  return notes;
+}
+
+void addNotes(Table& table, const std::vector<std::string>& notes) {
+  table.notes.insert(table.notes.end(), notes.begin(), notes.end());
+}
+
+double birthDay(const master_data& animal) {
+  // Placeholders are born in the first years of the calendar, so that they are older than all others.
+  static const qs_lib::day_number FIRST_BIRTH = qs_lib::msToDay(qs_lib::dateToJulian(std::string("1803")));
+  if (animal.birth.date < FIRST_BIRTH) return std::numeric_limits<double>::quiet_NaN();
+  const date_range range = rangeOf(animal.birth);
+  return static_cast<double>(range.first + range.last) / 2;
+}
+
+double ageInYears(const master_data& animal) {
+  constexpr double DAYS_OF_YEAR = 365.25;
+  const double days = static_cast<double>(View.monitor_date) - birthDay(animal);
+  return days < 0 ? 0 : days / DAYS_OF_YEAR;
+}
+
+births_and_sexes birthsAndSexes(const GeneticBasis& basis) {
+  births_and_sexes found;
+  for (animal_number number = 0; number < basis.pedigree().size(); ++number) {
+    const bool is_animal = !basis.pedigree().isGroup(number);
+    found.births.push_back(is_animal ? birthDay(basis.record(number)) : std::numeric_limits<double>::quiet_NaN());
+    found.sexes.push_back(is_animal ? basis.record(number).sex : SEX::UNKNOWN);
+  }
+  return found;
+}
+
+}  // namespace spx::console

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "spx/genetics/inbreeding.h"
+#include "spx/genetics/studbook_pedigree.h"
+
+#include "console/output/table.h"
+
+/// What every genetic result starts from: the pedigree of the loaded studbook, and the animals of the view.
+namespace spx::console {
+
+/// How genes of unknown origin enter a result.
+enum class UNKNOWN_PARENTS : std::uint8_t {
+  FOUNDER,  ///< each unknown parent is a founder of its own, unrelated to all others
+  EXCLUDE   ///< the result is over the part of the genes that comes from known founders
+};
+
+/// The names of `--unknown`.
+const char* getText(UNKNOWN_PARENTS treatment);
+
+/// The pedigree of the studbook in use with its inbreeding, and who is asked about. Ancestors are always those of the
+/// whole studbook: the view decides who is counted, never who is an ancestor.
+class GeneticBasis {
+ public:
+  /// Reads Animals and View. Throws Failure when animals are their own ancestors, with the cycle by IDs.
+  /// @param trace_parents  unknown and group parents are the average of the animals that parent tracing finds for
+  ///                       them; throws UsageError while the life history has no reproductive ages
+  explicit GeneticBasis(bool trace_parents = false);
+
+  const StudbookPedigree& studbook() const { return studbook_; }
+  const GeneticPedigree& pedigree() const { return studbook_.pedigree(); }
+  const relationship_terms& terms() const { return terms_; }
+
+  /// The animals of the view that were ever in its locations by its day, dead or alive.
+  const std::vector<animal_number>& animals() const { return animals_; }
+  /// Those that are alive and present on its day. An animal without any date counts while no end is recorded.
+  const std::vector<animal_number>& living() const { return living_; }
+  /// The living animals of all locations, sexes and taxa on that day.
+  const std::vector<animal_number>& wholePopulation() const { return whole_population_; }
+  /// Whether the view chooses among the living at all.
+  bool isWholePopulation() const { return living_.size() == whole_population_.size(); }
+
+  /// The living. Throws Failure when there is none, with what to do.
+  const std::vector<animal_number>& needLiving() const;
+
+  const master_data& record(animal_number animal) const;
+  const std::string& id(animal_number animal) const { return record(animal).stud_id; }
+
+  /// The number of an animal. Throws Failure for an ID that the studbook does not have, with the nearest one.
+  animal_number number(const std::string& id) const;
+  std::vector<animal_number> numbers(const std::vector<std::string>& ids) const;
+
+  /// The animals as people sort their IDs.
+  std::vector<animal_number> sortedById(std::vector<animal_number> animals) const;
+
+  /// The lines that say how unknown parents and undated animals were treated.
+  std::vector<std::string> notes(UNKNOWN_PARENTS treatment) const;
+
+  /// How many threads a computation may use.
+  static unsigned threads();
+
+ private:
+  StudbookPedigree studbook_;
+  relationship_terms terms_;
+  std::vector<animal_number> animals_;
+  std::vector<animal_number> living_;
+  std::vector<animal_number> whole_population_;
+  std::size_t undated_ = 0;
+  std::size_t traced_ = 0;  ///< parents that stand for several candidates
+};
+
+/// Adds lines to those below a table.
+void addNotes(Table& table, const std::vector<std::string>& notes);
+
+/// The middle of the days on which the animal can have been born; NaN when no date is known.
+double birthDay(const master_data& animal);
+
+/// The age in years on the view's day; NaN when the birth is not known.
+double ageInYears(const master_data& animal);
+
+/// The birth days and sexes of all animals of a pedigree, by number.
+struct births_and_sexes {
+  std::vector<double> births;
+  std::vector<SEX> sexes;
+};
+births_and_sexes birthsAndSexes(const GeneticBasis& basis);
+
+}  // namespace spx::console

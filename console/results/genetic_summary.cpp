@@ -1,0 +1,171 @@
+#include "console/results/genetic_summary.h"
+
+#include <cmath>
+#include <limits>
+
+#include "spx/genetics/diversity.h"
+#include "spx/genetics/effective_ancestors.h"
+#include "spx/genetics/effective_size.h"
+#include "spx/genetics/founders.h"
+#include "spx/genetics/generations.h"
+
+#include "console/results/founder_tables.h"
+
+namespace spx::console {
+namespace {
+
+constexpr std::size_t COMPLETENESS_GENERATIONS = 5;
+
+double meanOf(const std::vector<animal_number>& animals, const std::vector<double>& values) {
+  double sum = 0;
+  for (const animal_number animal : animals) sum += values[animal];
+  return sum / static_cast<double>(animals.size());
+}
+
+class FactList {
+ public:
+  void count(const char* name, const char* title, std::size_t value, const char* meaning) {
+    facts_.push_back({name, title, value, COLUMN_KIND::INTEGER, 0, meaning});
+  }
+  void number(const char* name, const char* title, double value, int decimals, const char* meaning) {
+    facts_.push_back({name, title, std::isfinite(value) ? Cell(value) : Cell(), COLUMN_KIND::REAL, decimals, meaning});
+  }
+  void share(const char* name, const char* title, double value, const char* meaning) {
+    facts_.push_back({name, title, value, COLUMN_KIND::PERCENT, 1, meaning});
+  }
+  std::vector<genetic_fact> take() { return std::move(facts_); }
+
+ private:
+  std::vector<genetic_fact> facts_;
+};
+
+void addFounders(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living,
+                 const genetic_diversity& found) {
+  const founder_states states = founderStates(basis, living);
+  facts.count("founders", "Founders", found.founders, "animals without parents whose genes live on");
+  facts.count("phantom_founders", "Missing parents", found.phantom_founders,
+              "unknown mates; each a founder of its own");
+  facts.count("living_founders", "Founders alive", states.living, "with living descendants");
+  facts.count("potential_founders", "Potential founders", states.potential, "alive, no living descendants: breed them");
+  facts.count("lost_founders", "Lost founders", states.lost, "gone, no living descendants");
+  facts.share("known", "Known ancestry", found.known_share, "genes that come from known founders");
+}
+
+void addDiversity(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living,
+                  const genetic_diversity& found, UNKNOWN_PARENTS unknown) {
+  const bool by_known = unknown == UNKNOWN_PARENTS::EXCLUDE;
+  const double kinship =
+      by_known ? knownKinships(basis.pedigree(), living, GeneticBasis::threads()).mean : found.mean_kinship;
+  facts.number("mean_f", "Mean inbreeding F", found.mean_inbreeding, 4, "of the living; 0.25: like offspring of sibs");
+  facts.number("highest_f", "Highest F", found.highest_inbreeding, 4, "of one animal");
+  facts.number("mean_kinship", "Mean kinship", kinship, 4, "the F to expect after mating at random");
+  facts.number("gene_diversity", "Gene diversity", 1 - kinship, 4, "kept of the founders' source; goal: 0.90");
+  facts.number("fg", "Founder genomes (fg)", 1 / (2 * kinship), 2, "founders that would hold it: 1 / (2 MK)");
+  facts.number("fe", "Effective founders (fe)", by_known ? found.effective_known_founders : found.effective_founders, 2,
+               "founders, if all contributed equally");
+  facts.number("fe_known", "fe without unknown", found.effective_known_founders, 2,
+               "fe over the genes of known founders");
+}
+
+void addAncestors(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living) {
+  const auto number = [&](bool members_count) {
+    return effectiveAncestors(basis.pedigree(), living, {.members_count = members_count}).number;
+  };
+  facts.number("fa", "Effective ancestors (fa)", number(false), 2, "far below fe: there were bottlenecks");
+  facts.number("fa_with_members", "fa with the living", number(true), 2, "if the living count as ancestors too");
+}
+
+void addGenerations(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living) {
+  const generation_numbers generations = generationsOf(basis.pedigree());
+  facts.number("equivalent_generations", "Equivalent generations", meanOf(living, generations.equivalent), 2,
+               "complete ones that known ancestors make");
+  facts.number("generation", "Mean generation", meanOf(living, generations.genetic), 2,
+               "founders are 0, offspring parents' mean + 1");
+  facts.number("traced_generations", "Traced generations", meanOf(living, generations.traced), 2,
+               "back, with every ancestor known");
+  facts.number("maximum_generations", "Longest line", meanOf(living, generations.maximum), 2,
+               "generations to the first ancestor");
+  facts.number("completeness", "Completeness",
+               meanOf(living, completenessIndex(basis.pedigree(), COMPLETENESS_GENERATIONS)), 3,
+               "of 5 generations, both sides; 1 is all");
+  facts.number("ne_inbreeding", "Ne by inbreeding",
+               effectiveSizeByInbreeding(living, basis.terms().inbreeding, generations.equivalent,
+                                         INCREASE::SINCE_FIRST_OFFSPRING)
+                   .size,
+               1, "ideal herd in which F would rise as fast");
+}
+
+Cell textCell(const genetic_fact& fact) {
+  const std::string text =
+      cellText(fact.value, {.name = "", .title = "", .kind = fact.kind, .decimals = fact.decimals});
+  return text.empty() ? Cell("-") : Cell(text);
+}
+
+table_column columnOf(const genetic_fact& fact) {
+  return {.name = fact.name, .title = fact.title, .kind = fact.kind, .decimals = fact.decimals};
+}
+
+}  // namespace
+
+std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const std::vector<animal_number>& living,
+                                       UNKNOWN_PARENTS unknown) {
+  FactList facts;
+  const genetic_diversity found = diversityOf(basis.pedigree(), basis.terms(), living);
+  facts.count("animals", "Animals", basis.animals().size(), "of the view, living or not");
+  facts.count("living", "Living animals", living.size(), "what follows is about them");
+  addFounders(facts, basis, living, found);
+  addDiversity(facts, basis, living, found, unknown);
+  addAncestors(facts, basis, living);
+  addGenerations(facts, basis, living);
+  return facts.take();
+}
+
+Table geneticPage(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
+  const bool has_rest = !basis.isWholePopulation();
+  std::vector<table_column> columns{
+      {.name = "statistic", .title = "Statistic"},
+      {.name = "view", .title = has_rest ? "This view" : "Value", .alignment = ALIGNMENT::RIGHT}};
+  if (has_rest) columns.push_back({.name = "population", .title = "All living", .alignment = ALIGNMENT::RIGHT});
+  columns.push_back({.name = "meaning", .title = "What it means"});
+  Table table(std::move(columns));
+  const std::vector<genetic_fact> of_view = geneticFacts(basis, basis.needLiving(), unknown);
+  std::vector<genetic_fact> of_all;
+  if (has_rest) of_all = geneticFacts(basis, basis.wholePopulation(), unknown);
+  for (std::size_t fact = 0; fact < of_view.size(); ++fact) {
+    std::vector<Cell> row{of_view[fact].title, textCell(of_view[fact])};
+    if (has_rest) row.push_back(of_view[fact].name == "animals" ? Cell() : textCell(of_all[fact]));
+    row.emplace_back(of_view[fact].meaning);
+    table.addRow(std::move(row));
+  }
+  if (unknown == UNKNOWN_PARENTS::EXCLUDE) {
+    table.notes.push_back("Mean kinship, gene diversity, fg and fe are over the known genes; F and fa are not.");
+  }
+  addNotes(table, basis.notes(unknown));
+  return table;
+}
+
+Table geneticRecord(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
+  std::vector<table_column> columns;
+  std::vector<Cell> row;
+  for (const genetic_fact& fact : geneticFacts(basis, basis.needLiving(), unknown)) {
+    columns.push_back(columnOf(fact));
+    row.push_back(fact.value);
+  }
+  for (const genetic_fact& fact : geneticFacts(basis, basis.wholePopulation(), unknown)) {
+    if (fact.name == "animals") continue;
+    table_column column = columnOf(fact);
+    column.name = "population_" + fact.name;
+    column.group = "population";
+    column.key = fact.name;
+    columns.push_back(std::move(column));
+    row.push_back(fact.value);
+  }
+  columns.push_back({.name = "unknown", .title = "Unknown parents"});
+  row.emplace_back(getText(unknown));
+  Table table(std::move(columns));
+  table.is_record = true;
+  table.addRow(std::move(row));
+  return table;
+}
+
+}  // namespace spx::console

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console/output/table.h"
+#include "console/results/genetic_basis.h"
+
+namespace spx::console {
+
+/// One number of the genetic state of a population.
+struct genetic_fact {
+  std::string name;   ///< for scripts
+  std::string title;  ///< for people
+  Cell value;
+  COLUMN_KIND kind = COLUMN_KIND::REAL;
+  int decimals = 4;
+  std::string meaning;  ///< in one line
+};
+
+/// The facts of a set of living animals; see docs/genetics.md.
+/// @param animals  how many animals of any day the set was chosen from
+std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const std::vector<animal_number>& living,
+                                       UNKNOWN_PARENTS unknown);
+
+/// The page of a yearly report for people: the view, beside it the whole living population where the view is a part
+/// of it, and what each number means.
+Table geneticPage(const GeneticBasis& basis, UNKNOWN_PARENTS unknown);
+
+/// The same for scripts: one record with the numbers of the view, and those of the whole living population in the
+/// object `population`.
+Table geneticRecord(const GeneticBasis& basis, UNKNOWN_PARENTS unknown);
+
+}  // namespace spx::console

@@ -1,0 +1,153 @@
+#include "console/results/reproduction_results.h"
+
+#include <cmath>
+
+#include "spx/core/animal_data.h"
+#include "spx/core/estimated_dates.h"
+#include "spx/demography/reproduction.h"
+#include "spx/support/number_text.h"
+#include "spx/views/data_filter.h"
+
+#include "console/results/demography_notes.h"
+
+namespace spx::console {
+namespace {
+
+constexpr const char* MONTHS[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+/// The measures, for scripts and for people.
+struct measure {
+  const char* name;
+  std::string title;
+};
+
+class Measures {
+ public:
+  Measures(const time_unit& unit, bool for_people) : unit_(unit), for_people_(for_people), table_(columns()) {}
+
+  void add(const measure& what, const char* sex, const qs_lib::basic_stat& stat, double scale) {
+    if (for_people_ && stat.sample_size == 0) return;
+    table_.addRow({for_people_ ? what.title : what.name, sex, stat.sample_size, stat.mean / scale, stat.median / scale,
+                   stat.minimum / scale, stat.maximum / scale, stat.confidence_interval.lower / scale,
+                   stat.confidence_interval.upper / scale});
+  }
+
+  void addShare(const measure& what, const char* sex, std::size_t number, double share,
+                qs_lib::DataRange<double> interval) {
+    table_.addRow({for_people_ ? what.title : what.name, sex, number, share, Cell(), Cell(), Cell(), interval.lower,
+                   interval.upper});
+  }
+
+  void addCount(const std::string& name, std::size_t number) {
+    if (!for_people_) table_.addRow({name, "all", number});
+  }
+
+  const char* unit() const { return unit_.name; }
+  double days() const { return unit_.days; }
+  Table& table() { return table_; }
+
+ private:
+  static std::vector<table_column> columns() {
+    const auto real = [](const char* name, const char* title, std::string help) {
+      return table_column{
+          .name = name, .title = title, .kind = COLUMN_KIND::REAL, .decimals = 2, .help = std::move(help)};
+    };
+    return {
+        {.name = "measure", .title = "Measure"},
+        {.name = "sex", .title = "Sex"},
+        {.name = "n", .title = "Number", .kind = COLUMN_KIND::INTEGER, .help = "animals, births or litters counted"},
+        real("mean", "Mean", ""),
+        real("median", "Median", ""),
+        real("min", "Least", ""),
+        real("max", "Most", ""),
+        real("lower", "Lower", "interval of 95 % of the mean or share"),
+        real("upper", "Upper", "")};
+  }
+
+  time_unit unit_;
+  bool for_people_;
+  Table table_;
+};
+
+void addParents(Measures& to, const char* sex, const parent_summary& parents) {
+  const std::string in = std::string(" (") + to.unit() + ")";
+  to.add({"age_first_birth", "Age at first birth" + in}, sex, parents.first, to.days());
+  to.add({"age_last_birth", "Age at last birth" + in}, sex, parents.last, to.days());
+  to.add({"age_at_birth", "Age at all births" + in}, sex, parents.all, to.days());
+  to.add({"lifetime_offspring", "Offspring in a lifetime"}, sex, parents.lifetime, 1);
+  const auto breeders = static_cast<double>(parents.breeders);
+  const auto adults = static_cast<double>(parents.adults);
+  to.addShare({"breeders", "Share of adults that have bred"}, sex, parents.adults,
+              adults > 0 ? breeders / adults : NOT_KNOWN, wilsonInterval(breeders, adults));
+}
+
+// "Jan 0, Feb 2, ...": a line for people.
+std::string monthsText(const reproduction_summary& summary) {
+  std::string text = "Births by month:";
+  for (std::size_t month = 0; month < summary.months.size(); ++month) {
+    text += std::string(month == 0 ? " " : ", ") + MONTHS[month] + " " + std::to_string(summary.months[month]);
+  }
+  return text + ".";
+}
+
+std::string seasonText(const reproduction_summary& summary) {
+  if (std::isnan(summary.mean_day)) return "";
+  constexpr qs_lib::day_number NEW_YEAR_2001 = 2451911;
+  const auto date = qs_lib::civilFromDay(NEW_YEAR_2001 + static_cast<qs_lib::day_number>(summary.mean_day) - 1);
+  return "Mean day of birth: " + std::to_string(date.day) + " " + MONTHS[date.month - 1] + "; concentration " +
+         qs_lib::realToString(summary.concentration, 2) + " (1: all on one day, 0: all the year round).";
+}
+
+std::string littersText(const reproduction_summary& summary) {
+  std::string text = "Litters by size:";
+  const char* between = " ";
+  for (const auto& [size, number] : summary.litter_sizes) {
+    text += between + std::to_string(number) + " of " + std::to_string(size);
+    between = ", ";
+  }
+  return text + ".";
+}
+
+void addNotes(Table& table, const reproduction_summary& summary) {
+  const sex_counts& births = summary.births;
+  table.notes.push_back(counted(births.total(), "birth") + ": " + std::to_string(births.males) + " male, " +
+                        std::to_string(births.females) + " female, " + std::to_string(births.unknown) +
+                        " of unknown sex.");
+  if (summary.months_unknown < births.total()) table.notes.push_back(monthsText(summary));
+  const std::string season = seasonText(summary);
+  if (!season.empty()) table.notes.push_back(season);
+  if (!summary.litter_sizes.empty()) table.notes.push_back(littersText(summary));
+  table.notes.push_back("Left out: of the litters " + std::to_string(summary.dams_unknown) +
+                        " births without a dam and " + std::to_string(summary.days_unknown) +
+                        " without a day; of the months " + std::to_string(summary.months_unknown) +
+                        " births; of the ages at birth " + std::to_string(summary.females.unknown_ages) + " dams and " +
+                        std::to_string(summary.males.unknown_ages) + " sires unknown or of unknown age.");
+}
+
+}  // namespace
+
+Table reproductionTable(std::optional<double> litter_days, const time_unit& unit, bool for_people) {
+  reproduction_settings settings = reproductionSettings();
+  if (litter_days) settings.litter_days = *litter_days;
+  const reproduction_summary summary = reproductionOf(Animals, View, presenceSettings(View), settings);
+  Measures measures(unit, for_people);
+  measures.addShare({"male_share", "Share of males at birth"}, "all", summary.births.males + summary.births.females,
+                    summary.male_share, summary.male_share_interval);
+  if (View.sex != SEX::MALE) addParents(measures, "female", summary.females);
+  if (View.sex != SEX::FEMALE) addParents(measures, "male", summary.males);
+  measures.add({"litter_size", "Litter size"}, "all", summary.litters, 1);
+  measures.add({"birth_interval", "Days between litters of a dam"}, "all", summary.intervals, 1);
+  for (std::size_t month = 0; month < 12; ++month) {
+    measures.addCount("births_in_month_" + std::to_string(month + 1), summary.months[month]);
+  }
+  for (const auto& [size, number] : summary.litter_sizes) {
+    measures.addCount("litters_of_" + std::to_string(size), number);
+  }
+  Table& table = measures.table();
+  table.heading = "Reproduction: " + viewText();
+  addNotes(table, summary);
+  addCountNotes(table, summary.in_view, summary.left_out, summary.findings);
+  return std::move(table);
+}
+
+}  // namespace spx::console

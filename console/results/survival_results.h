@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "console/output/table.h"
+#include "console/results/demography_notes.h"
+
+namespace spx::console {
+
+/// Which groups survival compares.
+struct survival_choice {
+  std::string by = "none";  ///< none, sex, origin, rearing, location, taxon or period
+  std::string level = {};   ///< location: the name of the level; empty: the one that suits the view
+  int period_years = 10;    ///< period: calendar years of each
+};
+
+/// The survival curves of the view. Throws UsageError for an unknown level.
+/// @param for_people  the curve after a month and at the class ends; otherwise every step
+Table survivalTable(const survival_choice& choice, const time_unit& unit, bool for_people);
+
+/// Each group in a row: deaths, those to expect if all groups had the same risk, median, mean and the log-rank test of
+/// the groups, the same in every row. Throws UsageError for an unknown level.
+Table survivalSummary(const survival_choice& choice, const time_unit& unit);
+
+/// The life tables of the females, the males and all animals of the view.
+Table lifeTableTable(const time_unit& unit);
+
+}  // namespace spx::console

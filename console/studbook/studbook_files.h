@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console/tables/column_titles.h"
+#include "console/tables/reading_options.h"
+
+namespace spx::console {
+
+/// The files of a studbook, as the command line gives them. Empty names are files not given.
+struct studbook_files {
+  std::string animals;
+  std::string events;
+  std::string locations;
+  std::string programs;
+  std::vector<title_choice> titles;  ///< of the table of animals
+  std::string id_prefix = {};        ///< put before every ID that is read; see withIdPrefix
+  reading_options reading = {};
+};
+
+}  // namespace spx::console
