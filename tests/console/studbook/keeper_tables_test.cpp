@@ -145,7 +145,7 @@ TEST_F(KeeperTablesTest, AWorkbookComesBackFromAStudbookFile) {
   const auto import = [&](const studbook_files& files, const char* name) {
     NewStudbook book(at(name));
     loadStudbook(book.copying(openTables(files)));
-    book.finish({});
+    book.finish({IMPORT_CHANGE, "import", "", ""});
   };
   import(csv(MESSY, {.footer = FOOTER::SKIP}), "a.studbook");
   writeTables(at("a.studbook"), home, {.as_workbook = true});
