@@ -22,6 +22,8 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_COMPONENTS_ALL library development)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS library)
 set(CPACK_COMPONENT_PROGRAM_DEPENDS library)
+# Pictures need these; everything else works without them.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "graphviz, gnuplot-nox, librsvg2-bin")
 if(SPX_BUILD_CONSOLE)
   list(APPEND CPACK_COMPONENTS_ALL program)
 endif()

@@ -99,7 +99,8 @@ void fillRows(const chart_series& series, std::vector<double>& tops, DataBlock& 
 
 std::string style(const chart_series& series, std::size_t place) {
   const std::string colour = std::string(" lc rgb '") + colourOf(series, place) + "'";
-  const std::string dash = " dt " + std::to_string(place % 5 + 1);
+  const auto colour_place = series.colour < 0 ? place : static_cast<std::size_t>(series.colour);
+  const std::string dash = " dt " + std::to_string(colour_place % 5 + 1);
   switch (series.marks) {
     case MARKS::STACKED_BARS:
     case MARKS::SIDE_BARS:
@@ -174,7 +175,7 @@ std::string axes(const chart& drawing) {
 std::string drawChart(const chart& drawing) {
   std::string script =
       terminal(drawing.height) + heading(drawing.title, drawing.subtitle, drawing.height) + axes(drawing);
-  script += "set key below noenhanced\n";
+  script += "set key bmargin center bottom horizontal noenhanced samplen 2\nset bmargin 5.5\n";
   std::vector<double> tops;
   std::string plots;
   for (std::size_t place = 0; place < drawing.series.size(); ++place) {

@@ -58,9 +58,24 @@ std::string notes(const Table& table) {
   return out;
 }
 
+/// A record stands line by line: the title of each value, and the value.
+std::string recordMarkup(const Table& table, const std::string& caption) {
+  const table_part part = wholeTable(table, OUTPUT_FORMAT::TEXT);
+  std::string out = "<div class=\"scroll\"><table>\n<caption>" + html(caption) + "</caption>\n<tbody>\n";
+  for (const std::size_t at : part.columns) {
+    const table_column& column = table.columns()[at];
+    out += "<tr><th scope=\"row\">" + html(column.title) + "</th>" + (isNumber(column) ? "<td class=\"n\">" : "<td>") +
+           html(cellText(table.cell(0, at), column)) + "</td><td>" + html(column.help) + "</td></tr>\n";
+  }
+  return out + "</tbody></table></div>\n" + notes(table);
+}
+
 std::string tableMarkup(const Table& table, const std::string& caption, const HtmlPage::cell_markup& markup) {
   if (table.rows() == 0) {
     return "<p>" + html(table.if_empty.empty() ? "Nothing to show." : table.if_empty) + "</p>\n" + notes(table);
+  }
+  if (table.is_record) {
+    return recordMarkup(table, caption);
   }
   const table_part part = wholeTable(table, OUTPUT_FORMAT::TEXT);
   std::string out = "<div class=\"scroll\"><table>\n<caption>" + html(caption) + "</caption>\n<thead><tr>";
@@ -176,7 +191,7 @@ void HtmlPage::logo(const std::string& file) {
   if (type == nullptr) {
     throw Failure("--logo: " + quotedText(file) + " is not a PNG, JPEG or SVG file");
   }
-  logo_ = std::string("<img alt=\"\" src=\"data:") + type + ";base64," + base64(bytes) + "\">\n";
+  logo_ = std::string("<img alt=\"\" src=\"data:") + type + ";base64," + base64(bytes) + "\"/>\n";
 }
 
 void HtmlPage::titleLine(const std::string& text) {
@@ -185,8 +200,8 @@ void HtmlPage::titleLine(const std::string& text) {
 
 std::string HtmlPage::text() {
   endSection();
-  return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+  return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n"
+         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n<title>" +
          html(title_) + "</title>\n<style>" + HTML_STYLE + "</style>\n</head>\n<body>\n<header>\n" + logo_ + "<h1>" +
          html(title_) + "</h1>\n" + title_lines_ + "</header>\n<nav aria-label=\"Contents\">\n<ul>\n" + contents_ +
          "</ul>\n</nav>\n<main>\n" + body_ + "</main>\n</body>\n</html>\n";

@@ -9,6 +9,7 @@
 #include "console/check/check_studbook.h"
 #include "console/report/report_sections.h"
 #include "console/results/census_results.h"
+#include "console/results/demography_page.h"
 #include "console/results/findings_output.h"
 #include "console/results/growth_results.h"
 #include "console/results/reproduction_results.h"
@@ -72,6 +73,13 @@ void addChart(HtmlPage& page, report_context& context, const std::function<chart
   page.table(data, caption);
 }
 
+Table yearlyFigures(bool for_people) {
+  const qs_lib::day_number day = View.monitor_date;
+  Table table = demographyPage(for_people);
+  View.monitor_date = day;
+  return table;
+}
+
 void addQuality(HtmlPage& page, report_context&) {
   page.section("quality", "Data quality");
   const std::vector<finding> all = findings();
@@ -84,6 +92,7 @@ void addQuality(HtmlPage& page, report_context&) {
 
 void addCensus(HtmlPage& page, report_context& context) {
   page.section("census", "Census");
+  page.table(yearlyFigures(true), "The last twelve months, and the rates of the period");
   const Table table = censusTable();
   addChart(
       page, context, [&] { return censusChart(table, context.subtitle); }, table,

@@ -23,6 +23,9 @@ struct report_context {
 void addChart(HtmlPage& page, report_context& context, const std::function<chart()>& make, const Table& data,
               const std::string& caption);
 
+/// demographyPage() without what it does to the view: the sections after it ask about the same day.
+Table yearlyFigures(bool for_people);
+
 void addQuality(HtmlPage& page, report_context& context);
 void addCensus(HtmlPage& page, report_context& context);
 void addAges(HtmlPage& page, report_context& context);

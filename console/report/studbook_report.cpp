@@ -16,12 +16,10 @@
 #include "console/charts/table_values.h"
 #include "console/report/html_page.h"
 #include "console/report/report_sections.h"
-#include "console/results/census_results.h"
 #include "console/results/demography_notes.h"
 #include "console/results/founder_tables.h"
 #include "console/results/genetic_basis.h"
 #include "console/results/genetic_summary.h"
-#include "console/results/growth_results.h"
 
 namespace spx::console {
 namespace {
@@ -77,15 +75,23 @@ std::string growthText(double lambda) {
   return std::abs(percent) < 0.05 ? "is stable" : percent > 0 ? "grows by " + size : "declines by " + size;
 }
 
+/// A figure of the demography page by its name; NaN for one that it does not have.
+double figureOf(const Table& page, const std::string& name) {
+  const std::vector<std::string> names = textsOf(page, "figure");
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end() ? std::nan("")
+                              : numbersOf(page, "value")[static_cast<std::size_t>(found - names.begin())];
+}
+
 void addNumbers(const GeneticBasis& basis, std::vector<std::string>& sentences) {
   sentences.push_back(counted(basis.living().size(), "animal") + " of the view " +
                       (basis.living().size() == 1 ? "is" : "are") + " alive and present on " +
                       dayText(View.monitor_date) + ", at " + counted(placesOf(basis), "location") + ".");
-  growth_choice quick;
-  quick.runs = 0;
-  const Table growth = growthTable(quick, timeUnit("years"));
-  sentences.push_back("By its census the population " + growthText(last(numbersOf(growth, "lambda_census"))) +
-                      "; by births and deaths alone it " + growthText(last(numbersOf(growth, "lambda"))) + ".");
+  const Table page = yearlyFigures(false);
+  sentences.push_back("By its census the population " + growthText(figureOf(page, "lambda by census, 10 years")) +
+                      " over the last ten years, and " + growthText(figureOf(page, "lambda by census, whole period")) +
+                      " over the whole period; by births and deaths alone it " +
+                      growthText(figureOf(page, "lambda by life table, females")) + ".");
 }
 
 void addGenes(const GeneticBasis& basis, std::vector<std::string>& sentences) {
