@@ -41,13 +41,23 @@ void addGlobalOptions(CLI::App& app, session_options& options) {
   };
   app.add_option("--project", options.project, "The project to work in")->type_name("NAME");
   add_file("--studbook", options.files.animals,
-           "Table of animals (CSV), or a directory with animals.csv and the other tables");
+           "Table of animals (CSV, .xlsx, .ods), or a directory with animals.csv and the other tables");
   add_file("--events", options.files.events, "Table of events");
   add_file("--locations", options.files.locations, "Table of locations");
   add_file("--programs", options.files.programs, "Table of breeding programmes");
   app.add_option("--map", options.titles, "The column of the animals table that holds a field; may be repeated")
       ->type_name("FIELD=TITLE")
       ->allow_extra_args(false);
+  add_file("--mapping", options.mapping, "Keeps how import read the columns, and reads them so again");
+  app.add_option("--sheet", options.files.reading.sheet, "The sheet of animals in a workbook")->type_name("NAME");
+  app.add_option("--dates", options.dates, "How tables write dates such as 04/05/1998")
+      ->check(CLI::IsMember({"day-first", "month-first"}))
+      ->type_name("day-first|month-first");
+  app.add_option("--footer", options.footer, "What to do with lines such as \"Total\" below a table")
+      ->check(CLI::IsMember({"skip", "keep"}))
+      ->type_name("skip|keep");
+  app.add_option("--encoding", options.files.reading.encoding, "The encoding of CSV tables, such as latin1")
+      ->type_name("NAME");
   app.set_version_flag("--version", std::string("spx ") + libraryVersion() + "\n" + versionRecord());
 }
 

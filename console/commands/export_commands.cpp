@@ -3,6 +3,8 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <set>
+#include <sstream>
 
 #include <CLI/CLI.hpp>
 
@@ -17,13 +19,16 @@
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
+#include "console/output/animal_table.h"
 #include "console/output/output_file.h"
 #include "console/output/r_loader.h"
+#include "console/output/r_packages.h"
 #include "console/project/view_animals.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/studbook/record_genetics.h"
 #include "console/studbook/write_tables.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 namespace {
@@ -35,6 +40,10 @@ struct export_options {
   bool settings = false;
   std::string id_prefix;
   bool with_ancestors = false;
+  std::string table_kind;
+  std::string package;
+  std::string separator;
+  bool for_spreadsheet = false;
 };
 
 std::string pathIn(const std::string& directory, const std::string& file) {
@@ -156,6 +165,58 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(TestFilters(paths.front()), paths);
 }
 
+/// Flags the animals of the view: those that the tables know, not the placeholders.
+void flagAnimalsOfView() {
+  for (master_data& animal : Animals.records) {
+    animal.print = false;
+  }
+  for (const position animal : animalsOfView()) {
+    Animals.records[animal].print = hasRow(Animals.records[animal]);
+  }
+}
+
+/// Which files there are depends on the IDs.
+ExitCode exportR(Session& session, const export_options& options) {
+  const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
+  session.loadStudbook();
+  useView(session, options.view);
+  flagAnimalsOfView();
+  std::vector<std::string> paths;
+  const std::vector<package_file> files = packageFiles(options.package);
+  for (const package_file& file : files) {
+    paths.push_back(pathIn(directory, file.name));
+    checkTarget(options.output, paths.back());
+  }
+  for (std::size_t file = 0; file < files.size(); ++file) {
+    if (!writeText(paths[file], files[file].content)) {
+      failToWrite(paths[file]);
+    }
+  }
+  return report(true, paths);
+}
+
+ExitCode exportAnimals(Session& session, const export_options& options) {
+  const std::vector<std::string> paths = openExport(session, options, {"animals.csv"});
+  const Table animals = animalTable(animalsOfView(), ANIMAL_LIST::ALL);
+  std::ostringstream table;
+  writeCsv(table, animals, wholeTable(animals, OUTPUT_FORMAT::CSV));
+  return report(writeText(paths.front(), table.str()), paths);
+}
+
+tables_form formOf(const export_options& options) {
+  tables_form form;
+  form.id_prefix = options.id_prefix;
+  form.as_workbook = options.table_kind == "xlsx";
+  if (form.as_workbook && (options.for_spreadsheet || !options.separator.empty())) {
+    throw UsageError("--bom and --separator go with --as csv");
+  }
+  form.csv.for_spreadsheet = options.for_spreadsheet;
+  if (!options.separator.empty()) {
+    form.csv.separator = options.separator == "semicolon" ? ';' : options.separator == "tab" ? '\t' : ',';
+  }
+  return form;
+}
+
 /// Removes tables that the studbook does not have: beside those that were written they would be read
 /// as its own.
 void removeForeignTables(const std::vector<std::string>& foreign) {
@@ -173,15 +234,16 @@ void removeForeignTables(const std::vector<std::string>& foreign) {
 ExitCode exportTables(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   const std::string studbook = session.studbook();
-  const std::vector<std::string> own = tableFiles(studbook);
+  const tables_form form = formOf(options);
+  const std::vector<std::string> own = tableFiles(studbook, form);
   std::vector<std::string> paths;
   std::vector<std::string> foreign;
-  for (const std::string& file : possibleTableFiles()) {
+  for (const std::string& file : form.as_workbook ? own : possibleTableFiles()) {
     const std::string path = pathIn(directory, file);
     checkTarget(options.output, path);
     (std::find(own.begin(), own.end(), file) == own.end() ? foreign : paths).push_back(path);
   }
-  writeTables(studbook, directory, options.id_prefix);
+  writeTables(studbook, directory, form);
   removeForeignTables(foreign);
   return report(true, paths);
 }
@@ -190,6 +252,19 @@ using export_function = ExitCode (*)(Session&, const export_options&);
 
 /// What an export takes of a view.
 enum class TAKES : std::uint8_t { NO_VIEW, ANIMALS, ANIMALS_WITH_ANCESTORS, ALL_SETTINGS, VIEW_BLOCK };
+
+void addTableOptions(CLI::App& app, export_options& options) {
+  app.add_option("--drop-id-prefix", options.id_prefix, "Take a text from the beginning of the IDs")->type_name("TEXT");
+  app.add_option("--as", options.table_kind, "CSV files (default), or a workbook with a sheet for each table")
+      ->check(CLI::IsMember({"csv", "xlsx"}))
+      ->type_name("csv|xlsx");
+  app.add_option("--separator", options.separator, "What stands between the cells of CSV files")
+      ->check(CLI::IsMember({"comma", "semicolon", "tab"}))
+      ->type_name("comma|semicolon|tab");
+  app.add_flag("--bom", options.for_spreadsheet,
+               "CSV for a spreadsheet: with a byte-order mark, and an apostrophe before what it would take for a "
+               "formula");
+}
 
 command exportCommand(const char* name, const char* help, export_function run, TAKES takes = TAKES::ANIMALS) {
   const auto options = std::make_shared<export_options>();
@@ -201,8 +276,14 @@ command exportCommand(const char* name, const char* help, export_function run, T
               app.add_flag("--analysis-settings", options->settings, "Describe the settings of the analyses");
             }
             if (run == exportTables) {
-              app.add_option("--drop-id-prefix", options->id_prefix, "Take a text from the beginning of the IDs")
-                  ->type_name("TEXT");
+              addTableOptions(app, *options);
+            }
+            if (run == exportR) {
+              const std::set<std::string> packages(rPackages().begin(), rPackages().end());
+              app.add_option("--for", options->package, "The program that is to read the files")
+                  ->required()
+                  ->check(CLI::IsMember(packages))
+                  ->type_name("PACKAGE");
             }
             if (takes == TAKES::ANIMALS_WITH_ANCESTORS) {
               app.add_flag("--with-ancestors", options->with_ancestors,
@@ -221,6 +302,8 @@ void addExportCommands(std::vector<command>& commands) {
   CommandGroup group("export", "Write tables for R and other programs");
   group.add(exportCommand("pedigree", "pedigree.csv: a row per animal with its parents", exportPedigree,
                           TAKES::ANIMALS_WITH_ANCESTORS));
+  group.add(exportCommand("animals", "animals.csv: everything about each animal of the view", exportAnimals));
+  group.add(exportCommand("r", "The pedigree of the view for an R package or PLINK, with a script", exportR));
   group.add(exportCommand("fields",
                           "animal_data.csv: every field of the animals of the view that "
                           "died or were lost in its period",
@@ -234,8 +317,8 @@ void addExportCommands(std::vector<command>& commands) {
                           "filter_test.csv: the answer of every predicate for every "
                           "animal",
                           exportFilters, TAKES::ALL_SETTINGS));
-  group.add(
-      exportCommand("tables", "animals.csv and the other tables of a studbook file", exportTables, TAKES::NO_VIEW));
+  group.add(exportCommand("tables", "The tables of a studbook file, as CSV files or a workbook", exportTables,
+                          TAKES::NO_VIEW));
   commands.push_back(group.asCommand());
 }
 

@@ -21,7 +21,9 @@
 #include "console/commands/edit_run.h"
 #include "console/commands/file_option.h"
 #include "console/edits/update_studbook.h"
+#include "console/output/column_table.h"
 #include "console/output/staged_files.h"
+#include "console/studbook/column_mapping.h"
 #include "console/studbook/import_studbook.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/open_tables.h"
@@ -116,11 +118,26 @@ HAND_EDITS policyOf(const import_options& options) {
   return options.theirs ? HAND_EDITS::THEIRS : HAND_EDITS::ASK;
 }
 
+/// How the columns were understood; and keeps that for the next time where that was asked for.
+void reportColumns(const Session& session, const studbook_tables& tables, const studbook_files& files) {
+  if (!tables.notes) {
+    return;
+  }
+  showColumns(std::cout, *tables.notes);
+  const std::string mapping = session.newMapping();
+  if (!mapping.empty()) {
+    writeMapping(mapping, tables.notes->of(tables.animals.name), files.reading);
+    std::cerr << "spx: wrote " << mapping << "; --mapping reads the next table in the same way\n";
+  }
+}
+
 /// The tables are loaded for their faults first, which then are told by their own lines.
 ExitCode update(Session& session, const import_options& options) {
   const studbook_files files = session.filesBeside(options.animals);
-  const loading_notes notes = loadStudbook(openTables(files));
+  const studbook_tables tables = openTables(files);
+  const loading_notes notes = loadStudbook(tables);
   refusePlaceholders(options, notes);
+  reportColumns(session, tables, files);
   reportLoaded(notes);
   std::cout.flush();
   const edition table = readEdition(openTables(files));
@@ -136,10 +153,12 @@ ExitCode import(Session& session, const import_options& options) {
     return update(session, options);
   }
   const std::string target = options.edit.dry_run ? std::string() : session.importTarget();
-  const studbook_tables tables = openTables(session.filesBeside(options.animals));
+  const studbook_files files = session.filesBeside(options.animals);
+  const studbook_tables tables = openTables(files);
   if (options.edit.dry_run) {
     const loading_notes notes = loadStudbook(tables);
     refusePlaceholders(options, notes);
+    reportColumns(session, tables, files);
     reportLoaded(notes);
     return ExitCode::DONE;
   }
@@ -149,6 +168,7 @@ ExitCode import(Session& session, const import_options& options) {
   refusePlaceholders(options, notes);
   const bool replaced =
       book.finish({IMPORT_CHANGE, actionText("import", {options.animals}), options.edit.author, options.edit.message});
+  reportColumns(session, tables, files);
   reportLoaded(notes);
   std::cout.flush();
   std::cerr << "spx: wrote " << target << "\n";
@@ -166,9 +186,10 @@ void addImportCommands(std::vector<command>& commands) {
       {"import", "Make a studbook file from tables, or update one",
        [options](Session& session) { return import(session, *options); },
        [options](CLI::App& app) {
-         requireName(*app.add_option("ANIMALS", options->animals,
-                                     "Table of animals (CSV), or a directory with animals.csv and the others")
-                          ->required());
+         requireName(
+             *app.add_option("ANIMALS", options->animals,
+                             "Table of animals (CSV, .xlsx, .ods), or a directory with animals.csv and the others")
+                  ->required());
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
          app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
          CLI::Option* ours = app.add_flag("--ours", options->ours, "Keep what was changed by hand");

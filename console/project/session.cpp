@@ -12,6 +12,7 @@
 #include "console/base/failure.h"
 #include "console/base/user_directories.h"
 #include "console/project/life_history.h"
+#include "console/studbook/column_mapping.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/studbook_file.h"
 
@@ -154,11 +155,24 @@ std::string Session::writableStudbook() {
   return file;
 }
 
+std::string Session::newMapping() const {
+  return fs::exists(options_.mapping) ? std::string() : options_.mapping;
+}
+
 studbook_files Session::filesBeside(const std::string& animals) const {
   studbook_files files = options_.files;
   files.animals = animals;
   for (const std::string& text : options_.titles) {
     files.titles.push_back(parseTitleChoice(text));
+  }
+  if (!options_.dates.empty()) {
+    files.reading.dates = options_.dates == "day-first" ? DATE_ORDER::DAY_FIRST : DATE_ORDER::MONTH_FIRST;
+  }
+  if (!options_.footer.empty()) {
+    files.reading.footer = options_.footer == "skip" ? FOOTER::SKIP : FOOTER::KEEP;
+  }
+  if (fs::exists(options_.mapping)) {
+    readMapping(options_.mapping, files);
   }
   return files;
 }

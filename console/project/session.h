@@ -13,6 +13,9 @@ struct session_options {
   studbook_files files;
   std::vector<std::string> titles;  ///< FIELD=TITLE, as typed
   std::string project;
+  std::string dates;    ///< day-first, month-first or empty
+  std::string footer;   ///< skip, keep or empty
+  std::string mapping;  ///< a file of column_mapping.h
 };
 
 /// One run of the program: opens what a command asks for, when it asks for it.
@@ -35,6 +38,9 @@ class Session {
 
   /// The tables of the command line with that one, or that directory, in place of the studbook.
   studbook_files filesBeside(const std::string& animals) const;
+
+  /// The mapping file of the command line that does not exist yet; empty when there is none.
+  std::string newMapping() const;
 
   /// Whether the command line or the project names a studbook, which may not exist yet. Opens the
   /// project.

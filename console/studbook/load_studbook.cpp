@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -145,9 +146,18 @@ void buildDerived() {
   Animals.flagBreeders();
 }
 
+/// What was not taken literally.
+void tellReadings(const studbook_tables& tables) {
+  std::istringstream lines(tables.notes ? tables.notes->text() : std::string());
+  for (std::string line; std::getline(lines, line);) {
+    std::cerr << "spx: " << line << "\n";
+  }
+}
+
 loading_notes load(studbook_tables tables) {
   const LoadingOutput output;
   loading_notes notes = readTables(tables, "nothing was loaded");
+  tellReadings(tables);
   completeRecords(tables.file, tables.format, notes);
   tables = {};
   Animals.validate();

@@ -3,9 +3,8 @@
 #include "console/base/failure.h"
 #include "console/studbook/file_rows.h"
 #include "console/studbook/id_prefix.h"
-#include "console/studbook/schema.h"
+#include "console/studbook/keeper_tables.h"
 #include "console/studbook/studbook_file.h"
-#include "console/tables/csv_table.h"
 
 namespace spx::console {
 namespace {
@@ -24,15 +23,7 @@ studbook_tables openAsTheyAre(const studbook_files& files) {
     refuseOtherFiles(files);
     return storedTables(std::make_shared<StudbookFile>(files.animals, FILE_ACCESS::READ));
   }
-  const studbook_files tables = resolveFiles(files);
-  studbook_tables sources;
-  sources.file = tables.animals;
-  sources.format = "CSV";
-  sources.titles = tables.titles;
-  for (const stored_table& table : storedTableList()) {
-    sources.*table.source = csvSource(tables.*table.file);
-  }
-  return sources;
+  return keeperTables(resolveFiles(files));
 }
 
 }  // namespace

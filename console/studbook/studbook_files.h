@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "console/tables/column_titles.h"
+#include "console/tables/reading_options.h"
 
 namespace spx::console {
 
@@ -15,6 +16,7 @@ struct studbook_files {
   std::string programs;
   std::vector<title_choice> titles;  ///< of the table of animals
   std::string id_prefix = {};        ///< put before every ID that is read; see withIdPrefix
+  reading_options reading = {};
 };
 
 }  // namespace spx::console

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "console/tables/column_titles.h"
+#include "console/tables/reading_notes.h"
 #include "console/tables/row_source.h"
 
 namespace spx::console {
@@ -16,7 +18,8 @@ struct studbook_tables {
   table_source events;
   table_source locations;
   table_source programs;
-  std::vector<title_choice> titles;  ///< of the table of animals
+  std::vector<title_choice> titles;               ///< of the table of animals
+  std::shared_ptr<ReadingNotes> notes = nullptr;  ///< how tables were read; null for a studbook file
 };
 
 }  // namespace spx::console

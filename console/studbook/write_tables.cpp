@@ -1,12 +1,15 @@
 #include "console/studbook/write_tables.h"
 
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "console/base/failure.h"
 #include "console/studbook/file_rows.h"
 #include "console/studbook/schema.h"
 #include "console/studbook/studbook_file.h"
 #include "console/tables/table_writer.h"
+#include "console/tables/workbook_writer.h"
 
 namespace spx::console {
 namespace {
@@ -53,20 +56,59 @@ class PrefixCutter {
   std::vector<std::string_view> row_;
 };
 
-void writeTable(const std::shared_ptr<StudbookFile>& file, const std::string& table, const std::string& target,
-                const std::string& id_prefix) {
+/// Gives every row of a table to a writer; `begin` hears of the columns before.
+template <typename Begin, typename Add>
+void copyTable(const std::shared_ptr<StudbookFile>& file, const std::string& table, const std::string& id_prefix,
+               Begin begin, Add add) {
   try {
     const std::unique_ptr<RowSource> rows = openRows(file, table);
-    TableWriter writer(target);
-    writer.addTitles(rows->titles());
-    PrefixCutter cutter(*rows, id_prefix);
+    begin(*rows);
+    const bool has_animals = table == "animals" || table == "events";
+    PrefixCutter cutter(*rows, has_animals ? id_prefix : std::string());
     while (rows->next()) {
-      writer.addRow(cutter.cut(rows->row()));
+      add(cutter.cut(rows->row()));
     }
-    writer.finish();
   } catch (const TableError& error) {
     throw Failure(file->path() + " (" + table + "): " + error.what());
   }
+}
+
+void writeCsv(const std::shared_ptr<StudbookFile>& file, const std::string& table, const std::string& target,
+              const tables_form& form) {
+  TableWriter writer(target, form.csv);
+  copyTable(
+      file, table, form.id_prefix, [&](const RowSource& rows) { writer.addTitles(rows.titles()); },
+      [&](auto row) { writer.addRow(row); });
+  writer.finish();
+}
+
+/// IDs, places and words are texts; columns of the user may hold numbers.
+SHEET_COLUMN sheetColumn(std::string_view field) {
+  if (field.ends_with("date")) {
+    return SHEET_COLUMN::DATE;
+  }
+  const bool is_number = field.starts_with("user_") || field.starts_with("g_") || field == "fcoef" ||
+                         field.ends_with("range") || field == "latitude" || field == "longitude";
+  return is_number ? SHEET_COLUMN::NUMBER : SHEET_COLUMN::TEXT;
+}
+
+void writeWorkbook(const std::shared_ptr<StudbookFile>& file, const std::string& target, const std::string& id_prefix) {
+  WorkbookWriter writer(target);
+  for (const std::string& table : tableNames(*file)) {
+    const auto begin = [&](const RowSource& rows) {
+      std::vector<SHEET_COLUMN> columns;
+      for (const std::string& field : rows.fields()) {
+        columns.push_back(sheetColumn(field));
+      }
+      writer.beginSheet(table, rows.titles(), std::move(columns));
+    };
+    copyTable(file, table, id_prefix, begin, [&](auto row) { writer.addRow(row); });
+  }
+  writer.finish();
+}
+
+std::string workbookName(const std::string& studbook_file) {
+  return std::filesystem::path(studbook_file).stem().string() + ".xlsx";
 }
 
 }  // namespace
@@ -79,8 +121,11 @@ std::vector<std::string> possibleTableFiles() {
   return names;
 }
 
-std::vector<std::string> tableFiles(const std::string& studbook_file) {
+std::vector<std::string> tableFiles(const std::string& studbook_file, const tables_form& form) {
   StudbookFile file(studbook_file, FILE_ACCESS::READ);
+  if (form.as_workbook) {
+    return {workbookName(studbook_file)};
+  }
   std::vector<std::string> names = tableNames(file);
   for (std::string& name : names) {
     name += ".csv";
@@ -88,11 +133,14 @@ std::vector<std::string> tableFiles(const std::string& studbook_file) {
   return names;
 }
 
-void writeTables(const std::string& studbook_file, const std::string& directory, const std::string& id_prefix) {
+void writeTables(const std::string& studbook_file, const std::string& directory, const tables_form& form) {
   const auto file = std::make_shared<StudbookFile>(studbook_file, FILE_ACCESS::READ);
+  const std::filesystem::path target = directory;
+  if (form.as_workbook) {
+    return writeWorkbook(file, target / workbookName(studbook_file), form.id_prefix);
+  }
   for (const std::string& name : tableNames(*file)) {
-    const bool has_animals = name == "animals" || name == "events";
-    writeTable(file, name, std::filesystem::path(directory) / (name + ".csv"), has_animals ? id_prefix : std::string());
+    writeCsv(file, name, target / (name + ".csv"), form);
   }
 }
 

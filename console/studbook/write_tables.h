@@ -3,20 +3,28 @@
 #include <string>
 #include <vector>
 
+#include "console/tables/table_writer.h"
+
 namespace spx::console {
 
-/// The names of all tables that a studbook file can hold, as writeTables writes them, animals.csv
-/// first.
+/// How tables are written: as CSV files, or as one workbook.
+struct tables_form {
+  bool as_workbook = false;
+  std::string id_prefix = {};  ///< taken from the beginning of the IDs and parents that have it
+  csv_form csv = {};
+};
+
+/// The names of all CSV files that tables can be written to, animals.csv first.
 std::vector<std::string> possibleTableFiles();
 
-/// The names of those that this studbook file holds. Throws Failure.
-std::vector<std::string> tableFiles(const std::string& studbook_file);
+/// The names of the files that writeTables makes of a studbook file: animals.csv and the others that
+/// there are, or a workbook with the name of the studbook. Throws Failure.
+std::vector<std::string> tableFiles(const std::string& studbook_file, const tables_form& form = {});
 
 /// Writes the tables of a studbook file into a directory: animals.csv, and events.csv,
-/// locations.csv and programs.csv where it has them. Titles, cells and their order are those that
-/// were imported, so importing the directory gives the same studbook. All show one state of the
-/// studbook; each replaces an existing file as a whole. Throws Failure.
-/// @param id_prefix  removed from the IDs and parents that begin with it, where withIdPrefix has put it
-void writeTables(const std::string& studbook_file, const std::string& directory, const std::string& id_prefix = {});
+/// locations.csv and programs.csv where it has them, or a workbook with a sheet for each. Titles,
+/// cells and their order are those that were imported, so importing them gives the same studbook.
+/// All are of one state, each file replaces a former one as a whole. Throws Failure.
+void writeTables(const std::string& studbook_file, const std::string& directory, const tables_form& form = {});
 
 }  // namespace spx::console

@@ -1,22 +1,67 @@
 #include "console/tables/column_titles.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "console/base/assignment.h"
 #include "console/base/failure.h"
+#include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
+#include "console/tables/folded_text.h"
 #include "console/tables/row_source.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
 namespace {
 
-bool isTitleOf(const table_field& field, std::string_view title) {
-  if (isSameWord(title, field.name)) {
-    return true;
+/// The fields by the words of all their titles.
+std::unordered_map<std::string, std::size_t> titleWords(std::span<const table_field> fields) {
+  std::unordered_map<std::string, std::size_t> words;
+  for (std::size_t field = 0; field < fields.size(); ++field) {
+    words.try_emplace(titleWord(fields[field].name), field);
+    for (const std::string_view title : fields[field].other_titles) {
+      if (!title.empty()) {
+        words.try_emplace(titleWord(title), field);
+      }
+    }
   }
-  return std::any_of(field.other_titles.begin(), field.other_titles.end(),
-                     [&](auto other) { return !other.empty() && isSameWord(title, other); });
+  return words;
+}
+
+bool isSameTitle(std::string_view a, std::string_view b) {
+  return titleWord(a) == titleWord(b);
+}
+
+/// The title that comes nearest to one of a field's own, in at most two letters; else empty.
+std::string nearestTitle(const table_field& field, const std::vector<std::string>& titles) {
+  constexpr std::size_t LONGEST = 40;
+  constexpr std::size_t SHORTEST = 3;
+  std::string nearest;
+  std::size_t fewest = 3;
+  for (const std::string& title : titles) {
+    const std::string word = titleWord(title);
+    if (word.size() > LONGEST || word.size() < SHORTEST) {
+      continue;
+    }
+    for (const std::string_view known : field.other_titles) {
+      const std::size_t slips = known.size() < SHORTEST ? fewest : wordDistance(word, titleWord(known));
+      if (slips < fewest) {
+        fewest = slips;
+        nearest = title;
+      }
+    }
+  }
+  return nearest;
+}
+
+/// The first titles, as a message shows them.
+std::string listed(const std::vector<std::string>& titles) {
+  constexpr std::size_t SHOWN = 12;
+  std::string list;
+  for (std::size_t title = 0; title < std::min(titles.size(), SHOWN); ++title) {
+    list += (title == 0 ? "" : ", ") + quotedText(titles[title]);
+  }
+  return list + (titles.size() > SHOWN ? ", ..." : "");
 }
 
 std::string fieldNames(std::span<const table_field> fields) {
@@ -41,10 +86,10 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
   auto found = std::find(titles.begin(), titles.end(), title);
   if (found == titles.end()) {
     found =
-        std::find_if(titles.begin(), titles.end(), [&](const std::string& each) { return isSameWord(each, title); });
+        std::find_if(titles.begin(), titles.end(), [&](const std::string& each) { return isSameTitle(each, title); });
   }
   if (found == titles.end()) {
-    throw UsageError("--map: " + file + " has no column " + quotedText(title));
+    throw UsageError("--map: " + file + " has no column " + quotedText(title) + "; its columns are " + listed(titles));
   }
   return static_cast<std::size_t>(found - titles.begin());
 }
@@ -66,6 +111,24 @@ title_choice parseTitleChoice(const std::string& text) {
   return {split.name, split.value};
 }
 
+std::size_t knownTitles(const std::vector<std::string>& titles, std::span<const table_field> fields,
+                        std::span<const title_choice> choices) {
+  const auto words = titleWords(fields);
+  std::size_t known = 0;
+  std::vector<bool> found(fields.size());
+  for (const std::string& title : titles) {
+    const auto chosen = std::find_if(choices.begin(), choices.end(),
+                                     [&](const title_choice& choice) { return isSameTitle(choice.title, title); });
+    const auto word = words.find(titleWord(chosen == choices.end() ? title : chosen->field));
+    if (word != words.end()) {
+      found[word->second] = true;
+      ++known;
+    }
+  }
+  const auto needed = std::find_if(fields.begin(), fields.end(), [](const table_field& each) { return each.required; });
+  return needed == fields.end() || found[static_cast<std::size_t>(needed - fields.begin())] ? known : 0;
+}
+
 ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
                            std::span<const table_field> fields, std::span<const title_choice> choices)
     : columns_(fields.size(), NONE) {
@@ -83,22 +146,23 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
     columns_[field] = column;
     settled[field] = chosen[column] = true;
   }
+  const auto words = titleWords(fields);
   for (std::size_t column = 0; column < titles.size(); ++column) {
     if (chosen[column]) {
       continue;
     }
-    const auto known = std::find_if(fields.begin(), fields.end(),
-                                    [&](const table_field& field) { return isTitleOf(field, titles[column]); });
-    const auto field = static_cast<std::size_t>(known - fields.begin());
-    if (known == fields.end() || settled[field]) {
+    const auto known = words.find(titleWord(titles[column]));
+    if (known == words.end() || settled[known->second]) {
       others_.push_back(column);
-    } else if (columns_[field] != NONE) {
-      failClaimedTwice(file, known->name, titles[columns_[field]], titles[column]);
-    } else {
-      columns_[field] = column;
+      continue;
     }
+    const std::size_t field = known->second;
+    if (columns_[field] != NONE) {
+      failClaimedTwice(file, fields[field].name, titles[columns_[field]], titles[column]);
+    }
+    columns_[field] = column;
   }
-  checkRequired(fields);
+  checkRequired(fields, titles);
 }
 
 ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields)
@@ -112,14 +176,19 @@ ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields, std::s
       columns_[static_cast<std::size_t>(known - fields.begin())] = column;
     }
   }
-  checkRequired(fields);
+  checkRequired(fields, column_fields);
 }
 
-void ColumnTitles::checkRequired(std::span<const table_field> fields) const {
+void ColumnTitles::checkRequired(std::span<const table_field> fields, const std::vector<std::string>& titles) const {
   for (std::size_t field = 0; field < fields.size(); ++field) {
-    if (fields[field].required && columns_[field] == NONE) {
-      throw TableError(1, "there is no column " + quotedText(fields[field].name));
+    if (!fields[field].required || columns_[field] != NONE) {
+      continue;
     }
+    const std::string name(fields[field].name);
+    const std::string nearest = nearestTitle(fields[field], titles);
+    throw TableError(1, "there is no column " + quotedText(name) + "; the columns are " + listed(titles) +
+                            ". Say which one it is, such as --map " + name + "=" +
+                            quotedText(nearest.empty() ? "TITLE" : nearest));
   }
 }
 

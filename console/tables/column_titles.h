@@ -12,7 +12,7 @@ namespace spx::console {
 /// A field that a table can have, and the titles under which it is known.
 struct table_field {
   std::string_view name;
-  std::array<std::string_view, 5> other_titles = {};
+  std::array<std::string_view, 36> other_titles = {};  ///< as titleWord() writes them, or with "_"
   bool required = false;
 };
 
@@ -25,13 +25,17 @@ struct title_choice {
 /// Reads "FIELD=TITLE". Throws UsageError.
 title_choice parseTitleChoice(const std::string& text);
 
+/// How many of the titles are those of fields; 0 when the first required field is not among them.
+std::size_t knownTitles(const std::vector<std::string>& titles, std::span<const table_field> fields,
+                        std::span<const title_choice> choices);
+
 /// Which column holds which field.
 class ColumnTitles {
  public:
   static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
 
-  /// Finds the columns of the fields. Titles are compared in any case, with blanks and hyphens as
-  /// underscores. A chosen title takes the field from all other titles. Throws UsageError, naming
+  /// Finds the columns of the fields. Titles are compared by titleWord(): in any case, without
+  /// accents, blanks and punctuation. A chosen title takes the field from all other titles. Throws UsageError, naming
   /// both titles, when two columns claim one field, and when a choice names no field or no column;
   /// TableError when a required field has no column.
   ColumnTitles(const std::string& file, const std::vector<std::string>& titles, std::span<const table_field> fields,
@@ -47,7 +51,7 @@ class ColumnTitles {
   const std::vector<std::size_t>& others() const { return others_; }
 
  private:
-  void checkRequired(std::span<const table_field> fields) const;
+  void checkRequired(std::span<const table_field> fields, const std::vector<std::string>& titles) const;
 
   std::vector<std::size_t> columns_;
   std::vector<std::size_t> others_;

@@ -12,6 +12,7 @@ constexpr std::size_t PIECE = std::size_t{256} << 10;
 // Far above any row of a studbook; keeps a quote that is never closed from filling the memory.
 constexpr std::size_t LONGEST_ROW = std::size_t{64} << 20;
 constexpr std::size_t MOST_CELLS = 65536;
+constexpr std::size_t LONGEST_HEAD = std::size_t{64} << 10;
 constexpr std::string_view SEPARATORS = ",;\t|";
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr char STRAY_QUOTE[] = "has a stray quote (quote the whole cell and double the quotes in it)";
@@ -22,13 +23,12 @@ constexpr char TOO_LONG[] = "has a row that is too long (is a quote not closed?)
 char CsvParser::separatorOf(std::string_view text) {
   std::size_t counts[SEPARATORS.size()] = {};
   bool quoted = false;
-  bool begun = false;
-  for (const char letter : text) {
+  for (const char letter : text.substr(0, LONGEST_HEAD)) {
     const bool line_end = letter == '\n' || letter == '\r';
-    if (line_end && begun && !quoted) {
+    const bool has_any = std::any_of(counts, std::end(counts), [](std::size_t count) { return count != 0; });
+    if (line_end && has_any && !quoted) {
       break;
     }
-    begun |= !line_end;
     quoted ^= letter == '"';
     const std::size_t which = SEPARATORS.find(letter);
     if (!quoted && which != std::string_view::npos) {
@@ -38,7 +38,7 @@ char CsvParser::separatorOf(std::string_view text) {
   return SEPARATORS[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
 }
 
-CsvParser::CsvParser(const std::string& file) : file_(std::fopen(file.c_str(), "rb"), &std::fclose) {
+CsvParser::CsvParser(const std::string& file, const text_encoding& encoding) : file_(openText(file, encoding)) {
   if (!file_) {
     throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
   }
@@ -78,7 +78,23 @@ void CsvParser::begin(std::string_view& text) {
   if (text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
     text.remove_prefix(BYTE_ORDER_MARK.size());
   }
-  separator_ = separatorOf(text);
+  if (!takeSeparatorLine(text)) {
+    separator_ = separatorOf(text);
+  }
+}
+
+/// The line `sep=;` before all others, by which spreadsheets tell each other.
+bool CsvParser::takeSeparatorLine(std::string_view& text) {
+  constexpr std::size_t SIZE = 5;
+  const bool is_one = text.size() > SIZE && (text.starts_with("sep=") || text.starts_with("SEP=")) &&
+                      (text[SIZE] == '\n' || text[SIZE] == '\r');
+  if (!is_one) {
+    return false;
+  }
+  separator_ = text[SIZE - 1];
+  text.remove_prefix(SIZE + (text.substr(SIZE).starts_with("\r\n") ? 2 : 1));
+  ++line_;
+  return true;
 }
 
 // Lines without quotes, which are nearly all of a large table, are cut at their separators.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "console/tables/row_source.h"
+#include "console/tables/text_encoding.h"
 
 namespace spx::console {
 
@@ -49,9 +50,10 @@ class CsvRows {
 class CsvParser {
  public:
   /// Throws TableError when the file cannot be opened.
-  explicit CsvParser(const std::string& file);
+  explicit CsvParser(const std::string& file, const text_encoding& encoding = {});
 
-  /// The separator that a text which begins with the header line has.
+  /// The separator that a text which begins with the header line has, or with lines of a single cell
+  /// before it: that of the first line that has any.
   static char separatorOf(std::string_view text);
 
   /// The rows that the next piece completes; none only at the end. Not to be called after the last.
@@ -60,6 +62,7 @@ class CsvParser {
  private:
   void readPiece();
   void begin(std::string_view& text);
+  bool takeSeparatorLine(std::string_view& text);
   void parse(std::string_view text);
   bool readPlainLine(std::string_view& text, std::size_t quote);
   void addPlainCells(std::string_view line);
@@ -71,7 +74,7 @@ class CsvParser {
   void endRow();
   void fail(const std::string& reason) { rows_.failure_.emplace(line_, reason); }
 
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+  text_file file_;
   char separator_ = ',';
   CsvRows rows_;
   std::string begun_;     ///< the text after the last complete row

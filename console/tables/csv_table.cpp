@@ -50,7 +50,8 @@ std::size_t estimateRows(const std::string& file) {
 
 }  // namespace
 
-CsvTable::CsvTable(const std::string& file) : parser_(file), rows_(parser_.nextRows()) {
+CsvTable::CsvTable(const std::string& file, const text_encoding& encoding)
+    : parser_(file, encoding), rows_(parser_.nextRows()) {
   if (!nextLine()) {
     throw TableError(0, "is empty: a header line is needed");
   }
@@ -87,11 +88,11 @@ bool CsvTable::nextLine() {
   return true;
 }
 
-table_source csvSource(const std::string& file) {
+table_source csvSource(const std::string& file, const text_encoding& encoding) {
   if (file.empty()) {
     return {};
   }
-  const table_source::opener open = [file] { return std::make_unique<CsvTable>(file); };
+  const table_source::opener open = [=] { return std::make_unique<CsvTable>(file, encoding); };
   return {file, open, [file] { return estimateRows(file); }};
 }
 

@@ -13,13 +13,14 @@ namespace spx::console {
 /// A CSV file, read row by row in constant memory.
 ///
 /// The separator (comma, semicolon, TAB or "|") is the most frequent one of the header line outside
-/// quotes. A UTF-8 byte-order mark, CRLF, empty lines and rows of empty cells are tolerated; blanks
+/// quotes, or the one that a first line such as `sep=;` names. Encodings: see openText(). A byte-order
+/// mark, CRLF, empty lines and rows of empty cells are tolerated; blanks
 /// around a cell that is not quoted are dropped. A quote inside a cell must be doubled, and the
 /// cell quoted: a table with stray quotes is refused, because all that follows would be guessed.
 class CsvTable : public RowSource {
  public:
   /// Opens the file and reads its header line. Throws TableError.
-  explicit CsvTable(const std::string& file);
+  explicit CsvTable(const std::string& file, const text_encoding& encoding = {});
 
   bool next() override;
   std::size_t line() const override { return rows_.line(row_); }
@@ -34,6 +35,6 @@ class CsvTable : public RowSource {
 };
 
 /// The table in a CSV file; not given when the name is empty.
-table_source csvSource(const std::string& file);
+table_source csvSource(const std::string& file, const text_encoding& encoding = {});
 
 }  // namespace spx::console

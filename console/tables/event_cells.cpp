@@ -1,5 +1,6 @@
 #include "console/tables/event_cells.h"
 
+#include "console/tables/date_reading.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -13,12 +14,20 @@ DATE_ACCURACY accuracyOf(FieldTable& table, const event_fields& fields, const mo
   return event.date != 0 && event.range != 0 ? DATE_ACCURACY::DATE_RANGE : by_form;
 }
 
+dated_text readDateCell(FieldTable& table, std::size_t field) {
+  const auto date = parseDate(table[field]);
+  if (!date) {
+    table.addFault(field, dateFault(table[field]));
+  }
+  return date.value_or(dated_text{});
+}
+
 }  // namespace
 
 void readEventCells(FieldTable& table, const event_fields& fields, LocationRegistry& locations, move_data& event) {
-  const dated_text date = table.read(fields.date, parseDate, "date (YYYY-MM-DD, YYYY-MM or YYYY)");
+  const dated_text date = readDateCell(table, fields.date);
   event.date = date.day;
-  event.range = table.read(fields.range, parseDays, "number of days");
+  event.range = isMissing(table[fields.range]) ? date.range : table.read(fields.range, parseDays, "number of days");
   event.accuracy = accuracyOf(table, fields, event, date.accuracy);
   const std::string_view location = table[fields.location];
   if (isUnknownId(location)) {

@@ -21,9 +21,9 @@ enum event_field : std::size_t { ANIMAL, DATE, KIND, LOCATION, ACCURACY, RANGE }
 
 constexpr table_field EVENT_FIELDS[] = {
     ID_FIELD,
-    {"date", {"event_date"}, true},
-    {"event", {"event_type", "move", "type"}, true},
-    {"location", {"deme"}},
+    {"date", {"event_date", "date_of_event", "day", "datum", "fecha", "date_evenement"}, true},
+    {"event", {"event_type", "move", "type", "kind", "transaction", "ereignis", "evenement", "evento"}, true},
+    {"location", {"deme", "place", "site", "institution", "zoo", "ort", "lieu", "lugar"}},
     {"accuracy"},
     {"range"},
 };

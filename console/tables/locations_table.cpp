@@ -18,12 +18,12 @@ enum location_field : std::size_t { LEVEL, DEME, NAME, LATITUDE, LONGITUDE };
 constexpr table_field LOCATION_FIELDS[] = {
     {"level", {}},
     {"id", {"deme", "deme_id", "location_id"}, true},
-    {"name", {"location", "site"}, true},
-    {"latitude", {"lat"}},
-    {"longitude", {"lon", "long", "lng"}},
+    {"name", {"location", "site", "institution", "zoo", "ort", "nom", "nombre"}, true},
+    {"latitude", {"lat", "breite", "latitud"}},
+    {"longitude", {"lon", "long", "lng", "lange", "longitud"}},
 };
 
-constexpr table_field PROGRAM_FIELDS[] = {{"name", {"program", "programme"}, true}};
+constexpr table_field PROGRAM_FIELDS[] = {{"name", {"program", "programme", "programm", "programa"}, true}};
 
 struct location {
   DemeID deme;

@@ -8,12 +8,23 @@
 
 namespace spx::console {
 
+/// What a CSV table looks like.
+struct csv_form {
+  char separator = ',';
+  /// With a byte-order mark, and an apostrophe before what a spreadsheet would take for a formula.
+  bool for_spreadsheet = false;
+};
+
+/// Whether a spreadsheet would take a text for a formula: it begins with "=", "+", "-", "@" or a
+/// control character, and is not a number.
+bool looksLikeFormula(std::string_view text);
+
 /// Writes a CSV table that reads as the same cells: commas, line feeds, quotes only where a cell
 /// needs them. A former file is replaced as a whole by finish(), and otherwise stays.
 class TableWriter {
  public:
   /// Throws Failure when the file cannot be written.
-  explicit TableWriter(std::string file);
+  explicit TableWriter(std::string file, csv_form form = {});
 
   void addTitles(std::span<const std::string> titles);
   void addRow(std::span<const std::string_view> cells);
@@ -23,8 +34,10 @@ class TableWriter {
 
  private:
   void addCell(std::string_view text, std::string_view quoted);
+  std::string_view separator() const { return {&form_.separator, 1}; }
 
   std::string name_;
+  csv_form form_;
   qs_lib::WriteFile file_;
   std::string cell_;
 };

@@ -1,8 +1,11 @@
 #include "console/tables/value_text.h"
 
 #include <algorithm>
+#include <iterator>
 
+#include "console/tables/date_reading.h"
 #include "console/tables/enum_names.h"
+#include "console/tables/folded_text.h"
 
 namespace spx::console {
 namespace {
@@ -55,6 +58,56 @@ bool hasLeadingZero(std::string_view text) {
   return text.size() > 1 && text[0] == '0' && isDigit(text[1]);
 }
 
+/// A plain date, which "~" may precede.
+dated_text datedText(std::string_view text) {
+  constexpr std::size_t YEAR = 4;
+  constexpr std::size_t YEAR_AND_MONTH = 7;
+  const bool is_rough = text.starts_with('~');
+  text.remove_prefix(is_rough ? 1 : 0);
+  const auto day = qs_lib::msToDay(qs_lib::dateToJulian(std::string(text)));
+  const auto accuracy = text.size() == YEAR             ? DATE_ACCURACY::BY_YEAR
+                        : text.size() == YEAR_AND_MONTH ? DATE_ACCURACY::BY_MONTH
+                        : is_rough                      ? DATE_ACCURACY::BY_DAY
+                                                        : DATE_ACCURACY::ACCURATE;
+  return {day, accuracy};
+}
+
+/// "1990s": its middle, with the range to either side.
+dated_text decade(const std::string& text) {
+  constexpr int HALF = 5;
+  constexpr std::uint64_t DAYS = 1826;
+  const std::string middle = std::to_string(std::stoi(text) + HALF);
+  return {qs_lib::msToDay(qs_lib::dateToJulian(middle)), DATE_ACCURACY::DATE_RANGE, DAYS};
+}
+
+/// Sexes in other words than the display names.
+std::optional<SEX> parseSexWord(std::string_view text) {
+  // Folded, between blanks.
+  static constexpr std::string_view MALE =
+      " 1.0 1,0 1.0.0 \xE2\x99\x82 mannlich maennlich mannchen maennchen male masculin macho masculino ";
+  static constexpr std::string_view FEMALE =
+      " 0.1 0,1 0.1.0 \xE2\x99\x80 w weiblich weibchen fem femelle feminin hembra femenino ";
+  static constexpr std::string_view UNKNOWN =
+      " 0.0.1 0,0,1 ? - unk unbekannt unbest unbestimmt inconnu indetermine indet desconocido indeterminado unsexed ";
+  constexpr std::size_t LONGEST = 20;
+  if (text.empty() || text.size() > LONGEST || text.find(' ') != std::string_view::npos) {
+    return std::nullopt;
+  }
+  std::string word = foldedText(text);
+  if (word.size() > 1 && word.ends_with('.')) {
+    word.pop_back();
+  }
+  word = " " + word + " ";
+  const auto is_in = [&](std::string_view words) { return words.find(word) != std::string_view::npos; };
+  if (is_in(MALE)) {
+    return SEX::MALE;
+  }
+  if (is_in(FEMALE)) {
+    return SEX::FEMALE;
+  }
+  return is_in(UNKNOWN) ? std::optional(SEX::UNKNOWN) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<bool> parseTruth(std::string_view text) {
@@ -85,23 +138,22 @@ std::optional<SEX> parseSex(std::string_view text) {
   if (isUnknown(text)) {
     return SEX::UNKNOWN;
   }
-  return text.size() == 1 ? parseSexLetter(text[0]) : parseUpTo(text, SEX::UNKNOWN);
+  const std::optional<SEX> sex = text.size() == 1 ? parseSexLetter(text[0]) : parseUpTo(text, SEX::UNKNOWN);
+  return sex ? sex : parseSexWord(text);
 }
 
 std::optional<dated_text> parseDate(std::string_view text) {
   if (isUnknown(text)) {
     return dated_text{};
   }
-  const auto day = qs_lib::msToDay(qs_lib::dateToJulian(std::string(text)));
-  if (day == 0) {
+  const date_reading reading = readDate(text, DATE_ORDER::UNKNOWN);
+  if (reading.form >= DATE_FORM::AMBIGUOUS) {
     return std::nullopt;
   }
-  constexpr std::size_t YEAR = 4;
-  constexpr std::size_t YEAR_AND_MONTH = 7;
-  const auto accuracy = text.size() == YEAR             ? DATE_ACCURACY::BY_YEAR
-                        : text.size() == YEAR_AND_MONTH ? DATE_ACCURACY::BY_MONTH
-                                                        : DATE_ACCURACY::ACCURATE;
-  return dated_text{day, accuracy};
+  if (reading.text.empty()) {
+    return dated_text{};
+  }
+  return reading.form == DATE_FORM::DECADE ? decade(reading.text) : datedText(reading.text);
 }
 
 std::optional<DATE_ACCURACY> parseAccuracy(std::string_view text) {

@@ -31,17 +31,21 @@ bool isUnknown(std::string_view text);
 /// Missing, "unknown" or "0": a parent or a place that is not known.
 bool isUnknownId(std::string_view text);
 
-/// Display names, "m", "f", "h", "u", and 1 (male), 2 (female), 0 (unknown); missing is unknown.
+/// Display names, "m", "f", "h", "u", and 1 (male), 2 (female), 0 (unknown); missing is unknown. Also
+/// 1.0, 0.1 and 0.0.1 as zoos write them, the signs of Mars and Venus, and German, French and
+/// Spanish words.
 std::optional<SEX> parseSex(std::string_view text);
 
 /// A day and how exactly its text gives it.
 struct dated_text {
   qs_lib::day_number day = 0;
   DATE_ACCURACY accuracy = DATE_ACCURACY::UNKNOWN;
+  std::uint64_t range = 0;  ///< in days to either side, of DATE_RANGE
 };
 
-/// A day, a month (its first day, accurate by month) or a year (1 January, by year); missing is
-/// day 0 of unknown accuracy.
+/// A day, a month (its first day, accurate by month) or a year (1 January, by year); with "~" a day
+/// is accurate by day, "1990s" is the middle of a range of ten years; missing is day 0 of unknown accuracy. Takes
+/// all that readDate() understands without knowing the order of day and month.
 std::optional<dated_text> parseDate(std::string_view text);
 
 std::optional<DATE_ACCURACY> parseAccuracy(std::string_view text);

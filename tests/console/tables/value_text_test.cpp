@@ -33,7 +33,12 @@ TEST(ValueText, DatesCarryTheirAccuracy) {
       {"0", "fault"},
       {"76", "fault"},
       {"1976-02-29x", "fault"},
-      {"29.02.1976", "fault"},
+      {"29.02.1976", "1976-02-29 accurate"},
+      {"~1976-02-29", "1976-02-29 by day"},
+      {"~1976", "1976-01-01 by year"},
+      {"1990s", "1995-01-01 date range"},
+      {"04/05/1998", "fault"},
+      {"0000-00-00", "fault"},
   };
   for (const auto& [text, expected] : cases) {
     SCOPED_TRACE(text);
@@ -140,7 +145,13 @@ std::string claims(const std::vector<std::string>& titles, const std::vector<std
 TEST(ColumnTitles, FieldsAreFoundByAnyOfTheirTitles) {
   EXPECT_EQ(claims({"Birth Date", "x", "ID"}), "ID Birth Date - 1");
   EXPECT_EQ(claims({"F", "YOB", "Stud-ID"}), "Stud-ID YOB F 0");
-  EXPECT_EQ(claims({"name", "x"}), "table: there is no column \"id\"");
+  EXPECT_EQ(claims({"name", "x"}),
+            "table: there is no column \"id\"; the columns are \"name\", \"x\". Say which one it is, such as --map "
+            "id=\"TITLE\"");
+  EXPECT_EQ(claims({"Stdu-ID", "x"}),
+            "table: there is no column \"id\"; the columns are \"Stdu-ID\", \"x\". Say which one it is, such as "
+            "--map id=\"Stdu-ID\"");
+  EXPECT_EQ(claims({"STUD ID", "Y.O.B."}), "STUD ID Y.O.B. - 0");
   EXPECT_EQ(claims({"id", "", "", "x", "x"}), "id - - 4");
   EXPECT_EQ(claims({"id", "x", "stud_id"}),
             "usage: t.csv: the columns \"id\" and \"stud_id\" both claim the field id; choose one "
@@ -151,7 +162,7 @@ TEST(ColumnTitles, AChosenTitleWins) {
   EXPECT_EQ(claims({"id", "x", "stud_id"}, {"ID=x"}), "x - - 2");
   EXPECT_EQ(claims({"no", "a=b"}, {"id=a=b"}), "a=b - - 1");
   EXPECT_EQ(claims({"x", "X"}, {"id=X"}), "X - - 1");
-  EXPECT_EQ(claims({"id"}, {"id=y"}), "usage: --map: t.csv has no column \"y\"");
+  EXPECT_EQ(claims({"id"}, {"id=y"}), "usage: --map: t.csv has no column \"y\"; its columns are \"id\"");
   EXPECT_EQ(claims({"id"}, {"age=id"}), "usage: --map: no field \"age\"; there are id, birth_date, f");
   EXPECT_EQ(claims({"id", "x"}, {"id=x", "f=x"}), "usage: --map: the column \"x\" is given to two fields");
   EXPECT_NE(claims({"id", "x"}, {"id=x", "id=id"}).find("both claim"), std::string::npos);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "console/studbook/source_files.h"
+#include "console/tables/reading_notes.h"
+
+namespace spx::console {
+
+/// A key file that keeps how tables were understood: which column of the animals holds which field,
+/// and the order of day and month, the footer, the sheet and the encoding where they were given.
+
+/// Completes what the command line says by what the file says. Throws Failure when it is not such a
+/// file.
+void readMapping(const std::string& path, studbook_files& files);
+
+/// Writes the file. Throws Failure.
+/// @param animals  how the table of animals was read
+void writeMapping(const std::string& path, const TableNotes& animals, const reading_options& reading);
+
+}  // namespace spx::console

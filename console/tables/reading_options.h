@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "console/tables/date_reading.h"
+
+namespace spx::console {
+
+/// What to do with a row such as "Total".
+enum class FOOTER : std::uint8_t { ASK, SKIP, KEEP };
+
+/// The user's word on how tables are to be read.
+struct reading_options {
+  DATE_ORDER dates = DATE_ORDER::UNKNOWN;
+  FOOTER footer = FOOTER::ASK;
+  std::string encoding = {};  ///< as iconv knows it; empty: found out
+  std::string sheet = {};     ///< of the animals in a workbook; empty: found out
+};
+
+}  // namespace spx::console

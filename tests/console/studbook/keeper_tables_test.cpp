@@ -1,0 +1,177 @@
+#include "console/studbook/keeper_tables.h"
+
+#include "console/studbook/column_mapping.h"
+#include "console/studbook/import_studbook.h"
+#include "console/studbook/open_tables.h"
+#include "console/studbook/write_tables.h"
+#include "console/tables/animals_table.h"
+#include "console/tables/workbook_writer.h"
+#include "tests/console/console_fixture.h"
+
+namespace spx::console {
+namespace {
+
+constexpr char MESSY[] =
+    "Studbook of the arrui;;;;;;\n"
+    ";;;;;;\n"
+    "Studbook No.;House name;Vater;Geschlecht;Geboren;Gestorben;Gewicht\n"
+    "0001;\xC3\x84sop;;M;25.12.1988;;45,5\n"
+    "0002;Zo\xC3\xAB;;W;1990-07-00;?;38,25\n"
+    "0003;;0001;0.1;4.6.1993;ca. 1999;\n"
+    ";;;;;;\n"
+    "Total;3;;;;;\n";
+
+class KeeperTablesTest : public ConsoleTest {
+ protected:
+  /// The rows of the animals and the notes on them; or the reason for which they are refused.
+  static std::string read(const studbook_files& files) {
+    try {
+      const studbook_tables tables = openTables(files);
+      const auto rows = tables.animals.open();
+      const ColumnTitles columns(tables.animals.name, rows->titles(), animalFields(), tables.titles);
+      rows->settleColumns(animalFields(), columns);
+      std::string text;
+      while (rows->next()) {
+        for (const std::string_view cell : rows->row()) {
+          text += std::string(cell) + "|";
+        }
+        text += "\n";
+      }
+      return text + tables.notes->text();
+    } catch (const std::exception& error) {
+      return error.what();
+    }
+  }
+
+  studbook_files csv(const std::string& content, const reading_options& reading = {}) {
+    studbook_files files;
+    files.animals = table("a.csv", content);
+    files.reading = reading;
+    return files;
+  }
+};
+
+TEST_F(KeeperTablesTest, ReadsATableAsAKeeperWroteIt) {
+  const std::string cells =
+      "0001|\xC3\x84sop||M|1988-12-25||45.5|\n"
+      "0002|Zo\xC3\xAB||female|1990-07||38.25|\n"
+      "0003||0001|female|1993-06-04|~1999||\n";
+  const std::string name = at("a.csv") + ": ";
+  const std::string notes =
+      name + "the titles are in line 3; what stands above is not read\n" + name + "line 8 is skipped: \"Total\"\n" +
+      name + "2 dates with the day first: \"25.12.1988\" is 1988-12-25\n" + name +
+      "2 numbers with a decimal comma: \"45,5\" is 45.5\n" + name + "2 sexes in other words: \"W\" is female\n" + name +
+      "1 date with 00 for what is not known: \"1990-07-00\" is 1990-07\n" + name +
+      "1 unknown date of death, taken for a living animal: \"?\" is not known\n" + name +
+      "1 approximate date: \"ca. 1999\" is ~1999\n";
+  EXPECT_EQ(read(csv(MESSY, {.footer = FOOTER::SKIP})), cells + notes);
+  EXPECT_NE(read(csv(MESSY)).find("\"Total\" looks like a footer; say --footer skip"), std::string::npos);
+  EXPECT_NE(read(csv(MESSY, {.footer = FOOTER::KEEP})).find("Total|3|"), std::string::npos);
+}
+
+TEST_F(KeeperTablesTest, AColumnDecidesTheOrderOfDayAndMonthOrIsRefused) {
+  const struct {
+    const char* content;
+    DATE_ORDER order;
+    const char* expected;
+  } cases[] = {
+      {"id,born\n1,04/05/1998\n2,25/05/1998\n", DATE_ORDER::UNKNOWN, "1|1998-05-04|\n2|1998-05-25|\n"},
+      {"id,born\n1,04/05/1998\n2,05/25/1998\n", DATE_ORDER::UNKNOWN, "1|1998-04-05|\n2|1998-05-25|\n"},
+      {"id,born\n1,04/05/1998\n2,05/05/1998\n", DATE_ORDER::UNKNOWN,
+       "column \"born\": dates such as \"04/05/1998\" could have the day or the month first; say --dates day-first or "
+       "--dates month-first"},
+      {"id,born,died\n1,04/05/1998,31/12/1999\n", DATE_ORDER::UNKNOWN,
+       "column \"born\": dates such as \"04/05/1998\" could have the day or the month first (column \"died\" has the "
+       "day first); say --dates day-first or --dates month-first"},
+      {"id,born\n1,04/05/1998\n2,05/25/1998\n3,25/05/1998\n", DATE_ORDER::UNKNOWN,
+       "column \"born\": some dates have the day first, others the month"},
+      {"id,born\n1,04/05/1998\n", DATE_ORDER::MONTH_FIRST, "1|1998-04-05|\n"},
+      {"id,born\n1,25/05/1998\n", DATE_ORDER::MONTH_FIRST,
+       "column \"born\": \"25/05/1998\" has the day first, against --dates month-first"},
+  };
+  for (const auto& [content, order, expected] : cases) {
+    SCOPED_TRACE(content);
+    EXPECT_EQ(read(csv(content, {.dates = order})).substr(0, std::string_view(expected).size()), expected);
+  }
+}
+
+TEST_F(KeeperTablesTest, CommasAreDecimalOnlyWhereTheWholeColumnIsNumbers) {
+  EXPECT_EQ(read(csv("id;w\n1;1,234\n2;5\n")), "1|1,234|\n2|5|\n");
+  EXPECT_EQ(read(csv("id;w\n1;1,5\n2;x\n")), "1|1,5|\n2|x|\n");
+  EXPECT_EQ(read(csv("id;f\n1;0,125\n")).substr(0, 9), "1|0.125|\n");
+  EXPECT_EQ(read(csv("id;w\n1;'=1+1\n2;'x\n")).substr(0, 14), "1|=1+1|\n2|'x|\n");
+}
+
+TEST_F(KeeperTablesTest, EncodingsAreFoundOutOrGiven) {
+  const std::string utf16 = std::string(
+      "\xFF\xFEi\0d\0;\0n\0\n\0"
+      "1\0;\0\xE9\0\n\0",
+      20);
+  EXPECT_EQ(read(csv(utf16)), "1|\xC3\xA9|\n" + at("a.csv") + ": read as UTF-16LE; --encoding NAME says otherwise\n");
+  EXPECT_EQ(read(csv(utf16.substr(2))).substr(0, 6), "1|\xC3\xA9|\n");
+  EXPECT_EQ(read(csv("id;n\n1;\x80\n")), "1|\xE2\x82\xAC|\n" + at("a.csv") +
+                                             ": read as Windows-1252 (or Latin-1); --encoding NAME says otherwise\n");
+  EXPECT_EQ(read(csv("id;n\n1;\xC3\xA9\n")), "1|\xC3\xA9|\n");
+  EXPECT_EQ(read(csv("id;n\n1;\x8E\n", {.encoding = "cp850"})), "1|\xC3\x84|\n");
+  EXPECT_NE(read(csv("id\n", {.encoding = "latin 99"})).find("--encoding: \"latin 99\" is not known"),
+            std::string::npos);
+}
+
+TEST_F(KeeperTablesTest, AWorkbookGivesItsTablesByTheirSheets) {
+  WorkbookWriter writer(at("a.xlsx"));
+  const auto sheet = [&](const char* name, const std::vector<std::string>& titles,
+                         const std::vector<std::string_view>& row) {
+    writer.beginSheet(name, titles, std::vector<SHEET_COLUMN>(titles.size()));
+    writer.addRow(row);
+  };
+  sheet("Read me", {"text"}, {"a studbook"});
+  sheet("ANIMALS", {"ID", "born"}, {"007", "12 May 1998"});
+  sheet("events", {"id", "date", "event"}, {"007", "1999", "arrival"});
+  sheet("other", {"id"}, {"8"});
+  writer.finish();
+  studbook_files files;
+  files.animals = at("a.xlsx");
+  const studbook_tables tables = openTables(files);
+  EXPECT_EQ(tables.animals.name, at("a.xlsx") + " (ANIMALS)");
+  EXPECT_TRUE(tables.events.open && !tables.locations.open);
+  EXPECT_EQ(read(files).substr(0, 15), "007|1998-05-12|");
+  files.reading.sheet = "Other";
+  EXPECT_EQ(read(files).substr(0, 2), "8|");
+  files.reading.sheet = "evnts";
+  EXPECT_NE(read(files).find("did you mean \"events\"?"), std::string::npos);
+}
+
+TEST_F(KeeperTablesTest, AWorkbookComesBackFromAStudbookFile) {
+  const auto import = [&](const studbook_files& files, const char* name) {
+    NewStudbook book(at(name));
+    loadStudbook(book.copying(openTables(files)));
+    book.finish({IMPORT_CHANGE, "import", "", ""});
+  };
+  import(csv(MESSY, {.footer = FOOTER::SKIP}), "a.studbook");
+  writeTables(at("a.studbook"), home, {.as_workbook = true});
+  studbook_files workbook;
+  workbook.animals = at("a.xlsx");
+  import(workbook, "b.studbook");
+  writeTables(at("b.studbook"), home, {.csv = {';', true}});
+  EXPECT_EQ(contentOf(at("animals.csv")),
+            "\xEF\xBB\xBFStudbook No.;House name;Vater;Geschlecht;Geboren;Gestorben;Gewicht\n"
+            "0001;\xC3\x84sop;;M;1988-12-25;;45.5\n"
+            "0002;Zo\xC3\xAB;;female;1990-07;;38.25\n"
+            "0003;;0001;female;1993-06-04;~1999;\n");
+}
+
+TEST_F(KeeperTablesTest, AMappingIsKeptAndUsedAgain) {
+  const std::string studbook = at("a.studbook");
+  const std::string mapping = at("columns.txt");
+  table("a.csv", "Nr,x,born\n1,a,04/05/1998\n");
+  EXPECT_EQ(run({"--studbook", studbook, "--map", "id=Nr", "--map", "dam=x", "--dates", "day-first", "--mapping",
+                 mapping, "import", at("a.csv")}),
+            0);
+  EXPECT_EQ(run({"--studbook", studbook, "import", at("a.csv")}), 1);
+  studbook_files files = csv("x,Nr,born\nb,2,04/05/1998\n");
+  readMapping(mapping, files);
+  EXPECT_EQ(read(files).substr(0, 15), "b|2|1998-05-04|");
+}
+
+}  // namespace
+}  // namespace spx::console
