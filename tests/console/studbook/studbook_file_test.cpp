@@ -41,7 +41,8 @@ class StudbookFileTest : public ConsoleTest {
 };
 
 TEST_F(StudbookFileTest, TablesComeBackByteForByte) {
-  const std::string odd = "Ind,\"a;b\",,x,x,Sex\n1,\"q \"\"q\"\"\",\" b \",\"line\nbreak\",\xC3\xBC\xE9,f\n1,,.,NA,0,\n";
+  const std::string odd =
+      "Ind,\"a;b\",,x,x,Sex\n1,\"q \"\"q\"\"\",\" b \",\"line\nbreak\",\xC3\xBC\xE9,f\n1,,.,NA,0,\n";
   std::filesystem::create_directory(at("odd"));
   writeContent(at("odd/animals.csv"), odd);
   writeContent(at("odd/events.csv"), "note,date,event,id\nx,1990,arrival,1\n");
