@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -30,15 +31,25 @@ namespace {
 /// What all pictures have in common.
 struct draw_options {
   result_options output;
-  std::string format = "svg";
+  std::string format;  ///< empty: by the extension of the file, else SVG
 };
 
 void addDrawOptions(CLI::App& app, draw_options& options, bool has_dot) {
   app.add_option(
          "--format", options.format,
-         has_dot ? "svg (default), png, pdf, or dot, the text that Graphviz reads" : "svg (default), png or pdf")
+         has_dot ? "svg, png, pdf, or dot, the text that Graphviz reads; by default that of the file's name, else svg"
+                 : "svg, png or pdf; by default that of the file's name, else svg")
       ->type_name("FORMAT");
   addResultOptions(app, options.output);
+}
+
+/// The format that was asked for, by its name or by the extension of the file. Throws UsageError for another one.
+IMAGE_FORMAT formatOf(const draw_options& options, bool has_dot) {
+  if (!options.format.empty()) {
+    return imageFormat(options.format, has_dot);
+  }
+  const std::string extension = std::filesystem::path(options.output.file).extension().string();
+  return extension.size() < 2 ? IMAGE_FORMAT::SVG : imageFormat(extension.substr(1), has_dot);
 }
 
 ExitCode writePicture(const draw_options& options, const std::string& picture) {
@@ -56,7 +67,7 @@ struct pedigree_options {
 };
 
 ExitCode drawAnimal(Session& session, pedigree_options& options) {
-  const IMAGE_FORMAT format = imageFormat(options.draw.format, true);
+  const IMAGE_FORMAT format = formatOf(options.draw, true);
   options.extent.fill = options.fill == "nothing" ? PEDIGREE_FILL::NOTHING : PEDIGREE_FILL::INBREEDING;
   session.loadStudbook();
   computeRecordGenetics();
@@ -111,10 +122,11 @@ void addChart(
   const auto options = std::make_shared<chart_options>();
   group.add({name, help,
              [options, make](Session& session) {
-               const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
+               const IMAGE_FORMAT format = formatOf(options->draw, false);
                session.loadStudbook();
                computeRecordGenetics();
                useView(session, options->view);
+               endWithStudbook();
                return writePicture(options->draw, convertedImage(drawChart(make(*options, whose(session))), format));
              },
              [options, view_parts, add_options](CLI::App& app) {
@@ -199,7 +211,7 @@ command kinshipCommand() {
   const auto options = std::make_shared<kinship_options>();
   return {"kinship", "Kinship of each pair of the living, as a heat map",
           [options](Session& session) {
-            const IMAGE_FORMAT format = imageFormat(options->draw.format, false);
+            const IMAGE_FORMAT format = formatOf(options->draw, false);
             session.loadStudbook();
             useView(session, options->view);
             heat_map map = kinshipMap(GeneticBasis(),

@@ -7,6 +7,7 @@
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
 #include "console/report/studbook_report.h"
+#include "console/results/demography_notes.h"
 #include "console/studbook/record_genetics.h"
 
 namespace spx::console {
@@ -22,6 +23,7 @@ ExitCode report(Session& session, report_options& options) {
   session.loadStudbook();
   computeRecordGenetics();
   useView(session, options.view);
+  endWithStudbook();
   options.choice.studbook = session.studbookName();
   ResultOutput output(options.output, false);
   output.stream() << studbookReport(options.choice);

@@ -131,7 +131,7 @@ bool isUnknown(std::string_view text) {
 }
 
 bool isUnknownId(std::string_view text) {
-  return text == "0" || isUnknown(text);
+  return text == "0" || text == "?" || isUnknown(text);
 }
 
 std::optional<SEX> parseSex(std::string_view text) {

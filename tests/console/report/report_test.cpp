@@ -92,6 +92,15 @@ TEST_F(Report, TakesTheSectionsThatAreAskedFor) {
   EXPECT_EQ(run({"--studbook", ZOOS, "report", "--logo", ZOOS + "/animals.csv"}), 1);
 }
 
+TEST_F(Report, ADrawingHasTheFormatOfItsFile) {
+  const std::pair<const char*, const char*> files[] = {{"n.png", "\x89PNG"}, {"n.pdf", "%PDF"}, {"n.svg", "<svg"}};
+  for (const auto& [name, beginning] : files) {
+    ASSERT_EQ(run({"--studbook", ZOOS, "draw", "census", "-o", at(name)}), 0) << takeErrors();
+    EXPECT_TRUE(contentOf(at(name)).starts_with(beginning)) << name;
+  }
+  EXPECT_EQ(run({"--studbook", ZOOS, "draw", "census", "-o", at("n.gif")}), 2);
+}
+
 TEST_F(Report, StandsWithoutTheProgramsThatDraw) {
   const std::string path = std::getenv("PATH");
   setenv("PATH", home.c_str(), 1);
