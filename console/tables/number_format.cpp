@@ -14,7 +14,7 @@ using qs_lib::day_number;
 constexpr double MAX_SERIAL = 2958466;  // the first day of the year 10000
 constexpr int SECONDS_PER_DAY = 86400;
 
-/// The letters of the first section that are no literal text, in lower case.
+/// The letters of the first section that are not literal text, in lower case.
 std::string formatLetters(std::string_view code) {
   std::string letters;
   for (std::size_t at = 0; at < code.size() && code[at] != ';'; ++at) {

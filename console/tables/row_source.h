@@ -35,7 +35,7 @@ class RowSource {
   const std::vector<std::string>& titles() const { return titles_; }
 
   /// For each column the name of the field that it holds, where that was settled when the table was
-  /// stored; a name that is no field's stands for another column. Empty where the titles have to
+  /// stored; a name that does not belong to a field stands for another column. Empty where the titles have to
   /// tell.
   const std::vector<std::string>& fields() const { return fields_; }
 

@@ -50,7 +50,7 @@ std::optional<dated_text> parseDate(std::string_view text);
 
 std::optional<DATE_ACCURACY> parseAccuracy(std::string_view text);
 
-/// A kind of event; wildcards are none.
+/// A kind of event; wildcards are not accepted.
 std::optional<MOVE_TYPE> parseMoveType(std::string_view text);
 
 /// Display names, "wild" and "captive"; missing is unknown.
