@@ -173,4 +173,8 @@ double censusLambda(const std::vector<census_row>& rows) {
   return n < 2 || !(spread > 0) ? NOT_KNOWN : std::exp((n * sum_ty - sum_t * sum_y) / spread);
 }
 
+double censusLambda(const Presence& presence, const DataFilter& view) {
+  return censusLambda(census(presence, censusDays(view, firstDay(presence))));
+}
+
 }  // namespace spx

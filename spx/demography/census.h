@@ -55,4 +55,7 @@ SPX_EXPORT std::vector<census_row> census(const Presence& presence, const std::v
 /// years, as a factor (1 is no change); NaN for fewer than two rows with animals.
 SPX_EXPORT double censusLambda(const std::vector<census_row>& rows);
 
+/// The same of the censuses of a view: those that censusDays gives from the first animal on.
+SPX_EXPORT double censusLambda(const Presence& presence, const DataFilter& view);
+
 }  // namespace spx

@@ -72,6 +72,7 @@ void setStable(const std::vector<life_table_row>& table, const std::vector<beari
 growth_rates growthRates(const std::vector<life_table_row>& table, PARENT_AGE parents) {
   const std::vector<bearing> bearings = bearingsOf(table, parents);
   growth_rates growth;
+  if (table.empty()) return growth;
   growth.r0 = 0;
   double ages = 0;
   for (const bearing& one : bearings) {

@@ -33,7 +33,7 @@ struct growth_rates {
 /// ages by exp(-r a). w is what a newborn can expect to bear in a class: L m by the middle of the
 /// classes, l m by their starts; a is that age. c = exp(-r (age + width/2)) L over its sum;
 /// V = exp(r age) / l times the sum of w exp(-r a) from the class on (Fisher 1930). Without any
-/// offspring R0 is 0 and the rest is NaN.
+/// offspring R0 is 0 and the rest is NaN; an empty table has NaN only.
 SPX_EXPORT growth_rates growthRates(const std::vector<life_table_row>& table, PARENT_AGE parents);
 
 /// An interval of 95 percent from random samples.

@@ -111,7 +111,10 @@ survival_curve kaplanMeier(std::span<const observed_time> times) {
 survival_step stepAt(const survival_curve& curve, double time) {
   const auto after = std::upper_bound(curve.steps.begin(), curve.steps.end(), time,
                                       [](double value, const survival_step& step) { return value < step.time; });
-  return after == curve.steps.begin() ? survival_step() : *std::prev(after);
+  survival_step step = after == curve.steps.begin() ? survival_step() : *std::prev(after);
+  const double last = curve.steps.empty() ? 0 : curve.steps.back().time;
+  if (time > last && step.survival > 0) step.survival = step.std_error = step.lower = step.upper = NOT_KNOWN;
+  return step;
 }
 
 namespace {

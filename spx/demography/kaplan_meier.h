@@ -50,7 +50,8 @@ struct survival_curve {
 /// Times with entry >= exit are never at risk and count for nothing. Sorts: n log n.
 SPX_EXPORT survival_curve kaplanMeier(std::span<const observed_time> times);
 
-/// The curve at a time: the last step up to it; before the first one a step at time 0 with survival 1.
+/// The curve at a time: the last step up to it; before the first one a step at time 0 with survival 1. Beyond the last
+/// step nobody was watched: survival is NaN there, but for a curve that has reached 0.
 SPX_EXPORT survival_step stepAt(const survival_curve& curve, double time);
 
 /// One group of a log-rank test.

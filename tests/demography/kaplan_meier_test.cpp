@@ -84,6 +84,9 @@ TEST(KaplanMeier, TakesLateEntries) {
   EXPECT_NEAR(curve.restricted_mean, 1 + 2.0 / 3 + 4.0 / 9 + 8.0 / 27 + 4.0 / 27, 1e-15);
   EXPECT_EQ(stepAt(curve, 0.5).survival, 1);
   EXPECT_NEAR(stepAt(curve, 2.5).survival, 4.0 / 9, 1e-15);
+  EXPECT_NEAR(stepAt(curve, 5).survival, 4.0 / 27, 1e-15);
+  EXPECT_TRUE(std::isnan(stepAt(curve, 5.5).survival)) << "nobody was watched so long";
+  EXPECT_TRUE(std::isnan(stepAt(kaplanMeier({}), 1).survival));
 }
 
 TEST(KaplanMeier, EqualsTheEmpiricalCurveWithoutCensoring) {
