@@ -22,7 +22,8 @@ namespace {
 /// What the commands of demography obey of a view.
 constexpr unsigned WHO = VIEW_RECORDS | VIEW_PLACES | VIEW_LIVES;
 constexpr unsigned WHO_AND_WHEN = WHO | VIEW_PERIOD;
-constexpr unsigned RATES = WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES | VIEW_UNKNOWN_SEX | VIEW_OFFSPRING;
+constexpr unsigned RATES =
+    WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES | VIEW_PRORATING | VIEW_UNKNOWN_SEX | VIEW_OFFSPRING;
 
 /// The options of all of them; each command adds its own.
 struct demography_options {
@@ -139,7 +140,8 @@ void addRisks(std::vector<command>& commands) {
         app.add_flag("--summary", options.summary, "One row per group: deaths, median and mean age, log-rank test");
         addUnit(app, options);
         addTableOptions(app, options.table);
-        addViewOptions(app, options.view, (WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES));
+        addViewOptions(app, options.view, WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES);
+        app.get_option("--summary")->excludes(app.get_option("--classes"));
       });
   add(
       commands, "life-table", "Show deaths and births by age and sex",
@@ -159,7 +161,7 @@ void addRisks(std::vector<command>& commands) {
                   "Births of a dam within so many days are one litter (default: as the life history says, or 7)");
         addUnit(app, options);
         addTableOptions(app, options.table);
-        addViewOptions(app, options.view, WHO_AND_WHEN | VIEW_DAY | VIEW_CLASSES);
+        addViewOptions(app, options.view, WHO_AND_WHEN | VIEW_DAY | VIEW_CLASS_WIDTH);
       });
 }
 
@@ -169,13 +171,14 @@ void addForecasts(std::vector<command>& commands) {
       [](const demography_options& options) { return growthTable(options.growth, timeUnit(options.unit)); },
       [](CLI::App& app, demography_options& options) {
         growth_choice& growth = options.growth;
-        addChoice(app, "--line", growth.line, {"female", "male", "both"}, "Whose births and deaths");
+        addChoice(app, "--line", growth.line, {"female", "male", "both"}, "Whose births and deaths, without --sex");
         addChoice(app, "--parent-age", growth.parent_age, {"middle", "start"},
                   "Where in a class parents have their young");
         addRuns(app, growth.runs, growth.seed, "Bootstrap runs; 0 for no intervals");
         addUnit(app, options);
         addFormatOptions(app, options.table);
         addViewOptions(app, options.view, RATES | VIEW_CENSUS);
+        app.get_option("--line")->excludes(app.get_option("--sex"));
       });
   add(
       commands, "projection", "Show the numbers to expect if births and deaths stay as they are",
@@ -187,7 +190,7 @@ void addForecasts(std::vector<command>& commands) {
                   "Count the runs with fewer animals (default: half of the animals)");
         addRuns(app, projection.runs, projection.seed, "Runs with chance");
         addTableOptions(app, options.table);
-        addViewOptions(app, options.view, RATES);
+        addViewOptions(app, options.view, RATES & ~VIEW_SEX);
       });
 }
 
@@ -202,7 +205,7 @@ void addDemographyCommands(std::vector<command>& commands) {
       [](const demography_options& options) { return demographyPage(options.forPeople()); },
       [](CLI::App& app, demography_options& options) {
         addTableOptions(app, options.table);
-        addViewOptions(app, options.view, RATES);
+        addViewOptions(app, options.view, RATES | VIEW_CENSUS);
       });
 }
 

@@ -98,7 +98,8 @@ command pedigreeCommand() {
 /// What the commands of charts obey of a view.
 constexpr unsigned WHO = VIEW_RECORDS | VIEW_PLACES | VIEW_LIVES;
 constexpr unsigned WHO_AND_WHEN = WHO | VIEW_PERIOD;
-constexpr unsigned RATES = WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES | VIEW_UNKNOWN_SEX | VIEW_OFFSPRING;
+constexpr unsigned RATES_OF_BOTH_SEXES =
+    (WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES | VIEW_PRORATING | VIEW_UNKNOWN_SEX | VIEW_OFFSPRING) & ~VIEW_SEX;
 
 struct chart_options {
   draw_options draw;
@@ -108,9 +109,12 @@ struct chart_options {
   gene_drop_options drop;
 };
 
-/// "Alderhay Zoo, all animals, until 2024-12-31".
-std::string whose(Session& session) {
-  return session.studbookName() + ": " + viewText();
+/// "Alderhay Zoo: all animals, until 2024-12-31", or "on 2024-12-31" for pictures of one day.
+std::string whose(Session& session, unsigned view_parts) {
+  const bool has_period = (view_parts & VIEW_PERIOD) != 0;
+  const bool has_day = (view_parts & VIEW_DAY) != 0;
+  return session.studbookName() + ": " +
+         (has_period ? viewText() : whoText() + (has_day ? ", on " + dayText(View.monitor_date) : ""));
 }
 
 using chart_maker = chart (*)(const chart_options&, const std::string& subtitle);
@@ -121,13 +125,14 @@ void addChart(
     options_of add_options = [](CLI::App&, chart_options&) {}) {
   const auto options = std::make_shared<chart_options>();
   group.add({name, help,
-             [options, make](Session& session) {
+             [options, make, view_parts](Session& session) {
                const IMAGE_FORMAT format = formatOf(options->draw, false);
                session.loadStudbook();
                computeRecordGenetics();
                useView(session, options->view);
                endWithStudbook();
-               return writePicture(options->draw, convertedImage(drawChart(make(*options, whose(session))), format));
+               return writePicture(options->draw,
+                                   convertedImage(drawChart(make(*options, whose(session, view_parts))), format));
              },
              [options, view_parts, add_options](CLI::App& app) {
                add_options(app, *options);
@@ -156,7 +161,7 @@ void addNumbers(CommandGroup& group) {
     return birthsChart(needRows(reproductionTable({}, timeUnit("years"), false)), subtitle);
   });
   addChart(
-      group, "projection", "The numbers to expect, with chance", RATES,
+      group, "projection", "The numbers to expect, with chance", RATES_OF_BOTH_SEXES,
       [](const chart_options& options, const std::string& subtitle) {
         return projectionChart(needRows(projectionTable(options.projection)), subtitle);
       },
@@ -168,7 +173,8 @@ void addNumbers(CommandGroup& group) {
         app.add_option("--seed", options.projection.seed, "Start of the random numbers")->capture_default_str();
       });
   addChart(
-      group, "survival", "The share of the animals that reaches each age", WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASSES,
+      group, "survival", "The share of the animals that reaches each age",
+      WHO_AND_WHEN | VIEW_SURVIVAL | VIEW_CLASS_WIDTH,
       [](const chart_options& options, const std::string& subtitle) {
         return survivalChart(needRows(survivalTable(options.survival, timeUnit("years"), false)), subtitle, "years");
       },
@@ -216,7 +222,7 @@ command kinshipCommand() {
             useView(session, options->view);
             heat_map map = kinshipMap(GeneticBasis(),
                                       options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
-            map.subtitle = whose(session);
+            map.subtitle = whose(session, VIEW_DAY);
             return writePicture(options->draw, convertedImage(drawHeatMap(map), format));
           },
           [options](CLI::App& app) {

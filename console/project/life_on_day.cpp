@@ -52,8 +52,10 @@ LIFE_STATUS LifeOnDay::status() const {
 }
 
 std::optional<double> LifeOnDay::ageYears() const {
+  const stay* last = lastStay();
+  const bool has_left = last != nullptr && !isDuring(*last, day_);
   const bool has_ended = animal_.death.date != 0 && animal_.death.date <= day_;
-  const qs_lib::day_number end = has_ended ? animal_.death.date : day_;
+  const qs_lib::day_number end = has_ended ? animal_.death.date : has_left ? last->to : day_;
   if (animal_.birth.date == 0 || end < animal_.birth.date) {
     return std::nullopt;
   }

@@ -29,7 +29,8 @@ class LifeOnDay {
 
   LIFE_STATUS status() const;
 
-  /// In years, on the day or at the end of the life; nothing when the birth is unknown or later.
+  /// In years, on the day, or when the animal was last known: at its death, or at its loss or departure where no death
+  /// is recorded. Nothing when the birth is unknown or later.
   std::optional<double> ageYears() const;
 
   /// Where it is on the day; 0 when it is not there or nobody knows.

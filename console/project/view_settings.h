@@ -9,19 +9,24 @@ namespace spx::console {
 
 /// What a command obeys of a view, one bit each: it offers only these settings as options.
 enum VIEW_PART : unsigned {
-  VIEW_RECORDS = 1U << 0U,      ///< sex, origin, rearing, taxon, user field, accuracies, bounds
-  VIEW_PLACES = 1U << 1U,       ///< location
-  VIEW_DAY = 1U << 2U,          ///< on: View.monitor_date
-  VIEW_PERIOD = 1U << 3U,       ///< from, until
-  VIEW_LIVES = 1U << 4U,        ///< neonates, stillbirths, den-emerge: who counts at all
-  VIEW_UNKNOWN_SEX = 1U << 5U,  ///< handle-unknown
-  VIEW_CENSUS = 1U << 6U,       ///< census-interval, census-day, census-month
-  VIEW_CLASSES = 1U << 7U,      ///< class-width, classes
-  VIEW_SURVIVAL = 1U << 8U,     ///< left-truncated, right-censored, prorating
-  VIEW_OFFSPRING = 1U << 9U,    ///< same-sex
-  VIEW_PARENTS = 1U << 10U,     ///< handle-parent, generic-parents
-  VIEW_WORDS = 1U << 11U,       ///< what only reports and files of a view say
-  WHOLE_VIEW = (1U << 12U) - 1  ///< every setting
+  VIEW_SEX = 1U << 0U,           ///< sex
+  VIEW_PLACES = 1U << 1U,        ///< location
+  VIEW_DAY = 1U << 2U,           ///< on: View.monitor_date
+  VIEW_PERIOD = 1U << 3U,        ///< from, until
+  VIEW_LIVES = 1U << 4U,         ///< neonates, stillbirths, den-emerge: who counts at all
+  VIEW_UNKNOWN_SEX = 1U << 5U,   ///< handle-unknown
+  VIEW_CENSUS = 1U << 6U,        ///< census-interval, census-day, census-month
+  VIEW_CLASS_WIDTH = 1U << 7U,   ///< class-width
+  VIEW_SURVIVAL = 1U << 8U,      ///< left-truncated, right-censored
+  VIEW_OFFSPRING = 1U << 9U,     ///< same-sex
+  VIEW_PARENTS = 1U << 10U,      ///< handle-parent, generic-parents
+  VIEW_WORDS = 1U << 11U,        ///< what only reports and files of a view say
+  VIEW_FACTS = 1U << 12U,        ///< origin, rearing, taxon, user field, accuracies, bounds
+  VIEW_CLASS_COUNT = 1U << 13U,  ///< classes
+  VIEW_PRORATING = 1U << 14U,    ///< prorating
+  VIEW_RECORDS = VIEW_SEX | VIEW_FACTS,
+  VIEW_CLASSES = VIEW_CLASS_WIDTH | VIEW_CLASS_COUNT,
+  WHOLE_VIEW = (1U << 15U) - 1  ///< every setting
 };
 
 /// One setting of a view.

@@ -60,15 +60,34 @@ double deathsOf(const life_tallies& data) {
   return deaths;
 }
 
-double censusGrowth() {
-  const Presence presence(Animals.records, View, presenceSettings(View));
-  return censusLambda(census(presence, censusDays(View, firstDay(presence))));
+// One sex of the view is the line; without one the option says which.
+SEX lineOf(const std::string& option) {
+  if (View.sex == SEX::FEMALE || View.sex == SEX::MALE) return View.sex;
+  if (View.sex != SEX::ALL)
+    throw UsageError("growth needs females or males: leave --sex " + getEnumName(View.sex) + " away");
+  return option == "female" ? SEX::FEMALE : option == "male" ? SEX::MALE : SEX::ALL;
+}
+
+// The matrix is that of the females.
+double lambdaByMatrix(const life_tallies& data) {
+  if (View.sex == SEX::MALE) return NOT_KNOWN;
+  const double lambda = leslieLambda(stepRates(data, View.same_sex));
+  return lambda > 0 ? std::pow(lambda, DAYS_PER_YEAR / View.class_width) : NOT_KNOWN;
+}
+
+std::string intervalNote(const growth_intervals& bounds, const life_tallies& samples) {
+  const std::string note = "Each interval holds 95 % of the results of " + counted(bounds.runs, "run") +
+                           " (bootstrap). A run draws as many animals at random, some of them more than once, and "
+                           "computes the rates from these";
+  if (samples.samples == samples.counted) return note + ".";
+  return note + "; with so many animals it draws from " + std::to_string(samples.samples) +
+         " random groups of them, which gives the same spread.";
 }
 
 }  // namespace
 
 Table growthTable(const growth_choice& options, const time_unit& unit) {
-  const SEX line = options.line == "female" ? SEX::FEMALE : options.line == "male" ? SEX::MALE : SEX::ALL;
+  const SEX line = lineOf(options.line);
   const PARENT_AGE age = options.parent_age == "start" ? PARENT_AGE::START : PARENT_AGE::MIDDLE;
   const life_tallies samples = lifeTallies(Animals, View, presenceSettings(View), ageClasses(View), gestationDays(),
                                            options.runs > 0 ? MOST_SAMPLES : 1, options.seed);
@@ -81,21 +100,19 @@ Table growthTable(const growth_choice& options, const time_unit& unit) {
   Table table(growthColumns(unit));
   table.is_record = true;
   table.heading = "Growth: " + viewText();
-  table.addRow({options.line, growth.r0, bounds.r0.lower, bounds.r0.upper, growth.generation_time / unit.days,
-                bounds.generation_time.lower / unit.days, bounds.generation_time.upper / unit.days,
-                growth.r * DAYS_PER_YEAR, bounds.r.lower * DAYS_PER_YEAR, bounds.r.upper * DAYS_PER_YEAR, growth.lambda,
-                bounds.lambda.lower, bounds.lambda.upper,
-                std::pow(leslieLambda(stepRates(data, View.same_sex)), DAYS_PER_YEAR / View.class_width),
-                censusGrowth(), growth.stable_generation / unit.days, bounds.runs, options.seed});
+  table.addRow({line == SEX::ALL ? "both" : getEnumName(line), growth.r0, bounds.r0.lower, bounds.r0.upper,
+                growth.generation_time / unit.days, bounds.generation_time.lower / unit.days,
+                bounds.generation_time.upper / unit.days, growth.r * DAYS_PER_YEAR, bounds.r.lower * DAYS_PER_YEAR,
+                bounds.r.upper * DAYS_PER_YEAR, growth.lambda, bounds.lambda.lower, bounds.lambda.upper,
+                lambdaByMatrix(data), censusLambda(Presence(Animals.records, View, presenceSettings(View)), View),
+                growth.stable_generation / unit.days, bounds.runs, options.seed});
   if (std::isnan(growth.lambda))
     table.notes.push_back("No births by parents of known age: there is no rate of growth.");
   if (bounds.failed != 0) {
     table.notes.push_back(counted(bounds.failed, "bootstrap run") + " without births gave no rate of growth.");
   }
-  if (options.runs > 0 && samples.samples < samples.counted) {
-    table.notes.push_back("The bootstrap drew " + std::to_string(samples.samples) + " random samples of the animals.");
-  }
-  addDeathNote(table, deathsOf(data));
+  if (bounds.runs > 0) table.notes.push_back(intervalNote(bounds, samples));
+  if (data.counted > 0) addDeathNote(table, deathsOf(data));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }
@@ -133,7 +150,7 @@ double sumOf(const std::vector<double>& counts) {
 }  // namespace
 
 Table projectionTable(const projection_choice& options) {
-  if (View.sex != SEX::ALL) throw UsageError("a projection needs both sexes: leave --sex away");
+  if (View.sex != SEX::ALL) throw UsageError("a projection needs both sexes: set sex=all in the view");
   const life_tallies data = lifeTallies(Animals, View, presenceSettings(View), ageClasses(View), gestationDays());
   const Presence presence(Animals.records, View, presenceSettings(View));
   const age_structure structure = ageStructure(presence, View, View.end_date);
@@ -146,7 +163,12 @@ Table projectionTable(const projection_choice& options) {
   const auto expected = projectExpected(start, rates, steps);
   const auto chance = projectChance(start, rates, steps, {options.runs, options.seed, fewer_than});
   Table table = emptyProjection(fewer_than);
-  table.heading = "Projection from " + dayText(structure.date) + ": " + viewText();
+  table.heading = "Projection from " + dayText(structure.date) + ": " + whoText();
+  table.if_empty = "No animals are present on " + dayText(structure.date) + ": there is nothing to project.";
+  if (start.total() == 0) {
+    addCountNotes(table, data.in_view, data.left_out, data.findings);
+    return table;
+  }
   for (std::size_t step = 0; step < expected.size() && step < chance.size(); ++step) {
     const class_counts& numbers = expected[step];
     table.addRow({static_cast<double>(step) * step_years, numbers.total(), sumOf(numbers.females), sumOf(numbers.males),

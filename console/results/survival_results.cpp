@@ -56,11 +56,17 @@ std::string percentText(double share) {
   return qs_lib::realToString(share * 100, 1) + " %";
 }
 
+std::string medianText(const survival_curve& curve, const time_unit& unit) {
+  if (std::isnan(curve.median)) return "not reached";
+  return yearsText(curve.median, unit) + " (95 % " + intervalText(curve.median_lower, curve.median_upper, unit) + ") " +
+         unit.name;
+}
+
 std::string medianNote(const std::string& group, const survival_curve& curve, const time_unit& unit) {
+  const double first_year = stepAt(curve, DAYS_PER_YEAR).survival;
   return group + ": " + std::to_string(curve.times) + " watched" + ", " + counted(curve.deaths, "death") + "; median " +
-         yearsText(curve.median, unit) + " (95 % " + intervalText(curve.median_lower, curve.median_upper, unit) + ") " +
-         unit.name + "; mean up to the last age " + yearsText(curve.restricted_mean, unit) + "; first year " +
-         percentText(stepAt(curve, DAYS_PER_YEAR).survival) + " survive";
+         medianText(curve, unit) + "; mean up to the last age " + yearsText(curve.restricted_mean, unit) +
+         (std::isnan(first_year) ? "" : "; first year " + percentText(first_year) + " survive");
 }
 
 std::vector<table_column> curveColumns(const time_unit& unit, bool for_people) {
@@ -160,8 +166,14 @@ double deathsOf(const std::vector<observed_time>& times) {
 survival_settings settingsOf(const survival_choice& choice) {
   survival_settings settings;
   settings.by = GROUPINGS.at(choice.by);
+  if (!choice.level.empty() && settings.by != SURVIVAL_GROUPS::LOCATION) {
+    throw UsageError("--level says which places are compared: it goes with --by location");
+  }
+  if (choice.period_years && settings.by != SURVIVAL_GROUPS::PERIOD) {
+    throw UsageError("--period-years goes with --by period");
+  }
   settings.level = levelOf(choice.level);
-  settings.period_years = choice.period_years;
+  settings.period_years = choice.period_years.value_or(10);
   return settings;
 }
 
@@ -210,7 +222,7 @@ Table survivalTable(const survival_choice& choice, const time_unit& unit, bool f
     table.notes.push_back(medianNote(data.groups[group], curve, unit) + ".");
   }
   if (data.groups.size() > 1) addTest(table, data, settings.by);
-  addDeathNote(table, deathsOf(data.times));
+  if (table.rows() > 0) addDeathNote(table, deathsOf(data.times));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }
@@ -232,7 +244,7 @@ Table survivalSummary(const survival_choice& choice, const time_unit& unit) {
                   tested ? test.p : NOT_KNOWN});
   }
   if (data.groups.size() > 1) addTest(table, data, settings.by);
-  addDeathNote(table, deathsOf(data.times));
+  if (table.rows() > 0) addDeathNote(table, deathsOf(data.times));
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }
@@ -302,18 +314,8 @@ std::string infantNote(const AnimalData& store) {
   return "Infant deaths, all sexes: in the first 30 days " + part(0) + ", from then to one year " + part(1) + ".";
 }
 
-}  // namespace
-
-Table lifeTableTable(const time_unit& unit) {
-  const life_tallies data = lifeTallies(Animals, View, presenceSettings(View), ageClasses(View), gestationDays());
-  Table table(lifeColumns(unit));
-  table.heading = "Life table: " + viewText();
-  table.if_empty = "No animal was watched at a known age.";
-  const auto females = lifeTable(data.of(0, SEX::FEMALE), data.classes, SEX::FEMALE, View.same_sex);
-  const auto males = lifeTable(data.of(0, SEX::MALE), data.classes, SEX::MALE, View.same_sex);
-  addLives(table, "female", females, unit);
-  addLives(table, "male", males, unit);
-  addLives(table, "all", lifeTableOfAll(data, View.same_sex), unit);
+void addLifeNotes(Table& table, const life_tallies& data, const std::vector<life_table_row>& females,
+                  const std::vector<life_table_row>& males) {
   table.notes.push_back(infantNote(Animals));
   addDeathNote(table, deathsOf(females) + deathsOf(males));
   for (const auto* rows : {&females, &males}) {
@@ -326,6 +328,21 @@ Table lifeTableTable(const time_unit& unit) {
   table.notes.push_back("Values from fewer than " + qs_lib::realToString(FEW, 0) + " animals at risk say little.");
   table.notes.push_back(counted(data.placed_births, "birth") + " counted for a parent; " +
                         std::to_string(data.unplaced_births) + " without a parent of known age that was there.");
+}
+
+}  // namespace
+
+Table lifeTableTable(const time_unit& unit) {
+  const life_tallies data = lifeTallies(Animals, View, presenceSettings(View), ageClasses(View), gestationDays());
+  Table table(lifeColumns(unit));
+  table.heading = "Life table: " + viewText();
+  table.if_empty = "No animal was watched at a known age.";
+  const auto females = lifeTable(data.of(0, SEX::FEMALE), data.classes, SEX::FEMALE, View.same_sex);
+  const auto males = lifeTable(data.of(0, SEX::MALE), data.classes, SEX::MALE, View.same_sex);
+  addLives(table, "female", females, unit);
+  addLives(table, "male", males, unit);
+  addLives(table, "all", lifeTableOfAll(data, View.same_sex), unit);
+  if (table.rows() > 0) addLifeNotes(table, data, females, males);
   addCountNotes(table, data.in_view, data.left_out, data.findings);
   return table;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "console/output/table.h"
@@ -9,17 +10,18 @@ namespace spx::console {
 
 /// Which groups survival compares.
 struct survival_choice {
-  std::string by = "none";  ///< none, sex, origin, rearing, location, taxon or period
-  std::string level = {};   ///< location: the name of the level; empty: the one that suits the view
-  int period_years = 10;    ///< period: calendar years of each
+  std::string by = "none";               ///< none, sex, origin, rearing, location, taxon or period
+  std::string level = {};                ///< location: the name of the level; empty: the one that suits the view
+  std::optional<int> period_years = {};  ///< period: calendar years of each; 10 when not given
 };
 
-/// The survival curves of the view. Throws UsageError for an unknown level.
+/// The survival curves of the view. Throws UsageError for an unknown level, and for a level or a length of periods that
+/// the groups do not need.
 /// @param for_people  the curve after a month and at the class ends; otherwise every step
 Table survivalTable(const survival_choice& choice, const time_unit& unit, bool for_people);
 
 /// Each group in a row: deaths, those to expect if all groups had the same risk, median, mean and the log-rank test of
-/// the groups, the same in every row. Throws UsageError for an unknown level.
+/// the groups, the same in every row. Throws UsageError as survivalTable does.
 Table survivalSummary(const survival_choice& choice, const time_unit& unit);
 
 /// The life tables of the females, the males and all animals of the view.
