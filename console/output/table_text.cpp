@@ -169,6 +169,7 @@ void writeRows(std::ostream& out, const Table& table, const table_part& part, st
 void writeText(std::ostream& out, const Table& table, const table_part& part, std::size_t width) {
   if (part.rows.empty() && !table.if_empty.empty()) {
     out << visibleText(table.if_empty) << "\n";
+    writeNotes(out, table, width);
     return;
   }
   if (!table.heading.empty()) {

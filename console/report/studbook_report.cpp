@@ -91,7 +91,9 @@ void addNumbers(const GeneticBasis& basis, std::vector<std::string>& sentences) 
   sentences.push_back("By its census the population " + growthText(figureOf(page, "lambda by census, 10 years")) +
                       " over the last ten years, and " + growthText(figureOf(page, "lambda by census, whole period")) +
                       " over the whole period; by births and deaths alone it " +
-                      growthText(figureOf(page, "lambda by life table, females")) + ".");
+                      growthText(figureOf(page, View.sex == SEX::MALE ? "lambda by life table, males"
+                                                                      : "lambda by life table, females")) +
+                      ".");
 }
 
 void addGenes(const GeneticBasis& basis, std::vector<std::string>& sentences) {

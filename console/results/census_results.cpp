@@ -65,12 +65,12 @@ left_out_counts leftOutOfSeries(const Presence& presence, const std::vector<qs_l
 Table censusTable() {
   const Presence presence(Animals.records, View, presenceSettings(View));
   const qs_lib::day_number first = firstDay(presence);
-  const std::vector<qs_lib::day_number> days = censusDays(View, first);
+  const std::vector<qs_lib::day_number> days = first == 0 ? std::vector<qs_lib::day_number>() : censusDays(View, first);
   const std::vector<census_row> rows = census(presence, days);
   Table table = tableOf(rows, !days.empty() && days.front() < first);
   table.heading = "Census: " + viewText();
-  table.if_empty = "There is no census day in the period.";
-  const double lambda = censusLambda(rows);
+  table.if_empty = first == 0 ? "No animals of the view were ever there." : "There is no census day in the period.";
+  const double lambda = censusLambda(presence, View);
   if (!std::isnan(lambda)) {
     table.notes.push_back("Growth over the period: " + qs_lib::realToString((lambda - 1) * 100, 1) + " % a year.");
   }
@@ -129,11 +129,22 @@ Table drawnPyramid(const age_structure& structure, const time_unit& unit) {
   return table;
 }
 
+// Halves appear where animals of unknown sex are shared.
+int decimalsOf(const age_structure& structure) {
+  const auto is_whole = [](const age_row& row) {
+    return row.males == std::floor(row.males) && row.females == std::floor(row.females);
+  };
+  return is_whole(structure.unknown_age) && std::all_of(structure.rows.begin(), structure.rows.end(), is_whole) ? 0 : 1;
+}
+
 Table plainPyramid(const age_structure& structure, const time_unit& unit) {
-  Table table({{.name = "age", .title = "Age", .kind = COLUMN_KIND::REAL},
-               {.name = "males", .title = "Males", .kind = COLUMN_KIND::REAL},
-               {.name = "females", .title = "Females", .kind = COLUMN_KIND::REAL},
-               {.name = "unknown", .title = "Unknown", .kind = COLUMN_KIND::REAL}});
+  const auto number = [](const char* name, const char* title, int decimals) {
+    return table_column{.name = name, .title = title, .kind = COLUMN_KIND::REAL, .decimals = decimals};
+  };
+  const int decimals = decimalsOf(structure);
+  Table table({number("age", "Age", std::fmod(structure.class_width, unit.days) == 0 ? 0 : 2),
+               number("males", "Males", decimals), number("females", "Females", decimals),
+               number("unknown", "Unknown", decimals)});
   for (std::size_t at = 0; at < usedClasses(structure); ++at) {
     const age_row& row = structure.rows[at];
     table.addRow({row.age / unit.days, row.males, row.females, row.unknown});

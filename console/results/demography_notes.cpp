@@ -95,6 +95,10 @@ void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& lef
   add(findings.assumed_entries, "wild-born animal", "without an entry counted from birth");
   add(findings.presumed_lost, "animal", "older than the longest life taken as lost");
   if (!odd.empty()) table.notes.push_back("Events: " + odd + ".");
+  if (View.use_emerge && !(presenceSettings(View).emerge_days > 0)) {
+    table.notes.push_back(
+        "Nobody knows when the young leave the den: all count from birth (spx life-history set den-emerge=DAYS).");
+  }
 }
 
 }  // namespace spx::console

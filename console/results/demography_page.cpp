@@ -47,8 +47,8 @@ class Figures {
   }
 
   Cell cell(double value, int decimals) const {
-    if (!for_people_ || std::isnan(value)) return value;
-    return qs_lib::realToString(value, decimals);
+    if (!for_people_) return value;
+    return std::isnan(value) ? "-" : qs_lib::realToString(value, decimals);
   }
 
   void addRow(const char* figure, std::vector<Cell> cells) {
@@ -61,6 +61,19 @@ class Figures {
   Table table_;
   const char* section_ = "";
 };
+
+void addCensusGrowth(Figures& to, const Presence& presence) {
+  to.section("Growth");
+  to.value("lambda by census, whole period", censusLambda(presence, View));
+  DataFilter decade = View;
+  qs_lib::civil_date start = qs_lib::civilFromDay(View.end_date);
+  start.year -= 10;
+  start.day = std::min(start.day, qs_lib::daysInMonth(start.year, start.month));
+  decade.start_date = qs_lib::dayFromCivil(start).value_or(View.start_date);
+  if (decade.start_date >= std::max(View.start_date, firstDay(presence))) {
+    to.value("lambda by census, 10 years", censusLambda(presence, decade));
+  }
+}
 
 void addPopulation(Figures& to, const Presence& presence) {
   DataFilter yearly = View;
@@ -83,20 +96,16 @@ void addPopulation(Figures& to, const Presence& presence) {
   to.count("entries", now.entries);
   to.count("departures", now.departures);
   to.count("losses", now.losses);
-  to.section("Growth");
-  to.value("lambda by census, whole period", censusLambda(rows));
-  const std::size_t ten_years = 11;
-  if (rows.size() >= ten_years) {
-    to.value("lambda by census, 10 years",
-             censusLambda({rows.end() - static_cast<std::ptrdiff_t>(ten_years), rows.end()}));
-  }
 }
 
+// Of the females, unless the view takes males only.
 void addGrowth(Figures& to, const life_tallies& data) {
-  const auto females = lifeTable(data.of(0, SEX::FEMALE), data.classes, SEX::FEMALE, View.same_sex);
-  const growth_rates growth = growthRates(females, PARENT_AGE::MIDDLE);
-  to.value("lambda by life table, females", growth.lambda);
-  to.value("net reproductive rate R0, females", growth.r0);
+  const bool males = View.sex == SEX::MALE;
+  const SEX line = males ? SEX::MALE : SEX::FEMALE;
+  const auto rows = lifeTable(data.of(0, line), data.classes, line, View.same_sex);
+  const growth_rates growth = growthRates(rows, PARENT_AGE::MIDDLE);
+  to.value(males ? "lambda by life table, males" : "lambda by life table, females", growth.lambda);
+  to.value(males ? "net reproductive rate R0, males" : "net reproductive rate R0, females", growth.r0);
   to.value("generation time, years", growth.generation_time / DAYS_PER_YEAR);
 }
 
@@ -118,6 +127,7 @@ void addReproduction(Figures& to, const reproduction_summary& summary) {
            summary.male_share_interval.upper);
   for (const parent_summary* parents : {&summary.females, &summary.males}) {
     const bool dams = parents == &summary.females;
+    if (View.sex == (dams ? SEX::MALE : SEX::FEMALE)) continue;
     const auto& first = parents->first;
     to.value(dams ? "age at first birth, years, dams" : "age at first birth, years, sires", first.mean / DAYS_PER_YEAR,
              first.confidence_interval.lower / DAYS_PER_YEAR, first.confidence_interval.upper / DAYS_PER_YEAR);
@@ -140,6 +150,7 @@ Table demographyPage(bool for_people) {
   const survival_data lives = survivalData(Animals.records, View, settings, {});
   Figures figures(for_people);
   addPopulation(figures, presence);
+  addCensusGrowth(figures, presence);
   addGrowth(figures, lifeTallies(Animals, View, settings, ageClasses(View), gestationDays()));
   addSurvival(figures, lives);
   addReproduction(figures, reproductionOf(Animals, View, settings, reproductionSettings()));

@@ -23,44 +23,52 @@ struct measure {
 
 class Measures {
  public:
-  Measures(const time_unit& unit, bool for_people) : unit_(unit), for_people_(for_people), table_(columns()) {}
+  Measures(const time_unit& unit, bool for_people)
+      : unit_(unit), for_people_(for_people), table_(columns(unit, for_people)) {}
 
-  void add(const measure& what, const char* sex, const qs_lib::basic_stat& stat, double scale) {
+  void add(const measure& what, const char* sex, const qs_lib::basic_stat& stat, double scale, int decimals) {
     if (for_people_ && stat.sample_size == 0) return;
-    table_.addRow({for_people_ ? what.title : what.name, sex, stat.sample_size, stat.mean / scale, stat.median / scale,
-                   stat.minimum / scale, stat.maximum / scale, stat.confidence_interval.lower / scale,
-                   stat.confidence_interval.upper / scale});
+    const auto number = [&](double value) { return cell(value / scale, decimals); };
+    table_.addRow({for_people_ ? what.title : what.name, sex, stat.sample_size, number(stat.mean), number(stat.median),
+                   number(stat.minimum), number(stat.maximum), number(stat.confidence_interval.lower),
+                   number(stat.confidence_interval.upper)});
   }
 
   void addShare(const measure& what, const char* sex, std::size_t number, double share,
                 qs_lib::DataRange<double> interval) {
-    table_.addRow({for_people_ ? what.title : what.name, sex, number, share, Cell(), Cell(), Cell(), interval.lower,
-                   interval.upper});
+    table_.addRow({for_people_ ? what.title : what.name, sex, number, cell(share, 2), cell(NOT_KNOWN, 2),
+                   cell(NOT_KNOWN, 2), cell(NOT_KNOWN, 2), cell(interval.lower, 2), cell(interval.upper, 2)});
   }
 
   void addCount(const std::string& name, std::size_t number) {
     if (!for_people_) table_.addRow({name, "all", number});
   }
 
-  const char* unit() const { return unit_.name; }
-  double days() const { return unit_.days; }
+  const time_unit& unit() const { return unit_; }
   Table& table() { return table_; }
 
  private:
-  static std::vector<table_column> columns() {
-    const auto real = [](const char* name, const char* title, std::string help) {
+  // People read a share with two decimals and days with none, in the same column.
+  Cell cell(double value, int decimals) const {
+    if (!for_people_) return value;
+    return std::isnan(value) ? "-" : qs_lib::realToString(value, decimals);
+  }
+
+  static std::vector<table_column> columns(const time_unit& unit, bool for_people) {
+    const COLUMN_KIND kind = for_people ? COLUMN_KIND::TEXT : COLUMN_KIND::REAL;
+    const auto real = [kind](const char* name, const char* title, std::string help) {
       return table_column{
-          .name = name, .title = title, .kind = COLUMN_KIND::REAL, .decimals = 2, .help = std::move(help)};
+          .name = name, .title = title, .kind = kind, .help = std::move(help), .alignment = ALIGNMENT::RIGHT};
     };
     return {
         {.name = "measure", .title = "Measure"},
         {.name = "sex", .title = "Sex"},
         {.name = "n", .title = "Number", .kind = COLUMN_KIND::INTEGER, .help = "animals, births or litters counted"},
-        real("mean", "Mean", ""),
+        real("mean", "Mean", "ages in " + std::string(unit.name)),
         real("median", "Median", ""),
         real("min", "Least", ""),
         real("max", "Most", ""),
-        real("lower", "Lower", "interval of 95 % of the mean or share"),
+        real("lower", "Lower", "interval of 95 % of the mean, or of the share (0.52 is 52 %)"),
         real("upper", "Upper", "")};
   }
 
@@ -70,15 +78,15 @@ class Measures {
 };
 
 void addParents(Measures& to, const char* sex, const parent_summary& parents) {
-  const std::string in = std::string(" (") + to.unit() + ")";
-  to.add({"age_first_birth", "Age at first birth" + in}, sex, parents.first, to.days());
-  to.add({"age_last_birth", "Age at last birth" + in}, sex, parents.last, to.days());
-  to.add({"age_at_birth", "Age at all births" + in}, sex, parents.all, to.days());
-  to.add({"lifetime_offspring", "Offspring in a lifetime"}, sex, parents.lifetime, 1);
+  const time_unit& unit = to.unit();
+  to.add({"age_first_birth", "Age at first birth"}, sex, parents.first, unit.days, unit.decimals);
+  to.add({"age_last_birth", "Age at last birth"}, sex, parents.last, unit.days, unit.decimals);
+  to.add({"age_at_birth", "Age at all births"}, sex, parents.all, unit.days, unit.decimals);
+  to.add({"lifetime_offspring", "Lifetime offspring"}, sex, parents.lifetime, 1, 2);
   const auto breeders = static_cast<double>(parents.breeders);
   const auto adults = static_cast<double>(parents.adults);
-  to.addShare({"breeders", "Share of adults that have bred"}, sex, parents.adults,
-              adults > 0 ? breeders / adults : NOT_KNOWN, wilsonInterval(breeders, adults));
+  to.addShare({"breeders", "Adults that have bred"}, sex, parents.adults, adults > 0 ? breeders / adults : NOT_KNOWN,
+              wilsonInterval(breeders, adults));
 }
 
 // "Jan 0, Feb 2, ...": a line for people.
@@ -117,11 +125,11 @@ void addNotes(Table& table, const reproduction_summary& summary) {
   const std::string season = seasonText(summary);
   if (!season.empty()) table.notes.push_back(season);
   if (!summary.litter_sizes.empty()) table.notes.push_back(littersText(summary));
-  table.notes.push_back("Left out: of the litters " + std::to_string(summary.dams_unknown) +
-                        " births without a dam and " + std::to_string(summary.days_unknown) +
-                        " without a day; of the months " + std::to_string(summary.months_unknown) +
-                        " births; of the ages at birth " + std::to_string(summary.females.unknown_ages) + " dams and " +
-                        std::to_string(summary.males.unknown_ages) + " sires unknown or of unknown age.");
+  table.notes.push_back("Left out: of the litters " + counted(summary.dams_unknown, "birth") + " without a dam and " +
+                        std::to_string(summary.days_unknown) + " without a day; of the months " +
+                        counted(summary.months_unknown, "birth") + "; of the ages at birth " +
+                        counted(summary.females.unknown_ages, "dam") + " and " +
+                        counted(summary.males.unknown_ages, "sire") + " unknown or of unknown age.");
 }
 
 }  // namespace
@@ -131,12 +139,12 @@ Table reproductionTable(std::optional<double> litter_days, const time_unit& unit
   if (litter_days) settings.litter_days = *litter_days;
   const reproduction_summary summary = reproductionOf(Animals, View, presenceSettings(View), settings);
   Measures measures(unit, for_people);
-  measures.addShare({"male_share", "Share of males at birth"}, "all", summary.births.males + summary.births.females,
+  measures.addShare({"male_share", "Males at birth"}, "all", summary.births.males + summary.births.females,
                     summary.male_share, summary.male_share_interval);
   if (View.sex != SEX::MALE) addParents(measures, "female", summary.females);
   if (View.sex != SEX::FEMALE) addParents(measures, "male", summary.males);
-  measures.add({"litter_size", "Litter size"}, "all", summary.litters, 1);
-  measures.add({"birth_interval", "Days between litters of a dam"}, "all", summary.intervals, 1);
+  measures.add({"litter_size", "Litter size"}, "all", summary.litters, 1, 2);
+  measures.add({"birth_interval", "Days between litters"}, "all", summary.intervals, 1, 0);
   for (std::size_t month = 0; month < 12; ++month) {
     measures.addCount("births_in_month_" + std::to_string(month + 1), summary.months[month]);
   }
@@ -144,7 +152,10 @@ Table reproductionTable(std::optional<double> litter_days, const time_unit& unit
     measures.addCount("litters_of_" + std::to_string(size), number);
   }
   Table& table = measures.table();
-  table.heading = "Reproduction: " + viewText();
+  table.heading = "Reproduction: " + viewText() + "; adults on " + dayText(summary.date);
+  if (View.sex == SEX::FEMALE || View.sex == SEX::MALE) {
+    table.notes.push_back("Young of every sex count; --sex chooses the parents that are shown.");
+  }
   addNotes(table, summary);
   addCountNotes(table, summary.in_view, summary.left_out, summary.findings);
   return std::move(table);
