@@ -1,8 +1,6 @@
 #include "console/tables/csv_parser.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <utility>
 
 namespace spx::console {
@@ -38,12 +36,7 @@ char CsvParser::separatorOf(std::string_view text) {
   return SEPARATORS[static_cast<std::size_t>(std::max_element(counts, std::end(counts)) - counts)];
 }
 
-CsvParser::CsvParser(const std::string& file, const text_encoding& encoding) : file_(openText(file, encoding)) {
-  if (!file_) {
-    throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
-  }
-  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
-}
+CsvParser::CsvParser(const std::string& file, const text_encoding& encoding) : reader_(file, encoding) {}
 
 CsvRows CsvParser::nextRows() {
   do {
@@ -59,12 +52,8 @@ void CsvParser::readPiece() {
   text.assign(begun_.begin(), begun_.end());
   const std::size_t wanted = std::max(PIECE, begun_.size());
   text.resize(begun_.size() + wanted);
-  const std::size_t read = std::fread(text.data() + begun_.size(), 1, wanted, file_.get());
+  const std::size_t read = reader_.read(text.data() + begun_.size(), wanted);
   text.resize(begun_.size() + read);
-  if (std::ferror(file_.get()) != 0) {
-    rows_.failure_.emplace(0, std::string("cannot be read: ") + std::strerror(errno));
-    return;
-  }
   rows_.is_last_ = read < wanted;
   std::string_view rest(text.data(), text.size());
   if (first_) {

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdio>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -57,6 +55,7 @@ class CsvParser {
   static char separatorOf(std::string_view text);
 
   /// The rows that the next piece completes; none only at the end. Not to be called after the last.
+  /// Throws TableError when the file cannot be read.
   CsvRows nextRows();
 
  private:
@@ -74,7 +73,7 @@ class CsvParser {
   void endRow();
   void fail(const std::string& reason) { rows_.failure_.emplace(line_, reason); }
 
-  text_file file_;
+  TextReader reader_;
   char separator_ = ',';
   CsvRows rows_;
   std::string begun_;     ///< the text after the last complete row

@@ -13,7 +13,7 @@ namespace spx::console {
 /// A CSV file, read row by row in constant memory.
 ///
 /// The separator (comma, semicolon, TAB or "|") is the most frequent one of the header line outside
-/// quotes, or the one that a first line such as `sep=;` names. Encodings: see openText(). A byte-order
+/// quotes, or the one that a first line such as `sep=;` names. Encodings: see TextReader. A byte-order
 /// mark, CRLF, empty lines and rows of empty cells are tolerated; blanks
 /// around a cell that is not quoted are dropped. A quote inside a cell must be doubled, and the
 /// cell quoted: a table with stray quotes is refused, because all that follows would be guessed.

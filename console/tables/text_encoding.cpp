@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <cstring>
 #include <iconv.h>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
+#include "console/tables/row_source.h"
 
 namespace spx::console {
 namespace {
@@ -77,16 +76,18 @@ std::string shownName(const std::string& name) {
   return name == WINDOWS ? "Windows-1252 (or Latin-1)" : name;
 }
 
-class Converter {
+}  // namespace
+
+class EncodingConverter {
  public:
-  explicit Converter(const std::string& from) : state_(::iconv_open("UTF-8", from.c_str())) {}
-  ~Converter() {
+  explicit EncodingConverter(const std::string& from) : state_(::iconv_open("UTF-8", from.c_str())) {}
+  ~EncodingConverter() {
     if (isOpen()) {
       ::iconv_close(state_);
     }
   }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
+  EncodingConverter(const EncodingConverter&) = delete;
+  EncodingConverter& operator=(const EncodingConverter&) = delete;
 
   bool isOpen() const { return state_ != reinterpret_cast<iconv_t>(-1); }
 
@@ -117,131 +118,98 @@ class Converter {
   iconv_t state_;
 };
 
-/// A file that is read in parts and handed on as UTF-8.
-class TextReader {
- public:
-  TextReader(text_file file, text_encoding encoding) : file_(std::move(file)), encoding_(std::move(encoding)) {
-    if (!encoding_.name.empty()) {
-      setEncoding(encoding_.name);
-    }
+TextReader::TextReader(const std::string& file, text_encoding encoding)
+    : file_(std::fopen(file.c_str(), "rb"), &std::fclose), encoding_(std::move(encoding)) {
+  if (!file_) {
+    throw TableError(0, std::string("cannot be opened: ") + std::strerror(errno));
   }
+  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+  if (!encoding_.name.empty()) {
+    setEncoding(encoding_.name);
+  }
+}
 
-  /// As read(2) does.
-  ssize_t read(char* to, std::size_t size) {
-    while (given_ == ready_.size() && !at_end_) {
-      if (!fill()) {
-        return -1;
+TextReader::~TextReader() = default;
+
+std::size_t TextReader::read(char* to, std::size_t wanted) {
+  std::size_t count = 0;
+  while (count < wanted) {
+    if (given_ == ready_.size()) {
+      if (at_end_) {
+        break;
       }
+      fill();
     }
-    const std::size_t count = std::min(size, ready_.size() - given_);
-    std::memcpy(to, ready_.data() + given_, count);
-    given_ += count;
-    return static_cast<ssize_t>(count);
+    const std::size_t part = std::min(wanted - count, ready_.size() - given_);
+    std::memcpy(to + count, ready_.data() + given_, part);
+    given_ += part;
+    count += part;
   }
+  return count;
+}
 
- private:
-  bool fill() {
-    const std::size_t had = raw_.size();
-    raw_.resize(had + PART);
-    const std::size_t count = std::fread(raw_.data() + had, 1, PART, file_.get());
-    raw_.resize(had + count);
-    if (std::ferror(file_.get()) != 0) {
-      return false;
-    }
-    at_end_ = count < PART;
-    ready_.clear();
-    given_ = 0;
-    if (is_first_) {
-      is_first_ = false;
-      begin();
-    }
-    if (!settled_ && !isAscii(raw_)) {
-      settle();
-    }
-    if (converter_) {
-      converter_->convert(raw_, ready_, at_end_);
-    } else {
-      ready_.swap(raw_);
-    }
-    return true;
+void TextReader::fill() {
+  const std::size_t had = raw_.size();
+  raw_.resize(had + PART);
+  const std::size_t count = std::fread(raw_.data() + had, 1, PART, file_.get());
+  if (std::ferror(file_.get()) != 0) {
+    throw TableError(0, std::string("cannot be read: ") + std::strerror(errno));
   }
-
-  void begin() {
-    const std::string utf16 = utf16Of(raw_);
-    if (!settled_ && !utf16.empty()) {
-      setEncoding(utf16);
-      report(utf16);
-    }
-    const bool has_mark = raw_.starts_with("\xFF\xFE") || raw_.starts_with("\xFE\xFF");
-    if (converter_ && has_mark) {
-      raw_.erase(0, 2);
-    }
+  raw_.resize(had + count);
+  at_end_ = count < PART;
+  ready_.clear();
+  given_ = 0;
+  if (is_first_) {
+    is_first_ = false;
+    begin();
   }
-
-  void settle() {
-    if (hasUtf8(raw_)) {
-      settled_ = true;
-    } else {
-      setEncoding(WINDOWS);
-      report(WINDOWS);
-    }
+  if (!settled_ && !isAscii(raw_)) {
+    settle();
   }
+  if (converter_) {
+    converter_->convert(raw_, ready_, at_end_);
+  } else {
+    ready_.swap(raw_);
+  }
+}
 
-  void setEncoding(const std::string& name) {
+void TextReader::begin() {
+  const std::string utf16 = utf16Of(raw_);
+  if (!settled_ && !utf16.empty()) {
+    setEncoding(utf16);
+    report(utf16);
+  }
+  const bool has_mark = raw_.starts_with("\xFF\xFE") || raw_.starts_with("\xFE\xFF");
+  if (converter_ && has_mark) {
+    raw_.erase(0, 2);
+  }
+}
+
+void TextReader::settle() {
+  if (hasUtf8(raw_)) {
     settled_ = true;
-    converter_ = std::make_unique<Converter>(name);
-    if (!converter_->isOpen()) {
-      converter_.reset();
-    }
+  } else {
+    setEncoding(WINDOWS);
+    report(WINDOWS);
   }
-
-  void report(const std::string& name) const {
-    if (encoding_.tell) {
-      encoding_.tell("read as " + shownName(name) + "; --encoding NAME says otherwise");
-    }
-  }
-
-  text_file file_;
-  text_encoding encoding_;
-  std::unique_ptr<Converter> converter_;
-  std::string raw_;
-  std::string ready_;
-  std::size_t given_ = 0;
-  bool is_first_ = true;
-  bool settled_ = false;
-  bool at_end_ = false;
-};
-
-ssize_t readText(void* reader, char* to, std::size_t size) {
-  return static_cast<TextReader*>(reader)->read(to, size);
 }
 
-int closeText(void* reader) {
-  delete static_cast<TextReader*>(reader);
-  return 0;
+void TextReader::setEncoding(const std::string& name) {
+  settled_ = true;
+  converter_ = std::make_unique<EncodingConverter>(name);
+  if (!converter_->isOpen()) {
+    converter_.reset();
+  }
 }
 
-}  // namespace
-
-text_file openText(const std::string& file, const text_encoding& encoding) {
-  text_file bytes(std::fopen(file.c_str(), "rb"), &std::fclose);
-  if (!bytes) {
-    return bytes;
+void TextReader::report(const std::string& name) const {
+  if (encoding_.tell) {
+    encoding_.tell("read as " + shownName(name) + "; --encoding NAME says otherwise");
   }
-  std::setvbuf(bytes.get(), nullptr, _IONBF, 0);
-  auto reader = std::make_unique<TextReader>(std::move(bytes), encoding);
-  cookie_io_functions_t functions{};
-  functions.read = &readText;
-  functions.close = &closeText;
-  text_file text(::fopencookie(reader.get(), "rb", functions), &std::fclose);
-  if (text) {
-    reader.release();  // closing the file deletes it
-  }
-  return text;
 }
 
 void checkEncoding(const std::string& name) {
-  if (!name.empty() && !Converter(name).isOpen()) {
+  if (!name.empty() && !EncodingConverter(name).isOpen()) {
     throw UsageError("--encoding: " + quotedText(name) +
                      " is not known; common ones are utf-8, utf-16, latin1 and windows-1252");
   }
