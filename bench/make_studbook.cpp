@@ -139,7 +139,11 @@ Table& operator<<(Table& table, deme_text text) {
 class Generator {
  public:
   Generator(const options& wanted, Table animals, std::optional<Table> events)
-      : count_(wanted.animals), dice_(wanted.seed), animals_(std::move(animals)), events_(std::move(events)) {
+      : count_(wanted.animals),
+        kind_(wanted.kind),
+        dice_(wanted.seed),
+        animals_(std::move(animals)),
+        events_(std::move(events)) {
     population_.reserve(count_);
   }
 
