@@ -11,19 +11,12 @@
 namespace spx::console {
 
 CheckedRecords::CheckedRecords(const checked_studbook& book)
-    : book_(book), ids_(book.records), is_checked_(book.records.size()) {
-  constexpr position FETCH_SLOT = 16;
+    : book_(book), index_(book.records), is_checked_(book.records.size()) {
   for (position record = 0; record < size(); ++record) {
-    if (record + FETCH_SLOT < size()) {
-      ids_.fetchSlot(book_.records[record + FETCH_SLOT].stud_id);
-    }
     const master_data& animal = book_.records[record];
     is_checked_[record] = hasRow(animal) && !isPseudoIndividual(animal.stud_id);
-    if (!is_checked_[record]) {
-      continue;
-    }
-    const std::uint32_t first = ids_.enter(record);
-    if (first != NONE) {
+    const position first = index_.isDuplicate(record) ? index_.find(animal.stud_id) : record;
+    if (is_checked_[record] && first != record) {
       duplicates_.emplace_back(record, first);
     }
   }
@@ -31,20 +24,21 @@ CheckedRecords::CheckedRecords(const checked_studbook& book)
 }
 
 void CheckedRecords::findParents() {
-  constexpr position FETCH_SLOT = 16;
-  constexpr position FETCH_RECORD = 8;
   parents_.reserve(size());
   for (position record = 0; record < size(); ++record) {
-    if (record + FETCH_SLOT < size()) {
-      ids_.fetchSlot(book_.records[record + FETCH_SLOT].sire_id);
-      ids_.fetchSlot(book_.records[record + FETCH_SLOT].dam_id);
-      ids_.fetchRecord(book_.records[record + FETCH_RECORD].sire_id);
-      ids_.fetchRecord(book_.records[record + FETCH_RECORD].dam_id);
+    if (record + RecordIndex::FETCH_FIRST < size()) {
+      index_.fetchParents(record + RecordIndex::FETCH_FIRST);
+      index_.fetchParentPlaces(record + RecordIndex::FETCH_NEXT);
     }
     const bool is_checked = is_checked_[record];
-    parents_.emplace_back(is_checked ? find(book_.records[record].sire_id) : NONE,
-                          is_checked ? find(book_.records[record].dam_id) : NONE);
+    parents_.emplace_back(is_checked ? checkedOrNone(index_.findSire(record)) : NONE,
+                          is_checked ? checkedOrNone(index_.findDam(record)) : NONE);
   }
+}
+
+/// Records with one ID are all checked or all placeholders: those without a row were added for IDs that no row has.
+std::uint32_t CheckedRecords::checkedOrNone(position record) const {
+  return record < size() && is_checked_[record] ? static_cast<std::uint32_t>(record) : NONE;
 }
 
 source_place CheckedRecords::placeOf(position record) const {

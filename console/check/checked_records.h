@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,12 +11,12 @@
 
 #include "spx/core/master_data.h"
 #include "spx/core/meta_population.h"
+#include "spx/core/record_index.h"
 #include "spx/demography/dated_life.h"
 #include "spx/project/biology.h"
 #include "spx/support/julian_date.h"
 
 #include "console/check/finding.h"
-#include "console/check/id_table.h"
 
 namespace spx::console {
 
@@ -32,7 +33,7 @@ struct checked_studbook {
 /// The records with their parents found. Linear; refers to the studbook.
 class CheckedRecords {
  public:
-  static constexpr std::uint32_t NONE = IdTable::NONE;
+  static constexpr std::uint32_t NONE = std::numeric_limits<std::uint32_t>::max();
 
   explicit CheckedRecords(const checked_studbook& book);
 
@@ -44,7 +45,7 @@ class CheckedRecords {
   bool isChecked(position record) const { return is_checked_[record]; }
 
   /// The first checked record with the ID; NONE when there is none.
-  std::uint32_t find(std::string_view id) const { return ids_.find(id); }
+  std::uint32_t find(const std::string& id) const { return checkedOrNone(index_.find(id)); }
 
   /// @{
   /// The record of the parent; NONE when it is unknown, has no record, or is a placeholder.
@@ -54,6 +55,12 @@ class CheckedRecords {
 
   /// The records whose ID an earlier one has, with that one, in the order of the records.
   const std::vector<std::pair<position, position>>& duplicates() const { return duplicates_; }
+
+  /// Whether the record names itself as its sire (role 0) or its dam (role 1).
+  bool isOwnParent(position record, std::size_t role) const {
+    const master_data& animal = book_.records[record];
+    return animal.stud_id == (role == 0 ? animal.sire_id : animal.dam_id);
+  }
 
   source_place placeOf(position record) const;
 
@@ -70,10 +77,11 @@ class CheckedRecords {
   static std::string nameText(std::string_view text);
 
  private:
+  std::uint32_t checkedOrNone(position record) const;
   void findParents();
 
   const checked_studbook& book_;
-  IdTable ids_;
+  RecordIndex index_;
   std::vector<std::pair<std::uint32_t, std::uint32_t>> parents_;
   std::vector<std::pair<position, position>> duplicates_;
   std::vector<bool> is_checked_;

@@ -79,7 +79,7 @@ class Dates {
   }
 
   void checkParent(position record, std::uint32_t parent, std::size_t role) {
-    if (parent == CheckedRecords::NONE || records_[parent].stud_id == records_[record].stud_id) {
+    if (parent == CheckedRecords::NONE || records_.isOwnParent(record, role)) {
       return;
     }
     const auto born = knownDays(records_[record].birth);

@@ -46,7 +46,7 @@ class ParentSexes {
   void collect(position record) {
     for (const std::size_t role : {0U, 1U}) {
       const std::uint32_t parent = parentOf(records_, record, role);
-      const bool is_other = parent != CheckedRecords::NONE && records_[parent].stud_id != records_[record].stud_id;
+      const bool is_other = parent != CheckedRecords::NONE && !records_.isOwnParent(record, role);
       if (is_other && !mayBe(records_[parent].sex, role)) {
         uses_[parent].offspring[role].push_back(record);
       }
@@ -144,7 +144,7 @@ void addOwnParents(const CheckedRecords& records, std::vector<finding>& findings
   for (position record = 0; record < records.size(); ++record) {
     for (const std::size_t role : {0U, 1U}) {
       const std::uint32_t parent = parentOf(records, record, role);
-      if (parent == CheckedRecords::NONE || records[parent].stud_id != records[record].stud_id) {
+      if (parent == CheckedRecords::NONE || !records.isOwnParent(record, role)) {
         continue;
       }
       finding found = records.about(CHECK::OWN_PARENT, record);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "spx/core/master_data.h"
+#include "spx/support/export.h"
 #include "spx/support/fetch_ahead.h"
 #include "spx/support/text_hash.h"
 
@@ -43,7 +44,7 @@ struct id_words {
 /// studbooks number their animals: such IDs are their own numbers, so that parents are stored near
 /// their offspring; other IDs get numbers in the order of their appearance, and the index keeps
 /// their texts.
-class RecordIndex {
+class SPX_EXPORT RecordIndex {
  public:
   /// How many records before its turn a pass prefetches what leads to a record's parents, and then
   /// what it leads to, half way: each needs the one before it in the cache.
