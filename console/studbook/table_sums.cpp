@@ -83,6 +83,23 @@ void quickCheck(SQLite::Database& database) {
   }
 }
 
+/// Throws for cells in a column that `columns` does not list: nothing would read them. A column that the
+/// keeper removed stays, but is empty.
+void checkColumnsListed(SQLite::Database& database, const std::string& table) {
+  std::vector<std::string> listed;
+  for (const stored_column& column : storedColumns(database, table)) {
+    listed.push_back(table == "events" && column.field == "id" ? "animal" : column.field);
+  }
+  for (const std::string& name : databaseColumns(database, table)) {
+    const bool is_listed = std::find(listed.begin(), listed.end(), name) != listed.end();
+    const std::string filled = "SELECT EXISTS (SELECT 1 FROM " + table + " WHERE " + quotedName(name) + " <> '')";
+    if (!is_listed && database.execAndGet(filled).getInt() != 0) {
+      throw TableError(0, "its table " + quotedText(table) + " has values in the column " + quotedText(name) +
+                              ", which its table \"columns\" does not list");
+    }
+  }
+}
+
 /// What SQLite finds wrong is damage, too.
 template <class Check>
 void reporting(Check check) {
@@ -126,6 +143,9 @@ void checkStructure(SQLite::Database& database) {
     }
     if (summed.size() != names.size()) {
       quickCheck(database);
+      for (const stored_table& table : storedTableList()) {
+        checkColumnsListed(database, table.name);
+      }
     }
   });
 }

@@ -13,8 +13,8 @@ namespace spx::console {
 void storeSums(SQLite::Database& database);
 
 /// Checks that there are animals, and that the studbook has the tables that it has sums of. Where a
-/// sum is missing, because another program has changed a table, has SQLite look for damage. Does not read the tables
-/// otherwise.
+/// sum is missing, because another program has changed a table, has SQLite look for damage, and checks that every
+/// column with a value is listed in `columns`. Does not read the tables otherwise.
 void checkStructure(SQLite::Database& database);
 
 /// Has SQLite check all of its structures, and compares all tables with their sums. Reads all.
