@@ -47,8 +47,10 @@ void setParameters(const trace_options& options) {
     setLifeHistory(parameter.name, parameter.value);
   }
   if (lacksReproductiveAges()) {
-    std::cerr << "spx: no reproductive ages are set, so no animal can be a parent; set "
-                 "male-reproductive-lower, -upper and those of females (spx life-history set)\n";
+    throw Failure(
+        "the life history has no reproductive ages, so no animal can be a parent; set them in days, for example: "
+        "spx life-history set male-reproductive-lower=730 male-reproductive-upper=5475 "
+        "female-reproductive-lower=730 female-reproductive-upper=4380");
   }
 }
 

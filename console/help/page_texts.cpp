@@ -262,15 +262,15 @@ const std::vector<command_page>& commandPages() {
        "spx --project tarrow life-history show"},
       {"life-history set", "Sets parameters of the project; the others stay.",
        "spx --project tarrow life-history set male-reproductive-lower=700 "
-       "female-reproductive-lower=700"},
+       "male-reproductive-upper=6000"},
       {"life-history save", "Writes the parameters of the project to a file.",
        "spx --project tarrow life-history save ~/tarrow.biology"},
       {"life-history load", "Replaces all parameters by those of a file that life-history save has written.",
        "spx --project tarrow life-history load ~/tarrow.biology"},
       {"trace-parents",
        "Finds the possible parents of the animals of the view whose sire or dam is unknown, by sex, age,\n"
-       "place and season, and writes a report (XML). Says first how large the report will be, where\n"
-       "that is much; --most-candidates limits it.",
+       "place and season, and writes a report (XML). Needs the reproductive ages of the life history. Says\n"
+       "first how large the report will be, where that is much; --most-candidates limits it.",
        "spx --project tarrow --studbook examples/studbook trace-parents --sex male"},
       {"export pedigree",
        "Writes the animals of the view, every animal by default; --with-ancestors adds their ancestors.",

@@ -151,6 +151,10 @@ TEST_F(ViewOptionsTest, ExportsAndTracingTakeTheAnimalsOfTheView) {
   EXPECT_EQ(run(inProject({"export", "fields", "--sex", "female"})), 0);
   EXPECT_EQ(contentOf(at("spx/projects/p/export/animal_data.csv")).find("2001"), std::string::npos) << "of the male";
   takeOutput();
+  EXPECT_EQ(run(inProject({"trace-parents"})), 1);
+  EXPECT_NE(takeErrors().find("the life history has no reproductive ages"), std::string::npos);
+  EXPECT_TRUE(std::filesystem::is_empty(at("spx/projects/p/reports")));
+  EXPECT_EQ(run(inProject({"life-history", "set", "male-reproductive-lower=400", "male-reproductive-upper=4000"})), 0);
   EXPECT_EQ(run(inProject({"trace-parents", "--sex", "male"})), 0);
   EXPECT_NE(takeOutput().find("Both parents unknown : 0\n"), std::string::npos);
   EXPECT_EQ(run(inProject({"trace-parents"})), 0);
