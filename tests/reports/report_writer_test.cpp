@@ -99,6 +99,34 @@ TEST_F(Reporting, IsDiscardedWithoutItsEnd) {
   EXPECT_EQ(contentOf(at("whole.xml")), "whole");
 }
 
+// A static writer is destroyed by exit(), in a forked child too; the child's copy is not its own.
+TEST_F(Reporting, IsDiscardedAtExitAndLeftToItsParentByAForkedChild) {
+  writeContent(at("whole.xml"), "whole");
+  const auto begin = [this](ReportWriter& writer) {
+    writer.setFileName(at("whole.xml"));
+    writer.setStaged(true);
+    EXPECT_TRUE(writer.beginReport());
+    writer.writeView(true, false);
+  };
+  const auto exitAfterBeginning = [&begin] {
+    static ReportWriter unfinished;
+    begin(unfinished);
+    std::exit(0);
+  };
+  EXPECT_EXIT(exitAfterBeginning(), testing::ExitedWithCode(0), "");
+  EXPECT_EQ(contentOf(at("whole.xml")), "whole");
+  begin(report);
+  const auto endInChild = [this] {
+    const bool is_ended = report.endReport(0);
+    report.~ReportWriter();
+    std::_Exit(is_ended ? 1 : 0);
+  };
+  EXPECT_EXIT(endInChild(), testing::ExitedWithCode(0), "");
+  EXPECT_EQ(contentOf(at("whole.xml")), "whole");
+  EXPECT_TRUE(report.endReport(0)) << "the parent's report is as it was";
+  EXPECT_EQ(xmlFault(contentOf(at("whole.xml"))), "");
+}
+
 TEST_F(Reporting, TakesCallsInAnyOrder) {
   report.writeView(true, false);
   EXPECT_TRUE(report.beginReport());

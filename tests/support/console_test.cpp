@@ -74,5 +74,12 @@ TEST_F(Console, TextsGoWhereTheyBelong) {
   EXPECT_EQ(collected + takeOutput(), "d" + std::string(100, 'x') + "e");
   pauseKey();
   EXPECT_EQ(pauses, 1);
+  setPauseHandler([&collected, kept = std::string(100, 'p')] {
+    setPauseHandler({});
+    collected = kept;
+  });
+  pauseKey();
+  pauseKey();  // waits for no key: the input is not a terminal
+  EXPECT_EQ(collected, std::string(100, 'p'));
 }
 }  // namespace qs_lib
