@@ -79,7 +79,7 @@ Table diversityByYear() {
                 .kind = COLUMN_KIND::REAL,
                 .decimals = 4,
                 .help = "1 - mean kinship, as a share of that of the founders' source"}});
-  table.if_empty = "The view has no animal that was ever present.";
+  table.if_empty = "None of the animals of the view was present.";
   const qs_lib::day_number first = std::max(firstDay(presence), View.start_date);
   if (firstDay(presence) == 0 || first > View.end_date) {
     return table;

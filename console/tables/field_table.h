@@ -51,13 +51,13 @@ class FieldTable {
   const std::string& title(std::size_t column) const { return rows_->titles()[column]; }
   const std::vector<std::size_t>& otherColumns() const { return columns_.others(); }
 
-  /// Reads the cell of a field; a text that the reader does not take becomes the fault "... is no
+  /// Reads the cell of a field; a text that the reader does not take becomes the fault "... is not a valid
   /// `what`", and the value a default one.
   template <typename Reader>
   auto read(std::size_t field, Reader reader, const char* what) {
     const auto value = reader((*this)[field]);
     if (!value) {
-      addFault(field, quotedText((*this)[field]) + " is no " + what);
+      addFault(field, quotedText((*this)[field]) + " is not a valid " + what);
     }
     return value.value_or(typename decltype(value)::value_type{});
   }

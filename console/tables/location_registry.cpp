@@ -68,7 +68,7 @@ place LocationRegistry::findAnew(std::string_view text, std::string& reason) {
 place LocationRegistry::findIdentifier(std::string_view text, std::string& reason) {
   const auto deme = parseDeme(text);
   if (!deme) {
-    reason = quotedText(text) + " is no deme identifier (numbers from 1 to 255, joined by dots)";
+    reason = quotedText(text) + " is not a location identifier (numbers from 1 to 255, joined by dots)";
     return {};
   }
   if (!isKnown(*deme) && complete_) {

@@ -103,7 +103,7 @@ TEST_P(LoaderTest, MovesFollowTheTableAndEndsFollowTheMoves) {
                  "1,1999,social in,,by month,\n"
                  "2,1998-01-01,release d,1.1,,\n",
                  "level,id,name\npen,2.1,Far\npen,1.1,Near\nzoo,1,Home\nzoo,2,Away\n"),
-            at("e.csv") + ":4: column \"event\", animal \"2\": \"release d\" is no " + KIND_OF_EVENT +
+            at("e.csv") + ":4: column \"event\", animal \"2\": \"release d\" is not a valid " + KIND_OF_EVENT +
                 "\n"
                 "1 fault; nothing was loaded");
   EXPECT_TRUE(Animals.records.empty());
@@ -181,7 +181,7 @@ struct fault_case {
 TEST_P(LoaderTest, FaultsNameThePlace) {
   const fault_case cases[] = {
       {"id,sex\n1,m\n2,x\n", "", "",
-       "a.csv:3: column \"sex\", animal \"2\": \"x\" is no sex (male, female, hermaphrodite, "
+       "a.csv:3: column \"sex\", animal \"2\": \"x\" is not a valid sex (male, female, hermaphrodite, "
        "abnormal, "
        "unknown; m, f, h, u; 1, 2, 0)"},
       {"id,sex\n,m\n", "", "", "a.csv:2: column \"id\": the ID is missing"},
@@ -193,9 +193,9 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
       {"id,YOB\n\"1\n\",1\n2,1976-31\n", "", "",
        "a.csv:2: column \"YOB\", animal \"1\\n\": \"1\" is not a date (write YYYY-MM-DD, YYYY-MM or YYYY)"},
       {"id,death_event\n1,death\n", "", "", "a.csv:2: column \"death_event\", animal \"1\": \"death\" needs a date"},
-      {"id,f\n1,1e999\n", "", "", "a.csv:2: column \"f\", animal \"1\": \"1e999\" is no number"},
+      {"id,f\n1,1e999\n", "", "", "a.csv:2: column \"f\", animal \"1\": \"1e999\" is not a valid number"},
       {"id,location\n1,3.300\n", "", "",
-       "a.csv:2: column \"location\", animal \"1\": \"3.300\" is no deme identifier (numbers from "
+       "a.csv:2: column \"location\", animal \"1\": \"3.300\" is not a location identifier (numbers from "
        "1 "
        "to 255, joined by dots)"},
       {"id,location\n1,3.1\n", "", "id,name\n3,x\n",
