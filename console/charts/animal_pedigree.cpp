@@ -131,7 +131,8 @@ drawn_animal symbol(const master_data& animal, const pedigree_extent& extent) {
   drawn.lines.push_back(animal.stud_id);
   drawn.sex = animal.sex;
   drawn.dead = animal.death.date != 0 && animal.death.event != MOVE_TYPE::LOST_TO_FOLLOW_UP;
-  if (isPseudoIndividual(animal.stud_id)) {
+  constexpr const char* FIRST_YEAR = "1803";  // placeholders are born before it, so that they are older than all others
+  if (isPseudoIndividual(animal.stud_id) && (animal.birth.date == 0 || year(animal.birth.date) < FIRST_YEAR)) {
     drawn.lines.emplace_back("wild");
     return drawn;
   }
@@ -166,7 +167,7 @@ pedigree_drawing animalPedigree(const std::string& id, const pedigree_extent& ex
     drawn.dam = relatives.dam(at) == NONE ? NONE : selection.placeOf(relatives.dam(at));
     drawing.animals.push_back(std::move(drawn));
   }
-  drawing.subtitle = std::to_string(extent.ancestors) + " generations of ancestors" +
+  drawing.subtitle = "up to " + std::to_string(extent.ancestors) + " generations of ancestors" +
                      (extent.descendants > 0 ? ", " + std::to_string(extent.descendants) + " of descendants" : "");
   drawing.description = std::to_string(drawing.animals.size()) +
                         " animals. Squares are males, circles females, diamonds animals of unknown sex. A slash marks "

@@ -11,13 +11,13 @@
 namespace spx::console {
 namespace {
 
-constexpr int WIDTH = 720;
+constexpr int WIDTH = 620;
 constexpr std::size_t MOST_TIC_NAMES = 12;  // along a horizontal axis
 
-// Colours that colour-blind readers tell apart (Okabe & Ito 2008); blue, orange and light grey come first since they
-// also differ as greys.
-constexpr const char* PALETTE[] = {"#0072B2", "#E69F00", "#BBBBBB", "#009E73",
-                                   "#CC79A7", "#56B4E9", "#D55E00", "#000000"};
+// Colours that colour-blind readers tell apart (Okabe & Ito 2008); blue, orange and the near white of the last one also
+// differ as greys. Lines differ by their dashes too.
+constexpr const char* PALETTE[] = {"#0072B2", "#E69F00", "#777777", "#009E73", "#CC79A7",
+                                   "#56B4E9", "#D55E00", "#000000", "#EEEEEE"};
 
 const char* colourOf(const chart_series& series, std::size_t place) {
   const std::size_t index = series.colour < 0 ? place : static_cast<std::size_t>(series.colour);
@@ -131,6 +131,27 @@ std::string nameTics(const char* axis, const std::vector<std::string>& names, st
          "range [-0.6:" + number(static_cast<double>(names.size()) - 0.4) + "]\n";
 }
 
+/// The name of each group beside its middle row, and lines where groups meet.
+std::string groupTics(const std::vector<std::string>& groups) {
+  std::string tics;
+  std::string lines;
+  for (std::size_t from = 0; from < groups.size();) {
+    std::size_t to = from;
+    while (to < groups.size() && groups[to] == groups[from]) {
+      ++to;
+    }
+    tics += (from == 0 ? "" : ", ") + quoted(groups[from]) + " " + number(static_cast<double>(from + to - 1) / 2);
+    if (to < groups.size()) {
+      const std::string edge = number(static_cast<double>(to) - 0.5);
+      lines += "set arrow from graph 0, first " + edge + " to graph 1, first " + edge +
+               " nohead front lc rgb '#999999'\n" + "set arrow from first " + edge + ", graph 0 to first " + edge +
+               ", graph 1 nohead front lc rgb '#999999'\n";
+    }
+    from = to;
+  }
+  return "set ytics (" + tics + ")\n" + lines;
+}
+
 std::string heading(const std::string& title, const std::string& subtitle, int height) {
   const double line = 1.0 / height;
   return "set label 1 " + quoted(title) + " at screen 0.02, screen " + number(1 - 24 * line) + " font ',16'\n" +
@@ -165,7 +186,7 @@ std::string axes(const chart& drawing) {
     for (double at = -std::ceil(widest / step) * step; at <= widest + step; at += step) {
       tics += (tics.empty() ? "" : ", ") + quoted(number(std::abs(at))) + " " + number(at);
     }
-    out += "set xtics (" + tics + ")\n";
+    out += "set xtics (" + tics + ")\nset xrange [" + number(-1.05 * widest) + ":" + number(1.05 * widest) + "]\n";
   }
   return out;
 }
@@ -175,7 +196,10 @@ std::string axes(const chart& drawing) {
 std::string drawChart(const chart& drawing) {
   std::string script =
       terminal(drawing.height) + heading(drawing.title, drawing.subtitle, drawing.height) + axes(drawing);
-  script += "set key bmargin center bottom horizontal noenhanced samplen 2\nset bmargin 5.5\n";
+  const bool has_key = std::any_of(drawing.series.begin(), drawing.series.end(),
+                                   [](const chart_series& series) { return !series.name.empty(); });
+  script += std::string("set key bmargin center bottom horizontal noenhanced samplen 2\nset bmargin ") +
+            (has_key ? "5.5" : "3.8") + "\n";
   std::vector<double> tops;
   std::string plots;
   for (std::size_t place = 0; place < drawing.series.size(); ++place) {
@@ -196,15 +220,23 @@ std::string drawChart(const chart& drawing) {
 
 std::string drawHeatMap(const heat_map& drawing) {
   const auto count = static_cast<int>(drawing.names.size());
-  const int cell = std::clamp(520 / std::max(count, 1), 4, 26);
-  const int height = std::max(320, 160 + cell * count);
+  const int side = drawing.groups.empty() ? 480 : 330;  // the names of groups take room beside the square
+  const int cell = std::clamp(side / std::max(count, 1), 2, 26);
+  constexpr int PIXELS_OF_LETTER = 8;
+  std::size_t longest = 0;
+  for (const std::string& name : drawing.names) {
+    longest = std::max(longest, name.size());
+  }
+  const int height =
+      std::max(320, 130 + cell * count + PIXELS_OF_LETTER * static_cast<int>(std::min<std::size_t>(longest, 40)));
   std::string script = terminal(height) + heading(drawing.title, drawing.subtitle, height);
   script +=
       "unset key\nunset grid\nset palette defined (0 '#f7fbff', 0.5 '#6baed6', 1 '#08306b')\n"
       "set cbrange [0:*]\nset xtics rotate by 90 right\nset yrange [] reverse\nset size ratio -1\nset cblabel " +
       quoted(drawing.scale_label) + "\n";
   const auto most = static_cast<std::size_t>(std::max(1, cell * count / 14));
-  script += nameTics("x", drawing.names, most) + nameTics("y", drawing.names, most);
+  script += nameTics("x", drawing.names, most);
+  script += drawing.groups.empty() ? nameTics("y", drawing.names, most) : groupTics(drawing.groups);
   script += "set yrange [" + number(count - 0.4) + ":-0.6]\n";
   DataBlock data(0);
   for (std::size_t row = 0; row < drawing.values.size(); ++row) {

@@ -41,7 +41,7 @@ struct chart {
   double y_from = 0;                      ///< where the scale begins
   double y_to = 0;                        ///< where it ends; 0: as the values need
   bool absolute_x = false;                ///< shows -3 as 3, as the left half of a pyramid needs it
-  int height = 420;                       ///< in pixels; the width is 720
+  int height = 420;                       ///< in pixels; the width is 620
 };
 
 /// Values in a square, such as the kinship of each pair.
@@ -51,6 +51,7 @@ struct heat_map {
   std::string description;
   std::string scale_label;                  ///< of the colours
   std::vector<std::string> names;           ///< of the rows, which are the columns too
+  std::vector<std::string> groups = {};     ///< what neighbouring rows have in common, row by row; empty: nothing
   std::vector<std::vector<double>> values;  ///< names.size() rows of as many values; NaN leaves a cell white
 };
 

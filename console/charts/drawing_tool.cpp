@@ -1,7 +1,9 @@
 #include "console/charts/drawing_tool.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <spawn.h>
@@ -11,6 +13,7 @@
 
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
+#include "console/charts/svg_text.h"
 
 extern char** environ;  // NOLINT: as POSIX names it
 
@@ -115,10 +118,29 @@ IMAGE_FORMAT imageFormat(const std::string& name, bool has_dot) {
                    (has_dot ? "svg, png, pdf or dot" : "svg, png or pdf"));
 }
 
+namespace {
+
+/// Twice the size, for printing; less where the picture would pass the most pixels that a PNG may have on a side.
+std::string pngZoom(const std::string& svg) {
+  constexpr double MOST_PIXELS = 32000;
+  constexpr double PIXELS_PER_POINT = 4.0 / 3;
+  double longest = 1;
+  const std::size_t end = svg.find('>', svg.find("<svg"));
+  for (const char* name : {" width=\"", " height=\""}) {
+    const std::size_t at = svg.find(name);
+    if (at < end) {
+      longest = std::max(longest, std::strtod(svg.c_str() + at + std::strlen(name), nullptr));
+    }
+  }
+  return shortestReal(std::min(2.0, MOST_PIXELS / (longest * PIXELS_PER_POINT)));
+}
+
+}  // namespace
+
 std::string convertedImage(std::string svg, IMAGE_FORMAT format) {
   switch (format) {
     case IMAGE_FORMAT::PNG:
-      return runTool(SVG_CONVERTER, {"--format=png", "--zoom=2", "--background-color=white"}, svg);
+      return runTool(SVG_CONVERTER, {"--format=png", "--zoom=" + pngZoom(svg), "--background-color=white"}, svg);
     case IMAGE_FORMAT::PDF:
       return runTool(SVG_CONVERTER, {"--format=pdf"}, svg);
     default:

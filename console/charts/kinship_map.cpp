@@ -97,8 +97,11 @@ heat_map kinshipMap(const GeneticBasis& basis, KINSHIP_ORDER order) {
                .names = {},
                .values = {}};
   for (const std::size_t row : places) {
-    const std::string place = order == KINSHIP_ORDER::LOCATION ? placeOf(basis, animals[row]) : "";
-    map.names.push_back((place.empty() ? "" : place + " ") + basis.id(animals[row]));
+    map.names.push_back(basis.id(animals[row]));
+    if (order == KINSHIP_ORDER::LOCATION) {
+      const std::string place = placeOf(basis, animals[row]);
+      map.groups.push_back(place.empty() ? "not known" : place);
+    }
     std::vector<double>& cells = map.values.emplace_back();
     for (const std::size_t column : places) {
       cells.push_back(values[row][column]);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int MALE = 0;
 constexpr int FEMALE = 1;
-constexpr int UNKNOWN = 2;
+constexpr int UNKNOWN = 8;
 
 std::string shortNumber(double value) {
   return shortestReal(std::round(value * 100) / 100);
@@ -143,17 +143,13 @@ chart projectionChart(const Table& projection, const std::string& subtitle) {
             .x_label = "years from now",
             .y_label = "animals"};
   const std::vector<double> years = numbersOf(projection, "year");
-  out.series = {{.name = "95 % of the runs",
+  out.series = {{.name = "95 % of runs",
                  .marks = MARKS::BAND,
                  .x = years,
                  .y = numbersOf(projection, "lower"),
                  .y_end = numbersOf(projection, "upper"),
                  .colour = 0},
-                {.name = "median of the runs",
-                 .marks = MARKS::LINE,
-                 .x = years,
-                 .y = numbersOf(projection, "median"),
-                 .colour = 0},
+                {.name = "median", .marks = MARKS::LINE, .x = years, .y = numbersOf(projection, "median"), .colour = 0},
                 {.name = "without chance",
                  .marks = MARKS::LINE,
                  .x = years,

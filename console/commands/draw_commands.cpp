@@ -220,6 +220,7 @@ command kinshipCommand() {
             const IMAGE_FORMAT format = formatOf(options->draw, false);
             session.loadStudbook();
             useView(session, options->view);
+            endWithStudbook();
             heat_map map = kinshipMap(GeneticBasis(),
                                       options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
             map.subtitle = whose(session, VIEW_DAY);

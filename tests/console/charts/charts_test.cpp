@@ -101,6 +101,31 @@ TEST_F(Charts, AHeatMapHasARectangleForEachValue) {
   EXPECT_GE(count(cells, "<polygon"), 9U);
 }
 
+TEST_F(Charts, GroupsOfAHeatMapAreNamedOnce) {
+  const heat_map drawing{.title = "Kinship",
+                         .subtitle = "",
+                         .description = "",
+                         .scale_label = "kinship",
+                         .names = {"1", "2", "3", "4"},
+                         .groups = {"Zoo A", "Zoo A", "Zoo B", HOSTILE},
+                         .values = {{0.5, 0, 0, 0}, {0, 0.5, 0, 0}, {0, 0, 0.5, 0}, {0, 0, 0, 0.5}}};
+  const std::string svg = drawHeatMap(drawing);
+  expectPicture(svg);
+  EXPECT_EQ(count(svg, "Zoo A"), 1U);
+  EXPECT_EQ(count(svg, "Zoo B"), 1U);
+}
+
+TEST_F(Charts, AWidePictureFitsIntoAPng) {
+  const auto widthOf = [](const char* size) {
+    const std::string svg = std::string("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"") + size +
+                            "\" height=\"10pt\"><rect width=\"5\" height=\"5\"/></svg>";
+    const std::string png = convertedImage(svg, IMAGE_FORMAT::PNG);
+    return static_cast<unsigned char>(png[18]) * 256 + static_cast<unsigned char>(png[19]);
+  };
+  EXPECT_EQ(widthOf("300pt"), 800) << "twice the size, at 4 pixels for 3 points";
+  EXPECT_NEAR(widthOf("20000pt"), 32000, 2) << "a PNG ends at 32767 pixels";
+}
+
 TEST_F(Charts, AMissingProgramIsNamedWithItsPackage) {
   const std::string path = std::getenv("PATH");
   setenv("PATH", home.c_str(), 1);
@@ -140,6 +165,17 @@ TEST_F(Pedigrees, RelativesAreFoundByTheirParentsAlone) {
   EXPECT_EQ(ids(animalPedigree("5", {.ancestors = 1})), (std::vector<std::string>{"5", "3", "4"}));
   EXPECT_EQ(ids(animalPedigree("5", {.ancestors = 0, .descendants = 2})), (std::vector<std::string>{"5", "6", "9"}));
   EXPECT_THROW(animalPedigree("no such", {}), Failure);
+}
+
+TEST_F(Pedigrees, OnlyMatesWithoutARecordAreWild) {
+  const std::string animals =
+      table("wild.csv", "id,sire,dam,sex,birth_date\n1,P1,P2,M,1999-05-01\nP1,,,M,\nP2,,,F,1990-04-01\n");
+  dropStudbook();
+  loadStudbook(studbook_files{.animals = animals, .events = {}, .locations = {}, .programs = {}, .titles = {}});
+  const pedigree_drawing drawing = animalPedigree("1", {});
+  ASSERT_EQ(drawing.animals.size(), 3U);
+  EXPECT_EQ(drawing.animals[1].lines, (std::vector<std::string>{"P1", "wild"}));
+  EXPECT_EQ(drawing.animals[2].lines, (std::vector<std::string>{"P2", "1990"}));
 }
 
 TEST_F(Pedigrees, SymbolsTellSexDeathAndRelatedParents) {
