@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "spx/core/animal_data.h"
 #include "spx/core/enumerations.h"
 #include "spx/core/estimated_dates.h"
 #include "spx/core/meta_population.h"
-#include "spx/core/studbook.h"
 #include "spx/core/sub_taxa.h"
 #include "spx/project/biology.h"
 #include "spx/support/julian_date.h"
@@ -18,6 +18,21 @@ namespace {
 
 void addWords(std::string& text, const std::string& words) {
   text += (text.empty() ? "" : ", ") + words;
+}
+
+// A date known by year or by month reaches to the end of it, or the animals born in the last year would not be there.
+qs_lib::day_number lastDayOf(const move_data& event) {
+  const bool is_rough = event.accuracy == DATE_ACCURACY::BY_YEAR || event.accuracy == DATE_ACCURACY::BY_MONTH;
+  return is_rough && event.date != 0 ? static_cast<qs_lib::day_number>(rangeOf(event).last) : event.date;
+}
+
+qs_lib::day_number lastDayOfRecords() {
+  qs_lib::day_number last = 0;
+  for (const master_data& animal : Animals.records) {
+    last = std::max({last, lastDayOf(animal.birth), lastDayOf(animal.death)});
+    for (const move_data& move : animal.moves) last = std::max(last, lastDayOf(move));
+  }
+  return last;
 }
 
 }  // namespace
@@ -52,10 +67,11 @@ std::string counted(std::size_t number, const std::string& noun) {
 }
 
 void endWithStudbook() {
-  if (Book.update_date == 0) return;
+  const qs_lib::day_number last = lastDayOfRecords();
+  if (last == 0) return;
   const open_dates open = openDates();
-  if (open.until) View.end_date = std::min(View.end_date, Book.update_date);
-  if (open.on) View.monitor_date = std::min(View.monitor_date, Book.update_date);
+  if (open.until) View.end_date = std::min(View.end_date, last);
+  if (open.on) View.monitor_date = std::min(View.monitor_date, last);
 }
 
 void addDeathNote(Table& table, double deaths) {

@@ -38,8 +38,8 @@ void addDeathNote(Table& table, double deaths);
 std::string countNote(std::size_t in_view, const left_out_counts& left_out);
 
 /// Ends the view with the studbook: where the period, or the day asked for, is open until today, it ends on the last
-/// date that the records have. Animals are not taken to live on, without a birth or a death, after the last entry of a
-/// keeper.
+/// date that the records have; a last date known by year or month means the end of it. Animals are not taken to live
+/// on, without a birth or a death, after the last entry of a keeper.
 void endWithStudbook();
 
 /// The gestation of the species in use in days; 0 when the life history does not tell it.

@@ -27,7 +27,11 @@ class Figures {
 
   void count(const char* figure, std::size_t value) { addRow(figure, {cell(static_cast<double>(value), 0)}); }
   void value(const char* figure, double value, double lower = NOT_KNOWN, double upper = NOT_KNOWN) {
-    addRow(figure, {cell(value, DECIMALS), cell(lower, DECIMALS), cell(upper, DECIMALS)});
+    std::vector<Cell> cells = {cell(value, DECIMALS)};
+    if (!for_people_ || !std::isnan(lower) || !std::isnan(upper)) {
+      cells.insert(cells.end(), {cell(lower, DECIMALS), cell(upper, DECIMALS)});
+    }
+    addRow(figure, std::move(cells));
   }
   Table& table() { return table_; }
 
@@ -40,7 +44,10 @@ class Figures {
       return table_column{.name = name, .title = title, .kind = kind, .help = help, .alignment = ALIGNMENT::RIGHT};
     };
     return {{.name = "section", .title = "Section"},
-            {.name = "figure", .title = "Figure"},
+            {.name = "figure",
+             .title = "Figure",
+             .help = "lambda: growth factor a year, 1.02 is 2 % more every year; R0: offspring of its own sex that a "
+                     "newborn will have"},
             number("value", "Value", ""),
             number("lower", "Lower", "interval of 95 %, where there is one"),
             number("upper", "Upper", "")};

@@ -261,7 +261,7 @@ std::vector<table_column> lifeColumns(const time_unit& unit) {
     return table_column{.name = name, .title = name, .kind = COLUMN_KIND::REAL, .decimals = 4, .in_text = false};
   };
   return {{.name = "sex", .title = "Sex"},
-          real("age", "Age", unit.decimals == 0 ? 0 : 1, "at the start of the class, " + in),
+          real("age", "Age", std::fmod(View.class_width, unit.days) == 0 ? 0 : 2, "at the start of the class, " + in),
           real("at_risk", "At risk", 1, "animals at risk; with prorating, parts of the class count as parts"),
           real("deaths", "Deaths", 1, ""),
           real("q", "q", 3, "chance to die in the class"),

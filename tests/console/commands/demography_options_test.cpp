@@ -327,6 +327,7 @@ constexpr char NOBODY[] = "";
 constexpr char ONE[] = "1,,,f,2001-05-01,\n";
 constexpr char UNDATED[] = "1,,,f,,\n2,,,m,,\n3,2,1,m,,\n";
 constexpr char DEATHLESS[] = "1,,,f,2001-01-05,\n2,,,m,2001-03-05,\n3,2,1,m,2004-04-04,\n4,2,1,f,2005-06-06,\n";
+constexpr char BY_YEAR[] = "1,,,f,2001,\n2,,1,m,2003,\n";
 constexpr char STILLBORN[] = "1,,,f,2001-01-05,2001-01-05\n";
 
 constexpr small_book SMALL_BOOKS[] = {
@@ -347,6 +348,8 @@ constexpr small_book SMALL_BOOKS[] = {
     {STILLBORN, "survival", "all: 1 watched, 1 death; median 0.00 (95 % not reached to not reached)"},
     {STILLBORN, "life-table", "first 30 days 100.0 %"},
     {STILLBORN, "projection", "No animals are present on 2001-01-05: there is nothing to project."},
+    {BY_YEAR, "age-pyramid", "2 animals present on 2003-12-31."},
+    {BY_YEAR, "demography", "all animals, until 2003-12-31"},
     {DEATHLESS, "survival", "median not reached; mean up to the last age 4.42;\nfirst year 100.0 % survive."},
     {DEATHLESS, "survival", "No death is recorded: every animal is taken to live on."},
     {DEATHLESS, "growth", "No death is recorded: every animal is taken to live on."},
