@@ -50,11 +50,12 @@ void addReportCommands(std::vector<command>& commands) {
                                        "Only these, separated by commas: " + names)
                             ->delimiter(',')
                             ->type_name("LIST");
-                        app.add_flag("--cards", options->choice.cards, "Draw a small pedigree of each living animal");
+                        app.add_flag("--cards", options->choice.cards,
+                                     "Show the ancestors of each living animal, to the great-grandparents");
                         app.add_option("--gene-drops", options->choice.gene_drops, "Runs for the founders' retention")
                             ->check(CLI::Range(1, 1000000))
                             ->capture_default_str();
-                        addViewOptions(app, options->view, WHOLE_VIEW);
+                        addViewOptions(app, options->view, WHOLE_VIEW & ~(VIEW_PARENTS | VIEW_WORDS));
                       }});
 }
 

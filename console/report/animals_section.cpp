@@ -1,5 +1,6 @@
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -9,9 +10,7 @@
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
 
-#include "console/base/failure.h"
 #include "console/base/natural_order.h"
-#include "console/charts/animal_pedigree.h"
 #include "console/output/animal_table.h"
 #include "console/report/report_sections.h"
 #include "console/results/genetic_basis.h"
@@ -42,10 +41,82 @@ struct natural_less {
   bool operator()(const std::string& a, const std::string& b) const { return compareNaturally(a, b) < 0; }
 };
 
+/// The records by ID; the first one of a duplicate.
+using record_map = std::unordered_map<std::string_view, const master_data*>;
+
+record_map recordsById() {
+  record_map records;
+  for (const master_data& animal : Animals.records) {
+    records.emplace(animal.stud_id, &animal);
+  }
+  return records;
+}
+
+std::string shownId(const std::string& id) {
+  if (isPseudoIndividual(id) && !isPseudoFounder(id)) {
+    return id == "WILD" ? "wild" : "unknown";
+  }
+  return id.empty() ? "unknown" : "<bdi>" + html(id) + "</bdi>";
+}
+
+/// Parents, grandparents and great-grandparents side by side, each sire above its dam.
+class AncestorTable {
+ public:
+  explicit AncestorTable(const record_map& records) : records_(records) {}
+
+  std::string markup(const master_data& animal) const {
+    std::string out = "<table class=\"pedigree\" aria-label=\"Ancestors, sires above dams\">\n";
+    for (std::size_t row = 0; row < ROWS; ++row) {
+      out += "<tr>";
+      for (std::size_t height = ROWS / 2; height > 0; height /= 2) {
+        if (row % height == 0) {
+          out += "<td" + (height > 1 ? " rowspan=\"" + std::to_string(height) + "\">" : std::string(">")) +
+                 ancestor(animal, row, height) + "</td>";
+        }
+      }
+      out += "</tr>\n";
+    }
+    return out + "</table>\n";
+  }
+
+ private:
+  static constexpr std::size_t ROWS = 8;
+
+  /// The ancestor whose cell begins in the row and is so high: from the animal down to it, the upper half of the rows
+  /// is always the sire's side.
+  std::string ancestor(const master_data& animal, std::size_t row, std::size_t height) const {
+    const master_data* child = &animal;
+    for (std::size_t half = ROWS / 2;; half /= 2) {
+      const std::string& parent = row / half % 2 == 0 ? child->sire_id : child->dam_id;
+      const auto found = records_.find(parent);
+      if (half == height) {
+        return shownId(parent) + (found == records_.end() ? "" : year(*found->second));
+      }
+      if (found == records_.end() || isFromNowhere(*found->second)) {
+        return "";
+      }
+      child = found->second;
+    }
+  }
+
+  /// Whether nothing can be said of its parents: a placeholder, or a wild mate.
+  static bool isFromNowhere(const master_data& animal) {
+    return isPseudoIndividual(animal.stud_id) && isPseudoIndividual(animal.sire_id) &&
+           isPseudoIndividual(animal.dam_id);
+  }
+
+  static std::string year(const master_data& animal) {
+    const bool is_known = animal.birth.date != 0 && !isPseudoIndividual(animal.stud_id);
+    return is_known ? " " + qs_lib::julianToISO(qs_lib::dayToMs(animal.birth.date)).substr(0, 4) : "";
+  }
+
+  const record_map& records_;
+};
+
 class Cards {
  public:
-  Cards(HtmlPage& page, report_context& context, const std::vector<position>& animals)
-      : page_(page), context_(context), offspring_(offspringOf(animals)) {}
+  Cards(HtmlPage& page, const report_context& context, const std::vector<position>& animals)
+      : page_(page), context_(context), offspring_(offspringOf(animals)), records_(recordsById()) {}
 
   void add(position at) {
     const master_data& animal = Animals.records[at];
@@ -54,24 +125,18 @@ class Cards {
                        linked(animal.sire_id) + ", dam " + linked(animal.dam_id) + "</p>\n";
     const std::vector<std::string>& young = offspring_.at(animal.stud_id);
     if (!young.empty()) {
-      text += "<p>" + std::to_string(young.size()) + (young.size() == 1 ? " offspring:" : " offspring:");
+      text += "<p>" + std::to_string(young.size()) + " offspring:";
       for (const std::string& id : young) {
         text += " " + linked(id);
       }
       text += "</p>\n";
     }
-    page_.markup(text + "</div>\n");
-    if (context_.cards) {
-      addPedigree(animal.stud_id);
-    }
+    page_.markup(text + (context_.cards ? AncestorTable(records_).markup(animal) : "") + "</div>\n");
   }
 
  private:
   std::string linked(const std::string& id) const {
-    if (isPseudoIndividual(id) && !isPseudoFounder(id)) {
-      return id == "WILD" ? "wild" : "unknown";
-    }
-    return offspring_.contains(id) ? link(anchor("animal", id), id) : "<bdi>" + html(id) + "</bdi>";
+    return offspring_.contains(id) ? link(anchor("animal", id), id) : shownId(id);
   }
 
   std::string facts(const master_data& animal) const {
@@ -83,23 +148,13 @@ class Cards {
     if (age >= 0) {
       out += " (" + qs_lib::realToString(age, 1) + " years)";
     }
-    return out + (animal.fcoef >= 0 ? ", F " + qs_lib::realToString(animal.fcoef, 4) : "");
-  }
-
-  void addPedigree(const std::string& id) {
-    pedigree_extent extent;
-    extent.ancestors = 3;
-    try {
-      page_.picture(drawPedigree(animalPedigree(id, extent)), "Three generations of ancestors of " + id);
-    } catch (const Failure& failure) {
-      context_.cards = false;
-      context_.left_out.push_back(std::string("Pedigrees are left out: ") + failure.what());
-    }
+    return out + (animal.fcoef >= 0 ? ", F\u00a0" + qs_lib::realToString(animal.fcoef, 4) : "");
   }
 
   HtmlPage& page_;
-  report_context& context_;
+  const report_context& context_;
   offspring_map offspring_;
+  record_map records_;
 };
 
 }  // namespace
@@ -122,9 +177,11 @@ void addAnimals(HtmlPage& page, report_context& context) {
   for (auto& [place, animals] : places) {
     sortNaturally(animals);
     page.subheading(place + " (" + std::to_string(animals.size()) + ")");
+    page.markup("<div class=\"cards\">\n");
     for (const position at : animals) {
       cards.add(at);
     }
+    page.markup("</div>\n");
   }
 }
 

@@ -42,6 +42,25 @@ HtmlPage::cell_markup linkedAnimals(const report_context& context, const Table& 
 
 }  // namespace
 
+const Table& foundersOf(report_context& context) {
+  if (!context.founders) {
+    gene_drop_options drop;
+    drop.runs = context.gene_drops;
+    drop.threads = GeneticBasis::threads();
+    context.founders = foundersTable(GeneticBasis(), UNKNOWN, drop);
+  }
+  return *context.founders;
+}
+
+const Table& pairsOf(report_context& context) {
+  if (!context.pairs) {
+    pair_choice choice;
+    choice.picks = PAIRS;
+    context.pairs = pairsTable(GeneticBasis(), choice, UNKNOWN);
+  }
+  return *context.pairs;
+}
+
 void addGenetics(HtmlPage& page, report_context& context) {
   page.section("genetics", "Genetics");
   const GeneticBasis basis;
@@ -58,13 +77,12 @@ void addGenetics(HtmlPage& page, report_context& context) {
 
 void addFounders(HtmlPage& page, report_context& context) {
   page.section("founders", "Founders");
-  const GeneticBasis basis;
-  gene_drop_options drop;
-  drop.runs = context.gene_drops;
-  drop.threads = GeneticBasis::threads();
-  const Table table = foundersTable(basis, UNKNOWN, drop);
+  page.paragraph(
+      "Founders are the animals without parents in the studbook. What is left of a founder's genes is its retention; "
+      "where it is low, the descendants of that founder should breed.");
+  const Table& table = foundersOf(context);
   addChart(
-      page, context, [&] { return foundersChart(table, context.subtitle); }, table,
+      page, context, [&] { return foundersChart(table, context.day_subtitle); }, table,
       "What each founder contributes to the living, and what is left of its genes");
 }
 
@@ -77,10 +95,8 @@ void addMeanKinship(HtmlPage& page, report_context& context) {
 
 void addPairs(HtmlPage& page, report_context& context) {
   page.section("pairs", "Best pairs");
-  pair_choice choice;
-  choice.picks = PAIRS;
   try {
-    const Table table = pairsTable(GeneticBasis(), choice, UNKNOWN);
+    const Table& table = pairsOf(context);
     page.paragraph("Picked one after the other, each pair given that those before it have one offspring.");
     page.table(table, "The pairs that keep gene diversity highest", linkedAnimals(context, table, {"sire", "dam"}));
   } catch (const Failure& failure) {

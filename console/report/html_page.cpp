@@ -64,8 +64,10 @@ std::string recordMarkup(const Table& table, const std::string& caption) {
   std::string out = "<div class=\"scroll\"><table>\n<caption>" + html(caption) + "</caption>\n<tbody>\n";
   for (const std::size_t at : part.columns) {
     const table_column& column = table.columns()[at];
-    out += "<tr><th scope=\"row\">" + html(column.title) + "</th>" + (isNumber(column) ? "<td class=\"n\">" : "<td>") +
-           html(cellText(table.cell(0, at), column)) + "</td><td>" + html(column.help) + "</td></tr>\n";
+    const char* part_of_row_above = column.title.starts_with(' ') ? " class=\"part\"" : "";
+    out += std::string("<tr><th scope=\"row\"") + part_of_row_above + ">" + html(column.title) + "</th>" +
+           (isNumber(column) ? "<td class=\"n\">" : "<td>") + html(cellText(table.cell(0, at), column)) + "</td><td>" +
+           html(column.help) + "</td></tr>\n";
   }
   return out + "</tbody></table></div>\n" + notes(table);
 }

@@ -24,19 +24,27 @@ nav ul { columns: 2; padding-left: 1.2rem; }
 table { border-collapse: collapse; font-size: .88rem; font-variant-numeric: tabular-nums; margin: .4rem 0; }
 caption { text-align: left; color: var(--soft); padding: .2rem 0; }
 th, td { padding: .2rem .6rem .2rem 0; text-align: left; vertical-align: top; border-bottom: 1px solid var(--line);
-  unicode-bidi: isolate; overflow-wrap: anywhere; }
-th { border-bottom: 2px solid var(--line); overflow-wrap: normal; }
-td.n, th.n { text-align: right; overflow-wrap: normal; }
+  unicode-bidi: isolate; overflow-wrap: break-word; max-width: 24rem; }
+thead th { border-bottom-width: 2px; }
+tbody th { font-weight: 500; }
+th.part { padding-left: 1.2rem; font-weight: 400; }
+td.n, th.n { text-align: right; }
 .figures { display: grid; grid-template-columns: repeat(auto-fill, minmax(9.5rem, 1fr)); gap: .6rem; margin: .8rem 0; }
 .figures div { background: var(--card); border-radius: .4rem; padding: .6rem .8rem; }
 .figures b { display: block; font-size: 1.35rem; }
 .figures span { color: var(--soft); font-size: .85rem; }
 figure { margin: 1rem 0; }
-figure svg { max-width: 100%; height: auto; }
+figure svg { width: 45rem; max-width: 100%; height: auto; }
 details { margin: .3rem 0; }
 summary { color: var(--soft); cursor: pointer; }
 dl { font-size: .88rem; } dt { font-weight: 600; } dd { margin: 0 0 .3rem 1rem; }
-.card { background: var(--card); border-radius: .4rem; padding: .5rem .8rem; margin: .5rem 0; break-inside: avoid; }
+.cards { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(19rem, 100%), 1fr)); gap: .6rem; }
+.card { background: var(--card); border-radius: .4rem; padding: .5rem .8rem; break-inside: avoid; min-width: 0;
+  overflow-wrap: anywhere; }
+.card p { margin: .2rem 0; font-size: .92rem; }
+.pedigree { font-size: .78rem; width: 100%; table-layout: fixed; }
+.pedigree td { vertical-align: middle; padding: .1rem .3rem; border: 1px solid var(--line); }
+h1, h2, h3, li, p, figcaption, summary { overflow-wrap: anywhere; }
 .card h4 { margin: 0; font-size: 1rem; }
 bdi { unicode-bidi: isolate; }
 @media (prefers-color-scheme: dark) { figure svg { background: #ffffff; border-radius: .4rem; } }
@@ -44,7 +52,8 @@ bdi { unicode-bidi: isolate; }
 @media print {
   :root { --text: #000; --soft: #444; --line: #bbb; --page: #fff; --card: #f4f4f4; --link: #000; }
   body { max-width: none; font-size: 10pt; } nav { display: none; } a { text-decoration: none; }
-  h2 { break-after: avoid; } figure, tr { break-inside: avoid; } .scroll { overflow: visible; }
+  h2, h3, caption { break-after: avoid; } figure, tr { break-inside: avoid; } .scroll { overflow: visible; }
+  details:not([open]) { display: none; } figure svg { width: 36rem; } .cards { grid-template-columns: 1fr 1fr; }
 }
 )css";
 

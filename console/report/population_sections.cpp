@@ -103,7 +103,8 @@ void addAges(HtmlPage& page, report_context& context) {
   page.section("ages", "Age structure");
   const Table table = pyramidTable(timeUnit("years"), false);
   addChart(
-      page, context, [&] { return pyramidChart(table, context.subtitle, "years"); }, table, "Animals by age and sex");
+      page, context, [&] { return pyramidChart(table, context.day_subtitle, "years"); }, table,
+      "Animals by age and sex");
 }
 
 void addSurvival(HtmlPage& page, report_context& context) {

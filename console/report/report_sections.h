@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "console/charts/chart.h"
@@ -12,12 +13,21 @@ namespace spx::console {
 
 /// What the sections share.
 struct report_context {
-  std::string subtitle;  ///< of charts: whose figures, of which days
+  std::string subtitle;      ///< of charts: whose figures, of which period
+  std::string day_subtitle;  ///< of charts of one day: whose, and the day
   std::size_t gene_drops = 1000;
-  bool cards = false;                 ///< a small pedigree on each card
+  bool cards = false;                 ///< the ancestors on each card, to the great-grandparents
   bool links = true;                  ///< the page has cards that IDs can link to
   std::vector<std::string> left_out;  ///< what could not be shown and why, gathered by the sections
+  std::optional<Table> founders;      ///< by foundersOf
+  std::optional<Table> pairs;         ///< by pairsOf
 };
+
+/// foundersTable() of the living, computed once.
+const Table& foundersOf(report_context& context);
+
+/// The pairs to make first, computed once. Throws Failure when there are none.
+const Table& pairsOf(report_context& context);
 
 /// Adds the chart with its table; where the chart cannot be drawn, the table alone, and a line of `left_out`.
 void addChart(HtmlPage& page, report_context& context, const std::function<chart()>& make, const Table& data,

@@ -14,6 +14,7 @@
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
 #include "console/charts/table_values.h"
+#include "console/output/animal_table.h"
 #include "console/report/html_page.h"
 #include "console/report/report_sections.h"
 #include "console/results/demography_notes.h"
@@ -57,22 +58,43 @@ std::string decimals(double value, int digits) {
   return std::isnan(value) ? "not known" : qs_lib::realToString(value, digits);
 }
 
-std::size_t placesOf(const GeneticBasis& basis) {
-  std::set<packed_deme> places;
+/// How many places of the living are known, and how many animals are at none of them.
+struct places {
+  std::size_t known = 0;
+  std::size_t animals_elsewhere = 0;
+};
+
+places placesOf(const GeneticBasis& basis) {
+  std::set<std::string> known;
+  places found;
   for (const animal_number animal : basis.living()) {
-    places.insert(currentDeme(basis.record(animal), View.monitor_date));
+    const std::string place = placeText(currentDeme(basis.record(animal), View.monitor_date));
+    if (place.empty()) {
+      ++found.animals_elsewhere;
+    } else {
+      known.insert(place);
+    }
   }
-  return places.size();
+  found.known = known.size();
+  return found;
 }
 
-/// "grows by 2.1 % a year", for a growth factor.
-std::string growthText(double lambda) {
-  if (std::isnan(lambda)) {
-    return "is not known to grow or decline";
-  }
-  const double percent = 100 * (lambda - 1);
-  const std::string size = qs_lib::realToString(std::abs(percent), 1) + " % a year";
-  return std::abs(percent) < 0.05 ? "is stable" : percent > 0 ? "grows by " + size : "declines by " + size;
+std::string percentAYear(double lambda) {
+  return qs_lib::realToString(std::abs(100 * (lambda - 1)), 1) + " % a year";
+}
+
+bool isStable(double lambda) {
+  return std::abs(lambda - 1) < 0.0005;
+}
+
+/// "grew by 2.1 % a year", for a growth factor of the past.
+std::string pastGrowth(double lambda) {
+  return isStable(lambda) ? "stayed the same" : (lambda > 1 ? "grew by " : "fell by ") + percentAYear(lambda);
+}
+
+/// "+2.1 %".
+std::string signedPercent(double lambda) {
+  return isStable(lambda) ? "0.0 %" : (lambda > 1 ? "+" : "") + qs_lib::realToString(100 * (lambda - 1), 1) + " %";
 }
 
 /// A figure of the demography page by its name; NaN for one that it does not have.
@@ -83,40 +105,140 @@ double figureOf(const Table& page, const std::string& name) {
                               : numbersOf(page, "value")[static_cast<std::size_t>(found - names.begin())];
 }
 
-void addNumbers(const GeneticBasis& basis, std::vector<std::string>& sentences) {
-  sentences.push_back(counted(basis.living().size(), "animal") + " of the view " +
-                      (basis.living().size() == 1 ? "is" : "are") + " alive and present on " +
-                      dayText(View.monitor_date) + ", at " + counted(placesOf(basis), "location") + ".");
-  const Table page = yearlyFigures(false);
-  sentences.push_back("By its census the population " + growthText(figureOf(page, "lambda by census, 10 years")) +
-                      " over the last ten years, and " + growthText(figureOf(page, "lambda by census, whole period")) +
-                      " over the whole period; by births and deaths alone it " +
-                      growthText(figureOf(page, View.sex == SEX::MALE ? "lambda by life table, males"
-                                                                      : "lambda by life table, females")) +
-                      ".");
+/// The summary: a few figures at a glance, and sentences that say what they mean.
+struct summary_text {
+  std::vector<std::pair<std::string, std::string>> figures;
+  std::vector<std::string> sentences;
+};
+
+void addNumbers(const GeneticBasis& basis, summary_text& to) {
+  const std::size_t living = basis.living().size();
+  const places at = placesOf(basis);
+  std::string where = at.known == 0 ? "; where they are is not recorded" : ", at " + counted(at.known, "place");
+  if (at.known > 0 && at.animals_elsewhere > 0) {
+    where += "; where " + std::to_string(at.animals_elsewhere) + " of them are is not recorded";
+  }
+  to.sentences.push_back(counted(living, "animal") + (living == 1 ? " is" : " are") + " alive and present on " +
+                         dayText(View.monitor_date) + where + ".");
+  const auto is_dead = [](const master_data& animal) { return animal.death.date != 0; };
+  if (living > 0 && std::none_of(Animals.records.begin(), Animals.records.end(), is_dead)) {
+    to.sentences.emplace_back("The studbook records no deaths: every animal counts as alive, however old.");
+  }
+  to.figures.emplace_back("animals alive", std::to_string(living));
+  if (at.known > 0) {
+    to.figures.emplace_back("places", std::to_string(at.known));
+  }
 }
 
-void addGenes(const GeneticBasis& basis, std::vector<std::string>& sentences) {
+void addGrowthOfNumbers(summary_text& to) {
+  const Table page = yearlyFigures(false);
+  const double ten_years = figureOf(page, "lambda by census, 10 years");
+  const double period = figureOf(page, "lambda by census, whole period");
+  if (!std::isnan(period)) {
+    const std::string whole = std::string("over the whole period it ") + pastGrowth(period) + ".";
+    to.sentences.push_back(std::isnan(ten_years)
+                               ? "Counted from census to census the number of animals " + pastGrowth(period) + "."
+                               : "In the last ten years the number of animals " + pastGrowth(ten_years) + "; " + whole);
+    to.figures.emplace_back(std::isnan(ten_years) ? "a year, whole period" : "a year, last ten years",
+                            signedPercent(std::isnan(ten_years) ? period : ten_years));
+  }
+  const bool males = View.sex == SEX::MALE;
+  const double births = figureOf(page, males ? "lambda by life table, males" : "lambda by life table, females");
+  if (!std::isnan(births)) {
+    to.sentences.push_back(
+        std::string("At the rates of births and deaths of the period, with no animal coming or "
+                    "going, it would ") +
+        (isStable(births) ? "stay the same" : (births > 1 ? "grow by " : "fall by ") + percentAYear(births)) + ".");
+  }
+}
+
+void addGenes(const GeneticBasis& basis, summary_text& to) {
   if (basis.living().empty()) {
     return;
   }
   const Table record = geneticRecord(basis, UNKNOWN_PARENTS::FOUNDER);
-  sentences.push_back("Mean inbreeding of the living is " + decimals(last(numbersOf(record, "mean_f")), 4) +
-                      ", their gene diversity " + decimals(last(numbersOf(record, "gene_diversity")), 4) +
-                      ", as much as " + decimals(last(numbersOf(record, "fg")), 1) + " founders would hold.");
-  const founder_states founders = founderStates(basis, basis.living());
-  sentences.push_back(counted(founders.living + founders.represented, "founder") + " have living descendants; " +
-                      std::to_string(founders.potential) + " could still be bred from; " +
-                      std::to_string(founders.lost) + " are lost.");
+  const double inbreeding = last(numbersOf(record, "mean_f"));
+  const double diversity = last(numbersOf(record, "gene_diversity"));
+  const std::string kept = decimals(100 * diversity, 1) + " %";
+  to.sentences.push_back("Mean inbreeding of the living is " + decimals(inbreeding, 4) +
+                         " (0 for unrelated parents, 0.25 for parents that are full sibs).");
+  to.sentences.push_back("The living hold " + kept +
+                         " of the gene diversity of the population that the founders came " + "from, as much as " +
+                         decimals(last(numbersOf(record, "fg")), 1) + " unrelated founders would.");
+  to.figures.emplace_back("mean inbreeding", decimals(inbreeding, 3));
+  to.figures.emplace_back("gene diversity", kept);
 }
 
-void addSummary(HtmlPage& page) {
+/// Founders with living descendants of whose genes less than a quarter is left, the least first.
+std::vector<std::pair<double, std::string>> nearlyLost(const Table& founders) {
+  constexpr double QUARTER = 0.25;
+  const std::vector<std::string> ids = textsOf(founders, "id");
+  const std::vector<double> retentions = numbersOf(founders, "retention");
+  const std::vector<double> descendants = numbersOf(founders, "living_descendants");
+  std::vector<std::pair<double, std::string>> found;
+  for (std::size_t row = 0; row < ids.size(); ++row) {
+    if (descendants[row] > 0 && retentions[row] < QUARTER) {
+      found.emplace_back(retentions[row], ids[row]);
+    }
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+void addFounderSentences(const GeneticBasis& basis, report_context& context, summary_text& to) {
+  constexpr std::size_t MOST = 6;
+  const founder_states founders = founderStates(basis, basis.living());
+  const std::size_t with = founders.living + founders.represented;
+  to.sentences.push_back(counted(with, "founder") + (with == 1 ? " has" : " have") + " living descendants; " +
+                         std::to_string(founders.potential) + " without any could still be bred from; " +
+                         std::to_string(founders.lost) + (founders.lost == 1 ? " is" : " are") + " lost.");
+  const auto nearly = nearlyLost(foundersOf(context));
+  to.figures.emplace_back("founders nearly lost", std::to_string(nearly.size()));
+  if (nearly.empty()) {
+    to.sentences.emplace_back("No founder with living descendants has less than a quarter of its genes left.");
+    return;
+  }
+  std::string list;
+  for (std::size_t at = 0; at < std::min(MOST, nearly.size()); ++at) {
+    list += (at == 0 ? " " : ", ") + nearly[at].second + " (" + decimals(100 * nearly[at].first, 0) + " % left)";
+  }
+  to.sentences.push_back("Nearly lost, with less than a quarter of their genes left in the living:" + list +
+                         (nearly.size() > MOST ? " and " + std::to_string(nearly.size() - MOST) + " more." : "."));
+}
+
+void addPairSentence(report_context& context, summary_text& to) {
+  constexpr std::size_t MOST = 3;
+  try {
+    const Table& pairs = pairsOf(context);
+    const std::vector<std::string> sires = textsOf(pairs, "sire");
+    const std::vector<std::string> dams = textsOf(pairs, "dam");
+    std::string list;
+    for (std::size_t row = 0; row < std::min(MOST, sires.size()); ++row) {
+      list += (row == 0 ? " " : ", ") + sires[row] + " with " + dams[row];
+    }
+    if (!list.empty()) {
+      to.sentences.push_back("To keep the most gene diversity, pair next:" + list + ".");
+    }
+  } catch (const Failure&) {
+    // The section of pairs says why there are none.
+  }
+}
+
+void addSummary(HtmlPage& page, const report_choice& choice, report_context& context) {
   page.section("summary", "Summary");
   const GeneticBasis basis;
-  std::vector<std::string> sentences;
-  addNumbers(basis, sentences);
-  addGenes(basis, sentences);
-  page.list(sentences);
+  summary_text summary;
+  addNumbers(basis, summary);
+  addGrowthOfNumbers(summary);
+  addGenes(basis, summary);
+  if (!basis.living().empty() && isWanted(choice, "founders")) {
+    addFounderSentences(basis, context, summary);
+  }
+  if (!basis.living().empty() && isWanted(choice, "pairs")) {
+    addPairSentence(context, summary);
+  }
+  page.figures(summary.figures);
+  page.list(summary.sentences);
 }
 
 void addAssumptions(HtmlPage& page, const report_context& context) {
@@ -154,10 +276,11 @@ std::string studbookReport(const report_choice& choice) {
   page.titleLine("Made on " + qs_lib::getTodayAsISO() + " with spx " + libraryVersion());
   report_context context;
   context.subtitle = choice.studbook + ": " + viewText();
+  context.day_subtitle = choice.studbook + ": " + whoText() + ", on " + dayText(View.monitor_date);
   context.gene_drops = choice.gene_drops;
   context.cards = choice.cards;
   context.links = isWanted(choice, "animals");
-  addSummary(page);
+  addSummary(page, choice, context);
   for (const report_section& section : SECTIONS) {
     if (isWanted(choice, section.name)) {
       section.add(page, context);

@@ -58,6 +58,116 @@ std::string shown(double value, int decimals) {
   return text;
 }
 
+/// The cells of the table with a caption, row by row, as a reader sees them; the head is the first row.
+std::vector<std::vector<std::string>> tableOf(const std::string& page, const std::string& caption) {
+  const std::string start = "<caption>" + caption + "</caption>";
+  EXPECT_NE(page.find(start), std::string::npos) << caption;
+  const std::size_t from = page.find(start) + start.size();
+  std::vector<std::vector<std::string>> rows;
+  for (const std::string& row : between(page.substr(from, page.find("</table>", from) - from), "<tr>", "</tr>")) {
+    std::vector<std::string>& cells = rows.emplace_back();
+    std::string text;
+    bool in_tag = false;
+    for (std::size_t at = 0; at < row.size(); ++at) {
+      if (row.compare(at, 4, "<td>") == 0 || row.compare(at, 4, "<td ") == 0 || row.compare(at, 3, "<th") == 0) {
+        cells.emplace_back();
+      }
+      in_tag = row[at] == '<' || (in_tag && row[at - 1] != '>');
+      if (!in_tag && !cells.empty()) cells.back() += row[at];
+    }
+  }
+  return rows;
+}
+
+TEST_F(Report, EveryFigureIsThatOfItsCommand) {
+  const std::vector<std::string> day = {"--until", "2015-12-31", "--on", "2015-12-31"};
+  const std::string page = report({"--studbook", ZOOS, "report", "--until", "2015-12-31", "--on", "2015-12-31"});
+
+  const nlohmann::json census = answer({"census", "--until", "2015-12-31"});
+  const auto shown_census = tableOf(page, "Animals present on each census day, and what changed their number");
+  ASSERT_EQ(shown_census.size(), census.size() + 1);
+  const char* CENSUS[] = {"males",  "females", "unknown",    "total", "births",
+                          "deaths", "entries", "departures", "losses"};
+  for (std::size_t row = 0; row < census.size(); ++row) {
+    EXPECT_EQ(shown_census[row + 1][0], census[row]["date"].get<std::string>());
+    for (std::size_t at = 0; at < std::size(CENSUS); ++at) {
+      EXPECT_EQ(shown_census[row + 1][at + 1], census[row][CENSUS[at]].dump());
+    }
+  }
+
+  const nlohmann::json pyramid = answer({"age-pyramid", "--on", "2015-12-31"});
+  const auto shown_pyramid = tableOf(page, "Animals by age and sex");
+  ASSERT_EQ(shown_pyramid.size(), pyramid.size() + 1);
+  for (std::size_t row = 0; row < pyramid.size(); ++row) {
+    EXPECT_EQ(std::stod(shown_pyramid[row + 1][1]), pyramid[row]["males"].get<double>());
+    EXPECT_EQ(std::stod(shown_pyramid[row + 1][2]), pyramid[row]["females"].get<double>());
+  }
+
+  const nlohmann::json growth = answer({"growth", "--until", "2015-12-31"});
+  const auto shown_growth = tableOf(page, "Growth by births and deaths, and by the census");
+  const std::pair<std::size_t, const char*> GROWTH[] = {
+      {1, "r0"},      {2, "r0_lower"},      {4, "generation_time"}, {7, "r"},
+      {10, "lambda"}, {12, "lambda_upper"}, {13, "lambda_leslie"},  {14, "lambda_census"}};
+  for (const auto& [row, name] : GROWTH) EXPECT_EQ(shown_growth[row][1], shown(growth[name], 4)) << name;
+
+  const nlohmann::json lives = answer({"life-table", "--until", "2015-12-31"});
+  const auto shown_lives = tableOf(page, "Life table");
+  ASSERT_EQ(shown_lives.size(), lives.size() + 1);
+  for (std::size_t row = 0; row < lives.size(); ++row) {
+    EXPECT_EQ(shown_lives[row + 1][0], lives[row]["sex"].get<std::string>());
+    EXPECT_EQ(shown_lives[row + 1][2], shown(lives[row]["at_risk"], 1));
+    EXPECT_EQ(shown_lives[row + 1][6], shown(lives[row]["l"], 3));
+    EXPECT_EQ(shown_lives[row + 1][9], shown(lives[row]["m"], 3));
+  }
+
+  const nlohmann::json year = answer({"demography", "--until", "2015-12-31"});
+  const auto shown_year = tableOf(page, "The last twelve months, and the rates of the period");
+  ASSERT_EQ(shown_year.size(), year.size() + 1);
+  for (std::size_t row = 0; row < year.size(); ++row) {
+    EXPECT_EQ(shown_year[row + 1][1], year[row]["figure"].get<std::string>());
+    EXPECT_NEAR(std::stod(shown_year[row + 1][2]), year[row]["value"].get<double>(), 5.001e-4);
+  }
+
+  const nlohmann::json ranking = answer({"mean-kinship", "--on", "2015-12-31"});
+  const auto shown_ranking = tableOf(page, "The living, from the lowest mean kinship to the highest");
+  ASSERT_EQ(shown_ranking.size(), ranking.size() + 1);
+  for (std::size_t row = 0; row < ranking.size(); ++row) {
+    EXPECT_EQ(shown_ranking[row + 1][0], ranking[row]["id"].get<std::string>());
+    EXPECT_EQ(shown_ranking[row + 1][2], shown(ranking[row]["mk"], 4));
+  }
+
+  const nlohmann::json pairs = answer({"pairs", "--pick", "10", "--on", "2015-12-31"});
+  const auto shown_pairs = tableOf(page, "The pairs that keep gene diversity highest");
+  ASSERT_EQ(shown_pairs.size(), pairs.size() + 1);
+  for (std::size_t row = 0; row < pairs.size(); ++row) {
+    EXPECT_EQ(shown_pairs[row + 1][1], pairs[row]["sire"].get<std::string>());
+    EXPECT_EQ(shown_pairs[row + 1][2], pairs[row]["dam"].get<std::string>());
+  }
+
+  // The summary answers what a reader asks first.
+  const std::string summary = between(page, "<section id=\"summary\">", "</section>").at(0);
+  const nlohmann::json founders = answer({"founders", "--on", "2015-12-31", "--runs", "20"});
+  std::size_t nearly_lost = 0;
+  for (const nlohmann::json& founder : founders) {
+    const bool is_nearly_lost = founder["living_descendants"] > 0 && founder["retention"] < 0.25;
+    nearly_lost += is_nearly_lost;
+    const std::string named =
+        founder["id"].get<std::string>() + " (" + shown(100 * founder["retention"].get<double>(), 0) + " % left)";
+    if (is_nearly_lost) {
+      EXPECT_NE(summary.find(named), std::string::npos) << named << summary;
+    }
+  }
+  EXPECT_NE(summary.find("<b>" + std::to_string(nearly_lost) + "</b><span>founders nearly lost"), std::string::npos);
+  EXPECT_NE(summary.find("<b>" + std::to_string(ranking.size()) + "</b><span>animals alive"), std::string::npos);
+  EXPECT_NE(
+      summary.find("pair next: " + pairs[0]["sire"].get<std::string>() + " with " + pairs[0]["dam"].get<std::string>()),
+      std::string::npos);
+  const double decade = year[11]["value"];
+  ASSERT_EQ(year[11]["figure"], "lambda by census, 10 years");
+  EXPECT_NE(summary.find((decade > 1 ? "grew by " : "fell by ") + shown(std::abs(100 * (decade - 1)), 1) + " % a year"),
+            std::string::npos);
+}
+
 TEST_F(Report, ShowsWhatTheCommandsAnswer) {
   const std::string page = report({"--studbook", ZOOS, "report", "--until", "2015-12-31", "--on", "2015-12-31"});
   expectSound(page);
@@ -65,7 +175,8 @@ TEST_F(Report, ShowsWhatTheCommandsAnswer) {
   EXPECT_NE(page.find(shown(genetics["gene_diversity"], 4)), std::string::npos);
   EXPECT_NE(page.find(shown(genetics["mean_f"], 4)), std::string::npos);
   const nlohmann::json ranking = answer({"mean-kinship", "--on", "2015-12-31"});
-  EXPECT_NE(page.find("<li>" + std::to_string(ranking.size()) + " animals of the view"), std::string::npos);
+  EXPECT_NE(page.find("<li>" + std::to_string(ranking.size()) + " animals are alive and present on 2015-12-31, at "),
+            std::string::npos);
   EXPECT_EQ(between(page, "<div class=\"card\" id=\"", "\"").size(), ranking.size()) << "a card for each living animal";
   EXPECT_NE(page.find(shown(ranking.front()["mk"], 4)), std::string::npos);
   EXPECT_GE(between(page, "<svg ", ">").size(), 8U);
@@ -75,8 +186,9 @@ TEST_F(Report, TextsOfTheStudbookAreInert) {
   const std::string animals = table("animals.csv",
                                     "id,sire,dam,sex,birth_date,birth_location\n"
                                     "\"<script>alert(1)</script>&\"\"'\xE2\x80\xAE\",,,M,2000-01-01,\"<b>Zoo\"\n"
-                                    "2,,,F,2001-01-01,\"<b>Zoo\"\n");
-  const std::string page = report({"--studbook", animals, "report", "--title", "<script>\xE2\x80\xAE&amp;"});
+                                    "2,,,F,2001-01-01,\"<b>Zoo\"\n"
+                                    "3,\"<script>alert(1)</script>&\"\"'\xE2\x80\xAE\",2,F,2004-01-01,\"<b>Zoo\"\n");
+  const std::string page = report({"--studbook", animals, "report", "--cards", "--title", "<script>\xE2\x80\xAE&amp;"});
   expectSound(page);
   EXPECT_EQ(page.find("\xE2\x80\xAE"), std::string::npos);
   EXPECT_NE(page.find("&lt;b&gt;Zoo"), std::string::npos);
@@ -92,6 +204,64 @@ TEST_F(Report, TakesTheSectionsThatAreAskedFor) {
   EXPECT_EQ(run({"--studbook", ZOOS, "report", "--logo", ZOOS + "/animals.csv"}), 1);
 }
 
+TEST_F(Report, EachSectionStandsAlone) {
+  for (const char* name : {"census", "ages", "survival", "reproduction", "growth", "genetics", "founders",
+                           "mean-kinship", "pairs", "animals", "quality"}) {
+    SCOPED_TRACE(name);
+    const std::string page = report({"--studbook", ZOOS, "report", "--sections", name});
+    expectSound(page);
+    EXPECT_EQ(between(page, "<section id=\"", "\""), (std::vector<std::string>{"summary", name, "assumptions"}));
+  }
+}
+
+TEST_F(Report, TitleAndLogoStandAtTheTop) {
+  const std::pair<const char*, const char*> LOGOS[] = {
+      {"<svg xmlns=\"http://www.w3.org/2000/svg\"/>", "src=\"data:image/svg+xml;base64,PHN2ZyB4bWxucz0i"},
+      {"\x89PNG\r\n", "src=\"data:image/png;base64,iVBORw0K\""},
+      {"\xFF\xD8\xFF", "src=\"data:image/jpeg;base64,/9j/\""},
+  };
+  for (const auto& [bytes, source] : LOGOS) {
+    writeContent(at("logo"), bytes);
+    const std::string page = report(
+        {"--studbook", ZOOS, "report", "--sections", "quality", "--title", "Deer & <goats>", "--logo", at("logo")});
+    expectSound(page);
+    EXPECT_NE(page.find("<h1>Deer &amp; &lt;goats&gt;</h1>"), std::string::npos);
+    EXPECT_NE(page.find("<title>Deer &amp; &lt;goats&gt;</title>"), std::string::npos);
+    EXPECT_NE(page.find(source), std::string::npos) << source;
+  }
+  writeContent(at("logo"), "");
+  EXPECT_EQ(run({"--studbook", ZOOS, "report", "--logo", at("logo")}), 1);
+  EXPECT_EQ(run({"--studbook", ZOOS, "report", "--logo", at("missing.png")}), 1);
+  EXPECT_NE(takeErrors().find("--logo: cannot read"), std::string::npos);
+}
+
+// 5 is the offspring of full sibs, 6 of a wild sire, which is called P5 as the mate of 5.
+TEST_F(Report, CardsShowTheAncestorsOfAnAnimal) {
+  const std::string animals = table("animals.csv",
+                                    "id,sire,dam,sex,birth_date\n1,WILD,UNK,M,1990\n2,,,F,1991\n3,1,2,M,1994\n"
+                                    "4,1,2,F,1995\n5,3,4,F,1999\n6,WILD,5,F,2003\n");
+  const std::string page = report({"--studbook", animals, "report", "--sections", "animals", "--cards"});
+  expectSound(page);
+  const auto rowsOf = [&page](const std::string& id) {
+    const std::string card = between(page, "id=\"animal-" + id + "\"", "</table>").at(0);
+    std::string text;
+    for (const std::string& row : between(card, "<tr>", "</tr>")) {
+      for (const std::string& cell : between(row, "<td", "</td>")) {
+        for (const std::string& part : between(">" + cell.substr(cell.find('>') + 1) + "<", ">", "<")) text += part;
+        text += "|";
+      }
+      text += "\n";
+    }
+    return text;
+  };
+  EXPECT_EQ(rowsOf("5"),
+            "3 1994|1 1990|wild|\nunknown|\n2 1991|unknown|\nunknown|\n"
+            "4 1995|1 1990|wild|\nunknown|\n2 1991|unknown|\nunknown|\n");
+  EXPECT_EQ(rowsOf("6"), "P5|||\n|\n||\n|\n5 1999|3 1994|1 1990|\n2 1991|\n4 1995|1 1990|\n2 1991|\n");
+  EXPECT_NE(page.find("where they are is not recorded"), std::string::npos);
+  EXPECT_NE(page.find("The studbook records no deaths"), std::string::npos);
+}
+
 TEST_F(Report, ADrawingHasTheFormatOfItsFile) {
   const std::pair<const char*, const char*> files[] = {{"n.png", "\x89PNG"}, {"n.pdf", "%PDF"}, {"n.svg", "<svg"}};
   for (const auto& [name, beginning] : files) {
@@ -99,6 +269,24 @@ TEST_F(Report, ADrawingHasTheFormatOfItsFile) {
     EXPECT_TRUE(contentOf(at(name)).starts_with(beginning)) << name;
   }
   EXPECT_EQ(run({"--studbook", ZOOS, "draw", "census", "-o", at("n.gif")}), 2);
+}
+
+TEST_F(Report, EveryChartSaysWhatWhoseAndWhen) {
+  const std::pair<const char*, const char*> CHARTS[] = {
+      {"census", "zoos: Alderhay Zoo, until 2015-12-31"},    {"survival", "zoos: Alderhay Zoo, until 2015-12-31"},
+      {"births", "zoos: Alderhay Zoo, until 2015-12-31"},    {"projection", "zoos: Alderhay Zoo, until 2015-12-31"},
+      {"diversity", "zoos: Alderhay Zoo, until 2015-12-31"}, {"pyramid", "zoos: Alderhay Zoo, on 2015-12-31"},
+      {"founders", "zoos: Alderhay Zoo, on 2015-12-31"},     {"kinship", "zoos: Alderhay Zoo, on 2015-12-31"},
+  };
+  for (const auto& [name, subtitle] : CHARTS) {
+    const bool has_day = std::string(subtitle).find(" on ") != std::string::npos;
+    takeOutput();
+    ASSERT_EQ(run({"--studbook", ZOOS, "draw", name, "--location", "Alderhay Zoo", has_day ? "--on" : "--until",
+                   "2015-12-31"}),
+              0)
+        << name << takeErrors();
+    EXPECT_NE(takeOutput().find(subtitle), std::string::npos) << name;
+  }
 }
 
 TEST_F(Report, StandsWithoutTheProgramsThatDraw) {
