@@ -108,10 +108,11 @@ class Zoos {
 
   void run() {
     for (int year = FIRST_YEAR; year <= LAST_YEAR; ++year) {
-      capture(year);
-      transfer(year);
+      // Births come in spring, captures before but transfers after: parents are together when they mate.
       leave(year);
       breed(year);
+      capture(year);
+      transfer(year);
       die(year);
     }
   }
