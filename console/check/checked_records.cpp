@@ -58,6 +58,14 @@ finding CheckedRecords::about(CHECK check, position record) const {
   return found;
 }
 
+finding CheckedRecords::aboutEvent(CHECK check, position record, const move_data& move) const {
+  finding found = about(check, record);
+  if (book_.place_of_event) {
+    found.place = book_.place_of_event(record, static_cast<std::size_t>(&move - book_.records[record].moves.data()));
+  }
+  return found;
+}
+
 std::string CheckedRecords::nameText(std::string_view text) {
   const auto is_odd = [](char letter) {
     const auto byte = static_cast<unsigned char>(letter);

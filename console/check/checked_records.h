@@ -28,6 +28,8 @@ struct checked_studbook {
   qs_lib::day_number today;
   /// Where a record was read; null where that is not known.
   std::function<source_place(position)> place_of;
+  /// Likewise for an event of the record, one of its moves.
+  std::function<source_place(position, std::size_t event)> place_of_event = {};
 };
 
 /// The records with their parents found. Linear; refers to the studbook.
@@ -72,6 +74,9 @@ class CheckedRecords {
 
   /// A finding about an animal, at its place.
   finding about(CHECK check, position record) const;
+
+  /// A finding about one of its moves, at the place of this.
+  finding aboutEvent(CHECK check, position record, const move_data& move) const;
 
   /// An ID or a name as sentences show it: in quotes only where it could be misread.
   static std::string nameText(std::string_view text);

@@ -67,7 +67,7 @@ class Events {
 
   void add(CHECK check, position record, const move_data& move, const std::pair<std::string, std::string>& compared,
            const std::string& tail, const char* suggestion) {
-    finding found = records_.about(check, record);
+    finding found = records_.aboutEvent(check, record, move);
     if (!compared.first.empty()) {
       found.values.push_back(compared);
     }
@@ -101,7 +101,7 @@ class Events {
     const auto second = knownDays(later);
     const std::string where = whereabouts_.name(earlier.location);
     const std::string there = whereabouts_.name(later.location);
-    finding found = records_.about(CHECK::OVERLAPPING_STAYS, record);
+    finding found = records_.aboutEvent(CHECK::OVERLAPPING_STAYS, record, later);
     found.values = {{"places", where + ", " + there}, {"date", dateText(later)}};
     if (isExact(first) && isExact(second) && first->first == second->first &&
         whereabouts_.areApart(earlier.location, later.location)) {

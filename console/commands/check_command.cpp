@@ -59,12 +59,27 @@ bool isAmong(const std::vector<CHECK>& rules, CHECK rule) {
   return std::find(rules.begin(), rules.end(), rule) != rules.end();
 }
 
+/// Where an event of an animal stands. Sorts the rows when it is first asked.
+auto placesOfEvents(const loading_notes& notes) {
+  const auto by_animal = [](const event_row& a, const event_row& b) { return a.animal < b.animal; };
+  return [&notes, by_animal, rows = std::vector<event_row>()](position record, std::size_t event) mutable {
+    if (rows.empty()) {
+      rows = notes.events;
+      std::stable_sort(rows.begin(), rows.end(), by_animal);
+    }
+    const auto first =
+        std::lower_bound(rows.begin(), rows.end(), event_row{static_cast<std::uint32_t>(record), 0}, by_animal);
+    return source_place{notes.events_table, first[static_cast<std::ptrdiff_t>(event)].line};
+  };
+}
+
 std::vector<finding> chosenFindings(const check_options& options, const loading_notes& notes) {
   const std::vector<CHECK> only = rulesOf(options.only, "--only");
   const std::vector<CHECK> except = rulesOf(options.except, "--except");
   const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
   const auto place_of = [&notes](position record) { return source_place{notes.animals_table, notes.lineOf(record)}; };
-  std::vector<finding> findings = checkStudbook({Animals.records, LifeHistory, MetaPop, today, place_of});
+  std::vector<finding> findings =
+      checkStudbook({Animals.records, LifeHistory, MetaPop, today, place_of, placesOfEvents(notes)});
   std::erase_if(findings, [&](const finding& one) {
     return (!only.empty() && !isAmong(only, one.check)) || isAmong(except, one.check) ||
            (options.placeholders && one.check == CHECK::PLACEHOLDER_ID);

@@ -63,7 +63,7 @@ loading_notes readTables(const studbook_tables& tables, const char* refused) {
   readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
   readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
   readTable(tables.animals, faults, [&] { readAnimals(tables.animals, tables.titles, locations, faults, notes); });
-  readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults); });
+  readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults, notes); });
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) + (faults.count() == 1 ? " fault; " : " faults; ") +
                   refused);

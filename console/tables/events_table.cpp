@@ -32,8 +32,9 @@ constexpr event_fields DATED_FIELDS = {DATE, ACCURACY, RANGE, LOCATION};
 
 class EventsReader {
  public:
-  EventsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
-      : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations) {
+  EventsReader(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes)
+      : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations), notes_(notes) {
+    notes_.events_table = source.name;
     for (master_data& animal : Animals.records) {
       if (hasRow(animal)) {
         rows_.push_back(&animal);
@@ -64,6 +65,8 @@ class EventsReader {
       return table_.addFault(ANIMAL, "the animal is not in the table of animals");
     }
     append(*animal, event);
+    notes_.events.push_back(
+        {static_cast<std::uint32_t>(animal - Animals.records.data()), static_cast<std::uint32_t>(table_.line())});
   }
 
   /// By its row, where that is known; nothing is indexed then.
@@ -97,6 +100,7 @@ class EventsReader {
 
   FieldTable table_;
   LocationRegistry& locations_;
+  loading_notes& notes_;
   // The records do not move while events are read, so the texts may be theirs.
   std::vector<master_data*> rows_;
   std::unordered_map<std::string_view, master_data*, qs_lib::text_hash> animals_;
@@ -108,8 +112,8 @@ std::span<const table_field> eventFields() {
   return EVENT_FIELDS;
 }
 
-void readEvents(const table_source& source, LocationRegistry& locations, Faults& faults) {
-  EventsReader(source, locations, faults).read();
+void readEvents(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes) {
+  EventsReader(source, locations, faults, notes).read();
 }
 
 }  // namespace spx::console

@@ -9,11 +9,19 @@
 
 namespace spx::console {
 
+/// The animal of an event, a record, and the line of the event's row.
+struct event_row {
+  std::uint32_t animal;
+  std::uint32_t line;
+};
+
 /// What is known of a studbook in use beside its records. The parents without a record are in
 /// Animals.missing_parents, the user-defined columns in user_field_list.
 struct loading_notes {
   std::string animals_table;               ///< the table of animals, as messages name it: a file, or "FILE (animals)"
   std::vector<std::uint32_t> lines;        ///< by record: the line of its row; 0, or none at the end: it has no row
+  std::string events_table;                ///< the table of events, likewise
+  std::vector<event_row> events;           ///< its rows, in their order
   std::vector<std::string> new_locations;  ///< names of locations that no locations table lists, as they were met
   std::vector<position> placeholders;      ///< animals with a row whose IDs are those of pseudo individuals
 

@@ -237,5 +237,29 @@ TEST_F(CheckTest, TheCommandShowsFindingsAndSaysHowBadTheyAre) {
   }
 }
 
+TEST_F(CheckTest, TheCommandNamesTheRowOfTheEvent) {
+  const std::string animals = table("a.csv", "id,sex,birth_date,death_date\n7,f,1999,\n1,m,2000-05-01,2010\n");
+  const std::string events = table("e.csv",
+                                   "id,date,event\n7,2001,arrival\n1,2000-04,arrival\n7,2003,arrival\n"
+                                   "1,2012,arrival\n7,2099,arrival\n");
+  const std::string stored = at("s.studbook");
+  ASSERT_EQ(run({"--events", events, "--studbook", stored, "import", animals}), 0) << takeErrors();
+  // A studbook file has rows, which begin after the titles.
+  for (const auto& [words, file, before] :
+       {std::tuple{std::vector<std::string>{"--events", events, "--studbook", animals}, events, 0},
+        {{"--studbook", stored}, stored + " (events)", 1}}) {
+    std::vector<std::string> line = words;
+    line.insert(line.end(), {"check", "--format", "csv"});
+    EXPECT_EQ(run(line), 3);
+    const std::string output = takeOutput();
+    for (const auto& [row, message] : {std::pair{3, "1 was born 2000-05-01, but has the event arrival in Apr 2000"},
+                                       {5, "1 died 2010, but has the event arrival in 2012"},
+                                       {6, "7 has the event arrival in 2099, which is in the future"}}) {
+      EXPECT_NE(output.find(file + "," + std::to_string(row - before) + ","), std::string::npos) << output;
+      EXPECT_NE(output.find(message), std::string::npos) << output;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace spx::console
