@@ -130,6 +130,7 @@ class Table {
 struct table_part {
   std::vector<std::size_t> columns;
   std::vector<std::size_t> rows;
+  std::size_t beyond_limit = 0;  ///< how many more rows were chosen than are shown
 };
 
 /// All rows, with the columns that people see, or those for scripts, which are all.

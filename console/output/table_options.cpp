@@ -300,6 +300,7 @@ table_part chosenPart(const Table& table, const table_options& options) {
     sortBy(part.rows, table, columnOf(table, "--sort", descending ? unsignedName(*key) : *key), descending);
   }
   if (options.limit && *options.limit < part.rows.size()) {
+    part.beyond_limit = part.rows.size() - *options.limit;
     part.rows.resize(*options.limit);
   }
   return part;

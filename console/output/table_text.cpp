@@ -110,10 +110,18 @@ void writeHelp(std::ostream& out, const Table& table, const table_part& part, st
   }
 }
 
-/// "150 animals", or "12 of 150 animals".
-std::string countText(const Table& table, std::size_t shown) {
-  const std::string all = std::to_string(table.rows()) + " " + (table.rows() == 1 ? table.one_row : table.many_rows);
-  return shown == table.rows() ? all : std::to_string(shown) + " of " + all;
+/// "150 animals", "12 of 150 animals", or with a limit "first 5 of 12 animals that match; 150 in all".
+std::string countText(const Table& table, const table_part& part) {
+  const auto count = [&table](std::size_t rows) {
+    return std::to_string(rows) + " " + (rows == 1 ? table.one_row : table.many_rows);
+  };
+  const std::size_t matching = part.rows.size() + part.beyond_limit;
+  const std::string shown = std::to_string(part.rows.size());
+  if (part.beyond_limit == 0) {
+    return (matching == table.rows() ? "" : shown + " of ") + count(table.rows());
+  }
+  const std::string in_all = " that match; " + std::to_string(table.rows()) + " in all";
+  return "first " + shown + " of " + count(matching) + (matching == table.rows() ? "" : in_all);
 }
 
 void writeNotes(std::ostream& out, const Table& table, std::size_t width) {
@@ -177,7 +185,7 @@ void writeText(std::ostream& out, const Table& table, const table_part& part, st
   }
   table.is_record && !part.rows.empty() ? writeRecord(out, table, part, width) : writeRows(out, table, part, width);
   if (!table.one_row.empty()) {
-    out << "\n" << countText(table, part.rows.size()) << "\n";
+    out << "\n" << countText(table, part) << "\n";
   }
   writeHelp(out, table, part, width);
   writeNotes(out, table, width);

@@ -50,6 +50,26 @@ std::string shown(const Table& table, table_options options) {
   return out.str();
 }
 
+TEST(Table, TheCountSaysWhatIsLeftOut) {
+  Table table({{"id", "ID"}, {.name = "age", .title = "Age", .kind = COLUMN_KIND::INTEGER}});
+  table.one_row = "animal";
+  table.many_rows = "animals";
+  for (int age = 1; age <= 5; ++age) {
+    table.addRow({std::to_string(age), age});
+  }
+  const std::pair<table_options, const char*> cases[] = {
+      {{}, "\n5 animals\n"},
+      {{.where = {"age>3"}}, "\n2 of 5 animals\n"},
+      {{.limit = 2}, "\nfirst 2 of 5 animals\n"},
+      {{.where = {"age>3"}, .limit = 2}, "\n2 of 5 animals\n"},
+      {{.where = {"age>2"}, .limit = 2}, "\nfirst 2 of 3 animals that match; 5 in all\n"},
+  };
+  for (const auto& [options, count] : cases) {
+    const std::string text = shown(table, options);
+    EXPECT_TRUE(text.ends_with(count)) << text;
+  }
+}
+
 TEST(Table, PeopleSeeAlignedColumnsAndNoControlCharacters) {
   EXPECT_EQ(shown(hostileTable(), {}),
             "            House                   Mean\n"
