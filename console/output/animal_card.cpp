@@ -7,6 +7,7 @@
 
 #include "console/output/animal_table.h"
 #include "console/output/json_rows.h"
+#include "console/tables/loading_notes.h"
 
 namespace spx::console {
 namespace {
@@ -54,7 +55,9 @@ Table cardOf(const master_data& animal, const Table& record) {
   add("ID", animal.stud_id);
   add_fact("Sex", "sex");
   add_fact("Status", "status");
-  add("Born", dateAndPlace(animal.birth));
+  if (hasRow(animal)) {
+    add("Born", dateAndPlace(animal.birth));
+  }
   if (animal.death.date != 0) {
     add(endText(animal), dateAndPlace(animal.death));
   }

@@ -13,6 +13,7 @@
 
 #include "console/base/natural_order.h"
 #include "console/project/life_on_day.h"
+#include "console/tables/loading_notes.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -78,7 +79,8 @@ constexpr animal_fact FACTS[] = {
     {"sire", "Sire", COLUMN_KIND::TEXT, [](AnimalNow& now) { return Cell(now.record.sire_id); }},
     {"dam", "Dam", COLUMN_KIND::TEXT, [](AnimalNow& now) { return Cell(now.record.dam_id); }},
     {"sex", "Sex", COLUMN_KIND::TEXT, [](AnimalNow& now) { return Cell(getEnumName(now.record.sex)); }},
-    {"birth_date", "Born", COLUMN_KIND::DATE, [](AnimalNow& now) { return Cell(now.record.birth); }},
+    {"birth_date", "Born", COLUMN_KIND::DATE,
+     [](AnimalNow& now) { return hasRow(now.record) ? Cell(now.record.birth) : Cell(); }},
     {"birth_accuracy", "Accuracy of birth", COLUMN_KIND::TEXT,
      [](AnimalNow& now) { return accuracyCell(now.record.birth); }},
     {"birth_range", "Range of birth (days)", COLUMN_KIND::INTEGER,

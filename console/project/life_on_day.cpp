@@ -3,6 +3,8 @@
 #include "spx/core/estimated_dates.h"
 #include "spx/views/data_filter.h"
 
+#include "console/tables/loading_notes.h"
+
 namespace spx::console {
 namespace {
 
@@ -29,7 +31,7 @@ presence_settings settingsOf(qs_lib::day_number day) {
 }  // namespace
 
 const char* getText(LIFE_STATUS status) {
-  constexpr const char* TEXTS[] = {"living", "dead", "lost", "left", "not there yet", "undated"};
+  constexpr const char* TEXTS[] = {"living", "dead", "lost", "left", "not there yet", "undated", "no record"};
   return TEXTS[static_cast<std::size_t>(status)];
 }
 
@@ -39,6 +41,9 @@ LifeOnDay::LifeOnDay(const master_data& animal, qs_lib::day_number day) : animal
 }
 
 LIFE_STATUS LifeOnDay::status() const {
+  if (!hasRow(animal_)) {
+    return LIFE_STATUS::NO_RECORD;
+  }
   if (const stay* last = lastStay(); last != nullptr) {
     return isDuring(*last, day_) ? LIFE_STATUS::LIVING : statusAfter(last->end);
   }
@@ -56,7 +61,7 @@ std::optional<double> LifeOnDay::ageYears() const {
   const bool has_left = last != nullptr && !isDuring(*last, day_);
   const bool has_ended = animal_.death.date != 0 && animal_.death.date <= day_;
   const qs_lib::day_number end = has_ended ? animal_.death.date : has_left ? last->to : day_;
-  if (animal_.birth.date == 0 || end < animal_.birth.date) {
+  if (!hasRow(animal_) || animal_.birth.date == 0 || end < animal_.birth.date) {
     return std::nullopt;
   }
   return (end - animal_.birth.date) / DAYS_PER_YEAR;

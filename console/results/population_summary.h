@@ -29,7 +29,7 @@ struct oldest_animal {
 struct population_summary {
   qs_lib::day_number day = 0;             ///< for which animals count as living
   kind_count animals;                     ///< without placeholders
-  std::array<std::size_t, 6> statuses{};  ///< by LIFE_STATUS
+  std::array<std::size_t, 7> statuses{};  ///< by LIFE_STATUS
   std::size_t elsewhere = 0;              ///< living, but not in the locations of the view
   std::map<SEX, kind_count> sexes;
   std::map<BIRTH_TYPE, kind_count> origins;

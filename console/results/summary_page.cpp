@@ -46,8 +46,8 @@ class Page {
 
 void addStatuses(Page& page, const population_summary& summary) {
   page.section("Status");
-  constexpr const char* TEXTS[] = {"living",        "dead",   "lost to follow-up", "left the population",
-                                   "not there yet", "undated"};
+  constexpr const char* TEXTS[] = {"living",        "dead",    "lost to follow-up", "left the population",
+                                   "not there yet", "undated", "no record"};
   for (std::size_t status = 0; status < summary.statuses.size(); ++status) {
     const std::size_t count = summary.statuses[status];
     if (count != 0 || status <= static_cast<std::size_t>(LIFE_STATUS::DEAD)) {
@@ -113,7 +113,8 @@ std::vector<std::string> notesOf(const population_summary& summary) {
   if (const std::size_t count = summary.placeholder_founders; count != 0) {
     notes.push_back(std::to_string(count) +
                     (count == 1 ? " more founder is a placeholder" : " more founders are placeholders") +
-                    ": a parent without a record, or the wild mate of an animal.");
+                    ": they stand for a parent without a record or the wild mate of an animal, or their IDs are "
+                    "those of placeholders (spx check).");
   }
   return notes;
 }
