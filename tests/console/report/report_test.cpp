@@ -148,15 +148,17 @@ TEST_F(Report, EveryFigureIsThatOfItsCommand) {
   const std::string summary = between(page, "<section id=\"summary\">", "</section>").at(0);
   const nlohmann::json founders = answer({"founders", "--on", "2015-12-31", "--runs", "20"});
   std::size_t nearly_lost = 0;
+  std::size_t named_lost = 0;
   for (const nlohmann::json& founder : founders) {
     const bool is_nearly_lost = founder["living_descendants"] > 0 && founder["retention"] < 0.25;
     nearly_lost += is_nearly_lost;
     const std::string named =
         founder["id"].get<std::string>() + " (" + shown(100 * founder["retention"].get<double>(), 0) + " % left)";
-    if (is_nearly_lost) {
-      EXPECT_NE(summary.find(named), std::string::npos) << named << summary;
-    }
+    named_lost += is_nearly_lost && summary.find(named) != std::string::npos;
   }
+  ASSERT_GT(nearly_lost, 6U);
+  EXPECT_EQ(named_lost, 6U) << summary;
+  EXPECT_NE(summary.find(" and " + std::to_string(nearly_lost - named_lost) + " more"), std::string::npos);
   EXPECT_NE(summary.find("<b>" + std::to_string(nearly_lost) + "</b><span>founders nearly lost"), std::string::npos);
   EXPECT_NE(summary.find("<b>" + std::to_string(ranking.size()) + "</b><span>animals alive"), std::string::npos);
   EXPECT_NE(
