@@ -1,5 +1,6 @@
 #include "spx/genetics/effective_ancestors.h"
 
+#include <algorithm>
 #include <queue>
 
 #include "spx/genetics/founders.h"
@@ -35,6 +36,15 @@ class Children {
   std::vector<possible_parent> children_;  ///< a child, and the share of its genes
 };
 
+/// By node: the length of its longest line of ancestors.
+std::vector<std::uint32_t> levelsOf(const GeneticPedigree& pedigree) {
+  std::vector<std::uint32_t> levels;
+  for (std::uint32_t level = 0; levels.size() < pedigree.size(); ++level) {
+    levels.resize(pedigree.levels()[level + 1], level);
+  }
+  return levels;
+}
+
 /// Marginal contributions only shrink: an ancestor that is chosen takes from its own ancestors and
 /// explains its descendants. So a candidate is looked at again when it leads the queue, and not before.
 class AncestorSearch {
@@ -48,6 +58,7 @@ class AncestorSearch {
         explained_(pedigree.size()),
         change_(pedigree.size()),
         is_chosen_(pedigree.size()),
+        levels_(levelsOf(pedigree)),
         waiting_(pedigree.size()) {
     for (animal_number node = 0; node < pedigree.size(); ++node) {
       if (!pedigree.isGroup(node) && !is_barred[node]) push({node, 0});
@@ -63,18 +74,17 @@ class AncestorSearch {
   effective_ancestors search(std::size_t most) {
     effective_ancestors found;
     double squares = 0;
-    while (!queue_.empty() && found.ancestors.size() < most) {
-      const auto [key, who] = queue_.top();
-      queue_.pop();
-      const double share = marginal(who);
-      if (share < key) {
-        push(who);
-        continue;
+    while (found.ancestors.size() < most) {
+      const std::vector<candidate> oldest = oldestOfTheLargest();
+      if (oldest.empty()) break;
+      for (const candidate who : oldest) {
+        if (found.ancestors.size() == most) break;
+        const double share = marginal(who);
+        found.ancestors.push_back({who.node, who.phantom != 0, share});
+        found.explained += share;
+        squares += share * share;
+        choose(who);
       }
-      found.ancestors.push_back({who.node, who.phantom != 0, share});
-      found.explained += share;
-      squares += share * share;
-      choose(who);
     }
     found.number = squares == 0 ? std::numeric_limits<double>::quiet_NaN() : 1 / squares;
     return found;
@@ -83,6 +93,8 @@ class AncestorSearch {
  private:
   /// What is left after rounding is not a contribution.
   static constexpr double LEAST_SHARE = 1e-13;
+  /// Shares that differ by less than this part are equal but for rounding.
+  static constexpr double ROUNDING = 1e-9;
 
   struct candidate {
     animal_number node;
@@ -106,6 +118,35 @@ class AncestorSearch {
   void push(candidate who) {
     const double share = marginal(who);
     if (share > LEAST_SHARE) queue_.push({share, who});
+  }
+
+  /// A phantom is a founder, whatever the level of its offspring.
+  std::uint32_t levelOf(candidate who) const { return who.phantom != 0 ? 0 : levels_[who.node]; }
+
+  /// The candidate with the largest share, as it is now; with all others of that share and of the lowest level among
+  /// these. No animal of a level descends from another, so choosing one of them leaves the shares of the others.
+  std::vector<candidate> oldestOfTheLargest() {
+    std::vector<candidate> equal;
+    double least = 0;
+    while (!queue_.empty() && queue_.top().share >= least) {
+      const auto [key, who] = queue_.top();
+      queue_.pop();
+      const double share = marginal(who);
+      if (share < key) {
+        push(who);
+        continue;
+      }
+      if (equal.empty()) least = share * (1 - ROUNDING);
+      equal.push_back(who);
+    }
+    if (equal.empty()) return equal;
+    const auto isOlder = [this](candidate a, candidate b) { return levelOf(a) < levelOf(b); };
+    const std::uint32_t lowest = levelOf(*std::min_element(equal.begin(), equal.end(), isOlder));
+    const auto younger =
+        std::stable_partition(equal.begin(), equal.end(), [&](candidate who) { return levelOf(who) == lowest; });
+    std::for_each(younger, equal.end(), [this](candidate who) { push(who); });
+    equal.erase(younger, equal.end());
+    return equal;
   }
 
   void choose(candidate who) {
@@ -157,6 +198,7 @@ class AncestorSearch {
   std::vector<double> explained_;        ///< the share of an animal's genes from chosen ancestors
   std::vector<double> change_;
   std::vector<bool> is_chosen_;
+  std::vector<std::uint32_t> levels_;
   NodeQueue waiting_;
   std::priority_queue<entry> queue_;
 };

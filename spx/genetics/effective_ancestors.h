@@ -33,8 +33,13 @@ struct effective_ancestors {
 
 /// Finds effective ancestors (Boichard, Maignel & Verrier 1997): the ancestor with the largest
 /// contribution first; its parents are then cut off, what descends from it counts as explained, and
-/// the next is sought. Of equal contributions the older animal's is taken; the choice does not change
-/// the number. A missing parent is an ancestor of its own, like in contributionsTo().
+/// the next is sought. A missing parent is an ancestor of its own, like in contributionsTo().
+///
+/// Which of several equal contributions comes first can change the number, where one of the animals
+/// descends from another. The oldest generation is taken, by the longest line of ancestors; animals of
+/// one generation do not descend from each other, and their order changes nothing. So the number
+/// follows from the pedigree alone. Contributions within 1e-9 of each other count as equal: sums that
+/// are equal differ by their rounding.
 ///
 /// An ancestor costs as many steps as it has ancestors and descendants behind the set.
 SPX_EXPORT effective_ancestors effectiveAncestors(const GeneticPedigree& pedigree, std::span<const animal_number> set,
