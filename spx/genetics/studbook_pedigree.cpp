@@ -31,16 +31,19 @@ class StudbookPedigree::Reader {
   }
 
  private:
-  enum class KIND : unsigned char { ANIMAL, WILD, UNKNOWN, MAYBE_GROUP };
+  enum class KIND : unsigned char { ANIMAL, WILD, UNKNOWN, GROUP };
 
   static KIND kindOf(const std::string& id) {
     if (!isPseudoIndividual(id)) return KIND::ANIMAL;
     if (id == WILD_PARENT) return KIND::WILD;
     if (id == UNKNOWN_PARENT || id == UNKNOWN_SIRE || id == UNKNOWN_DAM || id == GROUP_PARENT) return KIND::UNKNOWN;
-    return KIND::MAYBE_GROUP;
+    return isMultiParent(id) || isSubstituteOfGroup(id) ? KIND::GROUP : KIND::ANIMAL;
   }
 
-  static bool isGroupName(const std::string& id) { return id == GROUP_PARENT || isMultiParent(id); }
+  // A group without a record gets one when parents are looked up: "PMULT3". It is not an animal.
+  static bool isSubstituteOfGroup(const std::string& id) {
+    return id.starts_with(PSEUDO_FOUNDER_PREFIX) && isMultiParent(id.substr(std::size(PSEUDO_FOUNDER_PREFIX) - 1));
+  }
 
   // By studbook ID, which is the order in which the list is made.
   std::vector<pedigree_record> entriesInOrder() const {
@@ -64,7 +67,7 @@ class StudbookPedigree::Reader {
 
   void numberRow(position record) {
     if (record >= kinds_.size() || result_.row_of_[record] != UNKNOWN_SOURCE) return;
-    if (kinds_[record] == KIND::WILD || kinds_[record] == KIND::UNKNOWN) return;
+    if (kinds_[record] == KIND::WILD || kinds_[record] == KIND::UNKNOWN || kinds_[record] == KIND::GROUP) return;
     result_.row_of_[record] = static_cast<animal_number>(result_.records_.size());
     result_.records_.push_back(record);
   }
@@ -82,8 +85,7 @@ class StudbookPedigree::Reader {
   animal_number parentOf(position record, const std::string& id) {
     if (record >= kinds_.size()) return UNKNOWN_SOURCE;
     if (kinds_[record] == KIND::WILD) return WILD_SOURCE;
-    if (kinds_[record] == KIND::ANIMAL) return result_.row_of_[record];
-    return isGroupName(id) ? groupOf(id) : result_.row_of_[record];
+    return kinds_[record] == KIND::GROUP ? groupOf(id) : result_.row_of_[record];
   }
 
   animal_number groupOf(const std::string& id) {

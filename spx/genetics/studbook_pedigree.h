@@ -43,8 +43,8 @@ class SPX_EXPORT StudbookPedigree {
 
   const GeneticPedigree& pedigree() const { return pedigree_; }
 
-  /// The number of a record; UNKNOWN_SOURCE for "WILD", "UNK", "UNKM", "UNKF", "MULT" and records that
-  /// were added later.
+  /// The number of a record; UNKNOWN_SOURCE for "WILD", "UNK", "UNKM", "UNKF", "MULT", groups and records
+  /// that were added later.
   animal_number number(position record) const {
     return record < row_of_.size() && row_of_[record] != UNKNOWN_SOURCE ? pedigree_.number(row_of_[record])
                                                                         : UNKNOWN_SOURCE;

@@ -70,8 +70,6 @@ TEST_F(StudbookGenetics, ReadsEveryKindOfParent) {
                                                         {"7", 0.5},
                                                         {"8", 1},
                                                         {"9", 0.5},
-                                                        {"PHERD 1", 1},
-                                                        {"PHERD 2", 1},
                                                         {"PX9", 1}}));
   const GeneticPedigree& pedigree = book.pedigree();
   EXPECT_EQ(pedigree.sire(numberOf("6")), numberOf("PX9"));
