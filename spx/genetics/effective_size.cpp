@@ -62,6 +62,40 @@ double familySize(double animals, double sum, double squares) {
   return (sum - 1) / (mean - 1 + variance / mean);
 }
 
+/// Numbers of sons and daughters of some parents.
+struct FamilyMoments {
+  double parents = 0;
+  std::array<double, 2> sums{};
+  std::array<double, 2> squares{};
+  double products = 0;
+
+  void add(const std::array<double, 2>& offspring) {
+    ++parents;
+    for (std::size_t sex = 0; sex < 2; ++sex) {
+      sums[sex] += offspring[sex];
+      squares[sex] += offspring[sex] * offspring[sex];
+    }
+    products += offspring[0] * offspring[1];
+  }
+  double variance(std::size_t sex) const { return (squares[sex] - sums[sex] * sums[sex] / parents) / (parents - 1); }
+  double covariance() const { return (products - sums[0] * sums[1] / parents) / (parents - 1); }
+};
+
+/// By node: its sons and daughters.
+std::vector<std::array<double, 2>> sonsAndDaughters(const GeneticPedigree& pedigree, std::span<const SEX> sexes) {
+  std::vector<std::array<double, 2>> counts(pedigree.size());
+  for (animal_number animal = 0; animal < pedigree.size(); ++animal) {
+    const bool is_known = sexes[animal] == SEX::MALE || sexes[animal] == SEX::FEMALE;
+    if (pedigree.isGroup(animal)) continue;
+    for (const animal_number parent : {pedigree.sire(animal), pedigree.dam(animal)}) {
+      if (!pedigree.isNode(parent)) continue;
+      counts[parent][0] += !is_known ? 0.5 : sexes[animal] == SEX::MALE ? 1 : 0;
+      counts[parent][1] += !is_known ? 0.5 : sexes[animal] == SEX::FEMALE ? 1 : 0;
+    }
+  }
+  return counts;
+}
+
 }  // namespace
 
 effective_size effectiveSizeBySexRatio(std::size_t males, std::size_t females) {
@@ -176,6 +210,31 @@ effective_size effectiveSizeByTrend(std::span<const animal_number> set, std::spa
   const double rate = -std::expm1(slope * generation_interval);
   const double rate_error = std::sqrt(residual / xx) * generation_interval * std::exp(slope * generation_interval);
   return sizeFromRate(rate, rate_error, points.size(), left_out);
+}
+
+effective_size effectiveSizeByLifetimeFamilies(const GeneticPedigree& pedigree, std::span<const double> births,
+                                               std::span<const SEX> sexes, std::span<const animal_number> set,
+                                               double first_birth, double last_birth, double generation_interval) {
+  const std::vector<std::array<double, 2>> offspring = sonsAndDaughters(pedigree, sexes);
+  FamilyMoments males;
+  FamilyMoments females;
+  for (const animal_number animal : set) {
+    if (!(births[animal] >= first_birth && births[animal] <= last_birth)) continue;
+    if (sexes[animal] == SEX::MALE) males.add(offspring[animal]);
+    if (sexes[animal] == SEX::FEMALE) females.add(offspring[animal]);
+  }
+  effective_size found = nothingFrom(0);
+  found.used = static_cast<std::size_t>(males.parents + females.parents);
+  found.left_out = set.size() - found.used;
+  const double time = last_birth - first_birth;
+  if (males.parents < 2 || females.parents < 2 || !(time > 0) || !(generation_interval > 0)) return found;
+  const double ratio = males.parents / females.parents;
+  const double by_males = 2 + males.variance(0) + 2 * ratio * males.covariance() + ratio * ratio * males.variance(1);
+  const double by_females =
+      2 + females.variance(0) / (ratio * ratio) + 2 / ratio * females.covariance() + females.variance(1);
+  const double per_time = generation_interval / time;
+  found.size = 16 / (by_males / (males.parents * per_time) + by_females / (females.parents * per_time));
+  return found;
 }
 
 double diversityAhead(double diversity, double effective_size, double years, double generation_interval) {

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "spx/core/enumerations.h"
 #include "spx/genetics/genetic_pedigree.h"
 #include "spx/genetics/inbreeding.h"
 #include "spx/support/export.h"
@@ -55,6 +56,20 @@ SPX_EXPORT effective_size effectiveSizeByKinship(const GeneticPedigree& pedigree
 /// @param births  by node, in any unit; animals with NaN are left out and counted
 SPX_EXPORT effective_size effectiveSizeByTrend(std::span<const animal_number> set, std::span<const double> inbreeding,
                                                std::span<const double> births, double generation_interval);
+
+/// Effective size with overlapping generations from life-time families (Hill 1979):
+/// 1/Ne = [2 + Vmm + 2 (M/F) Cmm,mf + (M/F)^2 Vmf] / (16 M L) + [2 + (F/M)^2 Vfm + 2 (F/M) Cfm,ff + Vff] / (16 F L),
+/// where M males and F females are born in a unit of time, V are the variances and C the covariances of
+/// the numbers of sons (m) and daughters (f) of a male (first letter) or a female. Counted are the
+/// males and females of a set that were born from one day to another, with all their offspring;
+/// offspring of unknown sex are half a son and half a daughter. Assumes a stable population. No
+/// interval. NaN unless two animals of each sex count.
+/// @param births  by node, in the unit of the generation interval L and of the days
+/// @param sexes   by node
+SPX_EXPORT effective_size effectiveSizeByLifetimeFamilies(const GeneticPedigree& pedigree,
+                                                          std::span<const double> births, std::span<const SEX> sexes,
+                                                          std::span<const animal_number> set, double first_birth,
+                                                          double last_birth, double generation_interval);
 
 /// The gene diversity expected after some years: GD (1 - 1 / (2 Ne))^(years / L) (Soulé et al. 1986).
 SPX_EXPORT double diversityAhead(double diversity, double effective_size, double years, double generation_interval);

@@ -119,6 +119,51 @@ TEST(EffectiveSize, ByCountsIsThatOfTheFormulas) {
   EXPECT_TRUE(std::isnan(effectiveSizeByFamilySize(nobody).size));
 }
 
+TEST(EffectiveSize, ByLifetimeFamiliesIsHills) {
+  const struct {
+    const char* what;
+    animal_number second_sire;
+    std::size_t idle_females;
+    double size;
+  } cases[] = {
+      {"nobody differs: twice the 10 animals born in a generation", 1, 0, 20},
+      {"one male sires all: V and C are 2 for males", 0, 0, 80.0 / 12},
+      {"and half the females have none: M/F = 1/2, V and C are 1/3 for females", 0, 2, 1 / (6.5 / 80 + 5.0 / 160)},
+  };
+  for (const auto& [what, second_sire, idle_females, size] : cases) {
+    SCOPED_TRACE(what);
+    // Males 0 and 1, females 2 and 3, a son and a daughter for each female, then females without offspring.
+    pedigree_rows rows{
+        {NONE, NONE, NONE, NONE, 0, 0, second_sire, second_sire}, {NONE, NONE, NONE, NONE, 2, 2, 3, 3}, {}, {}};
+    std::vector<double> births{0, 2, 1, 1, 6, 6, 6, 6};
+    std::vector<SEX> sexes(8);
+    for (std::size_t row = 0; row < 8; ++row)
+      sexes[row] = row < 2 || (row > 3 && row % 2 == 0) ? SEX::MALE : SEX::FEMALE;
+    for (std::size_t idle = 0; idle < idle_females; ++idle) {
+      rows.sires.push_back(NONE);
+      rows.dams.push_back(NONE);
+      births.push_back(1);
+      sexes.push_back(SEX::FEMALE);
+    }
+    const GeneticPedigree pedigree = numberedPedigree(rows);
+    std::vector<double> births_by_number(births.size());
+    std::vector<SEX> sexes_by_number(births.size());
+    for (std::size_t row = 0; row < births.size(); ++row) {
+      births_by_number[pedigree.number(row)] = births[row];
+      sexes_by_number[pedigree.number(row)] = sexes[row];
+    }
+    const auto found = effectiveSizeByLifetimeFamilies(pedigree, births_by_number, sexes_by_number,
+                                                       numbersOf(pedigree, births.size()), 0, 2, 5);
+    EXPECT_NEAR(found.size, size, 1e-12);
+    EXPECT_EQ(found.used, 4 + idle_females);
+    EXPECT_EQ(found.left_out, 4U);
+  }
+  const GeneticPedigree one = numberedPedigree({{NONE}, {NONE}, {}, {}});
+  EXPECT_TRUE(std::isnan(effectiveSizeByLifetimeFamilies(one, std::vector<double>{0}, std::vector<SEX>{SEX::MALE},
+                                                         numbersOf(one, 1), 0, 2, 5)
+                             .size));
+}
+
 // In an ideal population of N monoecious animals everything follows from 1 - F = (1 - 1/2N)^t.
 TEST(EffectiveSize, ByIncreaseFindsTheRateThatWasPutIn) {
   constexpr double RATE = 1.0 / 50;

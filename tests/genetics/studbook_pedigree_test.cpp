@@ -61,16 +61,10 @@ TEST_F(StudbookGenetics, ReadsEveryKindOfParent) {
         {"8", "MULT", "HERD 1"},
         {"9", "HERD 2", "1"}});
   ASSERT_TRUE(book.build(Animals));
-  EXPECT_EQ(knownById(), (std::map<std::string, double>{{"1", 1},
-                                                        {"2", 1},
-                                                        {"3", 0},
-                                                        {"4", 1},
-                                                        {"5", 0.5},
-                                                        {"6", 1},
-                                                        {"7", 0.5},
-                                                        {"8", 1},
-                                                        {"9", 0.5},
-                                                        {"PX9", 1}}));
+  EXPECT_EQ(
+      knownById(),
+      (std::map<std::string, double>{
+          {"1", 1}, {"2", 1}, {"3", 0}, {"4", 1}, {"5", 0.5}, {"6", 1}, {"7", 0.5}, {"8", 1}, {"9", 0.5}, {"PX9", 1}}));
   const GeneticPedigree& pedigree = book.pedigree();
   EXPECT_EQ(pedigree.sire(numberOf("6")), numberOf("PX9"));
   EXPECT_EQ(pedigree.sire(numberOf("7")), UNKNOWN_SOURCE);
