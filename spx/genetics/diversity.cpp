@@ -58,4 +58,18 @@ known_kinships knownKinships(const GeneticPedigree& pedigree, std::span<const an
   return found;
 }
 
+std::vector<double> knownInbreeding(const GeneticPedigree& pedigree, unsigned threads) {
+  const std::vector<double> known = knownShares(pedigree);
+  std::vector<double> inbreeding = inbreedingBySources(pedigree, known, threads).inbreeding;
+  const auto shareOf = [&](animal_number parent) {
+    return pedigree.isNode(parent) ? known[parent] : parent == WILD_SOURCE ? 1.0 : 0.0;
+  };
+  for (animal_number animal = 0; animal < pedigree.size(); ++animal) {
+    if (pedigree.isFounder(animal) || pedigree.isGroup(animal)) continue;
+    const double both = shareOf(pedigree.sire(animal)) * shareOf(pedigree.dam(animal));
+    inbreeding[animal] = both > 0 ? inbreeding[animal] / both : NOT_A_NUMBER;
+  }
+  return inbreeding;
+}
+
 }  // namespace spx

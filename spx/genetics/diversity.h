@@ -45,4 +45,8 @@ struct known_kinships {
 SPX_EXPORT known_kinships knownKinships(const GeneticPedigree& pedigree, std::span<const animal_number> set,
                                         unsigned threads = 1);
 
+/// Inbreeding over the known part, by node: F by known founders divided by the known shares of both
+/// parents; 0 for founders, NaN where a parent has no known genes.
+SPX_EXPORT std::vector<double> knownInbreeding(const GeneticPedigree& pedigree, unsigned threads = 1);
+
 }  // namespace spx

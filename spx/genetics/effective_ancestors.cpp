@@ -49,13 +49,14 @@ std::vector<std::uint32_t> levelsOf(const GeneticPedigree& pedigree) {
 /// explains its descendants. So a candidate is looked at again when it leads the queue, and not before.
 class AncestorSearch {
  public:
-  AncestorSearch(const GeneticPedigree& pedigree, const founder_contributions& sources, std::vector<double> weights,
-                 std::vector<bool> is_barred)
+  /// @param explained  by node: the share of its genes that nobody is to explain
+  AncestorSearch(const GeneticPedigree& pedigree, const std::vector<phantom_founder>& phantoms,
+                 std::vector<double> weights, std::vector<double> explained, const std::vector<bool>& is_barred)
       : pedigree_(pedigree),
         children_(pedigree),
-        phantoms_(sources.phantoms),
+        phantoms_(phantoms),
         weights_(std::move(weights)),
-        explained_(pedigree.size()),
+        explained_(std::move(explained)),
         change_(pedigree.size()),
         is_chosen_(pedigree.size()),
         levels_(levelsOf(pedigree)),
@@ -223,9 +224,18 @@ effective_ancestors effectiveAncestors(const GeneticPedigree& pedigree, std::spa
   if (!options.members_count) {
     for (const animal_number member : members) is_barred[member] = !part.isFounder(member);
   }
-  const founder_contributions sources = contributionsTo(part, members);
+  std::vector<phantom_founder> phantoms = contributionsTo(part, members).phantoms;
+  std::vector<double> explained(part.size());
+  if (options.known_only) {
+    phantoms.erase(
+        std::remove_if(phantoms.begin(), phantoms.end(), [](const auto& phantom) { return !phantom.is_known; }),
+        phantoms.end());
+    explained = knownShares(part);
+    for (double& share : explained) share = 1 - share;
+  }
   effective_ancestors found =
-      AncestorSearch(part, sources, weightsIn(part, members), std::move(is_barred)).search(options.most);
+      AncestorSearch(part, phantoms, weightsIn(part, members), std::move(explained), is_barred).search(options.most);
+  if (options.known_only) found.number *= found.explained * found.explained;
   for (ancestor_share& ancestor : found.ancestors) {
     ancestor.animal = static_cast<animal_number>(part.row(ancestor.animal));
   }

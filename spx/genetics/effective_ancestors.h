@@ -15,6 +15,8 @@ namespace spx {
 struct ancestor_options {
   std::size_t most = std::numeric_limits<std::size_t>::max();  ///< ancestors to find
   bool members_count = false;  ///< animals of the set that have parents count as ancestors too; those without do
+  /// Only genes of known founders count, see knownShares(): genes of unknown origin are explained from the start.
+  bool known_only = false;
 };
 
 /// An ancestor and its marginal contribution.
@@ -28,7 +30,7 @@ struct ancestor_share {
 struct effective_ancestors {
   std::vector<ancestor_share> ancestors;  ///< the largest share first
   double explained = 0;                   ///< the sum of the shares: 1 unless fewer were asked for
-  double number = 0;                      ///< fa = 1 / sum q^2 over those found; NaN without any
+  double number = 0;  ///< fa = 1 / sum q^2 over those found, or (sum q)^2 / sum q^2 if known_only; NaN without any
 };
 
 /// Finds effective ancestors (Boichard, Maignel & Verrier 1997): the ancestor with the largest

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include "spx/genetics/founders.h"
@@ -11,30 +12,32 @@ namespace spx {
 namespace {
 
 /// A population to which offspring are added: its size, the sum of all its kinships, and the sum of
-/// every animal's kinships with it.
+/// every animal's kinships with it. Where a part of the genes counts alone, an animal is as large as
+/// that part of its own.
 class GrowingPopulation {
  public:
   GrowingPopulation(const GeneticPedigree& pedigree, const relationship_terms& terms,
-                    std::span<const animal_number> animals)
-      : pedigree_(pedigree),
-        terms_(terms),
-        size_(static_cast<double>(animals.size())),
-        sums_(meanKinships(pedigree, terms, animals)) {
-    for (double& sum : sums_) sum *= size_;
-    for (const animal_number animal : animals) total_ += sums_[animal];
+                    std::span<const animal_number> animals, std::span<const double> parts)
+      : pedigree_(pedigree), terms_(terms), parts_(parts), sums_(meanKinships(pedigree, terms, animals)) {
+    for (double& sum : sums_) sum *= static_cast<double>(animals.size());
+    for (const animal_number animal : animals) {
+      total_ += sums_[animal];
+      size_ += partOf(animal);
+    }
   }
 
-  double meanKinshipOf(animal_number animal) const { return sums_[animal] / size_; }
+  double partOf(animal_number animal) const { return parts_.empty() ? 1 : parts_[animal]; }
+  double meanKinshipOf(animal_number animal) const { return sums_[animal] / (size_ * partOf(animal)); }
   double diversity() const { return 1 - total_ / (size_ * size_); }
 
   double diversityWith(animal_number sire, animal_number dam, double kinship) const {
-    const double larger = size_ + 1;
+    const double larger = size_ + partOfOffspring(sire, dam);
     return 1 - totalWith(sire, dam, kinship) / (larger * larger);
   }
 
   void addOffspring(animal_number sire, animal_number dam, double kinship) {
     total_ = totalWith(sire, dam, kinship);
-    ++size_;
+    size_ += partOfOffspring(sire, dam);
     std::vector<double> x(pedigree_.size());
     x[sire] += 0.25;
     x[dam] += 0.25;
@@ -43,28 +46,47 @@ class GrowingPopulation {
   }
 
  private:
+  double partOfOffspring(animal_number sire, animal_number dam) const { return (partOf(sire) + partOf(dam)) / 2; }
+
   double totalWith(animal_number sire, animal_number dam, double kinship) const {
-    return total_ + sums_[sire] + sums_[dam] + (1 + kinship) / 2;
+    return total_ + sums_[sire] + sums_[dam] + (partOfOffspring(sire, dam) + kinship) / 2;
   }
 
   const GeneticPedigree& pedigree_;
   const relationship_terms& terms_;
-  double size_;
+  std::span<const double> parts_;
+  double size_ = 0;
   std::vector<double> sums_;
   double total_ = 0;
 };
 
+/// What the population and the kinships are computed from.
+struct Basis {
+  Basis(const GeneticPedigree& of_pedigree, const relationship_terms& of_all, GENES genes, unsigned threads)
+      : pedigree(of_pedigree), known(knownShares(of_pedigree)), is_known(genes == GENES::KNOWN) {
+    if (is_known) own_terms = inbreedingBySources(pedigree, known, threads);
+    terms = is_known ? &own_terms : &of_all;
+  }
+  Basis(const Basis&) = delete;
+  Basis& operator=(const Basis&) = delete;
+
+  const GeneticPedigree& pedigree;
+  std::vector<double> known;  ///< by node
+  bool is_known;
+  relationship_terms own_terms;
+  const relationship_terms* terms;
+};
+
 class PairPicker {
  public:
-  PairPicker(const GeneticPedigree& pedigree, const relationship_terms& terms,
-             std::span<const animal_number> population, std::span<const animal_number> males,
+  PairPicker(const Basis& basis, std::span<const animal_number> population, std::span<const animal_number> males,
              std::span<const animal_number> females, unsigned threads)
       : males_(males),
         females_(females),
-        start_(pedigree, terms, population),
+        known_(basis.known),
+        start_(basis.pedigree, *basis.terms, population, basis.is_known ? known_ : std::span<const double>()),
         now_(start_),
-        known_(knownShares(pedigree)),
-        kinships_(kinshipBlock(pedigree, terms, males, females, threads)) {}
+        kinships_(kinshipBlock(basis.pedigree, *basis.terms, males, females, threads)) {}
 
   std::vector<picked_pair> pick(const pick_options& options) {
     std::vector<std::size_t> left_of_male(males_.size(), options.most_per_male);
@@ -76,7 +98,7 @@ class PairPicker {
       if (!best) break;
       const auto [male, female] = *best;
       const breeding_pair pair = pairOf(judge, male, female);
-      now_.addOffspring(pair.sire, pair.dam, pair.offspring_inbreeding);
+      now_.addOffspring(pair.sire, pair.dam, kinshipOf(male, female));
       picks.push_back({pair, now_.diversity()});
       --left_of_male[male];
       --left_of_female[female];
@@ -93,7 +115,7 @@ class PairPicker {
     const double of_dam = judge.meanKinshipOf(dam);
     return {sire,
             dam,
-            kinship,
+            inbreedingOf(male, female),
             (of_sire + of_dam) / 2,
             std::abs(of_sire - of_dam),
             1 - (known_[sire] + known_[dam]) / 2,
@@ -109,6 +131,12 @@ class PairPicker {
 
   double kinshipOf(std::size_t male, std::size_t female) const { return kinships_[male * females_.size() + female]; }
 
+  // Over the genes that count.
+  double inbreedingOf(std::size_t male, std::size_t female) const {
+    const double both = start_.partOf(males_[male]) * start_.partOf(females_[female]);
+    return both > 0 ? kinshipOf(male, female) / both : std::numeric_limits<double>::quiet_NaN();
+  }
+
   // A static ranking would name the same pair for ever; a dynamic one may want it twice.
   bool isTaken(std::size_t male, std::size_t female) const {
     const std::size_t pair = male * females_.size() + female;
@@ -123,10 +151,9 @@ class PairPicker {
       if (left_of_male[male] == 0) continue;
       for (std::size_t female = 0; female < females_.size(); ++female) {
         if (left_of_female[female] == 0 || males_[male] == females_[female]) continue;
-        const double kinship = kinshipOf(male, female);
-        if (kinship > options.most_kinship || isTaken(male, female)) continue;
+        if (inbreedingOf(male, female) > options.most_kinship || isTaken(male, female)) continue;
         if (options.may_pair && !options.may_pair(males_[male], females_[female])) continue;
-        const double diversity = judge.diversityWith(males_[male], females_[female], kinship);
+        const double diversity = judge.diversityWith(males_[male], females_[female], kinshipOf(male, female));
         if (best && diversity <= highest) continue;
         best = places{male, female};
         highest = diversity;
@@ -137,9 +164,9 @@ class PairPicker {
 
   std::span<const animal_number> males_;
   std::span<const animal_number> females_;
+  std::span<const double> known_;
   GrowingPopulation start_;
   GrowingPopulation now_;
-  std::vector<double> known_;
   std::vector<double> kinships_;
   std::vector<std::size_t> is_picked_;
 };
@@ -148,10 +175,11 @@ class PairPicker {
 
 std::vector<breeding_pair> rankPairs(const GeneticPedigree& pedigree, const relationship_terms& terms,
                                      std::span<const animal_number> population, std::span<const animal_number> males,
-                                     std::span<const animal_number> females, unsigned threads) {
+                                     std::span<const animal_number> females, unsigned threads, GENES genes) {
   std::vector<breeding_pair> pairs;
   if (population.empty()) return pairs;
-  const PairPicker picker(pedigree, terms, population, males, females, threads);
+  const Basis basis(pedigree, terms, genes, threads);
+  const PairPicker picker(basis, population, males, females, threads);
   for (std::size_t male = 0; male < males.size(); ++male) {
     for (std::size_t female = 0; female < females.size(); ++female) {
       if (males[male] == females[female]) continue;
@@ -168,7 +196,8 @@ std::vector<picked_pair> pickPairs(const GeneticPedigree& pedigree, const relati
                                    std::span<const animal_number> population, std::span<const animal_number> males,
                                    std::span<const animal_number> females, const pick_options& options) {
   if (population.empty()) return {};
-  return PairPicker(pedigree, terms, population, males, females, options.threads).pick(options);
+  const Basis basis(pedigree, terms, options.genes, options.threads);
+  return PairPicker(basis, population, males, females, options.threads).pick(options);
 }
 
 }  // namespace spx

@@ -17,21 +17,31 @@ namespace spx {
 struct breeding_pair {
   animal_number sire;
   animal_number dam;
-  double offspring_inbreeding;  ///< the kinship of the pair
+  double offspring_inbreeding;  ///< the kinship of the pair; NaN over known genes where one has none
   double mean_kinship;          ///< the mean of the two animals' mean kinships with the population
   double kinship_difference;    ///< of their mean kinships, not negative
   double unknown;               ///< the share of the offspring's genes that is of unknown origin
   double diversity_change;      ///< of the population's gene diversity by one offspring
 };
 
+/// Which genes count.
+enum class GENES {
+  ALL,   ///< unknown parents are unrelated founders
+  KNOWN  ///< those of known founders, see knownKinships()
+};
+
 /// The pairs of all males with all females, the one first that keeps gene diversity highest. The
 /// diversity with one offspring more is 1 - [N^2 MK + N (MK_s + MK_d) + (1 + k_sd) / 2] / (N + 1)^2.
-/// An animal is not paired with itself. Empty for an empty population.
+/// Over known genes an animal counts as much as its known share u, an offspring (u_s + u_d) / 2:
+/// 1 - [S + S_s + S_d + ((u_s + u_d) / 2 + k_sd) / 2] / (U + (u_s + u_d) / 2)^2 with sums S of known
+/// kinships and U of known shares. An animal is not paired with itself. Empty for an empty population.
+/// @param terms       of all genes
 /// @param population  whose diversity counts
 SPX_EXPORT std::vector<breeding_pair> rankPairs(const GeneticPedigree& pedigree, const relationship_terms& terms,
                                                 std::span<const animal_number> population,
                                                 std::span<const animal_number> males,
-                                                std::span<const animal_number> females, unsigned threads = 1);
+                                                std::span<const animal_number> females, unsigned threads = 1,
+                                                GENES genes = GENES::ALL);
 
 /// How pickPairs() picks.
 struct pick_options {
@@ -42,6 +52,7 @@ struct pick_options {
   bool is_dynamic = true;                                         ///< mean kinships are computed again after each pick
   std::function<bool(animal_number sire, animal_number dam)> may_pair = {};  ///< empty: any pair may
   unsigned threads = 1;
+  GENES genes = GENES::ALL;
 };
 
 /// A pair and the gene diversity of the population with an offspring of every pair up to it.

@@ -60,6 +60,34 @@ TEST(Pairings, SayWhatAnOffspringWouldChange) {
   EXPECT_TRUE(rankPairs(herd.pedigree, herd.terms, {}, herd.males, herd.females).empty());
 }
 
+// An offspring over the known genes is one more row of the definition.
+TEST(Pairings, OverKnownGenesAreThoseOfTheGrownPopulation) {
+  const Herd herd;
+  const double now = 1 - knownKinships(herd.pedigree, herd.population).mean;
+  const auto pairs = rankPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females, 1, GENES::KNOWN);
+  const std::vector<double> means = knownKinships(herd.pedigree, herd.population).of_animals;
+  for (const std::size_t place : {0, 20, 99}) {
+    const breeding_pair& pair = pairs[place];
+    pedigree_rows grown = herd.rows;
+    grown.sires.push_back(static_cast<animal_number>(herd.pedigree.row(pair.sire)));
+    grown.dams.push_back(static_cast<animal_number>(herd.pedigree.row(pair.dam)));
+    GeneticPedigree numbered;
+    numbered.assign(grown);
+    std::vector<animal_number> set;
+    for (std::size_t row = 30; row < grown.sires.size(); ++row) set.push_back(numbered.number(row));
+    EXPECT_NEAR(1 - knownKinships(numbered, set).mean, now + pair.diversity_change, 1e-12);
+    EXPECT_NEAR(knownInbreeding(numbered)[set.back()], pair.offspring_inbreeding, 1e-12);
+    EXPECT_NEAR((means[pair.sire] + means[pair.dam]) / 2, pair.mean_kinship, 1e-12);
+  }
+  const auto picks = pickPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females,
+                               {.pairs = 3, .most_kinship = 0.2, .genes = GENES::KNOWN});
+  ASSERT_EQ(picks.size(), 3U);
+  EXPECT_NEAR(picks[0].diversity, now + picks[0].pair.diversity_change, 1e-12);
+  EXPECT_LE(picks[0].pair.offspring_inbreeding, 0.2);
+  const auto all = rankPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females);
+  EXPECT_NE(all.front().diversity_change, pairs.front().diversity_change);
+}
+
 TEST(Pairings, PicksKeepTheirPromiseAndTheLimits) {
   const Herd herd;
   const auto pick = [&](const pick_options& options) {
