@@ -9,4 +9,9 @@ namespace spx::console {
 /// @return below 0, 0 or above 0
 int compareNaturally(std::string_view a, std::string_view b);
 
+/// The order of sets and maps whose keys people read.
+struct natural_less {
+  bool operator()(std::string_view a, std::string_view b) const { return compareNaturally(a, b) < 0; }
+};
+
 }  // namespace spx::console

@@ -12,6 +12,7 @@
 #include "console/charts/kinship_map.h"
 #include "console/charts/result_charts.h"
 #include "console/commands/command.h"
+#include "console/commands/undated_option.h"
 #include "console/output/result_output.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
@@ -107,6 +108,7 @@ struct chart_options {
   survival_choice survival;
   projection_choice projection;
   gene_drop_options drop;
+  basis_options basis;
 };
 
 /// "Alderhay Zoo: all animals, until 2024-12-31", or "on 2024-12-31" for pictures of one day.
@@ -191,11 +193,13 @@ void addGenes(CommandGroup& group) {
       [](const chart_options& options, const std::string& subtitle) {
         gene_drop_options drop = options.drop;
         drop.threads = GeneticBasis::threads();
-        return foundersChart(needRows(foundersTable(GeneticBasis(), UNKNOWN_PARENTS::FOUNDER, drop)), subtitle);
+        return foundersChart(needRows(foundersTable(GeneticBasis(options.basis), UNKNOWN_PARENTS::FOUNDER, drop)),
+                             subtitle);
       },
       [](CLI::App& app, chart_options& options) {
         app.add_option("--runs", options.drop.runs, "Runs of the gene drop")->capture_default_str();
         app.add_option("--seed", options.drop.seed, "Start of the random numbers")->capture_default_str();
+        addUndatedOption(app, options.basis.undated);
       });
   addChart(group, "inbreeding", "Mean inbreeding by year of birth", VIEW_RECORDS,
            [](const chart_options&, const std::string& subtitle) {
@@ -211,6 +215,7 @@ struct kinship_options {
   draw_options draw;
   view_choice view;
   std::string order = "likeness";
+  basis_options basis;
 };
 
 command kinshipCommand() {
@@ -221,7 +226,7 @@ command kinshipCommand() {
             session.loadStudbook();
             useView(session, options->view);
             endWithStudbook();
-            heat_map map = kinshipMap(GeneticBasis(),
+            heat_map map = kinshipMap(GeneticBasis(options->basis),
                                       options->order == "location" ? KINSHIP_ORDER::LOCATION : KINSHIP_ORDER::LIKENESS);
             map.subtitle = whose(session, VIEW_DAY);
             return writePicture(options->draw, convertedImage(drawHeatMap(map), format));
@@ -230,6 +235,7 @@ command kinshipCommand() {
             app.add_option("--order", options->order, "How the animals stand: by likeness, or by location")
                 ->check(CLI::IsMember({"likeness", "location"}))
                 ->capture_default_str();
+            addUndatedOption(app, options->basis.undated);
             addDrawOptions(app, options->draw, false);
             addViewOptions(app, options->view, WHO | VIEW_DAY);
           }};

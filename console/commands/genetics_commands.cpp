@@ -4,6 +4,7 @@
 
 #include "console/base/failure.h"
 #include "console/commands/command.h"
+#include "console/commands/undated_option.h"
 #include "console/output/table_options.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
@@ -33,14 +34,14 @@ struct genetic_options {
   bool matrix = false;
   bool with_self = false;
   bool intervals = false;
-  bool trace_parents = false;
+  basis_options basis;
 };
 
 using OptionsPointer = std::shared_ptr<genetic_options>;
 using TableMaker = Table (*)(const GeneticBasis&, const genetic_options&);
 using OptionAdder = void (*)(CLI::App&, genetic_options&);
 
-void addUnknown(CLI::App& app, genetic_options& options) {
+CLI::Option* addUnknown(CLI::App& app, genetic_options& options) {
   const auto choose = [&options](const std::string& text) {
     const bool is_founder = text == getText(UNKNOWN_PARENTS::FOUNDER);
     if (!is_founder && text != getText(UNKNOWN_PARENTS::EXCLUDE)) {
@@ -48,11 +49,16 @@ void addUnknown(CLI::App& app, genetic_options& options) {
     }
     options.unknown = is_founder ? UNKNOWN_PARENTS::FOUNDER : UNKNOWN_PARENTS::EXCLUDE;
   };
-  app.add_option_function<std::string>(
-         "--unknown", choose,
-         "How unknown parents are treated: founder, each an unrelated founder of its own; "
-         "or exclude, results over the genes of known founders (default: founder)")
+  return app
+      .add_option_function<std::string>(
+          "--unknown", choose,
+          "How unknown parents are treated: founder, each an unrelated founder of its own; "
+          "or exclude, results over the genes of known founders (default: founder)")
       ->type_name("founder|exclude");
+}
+
+void offerUnknown(CLI::App& app, genetic_options& options) {
+  addUnknown(app, options);
 }
 
 void addIds(CLI::App& app, genetic_options& options) {
@@ -68,10 +74,12 @@ void addRuns(CLI::App& app, genetic_options& options) {
 
 void addInbreedingOptions(CLI::App& app, genetic_options& options) {
   addIds(app, options);
-  CLI::Option* partial = app.add_flag("--partial", options.partial, "F split by the founders whose genes cause it");
+  CLI::Option* unknown = addUnknown(app, options);
+  CLI::Option* partial =
+      app.add_flag("--partial", options.partial, "F split by the founders whose genes cause it")->excludes(unknown);
   app.add_flag("--ancestors", options.ancestors, "The common ancestors of the parents, with their parts of F")
-      ->excludes(partial);
-  addUnknown(app, options);
+      ->excludes(partial)
+      ->excludes(unknown);
 }
 
 void addKinshipOptions(CLI::App& app, genetic_options& options) {
@@ -88,6 +96,11 @@ void addPairOptions(CLI::App& app, genetic_options& options) {
       ->delimiter(',')
       ->type_name("ID,...");
   app.add_option("--females", pairs.females, "Only these females")->delimiter(',')->type_name("ID,...");
+  app.add_option("--unable", pairs.unable,
+                 "Animals with this value of a user field cannot breed, such as neutered=yes; may be given again")
+      ->type_name("FIELD=VALUE")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--max-kinship", pairs.most_kinship, "Leave out pairs with a higher kinship")->type_name("NUMBER");
   app.add_flag("--same-location", pairs.same_location, "Only pairs that live at one location");
   CLI::Option* pick = app.add_option("--pick", pairs.picks,
@@ -145,14 +158,15 @@ void addCommand(std::vector<command>& commands, const char* name, const char* he
                       [options, make](Session& session) {
                         session.loadStudbook();
                         useView(session, options->view);
-                        showTable(make(GeneticBasis(options->trace_parents), *options), options->table);
+                        showTable(make(GeneticBasis(options->basis), *options), options->table);
                         return ExitCode::DONE;
                       },
                       [options, add, has_rows](CLI::App& app) {
                         add(app, *options);
-                        app.add_flag("--trace-parents", options->trace_parents,
+                        app.add_flag("--trace-parents", options->basis.trace_parents,
                                      "Unknown and group parents are the average of the animals that could be them; "
                                      "needs the reproductive ages of the life history");
+                        addUndatedOption(app, options->basis.undated);
                         has_rows ? addTableOptions(app, options->table) : addFormatOptions(app, options->table);
                         addViewOptions(app, options->view, VIEW_OF_GENETICS);
                       }});
@@ -161,7 +175,7 @@ void addCommand(std::vector<command>& commands, const char* name, const char* he
 }  // namespace
 
 void addGeneticsCommands(std::vector<command>& commands) {
-  addCommand(commands, "genetics", "Show the genetic state of the living population", genetics, addUnknown, false);
+  addCommand(commands, "genetics", "Show the genetic state of the living population", genetics, offerUnknown, false);
   addCommand(commands, "inbreeding", "Show inbreeding coefficients and where they come from", inbreeding,
              addInbreedingOptions);
   addCommand(commands, "kinship", "Show how animals are related", kinships, addKinshipOptions);
@@ -170,7 +184,7 @@ void addGeneticsCommands(std::vector<command>& commands) {
       [](const GeneticBasis& basis, const genetic_options& options) {
         return meanKinshipTable(basis, options.unknown);
       },
-      addUnknown);
+      offerUnknown);
   addCommand(commands, "founders", "Show the founders, their contributions and what is left of their genes", founders,
              [](CLI::App& app, genetic_options& options) {
                addRuns(app, options);

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "console/commands/command.h"
+#include "console/commands/undated_option.h"
 #include "console/output/result_output.h"
 #include "console/project/view_options.h"
 #include "console/project/view_settings.h"
@@ -55,6 +56,7 @@ void addReportCommands(std::vector<command>& commands) {
                         app.add_option("--gene-drops", options->choice.gene_drops, "Runs for the founders' retention")
                             ->check(CLI::Range(1, 1000000))
                             ->capture_default_str();
+                        addUndatedOption(app, options->choice.basis.undated);
                         addViewOptions(app, options->view, WHOLE_VIEW & ~(VIEW_PARENTS | VIEW_WORDS));
                       }});
 }

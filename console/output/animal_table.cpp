@@ -132,10 +132,6 @@ bool isShown(std::string_view name, ANIMAL_LIST list) {
   return std::find(std::begin(SHOWN), std::end(SHOWN), name) != std::end(SHOWN);
 }
 
-std::string parentText(const std::string& id) {
-  return isUnknownParent(id) ? "unknown" : id == WILD_PARENT ? "wild" : id;
-}
-
 std::vector<table_column> columnsOf(ANIMAL_LIST list) {
   constexpr char USER_FIELDS[] = "user_fields";
   std::vector<table_column> columns;
@@ -228,6 +224,10 @@ void sortByBirth(std::vector<position>& animals) {
   std::stable_sort(animals.begin(), animals.end(), [](position a, position b) {
     return Animals.records[a].birth.date < Animals.records[b].birth.date;
   });
+}
+
+std::string parentText(const std::string& id) {
+  return isUnknownParent(id) ? "unknown" : id == WILD_PARENT ? "wild" : id;
 }
 
 std::string placeText(packed_deme location) {

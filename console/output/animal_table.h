@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "spx/core/master_data.h"
@@ -30,6 +31,9 @@ void sortNaturally(std::vector<position>& animals);
 
 /// Sorts animals by birth date, unknown ones first, then by studbook ID; n log n.
 void sortByBirth(std::vector<position>& animals);
+
+/// What people see of a parent's ID: "unknown" and "wild" for the placeholders.
+std::string parentText(const std::string& id);
 
 /// The name of a location, and its identifier where the name does not tell it; empty when it is not known.
 std::string placeText(packed_deme location);

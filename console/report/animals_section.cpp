@@ -37,10 +37,6 @@ offspring_map offspringOf(const std::vector<position>& animals) {
   return offspring;
 }
 
-struct natural_less {
-  bool operator()(const std::string& a, const std::string& b) const { return compareNaturally(a, b) < 0; }
-};
-
 /// The records by ID; the first one of a duplicate.
 using record_map = std::unordered_map<std::string_view, const master_data*>;
 
@@ -161,7 +157,7 @@ class Cards {
 
 void addAnimals(HtmlPage& page, report_context& context) {
   page.section("animals", "Animals by location");
-  const GeneticBasis basis;
+  const GeneticBasis basis(context.basis);
   std::map<std::string, std::vector<position>, natural_less> places;
   std::vector<position> all;
   for (const animal_number animal : basis.living()) {

@@ -47,7 +47,7 @@ const Table& foundersOf(report_context& context) {
     gene_drop_options drop;
     drop.runs = context.gene_drops;
     drop.threads = GeneticBasis::threads();
-    context.founders = foundersTable(GeneticBasis(), UNKNOWN, drop);
+    context.founders = foundersTable(GeneticBasis(context.basis), UNKNOWN, drop);
   }
   return *context.founders;
 }
@@ -56,14 +56,14 @@ const Table& pairsOf(report_context& context) {
   if (!context.pairs) {
     pair_choice choice;
     choice.picks = PAIRS;
-    context.pairs = pairsTable(GeneticBasis(), choice, UNKNOWN);
+    context.pairs = pairsTable(GeneticBasis(context.basis), choice, UNKNOWN);
   }
   return *context.pairs;
 }
 
 void addGenetics(HtmlPage& page, report_context& context) {
   page.section("genetics", "Genetics");
-  const GeneticBasis basis;
+  const GeneticBasis basis(context.basis);
   page.table(geneticPage(basis, UNKNOWN), "The genetic state of the population");
   const Table inbreeding = inbreedingByYear();
   addChart(
@@ -89,7 +89,7 @@ void addFounders(HtmlPage& page, report_context& context) {
 void addMeanKinship(HtmlPage& page, report_context& context) {
   page.section("mean-kinship", "Mean kinship");
   page.paragraph("The animals with the lowest mean kinship carry the rarest genes; they should breed first.");
-  const Table table = meanKinshipTable(GeneticBasis(), UNKNOWN);
+  const Table table = meanKinshipTable(GeneticBasis(context.basis), UNKNOWN);
   page.table(table, "The living, from the lowest mean kinship to the highest", linkedAnimals(context, table, {"id"}));
 }
 

@@ -7,6 +7,7 @@
 #include "console/charts/chart.h"
 #include "console/output/table.h"
 #include "console/report/html_page.h"
+#include "console/results/genetic_basis.h"
 
 /// The sections of the report. Each computes what it shows from Animals and View.
 namespace spx::console {
@@ -16,6 +17,7 @@ struct report_context {
   std::string subtitle;      ///< of charts: whose figures, of which period
   std::string day_subtitle;  ///< of charts of one day: whose, and the day
   std::size_t gene_drops = 1000;
+  basis_options basis = {};           ///< of genetics
   bool cards = false;                 ///< the ancestors on each card, to the great-grandparents
   bool links = true;                  ///< the page has cards that IDs can link to
   std::vector<std::string> left_out;  ///< what could not be shown and why, gathered by the sections

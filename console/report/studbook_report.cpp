@@ -111,7 +111,7 @@ struct summary_text {
   std::vector<std::string> sentences;
 };
 
-void addNumbers(const GeneticBasis& basis, summary_text& to) {
+void addNumbers(const GeneticBasis& basis, const report_context& context, summary_text& to) {
   const std::size_t living = basis.living().size();
   const places at = placesOf(basis);
   std::string where = at.known == 0 ? "; where they are is not recorded" : ", at " + counted(at.known, "place");
@@ -120,6 +120,13 @@ void addNumbers(const GeneticBasis& basis, summary_text& to) {
   }
   to.sentences.push_back(counted(living, "animal") + (living == 1 ? " is" : " are") + " alive and present on " +
                          dayText(View.monitor_date) + where + ".");
+  for (const std::string& note : basis.notes()) to.sentences.push_back(note);
+  if (basis.undated() > 0) {
+    to.sentences.push_back("The census and all other demography leave animals without dates out" +
+                           (context.basis.undated == UNDATED::EXCLUDE
+                                ? "."
+                                : ": they count " + counted(basis.undated(), "animal") + " fewer than genetics."));
+  }
   const auto is_dead = [](const master_data& animal) { return animal.death.date != 0; };
   if (living > 0 && std::none_of(Animals.records.begin(), Animals.records.end(), is_dead)) {
     to.sentences.emplace_back("The studbook records no deaths: every animal counts as alive, however old.");
@@ -187,7 +194,7 @@ std::vector<std::pair<double, std::string>> nearlyLost(const Table& founders) {
 
 void addFounderSentences(const GeneticBasis& basis, report_context& context, summary_text& to) {
   constexpr std::size_t MOST = 6;
-  const founder_states founders = founderStates(basis, basis.living());
+  const founder_states founders = founderStates(basis, basis.animals(), UNKNOWN_PARENTS::FOUNDER);
   const std::size_t with = founders.living + founders.represented;
   to.sentences.push_back(counted(with, "founder") + (with == 1 ? " has" : " have") + " living descendants; " +
                          std::to_string(founders.potential) + " without any could still be bred from; " +
@@ -226,9 +233,9 @@ void addPairSentence(report_context& context, summary_text& to) {
 
 void addSummary(HtmlPage& page, const report_choice& choice, report_context& context) {
   page.section("summary", "Summary");
-  const GeneticBasis basis;
+  const GeneticBasis basis(context.basis);
   summary_text summary;
-  addNumbers(basis, summary);
+  addNumbers(basis, context, summary);
   addGrowthOfNumbers(summary);
   addGenes(basis, summary);
   if (!basis.living().empty() && isWanted(choice, "founders")) {
@@ -278,6 +285,7 @@ std::string studbookReport(const report_choice& choice) {
   context.subtitle = choice.studbook + ": " + viewText();
   context.day_subtitle = choice.studbook + ": " + whoText() + ", on " + dayText(View.monitor_date);
   context.gene_drops = choice.gene_drops;
+  context.basis = choice.basis;
   context.cards = choice.cards;
   context.links = isWanted(choice, "animals");
   addSummary(page, choice, context);

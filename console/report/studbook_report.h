@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "console/results/genetic_basis.h"
+
 namespace spx::console {
 
 /// What a report holds.
@@ -13,6 +15,7 @@ struct report_choice {
   std::vector<std::string> sections;  ///< by name; empty: all
   bool cards = false;                 ///< a small pedigree for each living animal
   std::size_t gene_drops = 1000;      ///< runs of the gene drop that gives the founders' retention
+  basis_options basis = {};           ///< of genetics
 };
 
 /// The names of the sections, in their order.

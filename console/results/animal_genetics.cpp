@@ -15,6 +15,8 @@
 #include "spx/views/data_filter.h"
 
 #include "console/base/failure.h"
+#include "console/output/animal_table.h"
+#include "console/results/demography_notes.h"
 
 namespace spx::console {
 namespace {
@@ -40,21 +42,6 @@ double meanOf(const std::vector<animal_number>& animals, const std::vector<doubl
 
 std::string fourDigits(double value) {
   return qs_lib::realToString(value, 4);
-}
-
-/// F over the genes of known founders: by these, and among the genes of known origin of both parents.
-std::vector<double> knownInbreeding(const GeneticPedigree& pedigree) {
-  const std::vector<double> known = knownShares(pedigree);
-  std::vector<double> inbreeding = inbreedingBySources(pedigree, known, GeneticBasis::threads()).inbreeding;
-  for (animal_number animal = 0; animal < pedigree.size(); ++animal) {
-    if (pedigree.isFounder(animal)) continue;
-    const auto shareOf = [&](animal_number parent) {
-      return pedigree.isNode(parent) ? known[parent] : parent == WILD_SOURCE ? 1.0 : 0.0;
-    };
-    const double both = shareOf(pedigree.sire(animal)) * shareOf(pedigree.dam(animal));
-    inbreeding[animal] = both > 0 ? inbreeding[animal] / both : NOT_A_NUMBER;
-  }
-  return inbreeding;
 }
 
 struct shared_ancestors {
@@ -108,11 +95,12 @@ Table inbreedingTable(const GeneticBasis& basis, const listed_animals& who, UNKN
                 .kind = COLUMN_KIND::REAL,
                 .decimals = 4,
                 .help = "the chance that a gene was inbred in an ancestor already (Ballou 1997)"},
-               {.name = "sire", .title = "Sire"},
-               {.name = "dam", .title = "Dam"}});
+               {.name = "sire", .title = "Sire", .shown = parentText},
+               {.name = "dam", .title = "Dam", .shown = parentText}});
   const std::vector<animal_number> animals = listed(basis, who);
   const bool by_known = unknown == UNKNOWN_PARENTS::EXCLUDE;
-  const std::vector<double> inbreeding = by_known ? knownInbreeding(basis.pedigree()) : basis.terms().inbreeding;
+  const std::vector<double> inbreeding =
+      by_known ? knownInbreeding(basis.pedigree(), GeneticBasis::threads()) : basis.terms().inbreeding;
   const std::vector<double> ancestral = ancestralInbreeding(basis.pedigree(), basis.terms().inbreeding);
   double sum = 0;
   std::size_t known = 0;
@@ -131,6 +119,7 @@ Table inbreedingTable(const GeneticBasis& basis, const listed_animals& who, UNKN
   }
   if (!who.ids.empty()) noteCommonAncestors(table, basis, animals);
   addNotes(table, basis.notes(unknown));
+  if (by_known) table.notes.emplace_back("Ancestral F takes unknown parents as unrelated founders in any case.");
   return table;
 }
 
@@ -171,6 +160,7 @@ Table partialInbreedingTable(const GeneticBasis& basis, const listed_animals& wh
     }
     if (rest[members[member]] > ROUNDING) table.addRow({basis.id(animals[member]), Cell(), rest[members[member]]});
   }
+  addNotes(table, basis.notes());
   return table;
 }
 
@@ -189,6 +179,7 @@ Table commonAncestorTable(const GeneticBasis& basis, const listed_animals& who) 
       table.addRow({basis.id(animal), basis.id(each.animal), each.kinship});
     }
   }
+  addNotes(table, basis.notes());
   return table;
 }
 
@@ -219,9 +210,18 @@ Table meanKinshipTable(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
         .help = "in years on the day of the view"},
        {.name = "location", .title = "Location"}});
   const std::vector<animal_number>& living = basis.needLiving();
-  const std::vector<double> means = unknown == UNKNOWN_PARENTS::EXCLUDE
-                                        ? knownKinships(basis.pedigree(), living, GeneticBasis::threads()).of_animals
-                                        : meanKinships(basis.pedigree(), basis.terms(), living);
+  const bool by_known = unknown == UNKNOWN_PARENTS::EXCLUDE;
+  const unsigned threads = GeneticBasis::threads();
+  known_kinships kinships;
+  if (by_known) {
+    kinships = knownKinships(basis.pedigree(), living, threads);
+  } else {
+    kinships.of_animals = meanKinships(basis.pedigree(), basis.terms(), living);
+    kinships.mean = meanOf(living, kinships.of_animals);
+  }
+  const std::vector<double>& means = kinships.of_animals;
+  const std::vector<double> inbreeding =
+      by_known ? knownInbreeding(basis.pedigree(), threads) : basis.terms().inbreeding;
   const std::vector<double> known = knownShares(basis.pedigree());
   const std::vector<std::size_t> offspring = offspringCounts(basis.pedigree());
   std::vector<animal_number> order = living;
@@ -230,28 +230,24 @@ Table meanKinshipTable(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
   });
   for (const animal_number animal : order) {
     const master_data& record = basis.record(animal);
-    table.addRow({record.stud_id, getEnumName(record.sex), means[animal], known[animal],
-                  basis.terms().inbreeding[animal], offspring[animal], ageInYears(record), placeOf(record)});
+    table.addRow({record.stud_id, getEnumName(record.sex), means[animal], known[animal], inbreeding[animal],
+                  offspring[animal], ageInYears(record), placeOf(record)});
   }
-  const double mean = unknown == UNKNOWN_PARENTS::EXCLUDE
-                          ? knownKinships(basis.pedigree(), living, GeneticBasis::threads()).mean
-                          : meanOf(living, means);
-  table.notes.push_back(std::to_string(living.size()) + " living animals; mean kinship of the population " +
-                        fourDigits(mean) + ", gene diversity " + fourDigits(1 - mean) + ".");
+  table.notes.push_back(counted(living.size(), "living animal") + "; their mean kinship is " +
+                        fourDigits(kinships.mean) + ", their gene diversity " + fourDigits(1 - kinships.mean) + ".");
   addNotes(table, basis.notes(unknown));
   return table;
 }
 
 Table generationsTable(const GeneticBasis& basis, const listed_animals& who) {
-  const auto number = [](const char* name, const char* title, const char* help, bool in_text = true) {
-    return table_column{
-        .name = name, .title = title, .kind = COLUMN_KIND::REAL, .decimals = 2, .help = help, .in_text = in_text};
+  const auto number = [](const char* name, const char* title, const char* help, int decimals = 0) {
+    return table_column{.name = name, .title = title, .kind = COLUMN_KIND::REAL, .decimals = decimals, .help = help};
   };
   Table table({{.name = "id", .title = "ID"},
                number("cites", "CITES", "0 for founders, else 1 + the lower of the known parents' numbers"),
-               number("genetic", "Genetic", "1 + the mean of the known parents' numbers"),
-               number("maternal", "Maternal", "1 + the dam's number"),
-               number("equivalent", "Equivalent", "complete generations that the known ancestors make up"),
+               number("genetic", "Genetic", "1 + the mean of the known parents' numbers", 2),
+               number("maternal", "Maternal", "1 + the dam's number", 2),
+               number("equivalent", "Equivalent", "complete generations that the known ancestors make up", 2),
                number("traced", "Traced", "generations back in which every ancestor is known"),
                number("maximum", "Maximum", "generations back to the most distant ancestor")});
   const std::vector<animal_number> animals = listed(basis, who);
@@ -267,6 +263,7 @@ Table generationsTable(const GeneticBasis& basis, const listed_animals& who) {
                           qs_lib::realToString(meanOf(animals, found.traced), 2) + ", maximum " +
                           qs_lib::realToString(meanOf(animals, found.maximum), 2) + ".");
   }
+  addNotes(table, basis.notes());
   return table;
 }
 
@@ -306,6 +303,7 @@ Table completenessTable(const GeneticBasis& basis, const listed_animals& who, st
     }
     table.notes.push_back(note + ".");
   }
+  addNotes(table, basis.notes());
   return table;
 }
 

@@ -6,7 +6,9 @@
 #include "spx/genetics/effective_size.h"
 #include "spx/genetics/generation_interval.h"
 #include "spx/genetics/generations.h"
+#include "spx/support/julian_date.h"
 #include "spx/support/number_text.h"
+#include "spx/views/data_filter.h"
 
 namespace spx::console {
 namespace {
@@ -40,6 +42,31 @@ breeders livingBreeders(const GeneticBasis& basis) {
   return found;
 }
 
+/// The families that are complete: of animals so old that they will hardly have more offspring.
+struct complete_families {
+  double first_birth;
+  double last_birth;  ///< of the animals whose families they are
+};
+
+/// From the first birth on to so long before the day of the view as 19 of 20 parents were old, or less, at a birth.
+complete_families completeFamilies(const GeneticBasis& basis, const std::vector<double>& births) {
+  std::vector<double> ages;
+  double first = std::nan("");
+  for (const animal_number animal : basis.animals()) {
+    first = std::fmin(first, births[animal]);
+    for (const animal_number parent : {basis.pedigree().sire(animal), basis.pedigree().dam(animal)}) {
+      if (!basis.pedigree().isNode(parent)) continue;
+      const double age = births[animal] - births[parent];
+      if (!std::isnan(age)) ages.push_back(age);
+    }
+  }
+  if (ages.empty()) return {first, first};
+  constexpr double MOST_PARENTS = 0.95;
+  const auto old = ages.begin() + static_cast<std::ptrdiff_t>(MOST_PARENTS * static_cast<double>(ages.size() - 1));
+  std::nth_element(ages.begin(), old, ages.end());
+  return {first, static_cast<double>(View.monitor_date) - *old};
+}
+
 /// How many of the living each of their parents has as offspring.
 std::vector<std::size_t> familySizes(const GeneticBasis& basis) {
   std::vector<std::size_t> counts(basis.pedigree().size());
@@ -50,6 +77,10 @@ std::vector<std::size_t> familySizes(const GeneticBasis& basis) {
   }
   counts.erase(std::remove(counts.begin(), counts.end(), std::size_t{0}), counts.end());
   return counts;
+}
+
+std::string yearText(double day) {
+  return std::to_string(qs_lib::civilFromDay(static_cast<qs_lib::day_number>(day)).year);
 }
 
 /// Sizes that nobody can tell from an infinite one are shown as such.
@@ -105,6 +136,16 @@ Table effectiveSizeTable(const GeneticBasis& basis) {
       "the living that have bred; all of a sex have equal chances (Wright 1931)");
   add("family_size", "family sizes", effectiveSizeByFamilySize(familySizes(basis)),
       "the parents of the living; generations do not overlap, families are complete (Crow & Kimura 1970)");
+  const complete_families families = completeFamilies(basis, facts.births);
+  add("lifetime_families", "lifetime families",
+      effectiveSizeByLifetimeFamilies(basis.pedigree(), facts.births, facts.sexes, basis.animals(),
+                                      families.first_birth, families.last_birth, interval),
+      "animals of the view old enough to have all their offspring; a stable population, generations may overlap (Hill "
+      "1979)");
+  if (families.last_birth > families.first_birth) {
+    table.notes.push_back("Lifetime families are those of animals born until " + yearText(families.last_birth) +
+                          ": 19 of 20 parents were not older at a birth than such animals are now.");
+  }
   if (sample.size() < living.size()) {
     table.notes.push_back("Kinship: of " + std::to_string(living.size()) + " living animals " +
                           std::to_string(sample.size()) + " were taken at even steps.");
@@ -113,6 +154,8 @@ Table effectiveSizeTable(const GeneticBasis& basis) {
     table.notes.push_back("Generation interval " + qs_lib::realToString(interval / DAYS_OF_YEAR, 2) +
                           " years (spx effective-size --intervals).");
   }
+  addNotes(table, basis.notes());
+  table.notes.emplace_back("Unknown parents count as unrelated founders.");
   return table;
 }
 
@@ -137,6 +180,7 @@ Table generationIntervalTable(const GeneticBasis& basis) {
   add("dam to son", found.dam_son);
   add("dam to daughter", found.dam_daughter);
   table.addRow({"mean of the paths", found.mean / DAYS_OF_YEAR});
+  addNotes(table, basis.notes());
   return table;
 }
 

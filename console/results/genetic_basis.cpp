@@ -8,6 +8,7 @@
 #include "spx/analyses/trace_parents.h"
 #include "spx/core/identifiers.h"
 #include "spx/core/multi_parent.h"
+#include "spx/core/pseudo_ids.h"
 #include "spx/demography/presence.h"
 #include "spx/views/data_filter.h"
 #include "spx/views/predicates.h"
@@ -17,6 +18,7 @@
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
 #include "console/project/life_history.h"
+#include "console/results/demography_notes.h"
 #include "console/studbook/record_genetics.h"
 
 namespace spx::console {
@@ -42,7 +44,7 @@ struct counted_animals {
   std::size_t undated = 0;
 };
 
-counted_animals countAnimals(const DataFilter& view) {
+counted_animals countAnimals(const DataFilter& view, UNDATED treatment) {
   const presence_settings settings = presenceSettings(view);
   const LocationSet locations(view.demes);
   const Presence presence(Animals.records, view, settings);
@@ -60,7 +62,7 @@ counted_animals countAnimals(const DataFilter& view) {
     if (is_found[record] || !isInViewRecord(animal, view)) continue;
     if (isUndatedButThere(animal, view.monitor_date, locations)) {
       ++found.undated;
-      found.living.push_back(record);
+      if (treatment == UNDATED::LIVING) found.living.push_back(record);
       found.ever.push_back(record);
     } else if (locations.all() && animal.birth.date <= view.monitor_date) {
       found.ever.push_back(record);
@@ -101,7 +103,7 @@ std::vector<parent_candidates> tracedParents() {
   return found;
 }
 
-std::string counted(std::size_t count, const char* one, const char* many) {
+std::string countedAs(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
@@ -111,9 +113,13 @@ const char* getText(UNKNOWN_PARENTS treatment) {
   return treatment == UNKNOWN_PARENTS::FOUNDER ? "founder" : "exclude";
 }
 
-GeneticBasis::GeneticBasis(bool trace_parents) {
+const char* getText(UNDATED treatment) {
+  return treatment == UNDATED::LIVING ? "living" : "exclude";
+}
+
+GeneticBasis::GeneticBasis(const basis_options& options) : undated_treatment_(options.undated) {
   std::vector<parent_candidates> candidates;
-  if (trace_parents) candidates = tracedParents();
+  if (options.trace_parents) candidates = tracedParents();
   traced_ = candidates.size();
   if (!studbook_.build(Animals, {parent_list, candidates})) {
     throw Failure(cycleText(studbook_.cycle()) +
@@ -129,17 +135,25 @@ GeneticBasis::GeneticBasis(bool trace_parents) {
     std::sort(numbers.begin(), numbers.end());
     return numbers;
   };
-  const counted_animals counted = countAnimals(View);
-  animals_ = numbersOf(counted.ever);
-  living_ = numbersOf(counted.living);
-  undated_ = counted.undated;
-  whole_population_ = numbersOf(countAnimals(viewOfAll()).living);
+  const counted_animals of_view = countAnimals(View, options.undated);
+  animals_ = numbersOf(of_view.ever);
+  living_ = numbersOf(of_view.living);
+  undated_ = of_view.undated;
+  const counted_animals all = countAnimals(viewOfAll(), options.undated);
+  whole_studbook_ = numbersOf(all.ever);
+  whole_population_ = numbersOf(all.living);
+  for (const missing_parent& parent : Animals.missing_parents) {
+    const animal_number number = studbook_.number(parent.stand_in);
+    if (number != UNKNOWN_SOURCE) stand_ins_.emplace(number, parent.id);
+  }
 }
 
 const std::vector<animal_number>& GeneticBasis::needLiving() const {
   if (living_.empty()) {
-    throw Failure(animals_.empty() ? "no animals match the view; spx view show prints its settings"
-                                   : "no animal of the view is alive on its day; choose an earlier day with --on DATE");
+    if (animals_.empty()) throw Failure("no animals match the view; spx view show prints its settings");
+    throw Failure(undated_ > 0 ? "no animal of the view with a date is alive on its day; --undated living counts the " +
+                                     counted(undated_, "animal") + " without dates"
+                               : "no animal of the view is alive on its day; choose an earlier day with --on DATE");
   }
   return living_;
 }
@@ -148,10 +162,28 @@ const master_data& GeneticBasis::record(animal_number animal) const {
   return Animals.records[studbook_.record(animal)];
 }
 
+const std::string& GeneticBasis::id(animal_number animal) const {
+  const std::string& stored = record(animal).stud_id;
+  if (stand_ins_.empty() || !stored.starts_with(PSEUDO_FOUNDER_PREFIX)) return stored;
+  const auto stand_in = stand_ins_.find(animal);
+  return stand_in == stand_ins_.end() ? stored : stand_in->second;
+}
+
+std::string GeneticBasis::wildMateOf(animal_number animal) const {
+  const master_data& founder = record(animal);
+  const bool is_made_up = founder.stud_id.starts_with(PSEUDO_FOUNDER_PREFIX) && std::isnan(birthDay(founder)) &&
+                          founder.birth.date != 0 && !stand_ins_.contains(animal);
+  std::string mate = is_made_up ? founder.stud_id.substr(std::size(PSEUDO_FOUNDER_PREFIX) - 1) : "";
+  return Animals.findMaster(mate) == Animals.records.size() ? "" : mate;
+}
+
 animal_number GeneticBasis::number(const std::string& id) const {
   const position found = Animals.findMaster(id);
   const animal_number number = studbook_.number(found);
   if (number != UNKNOWN_SOURCE) return number;
+  for (const auto& [stand_in, name] : stand_ins_) {
+    if (name == id) return stand_in;
+  }
   if (found != Animals.records.size())
     throw Failure(quotedText(id) + " stands for unknown parents; it is not an animal");
   std::vector<std::string> ids;
@@ -175,20 +207,38 @@ std::vector<animal_number> GeneticBasis::sortedById(std::vector<animal_number> a
   return animals;
 }
 
-std::vector<std::string> GeneticBasis::notes(UNKNOWN_PARENTS treatment) const {
+std::vector<std::string> GeneticBasis::notes() const {
   std::vector<std::string> notes;
-  if (undated_ > 0) {
-    notes.push_back(
-        counted(undated_, "animal without dates counts as living.", "animals without dates count as living."));
+  const auto lacks_birth = [this](animal_number animal) { return record(animal).birth.date == 0; };
+  const auto without_birth = static_cast<std::size_t>(std::count_if(living_.begin(), living_.end(), lacks_birth));
+  if (without_birth > 0) {
+    notes.push_back(std::to_string(without_birth) + " of the " + counted(living_.size(), "living animal") +
+                    (without_birth == 1 ? " has no birth date." : " have no birth date."));
+  }
+  if (undated_ > 0 && undated_treatment_ == UNDATED::LIVING) {
+    const bool all = undated_ == without_birth;
+    notes.push_back(countedAs(undated_, "has", "have") + (all ? " no other date either" : " no date at all") +
+                    (undated_ == 1 ? " and counts" : " and count") +
+                    " as living, since no end is recorded; --undated exclude leaves " +
+                    (undated_ == 1 ? "it" : "them") + " out.");
+  } else if (undated_ > 0) {
+    notes.push_back(countedAs(undated_, "animal without any date is", "animals without any date are") +
+                    " left out of the living (--undated exclude).");
   }
   if (traced_ > 0) {
-    notes.push_back(counted(traced_, "parent is the average of the animals", "parents are the average of the animals") +
-                    " that could be it (--trace-parents).");
+    notes.push_back(
+        countedAs(traced_, "parent is the average of the animals", "parents are the average of the animals") +
+        " that could be it (--trace-parents).");
   }
-  notes.emplace_back(treatment == UNKNOWN_PARENTS::FOUNDER
+  return notes;
+}
+
+std::vector<std::string> GeneticBasis::notes(UNKNOWN_PARENTS treatment) const {
+  std::vector<std::string> lines = notes();
+  lines.emplace_back(treatment == UNKNOWN_PARENTS::FOUNDER
                          ? "Unknown parents count as unrelated founders (--unknown founder)."
                          : "Results are over the genes of known founders (--unknown exclude).");
-  return notes;
+  return lines;
 }
 
 void addNotes(Table& table, const std::vector<std::string>& notes) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "spx/genetics/inbreeding.h"
@@ -21,14 +22,27 @@ enum class UNKNOWN_PARENTS : std::uint8_t {
 /// The names of `--unknown`.
 const char* getText(UNKNOWN_PARENTS treatment);
 
+/// Whether animals of which no date is known count among the living, as long as no end is recorded: a pedigree without
+/// dates has genetics too.
+enum class UNDATED : std::uint8_t { LIVING, EXCLUDE };
+
+/// The names of `--undated`.
+const char* getText(UNDATED treatment);
+
+/// How the basis is made.
+struct basis_options {
+  /// Unknown and group parents are the average of the animals that parent tracing finds for them; throws UsageError
+  /// while the life history has no reproductive ages.
+  bool trace_parents = false;
+  UNDATED undated = UNDATED::LIVING;
+};
+
 /// The pedigree of the studbook in use with its inbreeding, and who is asked about. Ancestors are always those of the
 /// whole studbook: the view decides who is counted, never who is an ancestor.
 class GeneticBasis {
  public:
   /// Reads Animals and View. Throws Failure when animals are their own ancestors, with the cycle by IDs.
-  /// @param trace_parents  unknown and group parents are the average of the animals that parent tracing finds for
-  ///                       them; throws UsageError while the life history has no reproductive ages
-  explicit GeneticBasis(bool trace_parents = false);
+  explicit GeneticBasis(const basis_options& options = {});
 
   const StudbookPedigree& studbook() const { return studbook_; }
   const GeneticPedigree& pedigree() const { return studbook_.pedigree(); }
@@ -36,8 +50,10 @@ class GeneticBasis {
 
   /// The animals of the view that were ever in its locations by its day, dead or alive.
   const std::vector<animal_number>& animals() const { return animals_; }
-  /// Those that are alive and present on its day. An animal without any date counts while no end is recorded.
+  /// Those that are alive and present on its day; see UNDATED.
   const std::vector<animal_number>& living() const { return living_; }
+  /// The animals of the whole studbook by the view's day, dead or alive.
+  const std::vector<animal_number>& wholeStudbook() const { return whole_studbook_; }
   /// The living animals of all locations, sexes and taxa on that day.
   const std::vector<animal_number>& wholePopulation() const { return whole_population_; }
   /// Whether the view chooses among the living at all.
@@ -47,7 +63,11 @@ class GeneticBasis {
   const std::vector<animal_number>& needLiving() const;
 
   const master_data& record(animal_number animal) const;
-  const std::string& id(animal_number animal) const { return record(animal).stud_id; }
+  /// The ID as the studbook has it; of a parent without a record that by which its offspring name it.
+  const std::string& id(animal_number animal) const;
+
+  /// The animal whose wild mate this is: "12" for "P12", which stands for its mate "WILD"; empty for others.
+  std::string wildMateOf(animal_number animal) const;
 
   /// The number of an animal. Throws Failure for an ID that the studbook does not have, with the nearest one.
   animal_number number(const std::string& id) const;
@@ -56,8 +76,12 @@ class GeneticBasis {
   /// The animals as people sort their IDs.
   std::vector<animal_number> sortedById(std::vector<animal_number> animals) const;
 
-  /// The lines that say how unknown parents and undated animals were treated.
+  /// The lines that say how undated animals, traced parents and unknown parents were treated.
   std::vector<std::string> notes(UNKNOWN_PARENTS treatment) const;
+  /// The same without the unknown parents, which some results do not depend on.
+  std::vector<std::string> notes() const;
+  /// How many animals of the view have no date at all.
+  std::size_t undated() const { return undated_; }
 
   /// How many threads a computation may use.
   static unsigned threads();
@@ -67,7 +91,10 @@ class GeneticBasis {
   relationship_terms terms_;
   std::vector<animal_number> animals_;
   std::vector<animal_number> living_;
+  std::vector<animal_number> whole_studbook_;
   std::vector<animal_number> whole_population_;
+  std::unordered_map<animal_number, std::string> stand_ins_;  ///< the IDs of parents without a record
+  UNDATED undated_treatment_;
   std::size_t undated_ = 0;
   std::size_t traced_ = 0;  ///< parents that stand for several candidates
 };

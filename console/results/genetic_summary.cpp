@@ -1,7 +1,8 @@
 #include "console/results/genetic_summary.h"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
+#include <iterator>
 
 #include "spx/genetics/diversity.h"
 #include "spx/genetics/effective_ancestors.h"
@@ -39,15 +40,39 @@ class FactList {
   std::vector<genetic_fact> facts_;
 };
 
-void addFounders(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living,
-                 const genetic_diversity& found) {
-  const founder_states states = founderStates(basis, living);
-  facts.count("founders", "Founders", found.founders, "animals without parents whose genes live on");
+std::size_t knownFounders(const GeneticPedigree& pedigree, const std::vector<animal_number>& living) {
+  const std::vector<animal_number> founders = contributionsTo(pedigree, living).founders;
+  return static_cast<std::size_t>(std::count_if(
+      founders.begin(), founders.end(), [&](animal_number founder) { return pedigree.isOfKnownOrigin(founder); }));
+}
+
+struct inbreeding_level {
+  double mean;
+  double highest;
+};
+
+/// Over known genes; animals without any on one side are not counted.
+inbreeding_level knownLevel(const GeneticBasis& basis, const std::vector<animal_number>& living) {
+  const std::vector<double> inbreeding = knownInbreeding(basis.pedigree(), GeneticBasis::threads());
+  std::vector<animal_number> known;
+  std::copy_if(living.begin(), living.end(), std::back_inserter(known),
+               [&](animal_number animal) { return !std::isnan(inbreeding[animal]); });
+  double highest = known.empty() ? std::nan("") : 0;
+  for (const animal_number animal : known) highest = std::max(highest, inbreeding[animal]);
+  return {meanOf(known, inbreeding), highest};
+}
+
+void addFounders(FactList& facts, const GeneticBasis& basis, const genetic_subject& subject,
+                 const genetic_diversity& found, UNKNOWN_PARENTS unknown) {
+  const founder_states states = founderStates(basis, subject.animals, unknown);
+  const bool all = unknown == UNKNOWN_PARENTS::FOUNDER;
+  facts.count("founders", "Founders", all ? found.founders : knownFounders(basis.pedigree(), subject.living),
+              "animals without parents whose genes live on");
   facts.count("phantom_founders", "Missing parents", found.phantom_founders,
-              "unknown mates; each a founder of its own");
+              all ? "unknown mates; each a founder of its own" : "unknown mates; their genes are left out");
   facts.count("living_founders", "Founders alive", states.living, "with living descendants");
   facts.count("potential_founders", "Potential founders", states.potential, "alive, no living descendants: breed them");
-  facts.count("lost_founders", "Lost founders", states.lost, "gone, no living descendants");
+  facts.count("lost_founders", "Lost founders", states.lost, "gone, no living descendants anywhere");
   facts.share("known", "Known ancestry", found.known_share, "genes that come from known founders");
 }
 
@@ -56,8 +81,10 @@ void addDiversity(FactList& facts, const GeneticBasis& basis, const std::vector<
   const bool by_known = unknown == UNKNOWN_PARENTS::EXCLUDE;
   const double kinship =
       by_known ? knownKinships(basis.pedigree(), living, GeneticBasis::threads()).mean : found.mean_kinship;
-  facts.number("mean_f", "Mean inbreeding F", found.mean_inbreeding, 4, "of the living; 0.25: like offspring of sibs");
-  facts.number("highest_f", "Highest F", found.highest_inbreeding, 4, "of one animal");
+  const inbreeding_level level =
+      by_known ? knownLevel(basis, living) : inbreeding_level{found.mean_inbreeding, found.highest_inbreeding};
+  facts.number("mean_f", "Mean inbreeding F", level.mean, 4, "of the living; 0.25: like offspring of sibs");
+  facts.number("highest_f", "Highest F", level.highest, 4, "of one animal");
   facts.number("mean_kinship", "Mean kinship", kinship, 4, "the F to expect after mating at random");
   facts.number("gene_diversity", "Gene diversity", 1 - kinship, 4, "kept of the founders' source; goal: 0.90");
   facts.number("fg", "Founder genomes (fg)", 1 / (2 * kinship), 2, "founders that would hold it: 1 / (2 MK)");
@@ -67,9 +94,12 @@ void addDiversity(FactList& facts, const GeneticBasis& basis, const std::vector<
                "fe over the genes of known founders");
 }
 
-void addAncestors(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living) {
+void addAncestors(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living,
+                  UNKNOWN_PARENTS unknown) {
   const auto number = [&](bool members_count) {
-    return effectiveAncestors(basis.pedigree(), living, {.members_count = members_count}).number;
+    return effectiveAncestors(basis.pedigree(), living,
+                              {.members_count = members_count, .known_only = unknown == UNKNOWN_PARENTS::EXCLUDE})
+        .number;
   };
   facts.number("fa", "Effective ancestors (fa)", number(false), 2, "far below fe: there were bottlenecks");
   facts.number("fa_with_members", "fa with the living", number(true), 2, "if the living count as ancestors too");
@@ -107,15 +137,16 @@ table_column columnOf(const genetic_fact& fact) {
 
 }  // namespace
 
-std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const std::vector<animal_number>& living,
+std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const genetic_subject& subject,
                                        UNKNOWN_PARENTS unknown) {
   FactList facts;
+  const std::vector<animal_number>& living = subject.living;
   const genetic_diversity found = diversityOf(basis.pedigree(), basis.terms(), living);
-  facts.count("animals", "Animals", basis.animals().size(), "of the view, living or not");
+  facts.count("animals", "Animals", subject.animals.size(), "living or not");
   facts.count("living", "Living animals", living.size(), "what follows is about them");
-  addFounders(facts, basis, living, found);
+  addFounders(facts, basis, subject, found, unknown);
   addDiversity(facts, basis, living, found, unknown);
-  addAncestors(facts, basis, living);
+  addAncestors(facts, basis, living, unknown);
   addGenerations(facts, basis, living);
   return facts.take();
 }
@@ -128,17 +159,19 @@ Table geneticPage(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
   if (has_rest) columns.push_back({.name = "population", .title = "All living", .alignment = ALIGNMENT::RIGHT});
   columns.push_back({.name = "meaning", .title = "What it means"});
   Table table(std::move(columns));
-  const std::vector<genetic_fact> of_view = geneticFacts(basis, basis.needLiving(), unknown);
+  const std::vector<genetic_fact> of_view = geneticFacts(basis, {basis.animals(), basis.needLiving()}, unknown);
   std::vector<genetic_fact> of_all;
-  if (has_rest) of_all = geneticFacts(basis, basis.wholePopulation(), unknown);
+  if (has_rest) of_all = geneticFacts(basis, {basis.wholeStudbook(), basis.wholePopulation()}, unknown);
   for (std::size_t fact = 0; fact < of_view.size(); ++fact) {
     std::vector<Cell> row{of_view[fact].title, textCell(of_view[fact])};
-    if (has_rest) row.push_back(of_view[fact].name == "animals" ? Cell() : textCell(of_all[fact]));
+    if (has_rest) row.push_back(textCell(of_all[fact]));
     row.emplace_back(of_view[fact].meaning);
     table.addRow(std::move(row));
   }
   if (unknown == UNKNOWN_PARENTS::EXCLUDE) {
-    table.notes.push_back("Mean kinship, gene diversity, fg and fe are over the known genes; F and fa are not.");
+    table.notes.push_back(
+        "F, kinship, diversity, founders, fe and fa are over the known genes. Generations and completeness count known "
+        "ancestors in any case; Ne takes unknown parents as founders.");
   }
   addNotes(table, basis.notes(unknown));
   return table;
@@ -147,12 +180,11 @@ Table geneticPage(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
 Table geneticRecord(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
   std::vector<table_column> columns;
   std::vector<Cell> row;
-  for (const genetic_fact& fact : geneticFacts(basis, basis.needLiving(), unknown)) {
+  for (const genetic_fact& fact : geneticFacts(basis, {basis.animals(), basis.needLiving()}, unknown)) {
     columns.push_back(columnOf(fact));
     row.push_back(fact.value);
   }
-  for (const genetic_fact& fact : geneticFacts(basis, basis.wholePopulation(), unknown)) {
-    if (fact.name == "animals") continue;
+  for (const genetic_fact& fact : geneticFacts(basis, {basis.wholeStudbook(), basis.wholePopulation()}, unknown)) {
     table_column column = columnOf(fact);
     column.name = "population_" + fact.name;
     column.group = "population";

@@ -18,9 +18,14 @@ struct genetic_fact {
   std::string meaning;  ///< in one line
 };
 
-/// The facts of a set of living animals; see docs/genetics.md.
-/// @param animals  how many animals of any day the set was chosen from
-std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const std::vector<animal_number>& living,
+/// Whose facts they are.
+struct genetic_subject {
+  const std::vector<animal_number>& animals;  ///< of any day
+  const std::vector<animal_number>& living;   ///< of these
+};
+
+/// The facts of some living animals; see docs/genetics.md.
+std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const genetic_subject& subject,
                                        UNKNOWN_PARENTS unknown);
 
 /// The page of a yearly report for people: the view, beside it the whole living population where the view is a part

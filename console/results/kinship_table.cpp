@@ -88,7 +88,7 @@ Table kinshipTable(const GeneticBasis& basis, const std::vector<animal_number>& 
     if (column == 2) return kinships->at(first, second);
     return (*ids)[column == 0 ? first : second];
   });
-  table.if_empty = "There is only one animal; spx kinship needs two.";
+  table.if_empty = "There is only one animal, and kinship needs two; --self shows that of an animal with itself.";
   addNotes(table, basis.notes(unknown));
   return table;
 }

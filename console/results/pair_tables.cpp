@@ -3,63 +3,109 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 
+#include "spx/core/user_fields.h"
 #include "spx/genetics/diversity.h"
-#include "spx/genetics/founders.h"
+#include "spx/genetics/kinship.h"
 #include "spx/genetics/pairings.h"
 #include "spx/project/biology.h"
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
 #include "spx/views/predicates.h"
 
+#include "console/base/assignment.h"
 #include "console/base/failure.h"
+#include "console/base/natural_order.h"
+#include "console/base/nearest_word.h"
+#include "console/base/quoted_text.h"
+#include "console/base/words.h"
+#include "console/project/life_history.h"
+#include "console/results/demography_notes.h"
 
 namespace spx::console {
 namespace {
 
 constexpr double MOST_PAIRS = 5'000'000;
 
-/// The animals of one sex that can breed, and why the others cannot.
+/// A value of a user field whose animals cannot breed, such as "neutered=yes".
+struct unable_value {
+  std::string text;
+  std::size_t field;
+  std::string value;
+
+  bool isOf(const master_data& animal) const {
+    return field < animal.user_data.size() && isSameWord(animal.user_data[field], value);
+  }
+};
+
+std::vector<unable_value> unableValues(const std::vector<std::string>& texts) {
+  std::vector<unable_value> found;
+  std::vector<std::string> names;
+  for (const user_field& field : user_field_list) names.push_back(field.name);
+  for (const std::string& text : texts) {
+    const auto [name, value] = splitAssignment(text, "FIELD=VALUE", "--unable");
+    const auto field = std::find_if(names.begin(), names.end(),
+                                    [&wanted = name](const std::string& known) { return isSameWord(known, wanted); });
+    if (field == names.end()) {
+      throw UsageError("--unable: " + quotedText(name) + " is not a user field (spx user-fields lists them)" +
+                       suggestion(name, names));
+    }
+    found.push_back({text, static_cast<std::size_t>(field - names.begin()), value});
+  }
+  return found;
+}
+
+/// Who was left out, by the reason.
+using left_out_animals = std::map<std::string, std::set<std::string, natural_less>>;
+
+void note(Table& table, const left_out_animals& left_out) {
+  constexpr std::size_t MOST_NAMED = 12;
+  for (const auto& [reason, ids] : left_out) {
+    std::string text = "Left out, " + reason + ":";
+    std::size_t named = 0;
+    for (const std::string& id : ids) {
+      if (named++ == MOST_NAMED) break;
+      text += (named == 1 ? " " : ", ") + id;
+    }
+    if (ids.size() > MOST_NAMED) text += " and " + std::to_string(ids.size() - MOST_NAMED) + " more";
+    table.notes.push_back(text + ".");
+  }
+}
+
+/// The animals that can be the parent of one sex, and why the others cannot.
 class Candidates {
  public:
-  Candidates(const GeneticBasis& basis, const std::vector<std::string>& ids, SEX sex) : basis_(basis), sex_(sex) {
-    for (const animal_number animal : basis.living()) is_living_.push_back(animal);
-    const std::vector<animal_number> asked = ids.empty() ? basis.living() : basis.numbers(ids);
-    for (const animal_number animal : asked) {
+  Candidates(const GeneticBasis& basis, const pair_choice& choice, SEX sex, left_out_animals& left_out)
+      : basis_(basis), sex_(sex), unable_(unableValues(choice.unable)) {
+    const std::vector<std::string>& ids = sex == SEX::MALE ? choice.males : choice.females;
+    for (const animal_number animal : ids.empty() ? basis.living() : basis.numbers(ids)) {
       const std::string reason = reasonAgainst(animal, !ids.empty());
       if (reason.empty()) {
         animals_.push_back(animal);
       } else if (reason != OTHER_SEX) {
-        left_out_[reason].push_back(basis.id(animal));
+        left_out[reason].insert(basis.id(animal));
       }
     }
   }
 
   const std::vector<animal_number>& animals() const { return animals_; }
 
-  void note(Table& table) const {
-    constexpr std::size_t MOST_NAMED = 12;
-    for (const auto& [reason, ids] : left_out_) {
-      std::string text = "Left out, " + reason + ":";
-      for (std::size_t place = 0; place < std::min(ids.size(), MOST_NAMED); ++place) {
-        text += (place == 0 ? " " : ", ") + ids[place];
-      }
-      if (ids.size() > MOST_NAMED) text += " and " + std::to_string(ids.size() - MOST_NAMED) + " more";
-      table.notes.push_back(text + ".");
-    }
-  }
-
  private:
   static constexpr char OTHER_SEX[] = "of the other sex";
 
   std::string reasonAgainst(animal_number animal, bool is_named) const {
     const master_data& record = basis_.record(animal);
-    if (record.sex != sex_) {
-      if (record.sex == SEX::UNKNOWN) return "sex unknown";
+    if (record.sex == SEX::UNKNOWN) return "sex unknown";
+    if (record.sex == SEX::ABNORMAL) return "of abnormal sex";
+    if (record.sex != sex_ && record.sex != SEX::HERMAPHRODITE) {
       return is_named ? std::string("not ") + (sex_ == SEX::MALE ? "male" : "female") : OTHER_SEX;
     }
-    if (!std::binary_search(is_living_.begin(), is_living_.end(), animal)) {
+    if (!std::binary_search(basis_.living().begin(), basis_.living().end(), animal)) {
       return isLiving(record, View.monitor_date) ? "not in the view" : "not alive";
+    }
+    for (const unable_value& each : unable_) {
+      if (each.isOf(record)) return "unable to breed (" + each.text + ")";
     }
     const qs_lib::DataRange<double> ages = LifeHistory.getReproductiveAge(sex_);
     const double age = View.monitor_date - birthDay(record);
@@ -71,9 +117,8 @@ class Candidates {
 
   const GeneticBasis& basis_;
   SEX sex_;
-  std::vector<animal_number> is_living_;
+  std::vector<unable_value> unable_;
   std::vector<animal_number> animals_;
-  std::map<std::string, std::vector<std::string>> left_out_;
 };
 
 table_column real(const char* name, const char* title, int decimals, const char* help) {
@@ -102,45 +147,44 @@ std::vector<table_column> pairColumns(bool is_picked) {
   return columns;
 }
 
-/// The values over the known genes alone, where the keeper wants that.
-class KnownPart {
- public:
-  KnownPart(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) : is_used_(unknown == UNKNOWN_PARENTS::EXCLUDE) {
-    if (!is_used_) return;
-    known_ = knownShares(basis.pedigree());
-    means_ = knownKinships(basis.pedigree(), basis.living(), GeneticBasis::threads()).of_animals;
-    terms_ = inbreedingBySources(basis.pedigree(), known_, GeneticBasis::threads());
-  }
-
-  const relationship_terms& terms(const GeneticBasis& basis) const { return is_used_ ? terms_ : basis.terms(); }
-
-  void correct(breeding_pair& pair) const {
-    if (!is_used_) return;
-    const double both = known_[pair.sire] * known_[pair.dam];
-    pair.offspring_inbreeding = both > 0 ? pair.offspring_inbreeding / both : std::nan("");
-    pair.mean_kinship = (means_[pair.sire] + means_[pair.dam]) / 2;
-    pair.kinship_difference = std::abs(means_[pair.sire] - means_[pair.dam]);
-  }
-
- private:
-  bool is_used_;
-  std::vector<double> known_;
-  std::vector<double> means_;
-  relationship_terms terms_;
-};
-
 std::vector<Cell> cellsOf(const GeneticBasis& basis, const breeding_pair& pair) {
   return {basis.id(pair.sire),     basis.id(pair.dam), pair.offspring_inbreeding, pair.mean_kinship,
           pair.kinship_difference, pair.unknown,       pair.diversity_change};
 }
 
-void needPairs(const Candidates& males, const Candidates& females) {
+void addDiversityNote(Table& table, const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
+  const double kinship = unknown == UNKNOWN_PARENTS::EXCLUDE
+                             ? knownKinships(basis.pedigree(), basis.living(), GeneticBasis::threads()).mean
+                             : meanKinshipBetween(basis.pedigree(), basis.terms(), basis.living(), basis.living());
+  table.notes.push_back("Gene diversity of the " + counted(basis.living().size(), "living animal") + " " +
+                        qs_lib::realToString(1 - kinship, 5) + ", mean kinship " + qs_lib::realToString(kinship, 5) +
+                        ".");
+}
+
+void noteHermaphrodites(Table& table, const GeneticBasis& basis, const Candidates& males) {
+  const auto& sires = males.animals();
+  const auto count = std::count_if(
+      sires.begin(), sires.end(), [&](animal_number animal) { return basis.record(animal).sex == SEX::HERMAPHRODITE; });
+  if (count == 0) return;
+  table.notes.push_back(counted(static_cast<std::size_t>(count), "hermaphrodite") +
+                        (count == 1 ? " stands" : " stand") + " among the sires and the dams.");
+}
+
+std::string reasonsText(const left_out_animals& left_out) {
+  std::string text;
+  for (const auto& [reason, ids] : left_out)
+    text += (text.empty() ? "" : ", ") + std::to_string(ids.size()) + " " + reason;
+  return text.empty() ? "" : " (left out: " + text + ")";
+}
+
+void needPairs(const Candidates& males, const Candidates& females, const left_out_animals& left_out) {
   const auto pairs = static_cast<double>(males.animals().size()) * static_cast<double>(females.animals().size());
   if (pairs == 0) {
     throw Failure(
         std::string("no ") + (males.animals().empty() ? "male" : "female") +
         " of the view can breed: it needs a known sex, to be alive on the day of the view, and an age that the "
-        "life history allows; spx life-history show prints the ages");
+        "life history allows; spx life-history show prints the ages" +
+        reasonsText(left_out));
   }
   if (pairs > MOST_PAIRS) {
     throw Failure(std::to_string(males.animals().size()) + " males and " + std::to_string(females.animals().size()) +
@@ -153,17 +197,19 @@ void needPairs(const Candidates& males, const Candidates& females) {
 Table pairsTable(const GeneticBasis& basis, const pair_choice& choice, UNKNOWN_PARENTS unknown) {
   Table table(pairColumns(choice.picks != 0));
   const std::vector<animal_number>& living = basis.needLiving();
-  const Candidates males(basis, choice.males, SEX::MALE);
-  const Candidates females(basis, choice.females, SEX::FEMALE);
-  needPairs(males, females);
-  const KnownPart known(basis, unknown);
+  left_out_animals left_out;
+  const Candidates males(basis, choice, SEX::MALE, left_out);
+  const Candidates females(basis, choice, SEX::FEMALE, left_out);
+  needPairs(males, females, left_out);
+  const unsigned threads = GeneticBasis::threads();
+  const GENES genes = unknown == UNKNOWN_PARENTS::EXCLUDE ? GENES::KNOWN : GENES::ALL;
   const auto mayPair = [&](animal_number sire, animal_number dam) {
     return !choice.same_location ||
            currentDeme(basis.record(sire), View.monitor_date) == currentDeme(basis.record(dam), View.monitor_date);
   };
   if (choice.picks == 0) {
-    for (breeding_pair pair : rankPairs(basis.pedigree(), basis.terms(), living, males.animals(), females.animals(),
-                                        GeneticBasis::threads())) {
+    for (const breeding_pair& pair :
+         rankPairs(basis.pedigree(), basis.terms(), living, males.animals(), females.animals(), threads, genes)) {
       if (!mayPair(pair.sire, pair.dam) || pair.offspring_inbreeding > choice.most_kinship) continue;
       table.addRow(cellsOf(basis, pair));
     }
@@ -176,7 +222,8 @@ Table pairsTable(const GeneticBasis& basis, const pair_choice& choice, UNKNOWN_P
                    .most_kinship = choice.most_kinship,
                    .is_dynamic = !choice.is_static,
                    .may_pair = mayPair,
-                   .threads = GeneticBasis::threads()});
+                   .threads = threads,
+                   .genes = genes});
     for (std::size_t place = 0; place < picks.size(); ++place) {
       std::vector<Cell> cells = cellsOf(basis, picks[place].pair);
       cells.insert(cells.begin(), place + 1);
@@ -187,13 +234,15 @@ Table pairsTable(const GeneticBasis& basis, const pair_choice& choice, UNKNOWN_P
                               ? "Picked by the ranking of today."
                               : "Picked one after the other; each counts an offspring of the pairs before it.");
   }
-  table.if_empty = "No pair meets --max-kinship and --same-location.";
-  const genetic_diversity now = diversityOf(basis.pedigree(), basis.terms(), living);
-  table.notes.push_back("Gene diversity of the " + std::to_string(living.size()) + " living animals " +
-                        qs_lib::realToString(now.gene_diversity, 5) + ", mean kinship " +
-                        qs_lib::realToString(now.mean_kinship, 5) + ".");
-  males.note(table);
-  females.note(table);
+  table.if_empty = "No pair meets the limits of " +
+                   std::string(choice.same_location ? "--same-location" : "--max-kinship") +
+                   (choice.same_location && std::isfinite(choice.most_kinship) ? " and --max-kinship." : ".");
+  addDiversityNote(table, basis, unknown);
+  if (lacksReproductiveAges()) {
+    table.notes.emplace_back("Animals of any age are paired: no reproductive ages are set (spx life-history set).");
+  }
+  noteHermaphrodites(table, basis, males);
+  note(table, left_out);
   addNotes(table, basis.notes(unknown));
   return table;
 }

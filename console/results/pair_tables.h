@@ -13,6 +13,7 @@ namespace spx::console {
 struct pair_choice {
   std::vector<std::string> males = {};    ///< IDs; none: the males of the view
   std::vector<std::string> females = {};  ///< likewise
+  std::vector<std::string> unable = {};   ///< FIELD=VALUE of a user field: these animals cannot breed
   double most_kinship = std::numeric_limits<double>::infinity();
   bool same_location = false;  ///< only pairs that live at one place
   std::size_t picks = 0;       ///< so many pairs one after the other; 0: all pairs, ranked
@@ -22,7 +23,8 @@ struct pair_choice {
 };
 
 /// The pairs of the living males and females that can breed, the one first that keeps gene diversity highest. The
-/// notes name the animals that were left out, with the reason. Throws Failure when no pair is possible.
+/// notes name the animals that were left out, with the reason. A hermaphrodite can be the sire and the dam. Throws
+/// Failure when no pair is possible, and UsageError for a field that the studbook does not have.
 Table pairsTable(const GeneticBasis& basis, const pair_choice& choice, UNKNOWN_PARENTS unknown);
 
 }  // namespace spx::console

@@ -11,6 +11,7 @@
 #include "spx/core/animal_data.h"
 #include "spx/core/breeding_program.h"
 #include "spx/core/meta_population.h"
+#include "spx/core/identifiers.h"
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/studbook.h"
 #include "spx/core/sub_taxa.h"
@@ -127,6 +128,9 @@ void report(const loading_notes& notes) {
   for (const missing_parent& parent : Animals.missing_parents) {
     if (!Animals.records[parent.stand_in].stud_id.starts_with(PSEUDO_FOUNDER_PREFIX)) {
       continue;  // an unknown parent by another name, such as "UNK 7"
+    }
+    if (isMultiParent(parent.id)) {
+      continue;  // a group of animals has no record
     }
     names.push_back(parent.id);
     references += parent.offspring.size();

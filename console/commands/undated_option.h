@@ -1,0 +1,14 @@
+#pragma once
+
+#include "console/results/genetic_basis.h"
+
+namespace CLI {
+class App;
+}
+
+namespace spx::console {
+
+/// Offers `--undated living|exclude`. The choice must live until the command line is parsed.
+void addUndatedOption(CLI::App& app, UNDATED& choice);
+
+}  // namespace spx::console
