@@ -207,10 +207,14 @@ std::vector<animal_number> GeneticBasis::sortedById(std::vector<animal_number> a
   return animals;
 }
 
+std::size_t GeneticBasis::withoutBirthDate() const {
+  return static_cast<std::size_t>(std::count_if(
+      living_.begin(), living_.end(), [this](animal_number animal) { return record(animal).birth.date == 0; }));
+}
+
 std::vector<std::string> GeneticBasis::notes() const {
   std::vector<std::string> notes;
-  const auto lacks_birth = [this](animal_number animal) { return record(animal).birth.date == 0; };
-  const auto without_birth = static_cast<std::size_t>(std::count_if(living_.begin(), living_.end(), lacks_birth));
+  const std::size_t without_birth = withoutBirthDate();
   if (without_birth > 0) {
     notes.push_back(std::to_string(without_birth) + " of the " + counted(living_.size(), "living animal") +
                     (without_birth == 1 ? " has no birth date." : " have no birth date."));

@@ -80,6 +80,8 @@ class GeneticBasis {
   std::vector<std::string> notes(UNKNOWN_PARENTS treatment) const;
   /// The same without the unknown parents, which some results do not depend on.
   std::vector<std::string> notes() const;
+  /// How many of the living have no birth date.
+  std::size_t withoutBirthDate() const;
   /// How many animals of the view have no date at all.
   std::size_t undated() const { return undated_; }
 

@@ -192,6 +192,8 @@ Table geneticRecord(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
     columns.push_back(std::move(column));
     row.push_back(fact.value);
   }
+  columns.push_back({.name = "without_birth_date", .title = "Living animals without a birth date"});
+  row.emplace_back(basis.withoutBirthDate());
   columns.push_back({.name = "unknown", .title = "Unknown parents"});
   row.emplace_back(getText(unknown));
   Table table(std::move(columns));

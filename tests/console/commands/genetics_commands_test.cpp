@@ -138,6 +138,177 @@ TEST_F(GeneticsCommands, RowOrderChangesNothing) {
   }
 }
 
+TEST_F(GeneticsCommands, NamesForScriptsStay) {
+  const struct {
+    std::vector<std::string> words;
+    const char* header;
+  } cases[] = {
+      {{"inbreeding"}, "id,f,ancestral_f,sire,dam"},
+      {{"inbreeding", "--partial"}, "id,founder,partial_f"},
+      {{"inbreeding", "--ancestors"}, "id,ancestor,f_part"},
+      {{"kinship", "--all"}, "id1,id2,kinship"},
+      {{"kinship", "C", "E", "--matrix"}, "id,C,E"},
+      {{"mean-kinship"}, "id,sex,mk,known,f,offspring,age,location"},
+      {{"founders", "--runs", "9"},
+       "id,contribution,target,retention,lost,living_descendants,population_descendants,state"},
+      {{"gene-drop", "--runs", "9"}, "statistic,what,mean,sd,minimum,low,median,high,maximum,runs,seed"},
+      {{"generations"}, "id,cites,genetic,maternal,equivalent,traced,maximum"},
+      {{"completeness", "--generations", "2"}, "id,index,g1,g2"},
+      {{"pairs"}, "sire,dam,offspring_f,mean_mk,mk_difference,unknown,diversity_change"},
+      {{"pairs", "--pick", "1"},
+       "rank,sire,dam,offspring_f,mean_mk,mk_difference,unknown,diversity_change,gene_diversity"},
+      {{"effective-size"}, "method,title,ne,se,low,high,used,left_out,assumes"},
+      {{"effective-size", "--intervals"}, "path,mean,se,births"},
+  };
+  for (auto [words, header] : cases) {
+    SCOPED_TRACE(words.front());
+    std::vector<std::string> csv = words;
+    csv.insert(csv.end(), {"--format", "csv"});
+    const std::string shown = text(csv);
+    EXPECT_EQ(shown.substr(0, shown.find_first_of("\r\n")), header);
+    const nlohmann::json rows = json(words);
+    ASSERT_FALSE(rows.empty());
+    std::string keys;
+    for (std::istringstream names(header); std::getline(names, keys, ',');) {
+      EXPECT_TRUE(rows[0].contains(keys)) << keys;
+    }
+  }
+  const nlohmann::json page = json({"genetics"});
+  for (const char* key : {"animals", "living", "founders", "mean_f", "mean_kinship", "gene_diversity", "fg", "fe", "fa",
+                          "equivalent_generations", "without_birth_date", "unknown"}) {
+    EXPECT_TRUE(page.contains(key)) << key;
+  }
+}
+
+// What stands for unknown parents, by what the table says.
+constexpr char PLACEHOLDERS[] =
+    "id,sire,dam,sex,birth_date,origin\n"
+    "A,WILD,WILD,m,1990,wild\n"
+    "B,WILD,WILD,f,1990,wild\n"
+    "C,WILD,B,f,1996,captive\n"
+    "D,UNK,B,f,1996,captive\n"
+    "E,UNKM,UNKF,f,1996,captive\n"
+    "F,MULT3,B,f,1997,captive\n"
+    "G,HERD 1,GROUP 2,f,1998,captive\n"
+    "H,X9,B,f,1998,captive\n"
+    "I,P12,B,f,1998,captive\n"
+    "J,A,MULT,f,1999,captive\n";
+
+TEST_F(GeneticsCommands, FoundersAreAnimalsAndNotPlaceholders) {
+  studbook = table("placeholders.csv", PLACEHOLDERS);
+  const figures all = numbers({"founders", "--runs", "9"}, "id", "living_descendants");
+  EXPECT_EQ(all, (figures{{"A", 1}, {"B", 5}, {"E", 0}, {"G", 0}, {"P12", 1}, {"PB", 1}, {"X9", 1}}));
+  EXPECT_EQ(numbers({"founders", "--runs", "9", "--unknown", "exclude"}, "id", "living_descendants"),
+            (figures{{"A", 1}, {"B", 5}, {"P12", 1}, {"PB", 1}, {"X9", 1}}));
+  // Of ten living animals B has itself and five halves; known are all but D, F and J (half), E and G.
+  EXPECT_NEAR(numbers({"founders", "--runs", "9"}, "id", "contribution")["B"], 0.35, 1e-15);
+  EXPECT_NEAR(numbers({"founders", "--runs", "9", "--unknown", "exclude"}, "id", "contribution")["B"], 3.5 / 6.5,
+              1e-15);
+  const std::string shown = text({"founders", "--runs", "9"});
+  EXPECT_NE(shown.find("PB is the wild mate of B."), std::string::npos) << shown;
+  EXPECT_NE(shown.find("3 missing parents of animals whose other parent is known: 15.0 % of the genes"),
+            std::string::npos)
+      << shown;
+  EXPECT_EQ(numbers({"kinship", "X9", "H"}, "id2", "kinship"), (figures{{"H", 0.25}})) << "by the ID in the table";
+  takeErrors();
+  text({"inbreeding"});
+  EXPECT_EQ(takeErrors(), "spx: 2 parents have no record (2 references): X9, P12\n") << "groups have none";
+}
+
+// K's only offspring left a grandchild in zoo 2; Q's died.
+constexpr char TWO_ZOOS[] =
+    "id,sire,dam,sex,birth_date,birth_location,death_date,origin\n"
+    "K,WILD,WILD,m,1980-01-01,1,1999-01-01,wild\n"
+    "Q,WILD,WILD,m,1980-01-01,1,1999-01-01,wild\n"
+    "M,WILD,WILD,f,1985-01-01,1,,wild\n"
+    "L,K,M,m,1990-01-01,1,2001-01-01,captive\n"
+    "R,Q,M,m,1990-01-01,1,2001-01-01,captive\n"
+    "N,L,Z,f,1998-01-01,2,,captive\n"
+    "Z,WILD,WILD,f,1992-01-01,2,,wild\n";
+
+TEST_F(GeneticsCommands, AFounderWhoseDescendantsLiveElsewhereIsNotLost) {
+  studbook = table("zoos.csv", TWO_ZOOS);
+  std::map<std::string, std::string> states;
+  for (const nlohmann::json& row : json({"founders", "--location", "1", "--runs", "9"})) {
+    states[row["id"]] = row["state"].get<std::string>() + " " + row["living_descendants"].dump() + " " +
+                        row["population_descendants"].dump();
+  }
+  EXPECT_EQ(states,
+            (std::map<std::string, std::string>{{"K", "represented 0 1"}, {"M", "living 0 1"}, {"Q", "lost 0 0"}}));
+  const nlohmann::json zoo = json({"genetics", "--location", "1"});
+  EXPECT_EQ(zoo["lost_founders"], 1);
+  EXPECT_EQ(zoo["living_founders"], 1);
+  EXPECT_EQ(zoo["potential_founders"], 0);
+  EXPECT_EQ(json({"genetics", "--sex", "male", "--on", "1998-06-01"})["lost_founders"], 0);
+}
+
+TEST_F(GeneticsCommands, UnrelatedAnimalsElsewhereChangeNothing) {
+  const std::string family = FAMILY;
+  const auto record = [&](const char* command) {
+    nlohmann::json found = json({command, "--location", "1"});
+    if (found.is_object()) found.erase("population");
+    return found.dump();
+  };
+  const char* const commands[] = {"genetics", "mean-kinship", "founders", "pairs", "gene-drop", "inbreeding"};
+  std::vector<std::string> whole;
+  for (const char* command : commands) whole.push_back(record(command));
+  const std::size_t others = family.find("F,WILD");
+  studbook = table("alone.csv", family.substr(0, others) + family.substr(family.find("H,UNK")));
+  for (std::size_t which = 0; which < std::size(commands); ++which) {
+    EXPECT_EQ(record(commands[which]), whole[which]) << commands[which];
+  }
+}
+
+TEST_F(GeneticsCommands, ExcludingUnknownParentsReachesEveryFigure) {
+  const nlohmann::json all = json({"genetics"});
+  const nlohmann::json known = json({"genetics", "--unknown", "exclude"});
+  // H has no known sire and G no known dam: F is known of 5 animals, of whom E has 1/4.
+  EXPECT_NEAR(known["mean_f"], 0.25 / 5, 1e-15);
+  EXPECT_EQ(known["highest_f"], 0.25);
+  for (const char* changed : {"mean_f", "mean_kinship", "gene_diversity", "fg", "fe", "fa", "fa_with_members"}) {
+    EXPECT_NE(known[changed], all[changed]) << changed;
+  }
+  for (const char* same : {"living", "fe_known", "ne_inbreeding", "equivalent_generations", "completeness"}) {
+    EXPECT_EQ(known[same], all[same]) << same;
+  }
+  EXPECT_NE(text({"genetics", "--unknown", "exclude"}).find("are over the known genes"), std::string::npos);
+  EXPECT_TRUE(std::isnan(numbers({"mean-kinship", "--unknown", "exclude"}, "id", "f")["H"]));
+  // G has half of F's genes: 1/4 is half of what it can have of them.
+  EXPECT_EQ(numbers({"pairs", "--males", "F", "--unknown", "exclude"}, "dam", "offspring_f")["G"], 0.5);
+  EXPECT_NE(numbers({"pairs", "--males", "F", "--unknown", "exclude"}, "dam", "diversity_change")["G"],
+            numbers({"pairs", "--males", "F"}, "dam", "diversity_change")["G"]);
+  const std::vector<std::vector<std::string>> refused = {
+      {"inbreeding", "--partial"}, {"inbreeding", "--ancestors"}, {"gene-drop"}, {"effective-size"}, {"generations"}};
+  for (std::vector<std::string> words : refused) {
+    words.insert(words.end(), {"--unknown", "exclude"});
+    text(words);
+    EXPECT_EQ(code, 2) << words.front() << " does not depend on it";
+    EXPECT_NE(takeErrors().find("--unknown"), std::string::npos) << words.front();
+  }
+}
+
+TEST_F(GeneticsCommands, AnimalsWithoutDatesLiveOrAreLeftOut) {
+  studbook =
+      table("undated.csv",
+            "id,sire,dam,sex,birth_date,death_date\n1,,,m,,\n2,,,f,,\n3,1,2,m,2010,\n4,1,2,f,2011,\n5,,,m,,2015\n");
+  EXPECT_EQ(json({"genetics"})["living"], 4);
+  EXPECT_EQ(json({"genetics"})["without_birth_date"], 2);
+  EXPECT_EQ(json({"genetics", "--undated", "living"})["living"], 4);
+  EXPECT_EQ(json({"genetics", "--undated", "exclude"})["living"], 2);
+  EXPECT_EQ(json({"genetics", "--undated", "exclude"})["mean_kinship"], 0.375) << "they are ancestors all the same";
+  for (const char* command : {"genetics", "inbreeding", "mean-kinship", "founders", "gene-drop", "generations",
+                              "completeness", "pairs", "effective-size"}) {
+    const std::string counted = text({command});
+    EXPECT_NE(counted.find("2 of the 4 living animals have no birth date."), std::string::npos) << command;
+    EXPECT_NE(text({command, "--undated", "exclude"}).find("left out of the living"), std::string::npos) << command;
+  }
+  text({"genetics", "--undated", "maybe"});
+  EXPECT_NE(takeErrors().find("--undated must be one of: living, exclude"), std::string::npos);
+  studbook = table("bare.csv", "id,sire,dam\n1,,\n2,,\n");
+  text({"genetics", "--undated", "exclude"});
+  EXPECT_NE(takeErrors().find("--undated living counts the 2 animals without dates"), std::string::npos);
+}
+
 TEST_F(GeneticsCommands, PairsNameWhoIsLeftOut) {
   const std::string ranked = text({"pairs", "--males", "A,C,G"});
   EXPECT_NE(ranked.find("not alive: A"), std::string::npos) << ranked;
@@ -146,6 +317,24 @@ TEST_F(GeneticsCommands, PairsNameWhoIsLeftOut) {
   EXPECT_EQ(json({"pairs", "--same-location"}).size(), 7U);
   EXPECT_EQ(json({"pairs", "--pick", "9"}).size(), 3U) << "each male once";
   EXPECT_EQ(json({"pairs", "--pick", "9", "--same-location"}).size(), 3U);
+  EXPECT_NE(ranked.find("no reproductive ages are set"), std::string::npos) << ranked;
+  EXPECT_NE(text({"pairs", "--males", "C", "--females", "D", "--max-kinship", "0.1"}).find("No pair meets"),
+            std::string::npos);
+}
+
+TEST_F(GeneticsCommands, PairsLeaveOutWhoCannotBreed) {
+  studbook = table("unable.csv",
+                   "id,sire,dam,sex,birth_date,Neutered\n1,,,m,2000,no\n2,,,m,2000,YES\n3,,,f,2000,\n4,,,h,2000,\n"
+                   "5,,,unknown,2000,\n");
+  EXPECT_EQ(json({"pairs", "--unable", "neutered=yes"}).size(), 3U) << "1 and 4 with 3 and 4, but 4 not with itself";
+  const std::string shown = text({"pairs", "--unable", "neutered=yes"});
+  EXPECT_NE(shown.find("Left out, unable to breed (neutered=yes): 2."), std::string::npos) << shown;
+  EXPECT_NE(shown.find("1 hermaphrodite stands among the sires and the dams."), std::string::npos) << shown;
+  const std::string unknown = "Left out, sex unknown: 5.";
+  EXPECT_NE(shown.find(unknown), std::string::npos) << shown;
+  EXPECT_EQ(shown.find(unknown), shown.rfind(unknown)) << "once for both sexes";
+  text({"pairs", "--unable", "neuterd=yes"});
+  EXPECT_NE(takeErrors().find("did you mean \"Neutered\"?"), std::string::npos);
 }
 
 TEST_F(GeneticsCommands, BadInputGetsAClearAnswer) {
@@ -164,6 +353,7 @@ TEST_F(GeneticsCommands, BadInputGetsAClearAnswer) {
       {"1,,,m,1990-01-01\n", {"inbreeding", "--sex", "female"}, "no animals match"},
       {"1,,,m,1990-01-01\n", {"mean-kinship", "--on", "1980-01-01"}, "no animals match"},
       {"1,,,m,1990-01-01\n", {"pairs"}, "no female of the view can breed"},
+      {"1,,,m,1990-01-01\n2,,,unknown,1990-01-01\n", {"pairs"}, "(left out: 1 sex unknown)"},
   };
   for (const auto& [rows, words, answer] : cases) {
     studbook = table("bad.csv", std::string("id,sire,dam,sex,birth_date\n") + rows);
@@ -182,6 +372,10 @@ TEST_F(GeneticsCommands, SmallPopulationsAreComputed) {
   studbook = table("one.csv", "id,sire,dam\n1,,\n");
   EXPECT_EQ(json({"genetics"})["fg"], 1);
   EXPECT_EQ(json({"genetics"})["ne_inbreeding"], nullptr);
+  EXPECT_NE(text({"mean-kinship"}).find("1 living animal;"), std::string::npos);
+  EXPECT_NE(text({"founders", "--runs", "1"}).find("1 founder, 1 with genes in the 1 living animal."),
+            std::string::npos);
+  EXPECT_NE(text({"kinship", "--all"}).find("There is only one animal"), std::string::npos);
   studbook = table("founders.csv", "id,sire,dam\n1,,\n2,,\n3,,\n4,,\n");
   EXPECT_EQ(json({"genetics"})["gene_diversity"], 0.875);
   EXPECT_EQ(json({"genetics"})["fe"], 4);
