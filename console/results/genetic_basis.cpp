@@ -229,6 +229,10 @@ std::vector<std::string> GeneticBasis::notes() const {
     notes.push_back(countedAs(undated_, "animal without any date is", "animals without any date are") +
                     " left out of the living (--undated exclude).");
   }
+  constexpr std::size_t FEW = 30;
+  if (whole_studbook_.size() > FEW && whole_studbook_.size() == whole_population_.size()) {
+    notes.emplace_back("No death or departure is recorded: all animals of the studbook count as living.");
+  }
   if (traced_ > 0) {
     notes.push_back(
         countedAs(traced_, "parent is the average of the animals", "parents are the average of the animals") +

@@ -15,6 +15,7 @@
 #include "spx/views/data_filter.h"
 
 #include "console/base/failure.h"
+#include "console/results/demography_notes.h"
 
 namespace spx::console {
 namespace {
@@ -80,6 +81,7 @@ Table diversityByYear() {
                 .decimals = 4,
                 .help = "1 - mean kinship, as a share of that of the founders' source"}});
   table.if_empty = "None of the animals of the view was present.";
+  table.notes.push_back(countNote(presence.in_view, presence.left_out));
   const qs_lib::day_number first = std::max(firstDay(presence), View.start_date);
   if (firstDay(presence) == 0 || first > View.end_date) {
     return table;

@@ -62,7 +62,7 @@ using left_out_animals = std::map<std::string, std::set<std::string, natural_les
 void note(Table& table, const left_out_animals& left_out) {
   constexpr std::size_t MOST_NAMED = 12;
   for (const auto& [reason, ids] : left_out) {
-    std::string text = "Left out, " + reason + ":";
+    std::string text = "Left out, " + reason + " (" + counted(ids.size(), "animal") + "):";
     std::size_t named = 0;
     for (const std::string& id : ids) {
       if (named++ == MOST_NAMED) break;
@@ -105,7 +105,7 @@ class Candidates {
       return isLiving(record, View.monitor_date) ? "not in the view" : "not alive";
     }
     for (const unable_value& each : unable_) {
-      if (each.isOf(record)) return "unable to breed (" + each.text + ")";
+      if (each.isOf(record)) return "unable to breed by " + each.text;
     }
     const qs_lib::DataRange<double> ages = LifeHistory.getReproductiveAge(sex_);
     const double age = View.monitor_date - birthDay(record);

@@ -311,8 +311,8 @@ TEST_F(GeneticsCommands, AnimalsWithoutDatesLiveOrAreLeftOut) {
 
 TEST_F(GeneticsCommands, PairsNameWhoIsLeftOut) {
   const std::string ranked = text({"pairs", "--males", "A,C,G"});
-  EXPECT_NE(ranked.find("not alive: A"), std::string::npos) << ranked;
-  EXPECT_NE(ranked.find("not male: G"), std::string::npos) << ranked;
+  EXPECT_NE(ranked.find("not alive (1 animal): A."), std::string::npos) << ranked;
+  EXPECT_NE(ranked.find("not male (1 animal): G."), std::string::npos) << ranked;
   EXPECT_EQ(json({"pairs", "--max-kinship", "0"}).size(), 5U) << "G with two males, F with three females";
   EXPECT_EQ(json({"pairs", "--same-location"}).size(), 7U);
   EXPECT_EQ(json({"pairs", "--pick", "9"}).size(), 3U) << "each male once";
@@ -328,9 +328,9 @@ TEST_F(GeneticsCommands, PairsLeaveOutWhoCannotBreed) {
                    "5,,,unknown,2000,\n");
   EXPECT_EQ(json({"pairs", "--unable", "neutered=yes"}).size(), 3U) << "1 and 4 with 3 and 4, but 4 not with itself";
   const std::string shown = text({"pairs", "--unable", "neutered=yes"});
-  EXPECT_NE(shown.find("Left out, unable to breed (neutered=yes): 2."), std::string::npos) << shown;
+  EXPECT_NE(shown.find("Left out, unable to breed by neutered=yes (1 animal): 2."), std::string::npos) << shown;
   EXPECT_NE(shown.find("1 hermaphrodite stands among the sires and the dams."), std::string::npos) << shown;
-  const std::string unknown = "Left out, sex unknown: 5.";
+  const std::string unknown = "Left out, sex unknown (1 animal): 5.";
   EXPECT_NE(shown.find(unknown), std::string::npos) << shown;
   EXPECT_EQ(shown.find(unknown), shown.rfind(unknown)) << "once for both sexes";
   text({"pairs", "--unable", "neuterd=yes"});
