@@ -10,8 +10,8 @@
 
 #include "spx/core/animal_data.h"
 #include "spx/core/breeding_program.h"
-#include "spx/core/meta_population.h"
 #include "spx/core/identifiers.h"
+#include "spx/core/meta_population.h"
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/studbook.h"
 #include "spx/core/sub_taxa.h"
