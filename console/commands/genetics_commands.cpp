@@ -158,6 +158,7 @@ void addCommand(std::vector<command>& commands, const char* name, const char* he
                       [options, make](Session& session) {
                         session.loadStudbook();
                         useView(session, options->view);
+                        options->basis.asks_living = options->who.ids.empty();
                         showTable(make(GeneticBasis(options->basis), *options), options->table);
                         return ExitCode::DONE;
                       },

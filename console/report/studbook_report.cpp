@@ -127,10 +127,6 @@ void addNumbers(const GeneticBasis& basis, const report_context& context, summar
                                 ? "."
                                 : ": they count " + counted(basis.undated(), "animal") + " fewer than genetics."));
   }
-  const auto is_dead = [](const master_data& animal) { return animal.death.date != 0; };
-  if (living > 0 && std::none_of(Animals.records.begin(), Animals.records.end(), is_dead)) {
-    to.sentences.emplace_back("The studbook records no deaths: every animal counts as alive, however old.");
-  }
   to.figures.emplace_back("animals alive", std::to_string(living));
   if (at.known > 0) {
     to.figures.emplace_back("places", std::to_string(at.known));

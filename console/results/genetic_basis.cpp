@@ -117,7 +117,7 @@ const char* getText(UNDATED treatment) {
   return treatment == UNDATED::LIVING ? "living" : "exclude";
 }
 
-GeneticBasis::GeneticBasis(const basis_options& options) : undated_treatment_(options.undated) {
+GeneticBasis::GeneticBasis(const basis_options& options) : options_(options) {
   std::vector<parent_candidates> candidates;
   if (options.trace_parents) candidates = tracedParents();
   traced_ = candidates.size();
@@ -212,14 +212,13 @@ std::size_t GeneticBasis::withoutBirthDate() const {
       living_.begin(), living_.end(), [this](animal_number animal) { return record(animal).birth.date == 0; }));
 }
 
-std::vector<std::string> GeneticBasis::notes() const {
-  std::vector<std::string> notes;
+void GeneticBasis::noteLiving(std::vector<std::string>& notes) const {
   const std::size_t without_birth = withoutBirthDate();
   if (without_birth > 0) {
     notes.push_back(std::to_string(without_birth) + " of the " + counted(living_.size(), "living animal") +
                     (without_birth == 1 ? " has no birth date." : " have no birth date."));
   }
-  if (undated_ > 0 && undated_treatment_ == UNDATED::LIVING) {
+  if (undated_ > 0 && options_.undated == UNDATED::LIVING) {
     const bool all = undated_ == without_birth;
     notes.push_back(countedAs(undated_, "has", "have") + (all ? " no other date either" : " no date at all") +
                     (undated_ == 1 ? " and counts" : " and count") +
@@ -229,10 +228,15 @@ std::vector<std::string> GeneticBasis::notes() const {
     notes.push_back(countedAs(undated_, "animal without any date is", "animals without any date are") +
                     " left out of the living (--undated exclude).");
   }
-  constexpr std::size_t FEW = 30;
-  if (whole_studbook_.size() > FEW && whole_studbook_.size() == whole_population_.size()) {
-    notes.emplace_back("No death or departure is recorded: all animals of the studbook count as living.");
+  const auto is_dead = [](const master_data& animal) { return animal.death.date != 0; };
+  if (living_.size() > without_birth && std::none_of(Animals.records.begin(), Animals.records.end(), is_dead)) {
+    notes.emplace_back("The studbook records no deaths: every animal counts as alive, however old.");
   }
+}
+
+std::vector<std::string> GeneticBasis::notes() const {
+  std::vector<std::string> notes;
+  if (options_.asks_living) noteLiving(notes);
   if (traced_ > 0) {
     notes.push_back(
         countedAs(traced_, "parent is the average of the animals", "parents are the average of the animals") +

@@ -35,6 +35,7 @@ struct basis_options {
   /// while the life history has no reproductive ages.
   bool trace_parents = false;
   UNDATED undated = UNDATED::LIVING;
+  bool asks_living = true;  ///< else the result is about named animals, and its notes are silent about the living
 };
 
 /// The pedigree of the studbook in use with its inbreeding, and who is asked about. Ancestors are always those of the
@@ -89,6 +90,8 @@ class GeneticBasis {
   static unsigned threads();
 
  private:
+  void noteLiving(std::vector<std::string>& notes) const;
+
   StudbookPedigree studbook_;
   relationship_terms terms_;
   std::vector<animal_number> animals_;
@@ -96,7 +99,7 @@ class GeneticBasis {
   std::vector<animal_number> whole_studbook_;
   std::vector<animal_number> whole_population_;
   std::unordered_map<animal_number, std::string> stand_ins_;  ///< the IDs of parents without a record
-  UNDATED undated_treatment_;
+  basis_options options_;
   std::size_t undated_ = 0;
   std::size_t traced_ = 0;  ///< parents that stand for several candidates
 };

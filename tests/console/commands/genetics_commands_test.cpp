@@ -302,6 +302,7 @@ TEST_F(GeneticsCommands, AnimalsWithoutDatesLiveOrAreLeftOut) {
     EXPECT_NE(counted.find("2 of the 4 living animals have no birth date."), std::string::npos) << command;
     EXPECT_NE(text({command, "--undated", "exclude"}).find("left out of the living"), std::string::npos) << command;
   }
+  EXPECT_EQ(text({"kinship", "1", "3"}).find("living animals"), std::string::npos) << "named, whoever lives";
   text({"genetics", "--undated", "maybe"});
   EXPECT_NE(takeErrors().find("--undated must be one of: living, exclude"), std::string::npos);
   studbook = table("bare.csv", "id,sire,dam\n1,,\n2,,\n");

@@ -291,6 +291,20 @@ TEST_F(Report, EveryChartSaysWhatWhoseAndWhen) {
   }
 }
 
+TEST_F(Report, SaysWhyGeneticsAndTheCensusCountOtherAnimals) {
+  const std::string book =
+      table("undated.csv", "id,sire,dam,sex,birth_date\n1,,,m,\n2,,,f,2001-05-01\n3,1,2,m,2010-05-01\n");
+  const std::string page = report({"--studbook", book, "report", "--sections", "census"});
+  EXPECT_NE(page.find("3 animals are alive and present"), std::string::npos);
+  EXPECT_NE(page.find("they count 1 animal fewer than genetics."), std::string::npos);
+  const std::string dated = report({"--studbook", book, "report", "--sections", "census", "--undated", "exclude"});
+  EXPECT_NE(dated.find("2 animals are alive and present"), std::string::npos);
+  EXPECT_EQ(dated.find("fewer than genetics"), std::string::npos);
+  takeOutput();
+  EXPECT_EQ(run({"--studbook", book, "draw", "kinship", "--undated", "exclude"}), 0);
+  EXPECT_EQ(takeOutput().find(">1<"), std::string::npos) << "the animal 1 is not in the picture";
+}
+
 TEST_F(Report, StandsWithoutTheProgramsThatDraw) {
   const std::string path = std::getenv("PATH");
   setenv("PATH", home.c_str(), 1);
