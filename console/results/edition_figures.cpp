@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/multi_parent.h"
 #include "spx/demography/presence.h"
 #include "spx/genetics/diversity.h"
 #include "spx/genetics/inbreeding.h"
@@ -36,7 +37,7 @@ std::vector<position> livingToday() {
 
 genetic_diversity diversityOfLiving(const std::vector<position>& living) {
   StudbookPedigree studbook;
-  if (!studbook.build(Animals)) {
+  if (!studbook.build(Animals, {parent_list, {}})) {
     throw Failure("the parents form a cycle");
   }
   std::vector<animal_number> numbers;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "spx/core/animal_data.h"
+#include "spx/core/multi_parent.h"
 #include "spx/demography/census.h"
 #include "spx/demography/presence.h"
 #include "spx/genetics/inbreeding.h"
@@ -66,7 +67,7 @@ Table inbreedingByYear() {
 
 Table diversityByYear() {
   StudbookPedigree studbook;
-  if (!studbook.build(Animals)) {
+  if (!studbook.build(Animals, {parent_list, {}})) {
     throw Failure("an animal is its own ancestor (" + studbook.cycle().front() +
                   "), so nothing can be computed from the pedigree; spx check names the cycle");
   }

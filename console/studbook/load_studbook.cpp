@@ -12,6 +12,7 @@
 #include "spx/core/breeding_program.h"
 #include "spx/core/identifiers.h"
 #include "spx/core/meta_population.h"
+#include "spx/core/multi_parent.h"
 #include "spx/core/pseudo_ids.h"
 #include "spx/core/studbook.h"
 #include "spx/core/sub_taxa.h"
@@ -23,6 +24,7 @@
 #include "console/base/failure.h"
 #include "console/base/quoted_text.h"
 #include "console/base/user_directories.h"
+#include "console/studbook/group_parents.h"
 #include "console/studbook/loading_output.h"
 #include "console/studbook/open_tables.h"
 #include "console/tables/animals_table.h"
@@ -141,6 +143,17 @@ void report(const loading_notes& notes) {
   }
 }
 
+/// The groups of possible parents, for genetics.
+void listGroups() {
+  group_parents groups = groupParents();
+  parent_list = std::move(groups.listed);
+  if (groups.unlisted.empty()) return;
+  std::cerr << "spx: " << groups.unlisted.size()
+            << (groups.unlisted.size() == 1 ? " group names an animal without a record and counts as unknown: "
+                                            : " groups name animals without a record and count as unknown: ")
+            << nameList(groups.unlisted) << "\n";
+}
+
 /// No lookup: no command searches for more than a few animals by their IDs.
 void buildDerived() {
   // In birth order at once: the keys are given in it.
@@ -166,6 +179,7 @@ loading_notes load(studbook_tables tables) {
   tables = {};
   Animals.validate();
   report(notes);
+  listGroups();
   buildDerived();
   return notes;
 }
@@ -179,6 +193,7 @@ void dropStudbook() {
   View.clearView();  // before the taxa, of which it may hold some
   Subspecies = SubTaxa();
   user_field_list.clear();
+  parent_list.clear();
   Book = Studbook();
 }
 

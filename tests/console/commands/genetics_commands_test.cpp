@@ -215,6 +215,28 @@ TEST_F(GeneticsCommands, FoundersAreAnimalsAndNotPlaceholders) {
   EXPECT_EQ(takeErrors(), "spx: 2 parents have no record (2 references): X9, P12\n") << "groups have none";
 }
 
+TEST_F(GeneticsCommands, AGroupMayListItsCandidates) {
+  studbook = table("groups.csv",
+                   "id,sire,dam,sex,birth_date\n1,,,m,1990\n2,,,m,1990\n3,,,f,1990\n4,MULT 1/2,3,f,2000\n"
+                   "5,herd1 / 1/2,3,f,2000\n6,GROUP 1/7,3,f,2000\n8,1/2,3,f,2000\n9,HERD 1,3,f,2000\n");
+  EXPECT_EQ(numbers({"kinship", "1", "4", "5", "6", "8", "9"}, "id2", "kinship").size(), 5U);
+  const nlohmann::json pairs = json({"kinship", "1", "4", "5", "6", "8", "9", "--limit", "5"});
+  std::vector<double> with_first;
+  for (const nlohmann::json& pair : pairs) with_first.push_back(pair["kinship"]);
+  // Sire of 4 with 1/2, of 5 with 2/3: half of that and half the kinship of 1 with itself. 1/2 is an animal.
+  EXPECT_EQ(with_first.size(), 5U);
+  EXPECT_NEAR(with_first[0], 0.125, 1e-15);
+  EXPECT_NEAR(with_first[1], 1.0 / 6, 1e-15);
+  EXPECT_EQ(std::vector<double>(with_first.begin() + 2, with_first.end()), std::vector<double>(3, 0.0));
+  takeErrors();
+  text({"genetics"});
+  EXPECT_EQ(takeErrors(),
+            "spx: 1 parent has no record (1 reference): 1/2\n"
+            "spx: 1 group names an animal without a record and counts as unknown: GROUP 1/7\n");
+  EXPECT_EQ(numbers({"mean-kinship"}, "id", "known")["6"], 0.5);
+  EXPECT_EQ(numbers({"mean-kinship"}, "id", "known")["4"], 1);
+}
+
 // K's only offspring left a grandchild in zoo 2; Q's died.
 constexpr char TWO_ZOOS[] =
     "id,sire,dam,sex,birth_date,birth_location,death_date,origin\n"
