@@ -49,17 +49,6 @@ Table tableOf(const std::vector<census_row>& rows, bool starts_from_nothing) {
   return table;
 }
 
-// Which animals of the view were counted in the series, and why not.
-left_out_counts leftOutOfSeries(const Presence& presence, const std::vector<qs_lib::day_number>& days) {
-  left_out_counts left_out = presence.left_out;
-  for (const Presence::life& life : presence.lives()) {
-    const auto stays = presence.stays(life);
-    const bool is_counted = !days.empty() && stays.front().from <= days.back() && stays.back().to >= days.front();
-    left_out[LEFT_OUT::OUTSIDE_PERIOD] += !is_counted;
-  }
-  return left_out;
-}
-
 }  // namespace
 
 Table censusTable() {
@@ -74,7 +63,8 @@ Table censusTable() {
   if (!std::isnan(lambda)) {
     table.notes.push_back("Growth over the period: " + qs_lib::realToString((lambda - 1) * 100, 1) + " % a year.");
   }
-  const left_out_counts left_out = leftOutOfSeries(presence, days);
+  const left_out_counts left_out =
+      days.empty() ? leftOutBetween(presence, 1, 0) : leftOutBetween(presence, days.front(), days.back());
   addCountNotes(table, presence.in_view, left_out, presence.findings);
   return table;
 }

@@ -95,6 +95,16 @@ std::string countNote(std::size_t in_view, const left_out_counts& left_out) {
   return line + (reasons.empty() ? "." : "; left out: " + reasons + ".");
 }
 
+left_out_counts leftOutBetween(const Presence& presence, qs_lib::day_number first, qs_lib::day_number last) {
+  left_out_counts left_out = presence.left_out;
+  for (const Presence::life& life : presence.lives()) {
+    const auto stays = presence.stays(life);
+    const bool is_counted = stays.front().from <= last && stays.back().to >= first && first <= last;
+    left_out[LEFT_OUT::OUTSIDE_PERIOD] += !is_counted;
+  }
+  return left_out;
+}
+
 void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& left_out, const life_findings& findings) {
   table.notes.push_back(countNote(in_view, left_out));
   std::string odd;

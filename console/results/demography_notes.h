@@ -37,6 +37,10 @@ void addDeathNote(Table& table, double deaths);
 /// The first of these lines.
 std::string countNote(std::size_t in_view, const left_out_counts& left_out);
 
+/// Why animals of the view are not counted in a time: those that were never there, and those that were not there
+/// between its first and its last day.
+left_out_counts leftOutBetween(const Presence& presence, qs_lib::day_number first, qs_lib::day_number last);
+
 /// Ends the view with the studbook: where the period, or the day asked for, is open until today, it ends on the last
 /// date that the records have; a last date known by year or month means the end of it. Animals are not taken to live
 /// on, without a birth or a death, after the last entry of a keeper.

@@ -163,7 +163,8 @@ Table demographyPage(bool for_people) {
   addReproduction(figures, reproductionOf(Animals, View, settings, reproductionSettings()));
   Table& table = figures.table();
   table.heading = "Demography: " + viewText();
-  table.notes.push_back("Population: " + countNote(presence.in_view, presence.left_out));
+  table.notes.push_back("Population: " +
+                        countNote(presence.in_view, leftOutBetween(presence, View.start_date, View.end_date)));
   addCountNotes(table, lives.in_view, lives.left_out, lives.findings);
   table.notes[1] = "Survival: " + table.notes[1];
   return std::move(table);

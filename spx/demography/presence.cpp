@@ -197,6 +197,7 @@ const char* getText(LEFT_OUT reason) {
       "wild-born with unknown day of entry",
       "no death known",
       "group unknown",
+      "not born there in the period",
   };
   return reason < LEFT_OUT::COUNT ? TEXTS[static_cast<std::size_t>(reason)] : "";
 }

@@ -82,6 +82,7 @@ enum class LEFT_OUT : std::uint8_t {
   UNKNOWN_ENTRY,      ///< wild-born, and nobody knows since when it is there
   NOT_DEAD,           ///< no death is known, and the view takes completed lives only
   NO_GROUP,           ///< what groups are made by is not known of it
+  NOT_BORN,           ///< not born in the locations and the period
   COUNT               ///< the number of reasons
 };
 

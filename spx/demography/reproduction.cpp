@@ -68,6 +68,7 @@ class Reproduction {
     result_.left_out = presence_.left_out;
     result_.findings = presence_.findings;
     countSexes();
+    result_.left_out[LEFT_OUT::NOT_BORN] += presence_.lives().size() - result_.births.total();
     parents(&birth_record::dam, SEX::FEMALE, settings_.youngest_dam, result_.females);
     parents(&birth_record::sire, SEX::MALE, settings_.youngest_sire, result_.males);
     litters();

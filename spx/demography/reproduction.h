@@ -47,7 +47,7 @@ struct reproduction_summary {
   double mean_day = 0;                              ///< mean day of the year, 1 to 365.25, on the circle; NaN for none
   double concentration = 0;  ///< 1: all on that day; 0: spread over the year (length of the mean vector)
   std::size_t in_view = 0;   ///< animals of the view, of any sex
-  left_out_counts left_out;  ///< those that never were there, by reason
+  left_out_counts left_out;  ///< those whose birth is not counted, by reason
   life_findings findings;    ///< contradictions in their events
 };
 

@@ -232,6 +232,7 @@ TEST_F(MessyBook, ReasonsAreNamed) {
       {"census --stillbirths no --neonates no", "2 stillborn, 7 died as neonates"},
       {"age-pyramid --location 2.1", " never in the chosen locations, "},
       {"survival", "1 wild-born with unknown day of entry"},
+      {"reproduction --from 1980-01-01 --until 1980-12-31", " not born there in the period"},
       {"survival", "4 age unknown"},
       {"survival --right-censored no", " no death known"},
       {"survival --by location --level region --from 1984-01-01", " not there in the period"},
