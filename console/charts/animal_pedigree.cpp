@@ -11,6 +11,7 @@
 #include "spx/support/number_text.h"
 
 #include "console/base/failure.h"
+#include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
 
 namespace spx::console {
@@ -41,6 +42,13 @@ class Relatives {
   position find(const std::string& id) const {
     const auto found = first_.find(id);
     return found == first_.end() ? NONE : found->second;
+  }
+  std::vector<std::string> ids() const {
+    std::vector<std::string> all;
+    for (const master_data& animal : Animals.records) {
+      all.push_back(animal.stud_id);
+    }
+    return all;
   }
   position sire(position at) const { return parent(Animals.records[at].sire_id); }
   position dam(position at) const { return parent(Animals.records[at].dam_id); }
@@ -153,7 +161,7 @@ pedigree_drawing animalPedigree(const std::string& id, const pedigree_extent& ex
   const Relatives relatives;
   const position animal = relatives.find(id);
   if (animal == NONE) {
-    throw Failure("there is no animal " + quotedText(id));
+    throw Failure("there is no animal " + quotedText(id) + suggestion(id, relatives.ids()));
   }
   Selection selection(relatives);
   selection.addAncestors(animal, extent.ancestors);

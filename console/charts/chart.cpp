@@ -166,10 +166,29 @@ std::string terminal(int height) {
          "set grid back lc rgb '#dddddd' dt 1\n";
 }
 
+/// Whether stacked bars are so low that the scale would show halves of animals.
+bool isOfFewAnimals(const chart& drawing) {
+  constexpr double FEW = 5;
+  std::vector<double> tops;
+  for (const chart_series& series : drawing.series) {
+    if (series.marks != MARKS::STACKED_BARS) {
+      return false;
+    }
+    tops.resize(std::max(tops.size(), series.y.size()), 0);
+    for (std::size_t at = 0; at < series.y.size(); ++at) {
+      tops[at] += std::isnan(series.y[at]) ? 0 : series.y[at];
+    }
+  }
+  return !tops.empty() && *std::max_element(tops.begin(), tops.end()) <= FEW;
+}
+
 std::string axes(const chart& drawing) {
   std::string out = "set xlabel " + quoted(drawing.x_label) + "\nset ylabel " + quoted(drawing.y_label) + "\n";
   if (drawing.y_names.empty()) {
     out += "set yrange [" + number(drawing.y_from) + ":" + (drawing.y_to > 0 ? number(drawing.y_to) : "*") + "]\n";
+  }
+  if (isOfFewAnimals(drawing)) {
+    out += "set ytics 1\n";
   }
   out += nameTics("x", drawing.x_names, MOST_TIC_NAMES);
   out += nameTics("y", drawing.y_names, std::max<std::size_t>(1, static_cast<std::size_t>(drawing.height / 18)));
@@ -198,7 +217,7 @@ std::string drawChart(const chart& drawing) {
       terminal(drawing.height) + heading(drawing.title, drawing.subtitle, drawing.height) + axes(drawing);
   const bool has_key = std::any_of(drawing.series.begin(), drawing.series.end(),
                                    [](const chart_series& series) { return !series.name.empty(); });
-  script += std::string("set key bmargin center bottom horizontal noenhanced samplen 2\nset bmargin ") +
+  script += std::string("set key bmargin center horizontal noenhanced samplen 2\nset bmargin ") +
             (has_key ? "5.5" : "3.8") + "\n";
   std::vector<double> tops;
   std::string plots;

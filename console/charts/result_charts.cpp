@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "console/base/failure.h"
 #include "console/charts/svg_text.h"
 #include "console/charts/table_values.h"
 
@@ -13,6 +14,7 @@ namespace {
 constexpr int MALE = 0;
 constexpr int FEMALE = 1;
 constexpr int UNKNOWN = 8;
+constexpr int UNKNOWN_LINE = 2;  // the near white of bars would not be seen
 
 std::string shortNumber(double value) {
   return shortestReal(std::round(value * 100) / 100);
@@ -34,7 +36,11 @@ chart censusChart(const Table& census, const std::string& subtitle) {
             .x_label = "year of the census",
             .y_label = "animals"};
   out.x_names = yearsOf(census, "date");
-  out.description = "The number of animals goes " + course(numbersOf(census, "total"), out.x_names) + ".";
+  const std::vector<double> totals = numbersOf(census, "total");
+  if (std::all_of(totals.begin(), totals.end(), [](double total) { return total == 0; })) {
+    throw Failure("no animals are present on any census day: there is nothing to draw");
+  }
+  out.description = "The number of animals goes " + course(totals, out.x_names) + ".";
   out.series = {
       {.name = "males", .marks = MARKS::STACKED_BARS, .y = numbersOf(census, "males"), .colour = MALE},
       {.name = "females", .marks = MARKS::STACKED_BARS, .y = numbersOf(census, "females"), .colour = FEMALE},
@@ -93,8 +99,13 @@ chart survivalChart(const Table& survival, const std::string& subtitle, const st
   const std::vector<double> shares = numbersOf(survival, "survival");
   const std::vector<double> lower = numbersOf(survival, "lower");
   const std::vector<double> upper = numbersOf(survival, "upper");
-  int colour = 0;
-  for (std::size_t from = 0; from < groups.size(); ++colour) {
+  // The sexes have their colours of the other charts.
+  const auto has = [&groups](const char* name) {
+    return std::find(groups.begin(), groups.end(), name) != groups.end();
+  };
+  int others = has("male") || has("female") ? UNKNOWN_LINE : 0;
+  for (std::size_t from = 0; from < groups.size();) {
+    const int colour = groups[from] == "male" ? MALE : groups[from] == "female" ? FEMALE : others++;
     chart_series curve{.name = groups[from], .marks = MARKS::STEPS, .x = {0}, .y = {1}, .colour = colour};
     chart_series band{.name = "", .marks = MARKS::STEP_BAND, .x = {0}, .y = {1}, .y_end = {1}, .colour = colour};
     std::size_t to = from;
@@ -131,6 +142,9 @@ chart birthsChart(const Table& reproduction, const std::string& subtitle) {
         births.y[month] = counts[row];
       }
     }
+  }
+  if (std::all_of(births.y.begin(), births.y.end(), [](double number) { return number == 0; })) {
+    throw Failure("no births of a known month: there is nothing to draw");
   }
   out.series = {births};
   return out;

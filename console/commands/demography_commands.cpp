@@ -1,11 +1,9 @@
-#include <algorithm>
 #include <iostream>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 
-#include "console/base/nearest_word.h"
-#include "console/base/quoted_text.h"
+#include "console/commands/checked_options.h"
 #include "console/commands/command.h"
 #include "console/output/table_options.h"
 #include "console/project/view_options.h"
@@ -67,35 +65,12 @@ void add(std::vector<command>& commands, const char* name, const char* help, res
                       [options, add_options](CLI::App& app) { add_options(app, *options); }});
 }
 
-/// An option that takes one of some words, which stand in the help and are completed.
-void addChoice(CLI::App& app, const char* name, std::string& value, const std::vector<std::string>& words,
-               const std::string& help) {
-  std::string names;
-  std::string list;
-  for (const std::string& word : words) {
-    names += (names.empty() ? "" : "|") + word;
-    list += (list.empty() ? "" : ", ") + word;
-  }
-  const auto check = [words, list](const std::string& text) {
-    const bool is_known = std::find(words.begin(), words.end(), text) != words.end();
-    return is_known ? "" : quotedText(text) + " must be one of: " + list + suggestion(text, words);
-  };
-  app.add_option(name, value, help + " (default: " + value + ")")->check(check)->type_name(names);
-}
-
-/// An option that takes a number within bounds.
-template <class Number>
-CLI::Option* addNumber(CLI::App& app, const char* name, Number& value, const char* type, double low, double high,
-                       const std::string& help) {
-  return app.add_option(name, value, help)->check(CLI::Range(low, high).description(""))->type_name(type);
-}
-
 void addUnit(CLI::App& app, demography_options& options) {
   addChoice(app, "--unit", options.unit, {"years", "days"}, "The unit of ages and times");
 }
 
-void addRuns(CLI::App& app, std::size_t& runs, std::uint32_t& seed, const char* help) {
-  addNumber(app, "--runs", runs, "COUNT", 0, 1000000, std::string(help) + " (default: 1000)");
+void addRuns(CLI::App& app, std::size_t& runs, std::uint32_t& seed, double least, const char* help) {
+  addNumber(app, "--runs", runs, "COUNT", least, 1000000, std::string(help) + " (default: 1000)");
   app.add_option("--seed", seed, "Start of the random numbers; equal seeds give equal results (default: 1)")
       ->type_name("NUMBER");
 }
@@ -174,7 +149,7 @@ void addForecasts(std::vector<command>& commands) {
         addChoice(app, "--line", growth.line, {"female", "male", "both"}, "Whose births and deaths, without --sex");
         addChoice(app, "--parent-age", growth.parent_age, {"middle", "start"},
                   "Where in a class parents have their young");
-        addRuns(app, growth.runs, growth.seed, "Bootstrap runs; 0 for no intervals");
+        addRuns(app, growth.runs, growth.seed, 0, "Bootstrap runs; 0 for no intervals");
         addUnit(app, options);
         addFormatOptions(app, options.table);
         addViewOptions(app, options.view, RATES | VIEW_CENSUS);
@@ -188,7 +163,7 @@ void addForecasts(std::vector<command>& commands) {
         addNumber(app, "--years", projection.years, "YEARS", 1, 1000, "Years to look ahead (default: 20)");
         addNumber(app, "--fewer-than", projection.fewer_than, "COUNT", 0, 1e9,
                   "Count the runs with fewer animals (default: half of the animals)");
-        addRuns(app, projection.runs, projection.seed, "Runs with chance");
+        addRuns(app, projection.runs, projection.seed, 1, "Runs with chance");
         addTableOptions(app, options.table);
         addViewOptions(app, options.view, RATES & ~VIEW_SEX);
       });

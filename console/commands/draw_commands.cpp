@@ -11,6 +11,7 @@
 #include "console/charts/drawing_tool.h"
 #include "console/charts/kinship_map.h"
 #include "console/charts/result_charts.h"
+#include "console/commands/checked_options.h"
 #include "console/commands/command.h"
 #include "console/commands/undated_option.h"
 #include "console/output/result_output.h"
@@ -79,19 +80,18 @@ ExitCode drawAnimal(Session& session, pedigree_options& options) {
 
 command pedigreeCommand() {
   const auto options = std::make_shared<pedigree_options>();
-  return {
-      "pedigree", "Draw the ancestors of an animal, and its descendants if asked",
-      [options](Session& session) { return drawAnimal(session, *options); },
-      [options](CLI::App& app) {
-        app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
-        app.add_option("--depth", options->extent.ancestors, "Generations of ancestors (default 5)")->type_name("N");
-        app.add_option("--descendants", options->extent.descendants, "Generations of descendants (default 0)")
-            ->type_name("N");
-        app.add_option("--fill", options->fill, "What the symbols are filled by: inbreeding (default) or nothing")
-            ->type_name("WHAT")
-            ->check(CLI::IsMember({"inbreeding", "nothing"}));
-        addDrawOptions(app, options->draw, true);
-      }};
+  return {"pedigree", "Draw the ancestors of an animal, and its descendants if asked",
+          [options](Session& session) { return drawAnimal(session, *options); },
+          [options](CLI::App& app) {
+            app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
+            constexpr double MOST = 1000;
+            addNumber(app, "--depth", options->extent.ancestors, "COUNT", 0, MOST,
+                      "Generations of ancestors (default: 5)");
+            addNumber(app, "--descendants", options->extent.descendants, "COUNT", 0, MOST,
+                      "Generations of descendants (default: 0)");
+            addChoice(app, "--fill", options->fill, {"inbreeding", "nothing"}, "What the symbols are filled by");
+            addDrawOptions(app, options->draw, true);
+          }};
 }
 
 // Charts: each draws the table of its command.
@@ -168,10 +168,8 @@ void addNumbers(CommandGroup& group) {
         return projectionChart(needRows(projectionTable(options.projection)), subtitle);
       },
       [](CLI::App& app, chart_options& options) {
-        app.add_option("--years", options.projection.years, "Years to look ahead")
-            ->check(CLI::Range(1, 1000))
-            ->capture_default_str();
-        app.add_option("--runs", options.projection.runs, "Runs with chance")->capture_default_str();
+        addNumber(app, "--years", options.projection.years, "YEARS", 1, 1000, "Years to look ahead (default: 20)");
+        addNumber(app, "--runs", options.projection.runs, "COUNT", 1, 1000000, "Runs with chance (default: 1000)");
         app.add_option("--seed", options.projection.seed, "Start of the random numbers")->capture_default_str();
       });
   addChart(
@@ -181,9 +179,8 @@ void addNumbers(CommandGroup& group) {
         return survivalChart(needRows(survivalTable(options.survival, timeUnit("years"), false)), subtitle, "years");
       },
       [](CLI::App& app, chart_options& options) {
-        app.add_option("--by", options.survival.by, "Compare groups of animals")
-            ->check(CLI::IsMember({"none", "sex", "origin", "rearing", "location", "taxon", "period"}))
-            ->capture_default_str();
+        addChoice(app, "--by", options.survival.by, {"none", "sex", "origin", "rearing", "location", "taxon", "period"},
+                  "Compare groups of animals");
       });
 }
 
@@ -197,7 +194,7 @@ void addGenes(CommandGroup& group) {
                              subtitle);
       },
       [](CLI::App& app, chart_options& options) {
-        app.add_option("--runs", options.drop.runs, "Runs of the gene drop")->capture_default_str();
+        addNumber(app, "--runs", options.drop.runs, "COUNT", 1, 10000000, "Gene drops (default: 10000)");
         app.add_option("--seed", options.drop.seed, "Start of the random numbers")->capture_default_str();
         addUndatedOption(app, options.basis.undated);
       });
@@ -232,9 +229,7 @@ command kinshipCommand() {
             return writePicture(options->draw, convertedImage(drawHeatMap(map), format));
           },
           [options](CLI::App& app) {
-            app.add_option("--order", options->order, "How the animals stand: by likeness, or by location")
-                ->check(CLI::IsMember({"likeness", "location"}))
-                ->capture_default_str();
+            addChoice(app, "--order", options->order, {"likeness", "location"}, "How the animals stand");
             addUndatedOption(app, options->basis.undated);
             addDrawOptions(app, options->draw, false);
             addViewOptions(app, options->view, WHO | VIEW_DAY);

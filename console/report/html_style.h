@@ -43,6 +43,7 @@ dl { font-size: .88rem; } dt { font-weight: 600; } dd { margin: 0 0 .3rem 1rem; 
   overflow-wrap: anywhere; }
 .card p { margin: .2rem 0; font-size: .92rem; }
 .pedigree { font-size: .78rem; width: 100%; table-layout: fixed; }
+.pedigree tr { height: 1.6em; }
 .pedigree td { vertical-align: middle; padding: .1rem .3rem; border: 1px solid var(--line); }
 h1, h2, h3, li, p, figcaption, summary { overflow-wrap: anywhere; }
 .card h4 { margin: 0; font-size: 1rem; }

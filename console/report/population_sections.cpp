@@ -64,7 +64,7 @@ void addChart(HtmlPage& page, report_context& context, const std::function<chart
       page.picture(drawChart(make()), caption, data);
       return;
     } catch (const Failure& failure) {
-      const std::string reason = std::string("Charts are left out: ") + failure.what();
+      const std::string reason = std::string("A chart is left out: ") + failure.what();
       if (std::find(context.left_out.begin(), context.left_out.end(), reason) == context.left_out.end()) {
         context.left_out.push_back(reason);
       }

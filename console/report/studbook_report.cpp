@@ -256,6 +256,15 @@ void addAssumptions(HtmlPage& page, const report_context& context) {
   page.paragraph("The notes below each table say how many animals it leaves out, and why.");
 }
 
+/// A section that the animals of the view cannot fill says why.
+void addSection(HtmlPage& page, const report_section& section, report_context& context) {
+  try {
+    section.add(page, context);
+  } catch (const Failure& failure) {
+    page.paragraph(failure.what());
+  }
+}
+
 }  // namespace
 
 const std::vector<std::string>& reportSections() {
@@ -287,7 +296,7 @@ std::string studbookReport(const report_choice& choice) {
   addSummary(page, choice, context);
   for (const report_section& section : SECTIONS) {
     if (isWanted(choice, section.name)) {
-      section.add(page, context);
+      addSection(page, section, context);
     }
   }
   addAssumptions(page, context);

@@ -67,6 +67,7 @@ TEST_F(Charts, SurvivalHasACurveAndABandForEachGroup) {
   EXPECT_EQ(drawing.series[1].y, (std::vector<double>{1, 0.8, 0}));
   EXPECT_EQ(drawing.series[0].y_end, (std::vector<double>{1, 0.95})) << "no band where the interval is not known";
   EXPECT_EQ(drawing.series[3].x, (std::vector<double>{0, 2}));
+  EXPECT_EQ(drawing.series[3].colour, 0) << "males are blue as in the census, though females come first";
   expectPicture(drawChart(drawing));
 }
 

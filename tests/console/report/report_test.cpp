@@ -273,6 +273,54 @@ TEST_F(Report, ADrawingHasTheFormatOfItsFile) {
   EXPECT_EQ(run({"--studbook", ZOOS, "draw", "census", "-o", at("n.gif")}), 2);
 }
 
+TEST_F(Report, DrawingsThatCannotBeSayWhy) {
+  struct row {
+    std::vector<std::string> words;
+    int code;
+    const char* message;
+  };
+  const row ROWS[] = {
+      {{"pedigree", "47O"}, 1, "there is no animal \"47O\"; did you mean \"47\"?"},
+      {{"pedigree", "470", "--depth", "-1"}, 2, "--depth"},
+      {{"pedigree", "470", "--fill", "red"}, 2, "\"red\" must be one of: inbreeding, nothing"},
+      {{"pedigree", "470", "--format", "gif"}, 2, "use svg, png, pdf or dot"},
+      {{"census", "--format", "dot"}, 2, "use svg, png or pdf"},
+      {{"census", "--until", "1900-01-01"}, 1, "no animals are present on any census day"},
+      {{"births", "--until", "1900-01-01"}, 1, "no births of a known month"},
+      {{"survival", "--until", "1900-01-01"}, 1, "No animal was watched at a known age."},
+      {{"survival", "--by", "age"}, 2, "\"age\" must be one of: none, sex, origin"},
+      {{"pyramid", "--on", "1900-01-01"}, 1, "No animals are present on that day."},
+      {{"kinship", "--on", "1900-01-01"}, 1, "no animal"},
+      {{"kinship", "--order", "age"}, 2, "must be one of: likeness, location"},
+      {{"diversity", "--until", "1900-01-01"}, 1, "present"},
+      {{"founders", "--runs", "0"}, 2, "--runs"},
+      {{"founders", "--runs", "-5"}, 2, "--runs"},
+      {{"projection", "--runs", "0"}, 2, "--runs"},
+      {{"projection", "--sex", "male"}, 2, "--sex"},
+      {{"nothing"}, 2, "there is no command \"nothing\" in spx draw"},
+  };
+  for (row one : ROWS) {
+    SCOPED_TRACE(one.words.front() + " " + one.words.back());
+    one.words.insert(one.words.begin(), {"--studbook", ZOOS, "draw"});
+    takeOutput();
+    EXPECT_EQ(run(one.words), one.code);
+    EXPECT_EQ(takeOutput(), "");
+    const std::string error = takeErrors();
+    EXPECT_NE(error.find(one.message), std::string::npos) << error;
+  }
+}
+
+TEST_F(Report, StandsWithoutLivingAnimals) {
+  const std::string page = report({"--studbook", ZOOS, "report", "--until", "1900-01-01", "--on", "1900-01-01"});
+  expectSound(page);
+  EXPECT_NE(page.find("0 animals are alive and present on 1900-01-01"), std::string::npos);
+  EXPECT_NE(page.find("0 of 624 animals counted; left out: 624 not there in the period."), std::string::npos);
+  EXPECT_EQ(page.find("nan"), std::string::npos);
+  for (const std::string& section : between(page, "<section id=\"", "</section>")) {
+    EXPECT_TRUE(section.find("<p") != std::string::npos || section.find("<li>") != std::string::npos) << section;
+  }
+}
+
 TEST_F(Report, EveryChartSaysWhatWhoseAndWhen) {
   const std::pair<const char*, const char*> CHARTS[] = {
       {"census", "zoos: Alderhay Zoo, until 2015-12-31"},    {"survival", "zoos: Alderhay Zoo, until 2015-12-31"},
@@ -311,7 +359,7 @@ TEST_F(Report, StandsWithoutTheProgramsThatDraw) {
   const std::string page = report({"--studbook", ZOOS, "report", "--sections", "census"});
   setenv("PATH", path.c_str(), 1);
   expectSound(page);
-  EXPECT_NE(page.find("Charts are left out: this picture needs the program gnuplot"), std::string::npos);
+  EXPECT_NE(page.find("A chart is left out: this picture needs the program gnuplot"), std::string::npos);
   EXPECT_EQ(page.find("<svg"), std::string::npos);
 }
 
