@@ -314,7 +314,9 @@ TEST_F(Report, StandsWithoutLivingAnimals) {
   const std::string page = report({"--studbook", ZOOS, "report", "--until", "1900-01-01", "--on", "1900-01-01"});
   expectSound(page);
   EXPECT_NE(page.find("0 animals are alive and present on 1900-01-01"), std::string::npos);
-  EXPECT_NE(page.find("0 of 624 animals counted; left out: 624 not there in the period."), std::string::npos);
+  const std::string all = std::to_string(answer({"list"}).size());
+  EXPECT_NE(page.find("0 of " + all + " animals counted; left out: " + all + " not there in the period."),
+            std::string::npos);
   EXPECT_EQ(page.find("nan"), std::string::npos);
   for (const std::string& section : between(page, "<section id=\"", "</section>")) {
     EXPECT_TRUE(section.find("<p") != std::string::npos || section.find("<li>") != std::string::npos) << section;
