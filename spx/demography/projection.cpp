@@ -151,8 +151,10 @@ class ChanceRun {
  public:
   ChanceRun(const class_counts& start, const step_rates& rates, std::mt19937_64& random)
       : rates_(rates), random_(random) {
-    for (const double count : start.females) females_.push_back(rounded(count));
-    for (const double count : start.males) males_.push_back(rounded(count));
+    // One chance for all classes: shared animals of unknown sex become whole ones, and their number stays.
+    Rounding rounding(std::uniform_real_distribution<double>(0, 1)(random));
+    for (const double count : start.females) females_.push_back(rounding.next(count));
+    for (const double count : start.males) males_.push_back(rounding.next(count));
   }
 
   long females() const { return std::accumulate(females_.begin(), females_.end(), 0L); }
@@ -173,10 +175,23 @@ class ChanceRun {
   }
 
  private:
-  long rounded(double count) {
-    const double whole = std::floor(count);
-    return static_cast<long>(whole) + (std::uniform_real_distribution<double>(0, 1)(random_) < count - whole);
-  }
+  /// Rounds counts one after the other up or down, so that their sum is rounded likewise.
+  class Rounding {
+   public:
+    explicit Rounding(double chance) : sum_(chance) {}
+
+    long next(double count) {
+      constexpr double ERROR = 1e-9;  // of adding halves and shares
+      sum_ += count;
+      const long given = static_cast<long>(std::floor(sum_ + ERROR)) - given_;
+      given_ += given;
+      return given;
+    }
+
+   private:
+    double sum_;
+    long given_ = 0;
+  };
 
   long poisson(double mean) { return mean > 0 ? std::poisson_distribution<long>(mean)(random_) : 0; }
 

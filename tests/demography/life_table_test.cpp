@@ -221,6 +221,9 @@ TEST(Projection, ChanceSpreadsAroundTheExpectation) {
   }
   EXPECT_EQ(projectChance(start, leslie(), 5, {50, 3, 0})[5].mean,
             projectChance(start, leslie(), 5, {50, 3, 0})[5].mean);
+  const auto shared = projectChance({{2.5, 0.3, 1.7}, {0.5, 3.75, 0.25}}, leslie(), 0, {500, 3, 0});
+  EXPECT_EQ(shared[0].lower, 9) << "nine animals are nine, however those of unknown sex are shared";
+  EXPECT_EQ(shared[0].upper, 9);
   EXPECT_EQ(projectChance({{5, 5, 5}, {0, 0, 0}}, leslie(), 1, {200, 3, 0})[1].extinct, 1);  // no males, no births
 }
 
