@@ -130,7 +130,6 @@ void addChart(
              [options, make, view_parts](Session& session) {
                const IMAGE_FORMAT format = formatOf(options->draw, false);
                session.loadStudbook();
-               computeRecordGenetics();
                useView(session, options->view);
                endWithStudbook();
                return writePicture(options->draw,
@@ -200,6 +199,7 @@ void addGenes(CommandGroup& group) {
       });
   addChart(group, "inbreeding", "Mean inbreeding by year of birth", VIEW_RECORDS,
            [](const chart_options&, const std::string& subtitle) {
+             computeRecordGenetics();
              return inbreedingChart(needRows(inbreedingByYear()), subtitle);
            });
   addChart(group, "diversity", "Gene diversity of the living through the years", WHO_AND_WHEN,

@@ -254,6 +254,15 @@ TEST_F(MessyBook, AnAgeEndsWhenTheAnimalWasLastKnown) {
   EXPECT_NE(rows.find("\nm8,1.5"), std::string::npos) << "it left at one and a half\n" << rows;
 }
 
+TEST_F(MessyBook, TablesFitATerminal) {
+  for (const char* words :
+       {"census", "age-pyramid --on 1985-01-01", "survival --by sex", "survival --summary --by location",
+        "survival --summary --by period --unit days", "life-table --unit days", "reproduction",
+        "reproduction --unit days", "growth --runs 5", "projection --runs 5", "demography"}) {
+    for (const std::string& line : linesOf(answered(words))) EXPECT_LE(line.size(), 80U) << words << "\n" << line;
+  }
+}
+
 TEST_F(MessyBook, NamesForScriptsStay) {
   const std::pair<const char*, const char*> ROWS[] = {
       {"census", "date,males,females,unknown,total,births,deaths,entries,departures,losses"},
