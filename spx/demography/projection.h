@@ -63,8 +63,8 @@ struct chance_settings {
 
 /// Runs with chance for every animal: each lives on with the chance of its class, each dam bears a
 /// Poisson number of young, each young is female with the chance that the rates imply. Fractions of
-/// animals at the start are rounded by chance, so that a whole number of animals stays that number. A population without males, or without females, has
-/// no births. The first entry is the start. Equal seeds give equal results.
+/// animals at the start are rounded by chance, so that a whole number of animals stays that number. A population
+/// without males, or without females, has no births. The first entry is the start. Equal seeds give equal results.
 /// Linear in runs, steps and classes.
 SPX_EXPORT std::vector<projection_step> projectChance(const class_counts& start, const step_rates& rates,
                                                       std::size_t steps, const chance_settings& settings);
