@@ -159,6 +159,9 @@ void addCommand(std::vector<command>& commands, const char* name, const char* he
                         session.loadStudbook();
                         useView(session, options->view);
                         options->basis.asks_living = options->who.ids.empty();
+                        if (!options->basis.asks_living && options->basis.undated == UNDATED::EXCLUDE) {
+                          throw UsageError("--undated exclude is about the animals of the view; IDs are named instead");
+                        }
                         showTable(make(GeneticBasis(options->basis), *options), options->table);
                         return ExitCode::DONE;
                       },

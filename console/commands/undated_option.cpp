@@ -19,7 +19,7 @@ void addUndatedOption(CLI::App& app, UNDATED& choice) {
   };
   app.add_option_function<std::string>("--undated", choose,
                                        "How animals without any date count in genetics: living, while no end is "
-                                       "recorded; or exclude, not among the living (default: living)")
+                                       "recorded; or exclude, not at all but as ancestors (default: living)")
       ->type_name("living|exclude");
 }
 

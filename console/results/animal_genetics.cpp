@@ -14,7 +14,6 @@
 #include "spx/support/number_text.h"
 #include "spx/views/data_filter.h"
 
-#include "console/base/failure.h"
 #include "console/output/animal_table.h"
 #include "console/results/demography_notes.h"
 
@@ -24,9 +23,7 @@ namespace {
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 const std::vector<animal_number>& ofView(const GeneticBasis& basis, const listed_animals& who) {
-  if (who.living) return basis.needLiving();
-  if (basis.animals().empty()) throw Failure("no animals match the view; spx view show prints its settings");
-  return basis.animals();
+  return who.living ? basis.needLiving() : basis.needAnimals();
 }
 
 std::vector<animal_number> listed(const GeneticBasis& basis, const listed_animals& who) {

@@ -62,7 +62,8 @@ counted_animals countAnimals(const DataFilter& view, UNDATED treatment) {
     if (is_found[record] || !isInViewRecord(animal, view)) continue;
     if (isUndatedButThere(animal, view.monitor_date, locations)) {
       ++found.undated;
-      if (treatment == UNDATED::LIVING) found.living.push_back(record);
+      if (treatment == UNDATED::EXCLUDE) continue;
+      found.living.push_back(record);
       found.ever.push_back(record);
     } else if (locations.all() && animal.birth.date <= view.monitor_date) {
       found.ever.push_back(record);
@@ -148,13 +149,18 @@ GeneticBasis::GeneticBasis(const basis_options& options) : options_(options) {
   }
 }
 
-const std::vector<animal_number>& GeneticBasis::needLiving() const {
-  if (living_.empty()) {
-    if (animals_.empty()) throw Failure("no animals match the view; spx view show prints its settings");
-    throw Failure(undated_ > 0 ? "no animal of the view with a date is alive on its day; --undated living counts the " +
-                                     counted(undated_, "animal") + " without dates"
-                               : "no animal of the view is alive on its day; choose an earlier day with --on DATE");
+const std::vector<animal_number>& GeneticBasis::needAnimals() const {
+  if (!animals_.empty()) return animals_;
+  if (undated_ > 0) {
+    throw Failure("no animal of the view has a date; --undated living counts the " + counted(undated_, "animal") +
+                  " without dates");
   }
+  throw Failure("no animals match the view; spx view show prints its settings");
+}
+
+const std::vector<animal_number>& GeneticBasis::needLiving() const {
+  needAnimals();
+  if (living_.empty()) throw Failure("no animal of the view is alive on its day; choose an earlier day with --on DATE");
   return living_;
 }
 
@@ -226,7 +232,7 @@ void GeneticBasis::noteLiving(std::vector<std::string>& notes) const {
                     (undated_ == 1 ? "it" : "them") + " out.");
   } else if (undated_ > 0) {
     notes.push_back(countedAs(undated_, "animal without any date is", "animals without any date are") +
-                    " left out of the living (--undated exclude).");
+                    " left out (--undated exclude).");
   }
   const auto is_dead = [](const master_data& animal) { return animal.death.date != 0; };
   if (living_.size() > without_birth && std::none_of(Animals.records.begin(), Animals.records.end(), is_dead)) {

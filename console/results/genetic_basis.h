@@ -22,8 +22,8 @@ enum class UNKNOWN_PARENTS : std::uint8_t {
 /// The names of `--unknown`.
 const char* getText(UNKNOWN_PARENTS treatment);
 
-/// Whether animals of which no date is known count among the living, as long as no end is recorded: a pedigree without
-/// dates has genetics too.
+/// Whether animals of which no date is known count, among the living as long as no end is recorded: a pedigree without
+/// dates has genetics too. They are ancestors in any case.
 enum class UNDATED : std::uint8_t { LIVING, EXCLUDE };
 
 /// The names of `--undated`.
@@ -60,6 +60,8 @@ class GeneticBasis {
   /// Whether the view chooses among the living at all.
   bool isWholePopulation() const { return living_.size() == whole_population_.size(); }
 
+  /// The animals of the view. Throws Failure when there is none, with what to do.
+  const std::vector<animal_number>& needAnimals() const;
   /// The living. Throws Failure when there is none, with what to do.
   const std::vector<animal_number>& needLiving() const;
 

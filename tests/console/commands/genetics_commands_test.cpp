@@ -322,9 +322,14 @@ TEST_F(GeneticsCommands, AnimalsWithoutDatesLiveOrAreLeftOut) {
                               "completeness", "pairs", "effective-size"}) {
     const std::string counted = text({command});
     EXPECT_NE(counted.find("2 of the 4 living animals have no birth date."), std::string::npos) << command;
-    EXPECT_NE(text({command, "--undated", "exclude"}).find("left out of the living"), std::string::npos) << command;
+    EXPECT_NE(text({command, "--undated", "exclude"}).find("2 animals without any date are left out"),
+              std::string::npos)
+        << command;
   }
   EXPECT_EQ(text({"kinship", "1", "3"}).find("living animals"), std::string::npos) << "named, whoever lives";
+  EXPECT_EQ(json({"inbreeding"}).size() - json({"inbreeding", "--undated", "exclude"}).size(), 2U);
+  text({"kinship", "1", "3", "--undated", "exclude"});
+  EXPECT_NE(takeErrors().find("IDs are named instead"), std::string::npos);
   text({"genetics", "--undated", "maybe"});
   EXPECT_NE(takeErrors().find("--undated must be one of: living, exclude"), std::string::npos);
   studbook = table("bare.csv", "id,sire,dam\n1,,\n2,,\n");
