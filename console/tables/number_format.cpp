@@ -57,14 +57,7 @@ std::string dateText(double serial, NUMBER_FORM form, bool origin_is_1904) {
     ++whole;
   }
   const day_number day = originOf(serial, origin_is_1904) + static_cast<day_number>(whole);
-  const std::string text = qs_lib::julianToISO(qs_lib::dayToMs(day)).substr(0, 10);
-  if (form == NUMBER_FORM::MONTH && text.ends_with("-01")) {
-    return text.substr(0, 7);
-  }
-  if (form == NUMBER_FORM::YEAR && text.ends_with("-01-01")) {
-    return text.substr(0, 4);
-  }
-  return text + timeText(seconds);
+  return shortenedDate(qs_lib::julianToISO(qs_lib::dayToMs(day)).substr(0, 10) + timeText(seconds), form);
 }
 
 std::string plainText(double number) {
@@ -122,6 +115,22 @@ std::string numberText(double number, const number_format& format, bool origin_i
     text.insert(0, format.digits - std::min(format.digits, text.size()), '0');
   }
   return text;
+}
+
+std::string shortenedDate(std::string date, NUMBER_FORM form) {
+  constexpr std::string_view MIDNIGHT = "T00:00:00";
+  constexpr std::size_t DAY_SIZE = 10;
+  const std::size_t time = std::min(date.size(), DAY_SIZE);
+  if (date.compare(time, MIDNIGHT.size(), MIDNIGHT) == 0 &&
+      date.find_first_not_of(".0Z", time + MIDNIGHT.size()) == std::string::npos) {
+    date.resize(time);
+  }
+  if (date.size() == DAY_SIZE && form == NUMBER_FORM::MONTH && date.ends_with("-01")) {
+    date.resize(7);
+  } else if (date.size() == DAY_SIZE && form == NUMBER_FORM::YEAR && date.ends_with("-01-01")) {
+    date.resize(4);
+  }
+  return date;
 }
 
 }  // namespace spx::console

@@ -35,4 +35,9 @@ number_format builtInNumberFormat(std::size_t identifier);
 ///                        a 29 February 1900, as spreadsheets count
 std::string numberText(double number, const number_format& format, bool origin_is_1904);
 
+/// A date that is written in full, without its time of day at midnight, and without what the format does not show when
+/// that is the first day.
+/// @param date  YYYY-MM-DD, also with Thh:mm:ss
+std::string shortenedDate(std::string date, NUMBER_FORM form);
+
 }  // namespace spx::console

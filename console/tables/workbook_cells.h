@@ -13,7 +13,7 @@ namespace spx::console {
 /// and 'E' at the end. Numbers have 32 bits; texts follow their length.
 /// @param content  a workbook; its first bytes show whether it is .xlsx or .ods
 /// @param output   takes the bytes in parts
-/// Throws std::exception for a file that cannot be understood.
+/// Throws Failure for a file that cannot be understood.
 void writeWorkbookCells(const std::string& content, const std::function<void(std::string_view)>& output);
 
 }  // namespace spx::console
