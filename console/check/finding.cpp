@@ -1,7 +1,9 @@
 #include "console/check/finding.h"
 
-#include <algorithm>
 #include <tuple>
+#include <unordered_set>
+
+#include "spx/support/text_hash.h"
 
 namespace spx::console {
 namespace {
@@ -10,9 +12,23 @@ auto identityOf(const finding& one) {
   return std::tie(one.check, one.animals, one.values);
 }
 
-bool isBefore(const finding* a, const finding* b) {
-  return identityOf(*a) < identityOf(*b);
-}
+struct identity_hash {
+  std::size_t operator()(const finding* one) const {
+    std::size_t sum = static_cast<std::size_t>(one->check);
+    for (const std::string& animal : one->animals) {
+      sum = sum * 31 + hash(animal);
+    }
+    for (const auto& [name, text] : one->values) {
+      sum = sum * 31 + hash(text);
+    }
+    return sum;
+  }
+  qs_lib::text_hash hash;
+};
+
+struct same_identity {
+  bool operator()(const finding* a, const finding* b) const { return isSameFinding(*a, *b); }
+};
 
 }  // namespace
 
@@ -21,15 +37,13 @@ bool isSameFinding(const finding& a, const finding& b) {
 }
 
 std::vector<finding> addedFindings(const std::vector<finding>& before, const std::vector<finding>& after) {
-  std::vector<const finding*> known;
-  known.reserve(before.size());
+  std::unordered_set<const finding*, identity_hash, same_identity> known(before.size());
   for (const finding& one : before) {
-    known.push_back(&one);
+    known.insert(&one);
   }
-  std::sort(known.begin(), known.end(), isBefore);
   std::vector<finding> added;
   for (const finding& one : after) {
-    if (!std::binary_search(known.begin(), known.end(), &one, isBefore)) {
+    if (!known.contains(&one)) {
       added.push_back(one);
     }
   }

@@ -38,7 +38,7 @@ struct finding {
 /// Whether two findings are the same one, before and after a change: the same rule, animals and values.
 bool isSameFinding(const finding& a, const finding& b);
 
-/// The findings of `after` that `before` does not have. Sorting cost.
+/// The findings of `after` that `before` does not have. Linear.
 std::vector<finding> addedFindings(const std::vector<finding>& before, const std::vector<finding>& after);
 
 }  // namespace spx::console

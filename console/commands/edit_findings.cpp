@@ -63,7 +63,7 @@ std::string lineOf(const char* what, const finding& each) {
 
 std::vector<finding> findingsOf(StudbookEdit& edit) {
   const Silence silence;
-  loadStudbook(edit.tables());
+  loadStudbook(edit.tables(), "nothing was changed");
   const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
   std::vector<finding> findings = checkStudbook({Animals.records, LifeHistory, MetaPop, today, {}});
   dropStudbook();

@@ -8,12 +8,9 @@
 #include "console/commands/edit_findings.h"
 #include "console/edits/change_text.h"
 #include "console/output/result_output.h"
-#include "console/studbook/load_studbook.h"
 
 namespace spx::console {
 namespace {
-
-constexpr char REFUSED[] = "nothing was changed";
 
 void tell(const std::string& text) {
   std::cerr << "spx: " << text << "\n";
@@ -54,7 +51,6 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
     tell("it says so already; nothing was changed");
     return ExitCode::DONE;
   }
-  checkTables(edit.tables(), REFUSED);
   const FindingChanges findings(edit, std::move(before), findingsOf(edit));
   if (!options.freedom.anyway) {
     findings.refuseImpossible();

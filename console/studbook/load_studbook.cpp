@@ -171,9 +171,9 @@ void tellReadings(const studbook_tables& tables) {
   }
 }
 
-loading_notes load(studbook_tables tables) {
+loading_notes load(studbook_tables tables, const char* refused) {
   const LoadingOutput output;
-  loading_notes notes = readTables(tables, "nothing was loaded");
+  loading_notes notes = readTables(tables, refused);
   tellReadings(tables);
   completeRecords(tables.file, tables.format, notes);
   tables = {};
@@ -202,27 +202,15 @@ loading_notes loadStudbook(const studbook_files& files) {
   return loadStudbook(openTables(files));
 }
 
-loading_notes loadStudbook(studbook_tables tables) {
+loading_notes loadStudbook(studbook_tables tables, const char* refused) {
   dropStudbook();
   makeUserDirectories();
   try {
-    return load(std::move(tables));
+    return load(std::move(tables), refused);
   } catch (...) {
     dropStudbook();
     throw;
   }
-}
-
-void checkTables(const studbook_tables& tables, const char* refused) {
-  dropStudbook();
-  try {
-    const LoadingOutput output;
-    readTables(tables, refused);
-  } catch (...) {
-    dropStudbook();
-    throw;
-  }
-  dropStudbook();
 }
 
 }  // namespace spx::console

@@ -19,12 +19,8 @@ namespace spx::console {
 loading_notes loadStudbook(const studbook_files& files);
 
 /// The same from tables that are open; they are let go once they are read.
-loading_notes loadStudbook(studbook_tables tables);
-
-/// Reads the tables for their faults alone: throws what loadStudbook throws, and leaves the objects
-/// empty.
-/// @param refused  what did not come about because of the faults, such as "nothing was changed"
-void checkTables(const studbook_tables& tables, const char* refused);
+/// @param refused  what does not come about because of faults
+loading_notes loadStudbook(studbook_tables tables, const char* refused = "nothing was loaded");
 
 /// Empties the process-wide objects that loadStudbook fills.
 void dropStudbook();
