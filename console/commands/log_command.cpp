@@ -52,7 +52,7 @@ Cell numberOrNone(std::int64_t number) {
 Table tableOfChanges(const std::vector<journal_change>& changes) {
   Table table({{.name = "change", .title = "Change", .kind = COLUMN_KIND::INTEGER},
                {.name = "time", .title = "Time", .in_text = false},
-               {.name = "local_time", .title = "When"},
+               {.name = "local_time", .title = "When", .kind = COLUMN_KIND::DATE},
                {.name = "author", .title = "Who"},
                {.name = "kind", .title = "Kind", .in_text = false},
                {.name = "action", .title = "What"},
@@ -124,7 +124,7 @@ class CellChoice {
 Table tableOfCells(SQLite::Database& database, const std::vector<journal_change>& changes, const std::string& id) {
   Table table({{.name = "change", .title = "Change", .kind = COLUMN_KIND::INTEGER},
                {.name = "time", .title = "Time", .in_text = false},
-               {.name = "local_time", .title = "When"},
+               {.name = "local_time", .title = "When", .kind = COLUMN_KIND::DATE},
                {.name = "author", .title = "Who"},
                {.name = "table", .title = "Table", .in_text = false},
                {.name = "row", .title = "Row", .kind = COLUMN_KIND::INTEGER, .in_text = false},

@@ -50,14 +50,12 @@ std::size_t lineWidth(const std::vector<std::size_t>& widths) {
   return width < GAP ? 0 : width - GAP;
 }
 
-/// Takes what is too much from the widest texts, as far as they can be wrapped; the first column names its row and
-/// stays whole.
-void narrow(std::vector<std::size_t>& widths, const Table& table, const table_part& part, std::size_t room) {
+/// Takes what is too much from the widest columns, as far as the least widths allow.
+void narrow(std::vector<std::size_t>& widths, const std::vector<std::size_t>& least, std::size_t room) {
   while (lineWidth(widths) > room) {
     std::size_t* widest = nullptr;
-    for (std::size_t i = 1; i < widths.size(); ++i) {
-      const bool is_text = table.columns()[part.columns[i]].kind == COLUMN_KIND::TEXT;
-      if (is_text && widths[i] > NARROWEST && (widest == nullptr || widths[i] > *widest)) {
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      if (widths[i] > least[i] && (widest == nullptr || widths[i] > *widest)) {
         widest = &widths[i];
       }
     }
@@ -66,6 +64,24 @@ void narrow(std::vector<std::size_t>& widths, const Table& table, const table_pa
     }
     --*widest;
   }
+}
+
+/// Texts are wrapped, at blanks as long as that is enough. The first column names its row and stays whole.
+void fit(std::vector<std::size_t>& widths, const Table& table, const table_part& part, std::size_t room) {
+  std::vector<std::size_t> words = widths;
+  std::vector<std::size_t> letters = widths;
+  for (std::size_t i = 1; i < widths.size() && lineWidth(widths) > room; ++i) {
+    const table_column& column = table.columns()[part.columns[i]];
+    if (column.kind != COLUMN_KIND::TEXT) {
+      continue;
+    }
+    words[i] = letters[i] = std::min(NARROWEST, widths[i]);
+    for (const std::size_t row : part.rows) {
+      words[i] = std::max(words[i], longestWord(cellText(table.cell(row, part.columns[i]), column)));
+    }
+  }
+  narrow(widths, words, room);
+  narrow(widths, letters, room);
 }
 
 /// Writes cells that may take several lines side by side.
@@ -148,7 +164,7 @@ void writeRecord(std::ostream& out, const Table& table, const table_part& part, 
 
 void writeRows(std::ostream& out, const Table& table, const table_part& part, std::size_t width) {
   std::vector<std::size_t> widths = naturalWidths(table, part);
-  narrow(widths, table, part, width);
+  fit(widths, table, part, width);
   std::vector<std::vector<std::string>> cells;
   std::vector<bool> right;
   std::string rule;
