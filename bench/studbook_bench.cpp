@@ -56,7 +56,7 @@ void ReadTable(benchmark::State& state) {
     console::Faults faults;
     console::loading_notes notes;
     Animals.initialize(table.estimate_rows());
-    console::readAnimals(table, {}, locations, faults, notes);
+    console::readAnimals(table, locations, faults, notes);
     if (!faults.empty()) state.SkipWithError(faults.text().c_str());
   }
 }

@@ -45,7 +45,8 @@ void addGlobalOptions(CLI::App& app, session_options& options) {
   add_file("--events", options.files.events, "Table of events");
   add_file("--locations", options.files.locations, "Table of locations");
   add_file("--programs", options.files.programs, "Table of breeding programmes");
-  app.add_option("--map", options.titles, "The column of the animals table that holds a field; may be repeated")
+  app.add_option("--map", options.titles,
+                 "The column that holds a field; TABLE.FIELD=TITLE for other tables than the animals")
       ->type_name("FIELD=TITLE")
       ->allow_extra_args(false);
   add_file("--mapping", options.mapping, "Keeps how import read the columns, and reads them so again");

@@ -24,6 +24,7 @@
 #include "console/output/column_table.h"
 #include "console/output/staged_files.h"
 #include "console/studbook/column_mapping.h"
+#include "console/studbook/file_rows.h"
 #include "console/studbook/import_studbook.h"
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/open_tables.h"
@@ -47,18 +48,13 @@ void refusePlaceholders(const import_options& options, const loading_notes& note
   if (options.placeholders || notes.placeholders.empty()) {
     return;
   }
-  std::string names;
+  std::vector<std::string> lines;
   for (const position animal : notes.placeholders) {
-    names += (names.empty() ? "" : ", ") + quotedText(Animals.records[animal].stud_id) + " (line " +
-             std::to_string(notes.lineOf(animal)) + ")";
+    lines.push_back(std::to_string(notes.lineOf(animal)));
   }
-  const bool is_one = notes.placeholders.size() == 1;
-  throw Failure(notes.animals_table + ": " + std::to_string(notes.placeholders.size()) +
-                (is_one ? " animal is treated as a placeholder because of its ID, and no list would show it: "
-                        : " animals are treated as placeholders because of their IDs, and no list would show them: ") +
-                names +
-                "\nGive every ID a prefix with --id-prefix TEXT, or accept the placeholders with --placeholders; "
-                "nothing was written");
+  throw Failure(notes.animals_table + ": no list would show the " +
+                (lines.size() == 1 ? "animal in line " : "animals in the lines ") + nameList(lines) +
+                "; nothing was written\n  --placeholders accepts them, --id-prefix TEXT puts a text before every ID");
 }
 
 void printCount(const char* what, std::size_t count) {
@@ -126,20 +122,26 @@ void reportColumns(const Session& session, const studbook_tables& tables, const 
   showColumns(std::cout, *tables.notes);
   const std::string mapping = session.newMapping();
   if (!mapping.empty()) {
-    writeMapping(mapping, tables.notes->of(tables.animals.name), files.reading);
+    writeMapping(mapping, tables, files.reading);
     std::cerr << "spx: wrote " << mapping << "; --mapping reads the next table in the same way\n";
   }
 }
 
-/// The tables are loaded for their faults first, which then are told by their own lines.
+/// The tables are loaded for their faults first, which then are told by their own lines. Places are those of the
+/// studbook where the tables do not list them.
 ExitCode update(Session& session, const import_options& options) {
   const studbook_files files = session.filesBeside(options.animals);
-  const studbook_tables tables = openTables(files);
+  studbook_tables tables = openTables(files);
+  if (!tables.locations.open) {
+    tables.locations =
+        storedTables(std::make_shared<StudbookFile>(session.importTarget(), FILE_ACCESS::READ)).locations;
+  }
   const loading_notes notes = loadStudbook(tables);
   refusePlaceholders(options, notes);
   reportColumns(session, tables, files);
   reportLoaded(notes);
   std::cout.flush();
+  tables = {};  // the studbook file among them would be in the way of the change
   const edition table = readEdition(openTables(files));
   edit_options edit = options.edit;
   edit.freedom.anyway = true;
@@ -160,6 +162,8 @@ ExitCode import(Session& session, const import_options& options) {
     refusePlaceholders(options, notes);
     reportColumns(session, tables, files);
     reportLoaded(notes);
+    std::cout.flush();
+    std::cerr << "spx: dry run: nothing was written\n";
     return ExitCode::DONE;
   }
   removeStagedWhenEnded(std::filesystem::path(target).parent_path().string());

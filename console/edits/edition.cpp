@@ -11,19 +11,17 @@
 namespace spx::console {
 namespace {
 
-ColumnTitles settledColumns(const table_source& source, const RowSource& rows, std::span<const table_field> fields,
-                            std::span<const title_choice> titles) {
-  return rows.fields().empty() ? ColumnTitles(source.name, rows.titles(), fields, titles)
+ColumnTitles settledColumns(const table_source& source, const RowSource& rows, std::span<const table_field> fields) {
+  return rows.fields().empty() ? ColumnTitles(source.name, rows.titles(), fields, source.titles)
                                : ColumnTitles(rows.fields(), fields);
 }
 
-EditionTable readTable(const table_source& source, std::span<const table_field> fields,
-                       std::span<const title_choice> titles = {}) {
+EditionTable readTable(const table_source& source, std::span<const table_field> fields) {
   if (!source.open) {
     return {};
   }
   try {
-    return EditionTable(source, fields, titles);
+    return EditionTable(source, fields);
   } catch (const TableError& error) {
     throw Failure(source.name + (error.line() == 0 ? "" : ":" + std::to_string(error.line())) + ": " + error.what());
   }
@@ -31,10 +29,9 @@ EditionTable readTable(const table_source& source, std::span<const table_field> 
 
 }  // namespace
 
-EditionTable::EditionTable(const table_source& source, std::span<const table_field> fields,
-                           std::span<const title_choice> titles) {
+EditionTable::EditionTable(const table_source& source, std::span<const table_field> fields) {
   const std::unique_ptr<RowSource> rows = source.open();
-  const ColumnTitles settled = settledColumns(source, *rows, fields, titles);
+  const ColumnTitles settled = settledColumns(source, *rows, fields);
   for (const std::string& title : rows->titles()) {
     columns_.push_back({"", title});
   }
@@ -86,9 +83,8 @@ std::string_view EditionTable::value(std::size_t row, std::string_view field) co
 }
 
 edition readEdition(const studbook_tables& tables) {
-  return {tables.file, readTable(tables.animals, animalFields(), tables.titles),
-          readTable(tables.events, eventFields()), readTable(tables.locations, locationFields()),
-          readTable(tables.programs, programFields())};
+  return {tables.file, readTable(tables.animals, animalFields()), readTable(tables.events, eventFields()),
+          readTable(tables.locations, locationFields()), readTable(tables.programs, programFields())};
 }
 
 }  // namespace spx::console

@@ -22,7 +22,7 @@ class EditionTable {
   static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
 
   /// Reads all rows. Throws TableError and UsageError.
-  EditionTable(const table_source& source, std::span<const table_field> fields, std::span<const title_choice> titles);
+  EditionTable(const table_source& source, std::span<const table_field> fields);
 
   /// A table without columns, of an edition that does not have it.
   EditionTable() = default;

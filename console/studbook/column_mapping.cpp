@@ -7,6 +7,7 @@
 #include "spx/support/file_name.h"
 
 #include "console/base/failure.h"
+#include "console/studbook/schema.h"
 
 namespace spx::console {
 namespace {
@@ -69,12 +70,15 @@ void readMapping(const std::string& path, studbook_files& files) {
   readOptions(file, files.reading);
 }
 
-void writeMapping(const std::string& path, const TableNotes& animals, const reading_options& reading) {
+void writeMapping(const std::string& path, const studbook_tables& tables, const reading_options& reading) {
   qs_lib::Configuration file = mappingFile(path);
-  for (const column_note& column : animals.columns) {
-    if (!column.field.empty()) {
-      file.set(std::string(FIELD) + column.field, "text", column.title,
-               "title of the column that holds " + column.field);
+  for (const stored_table& table : storedTableList()) {
+    const table_source& source = tables.*table.source;
+    for (const column_note& column : source.open ? tables.notes->of(source.name).columns : std::vector<column_note>()) {
+      const std::string field = source.titles.prefix + column.field;
+      if (!column.field.empty()) {
+        file.set(std::string(FIELD) + field, "text", column.title, "title of the column that holds " + field);
+      }
     }
   }
   const auto set = [&](const char* key, const std::string& value, const char* description) {

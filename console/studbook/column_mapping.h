@@ -3,11 +3,11 @@
 #include <string>
 
 #include "console/studbook/source_files.h"
-#include "console/tables/reading_notes.h"
+#include "console/studbook/studbook_tables.h"
 
 namespace spx::console {
 
-/// A key file that keeps how tables were understood: which column of the animals holds which field,
+/// A key file that keeps how tables were understood: which column holds which field,
 /// and the order of day and month, the footer, the sheet and the encoding where they were given.
 
 /// Completes what the command line says by what the file says. Throws Failure when it is not such a
@@ -15,7 +15,7 @@ namespace spx::console {
 void readMapping(const std::string& path, studbook_files& files);
 
 /// Writes the file. Throws Failure.
-/// @param animals  how the table of animals was read
-void writeMapping(const std::string& path, const TableNotes& animals, const reading_options& reading);
+/// @param tables  those that were read, with their notes
+void writeMapping(const std::string& path, const studbook_tables& tables, const reading_options& reading);
 
 }  // namespace spx::console

@@ -24,7 +24,7 @@ id_set placeholdersIn(const studbook_tables& tables) {
   try {
     constexpr std::size_t ID_CELL = 0;
     Faults faults;  // reported when the table is read in earnest
-    FieldTable table(tables.animals, animalFields(), ID_CELL, tables.titles, faults);
+    FieldTable table(tables.animals, animalFields(), ID_CELL, faults);
     while (table.next()) {
       std::string id(table[ID_CELL]);
       if (isPseudoIndividual(id)) {

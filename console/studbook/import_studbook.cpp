@@ -24,7 +24,8 @@ table_source copied(const table_source& source, SQLite::Database& database, cons
   if (!source.open) {
     return {};
   }
-  return {source.name, [=, &database] { return copyRows(source.open(), database, table, path); }, source.estimate_rows};
+  return {source.name, [=, &database] { return copyRows(source.open(), database, table, path); }, source.estimate_rows,
+          source.titles};
 }
 
 }  // namespace

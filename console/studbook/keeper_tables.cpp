@@ -90,21 +90,22 @@ class TableOpener {
       return openSheet(file, workbook, sheetOf(*workbook, kind).value_or(0), kind);
     }
     const auto tell = [notes = notes_, file](const std::string& remark) { notes->of(file).add(remark); };
-    return understood(csvSource(file, {files_.reading.encoding, tell}), kind, std::filesystem::is_regular_file(file));
+    return understood(csvSource(file, {files_.reading.encoding, tell}), kind, true,
+                      std::filesystem::is_regular_file(file));
   }
 
   table_source openSheet(const std::string& file, const std::shared_ptr<const Workbook>& workbook, std::size_t sheet,
                          const table_kind& kind) const {
     const std::string name = file + " (" + workbook->sheetNames()[sheet] + ")";
     const table_source::opener open = [=] { return Workbook::openSheet(workbook, sheet); };
-    return understood({name, open, {}}, kind, true);
+    return understood({name, open, {}}, kind, false, true);
   }
 
  private:
-  table_source understood(const table_source& raw, const table_kind& kind, bool can_reopen) const {
-    const bool has_choices = &kind == &animalsKind();
+  /// @param is_csv  or else a sheet
+  table_source understood(const table_source& raw, const table_kind& kind, bool is_csv, bool can_reopen) const {
     const auto layers = [raw, fields = kind.fields, options = files_.reading,
-                         choices = has_choices ? files_.titles : std::vector<title_choice>()](TableNotes& notes) {
+                         choices = choicesOf(files_.titles, kind.sheet).list](TableNotes& notes) {
       return settleLayout(raw.open(), fields, choices, options, notes);
     };
     const auto scratch = std::make_shared<TableNotes>(raw.name);
@@ -112,9 +113,9 @@ class TableOpener {
     const auto open = [=, options = files_.reading, all_notes = notes_] {
       TableNotes& notes = all_notes->of(raw.name);
       notes.clear();
-      return readCells(layers(notes), can_reopen ? reopen : nullptr, options, notes);
+      return readCells(layers(notes), can_reopen ? reopen : nullptr, options, is_csv, notes);
     };
-    return {raw.name, open, raw.estimate_rows};
+    return {raw.name, open, raw.estimate_rows, choicesOf(files_.titles, kind.sheet)};
   }
 
   const studbook_files& files_;
@@ -162,7 +163,6 @@ studbook_tables keeperTables(const studbook_files& files) {
   studbook_tables tables;
   tables.file = files.animals;
   tables.format = "CSV";
-  tables.titles = files.titles;
   tables.notes = std::make_shared<ReadingNotes>();
   const TableOpener opener(files, tables.notes);
   tables.events = opener.open(files.events, eventsKind());

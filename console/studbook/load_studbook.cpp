@@ -65,7 +65,7 @@ loading_notes readTables(const studbook_tables& tables, const char* refused) {
   loading_notes notes;
   readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
   readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
-  readTable(tables.animals, faults, [&] { readAnimals(tables.animals, tables.titles, locations, faults, notes); });
+  readTable(tables.animals, faults, [&] { readAnimals(tables.animals, locations, faults, notes); });
   readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults, notes); });
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) + (faults.count() == 1 ? " fault; " : " faults; ") +
@@ -113,7 +113,8 @@ void completeRecords(const std::string& file, const std::string& format, loading
   Book.format = format;
 }
 
-/// Animals whose IDs count as those of pseudo individuals, and parents without a record.
+/// Animals whose IDs count as those of pseudo individuals, and parents without a record. A studbook file has said so
+/// when it was imported, and `check` repeats it.
 void report(const loading_notes& notes) {
   std::vector<std::string> names;
   for (const position animal : notes.placeholders) {
@@ -176,9 +177,12 @@ loading_notes load(studbook_tables tables, const char* refused) {
   loading_notes notes = readTables(tables, refused);
   tellReadings(tables);
   completeRecords(tables.file, tables.format, notes);
+  const std::shared_ptr<ReadingNotes> readings = tables.notes;
   tables = {};
   Animals.validate();
-  report(notes);
+  if (readings) {
+    report(notes);
+  }
   listGroups();
   buildDerived();
   return notes;

@@ -11,7 +11,7 @@ namespace spx::console {
 /// parents, indexes, keys and builds the pedigree.
 ///
 /// Whatever was loaded before is dropped. Nothing reaches standard output; standard error names the
-/// animals that count as pseudo individuals and the parents without a record.
+/// animals of tables that count as pseudo individuals and the parents without a record.
 ///
 /// Throws Failure when a table has faults, with the text of the faults, and UsageError; either way
 /// the objects are empty afterwards.

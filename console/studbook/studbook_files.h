@@ -14,7 +14,7 @@ struct studbook_files {
   std::string events;
   std::string locations;
   std::string programs;
-  std::vector<title_choice> titles;  ///< of the table of animals
+  std::vector<title_choice> titles;  ///< as parseTitleChoice has them
   std::string id_prefix = {};        ///< put before every ID that is read; see withIdPrefix
   reading_options reading = {};
 };

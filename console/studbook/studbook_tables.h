@@ -2,9 +2,7 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "console/tables/column_titles.h"
 #include "console/tables/reading_notes.h"
 #include "console/tables/row_source.h"
 
@@ -18,7 +16,6 @@ struct studbook_tables {
   table_source events;
   table_source locations;
   table_source programs;
-  std::vector<title_choice> titles;               ///< of the table of animals
   std::shared_ptr<ReadingNotes> notes = nullptr;  ///< how tables were read; null for a studbook file
 };
 

@@ -110,7 +110,6 @@ constexpr table_field ANIMAL_FIELDS[] = {
 };
 
 // What a refused text should have been.
-constexpr char SEX_WORDS[] = "sex (male, female, hermaphrodite, abnormal, unknown; m, f, h, u; 1, 2, 0)";
 constexpr char REARING_WORDS[] = "kind of rearing (parent, hand, foster, colony, supplemental, peer, none, unknown)";
 
 constexpr event_fields BIRTH_FIELDS = {BIRTH_DATE, BIRTH_ACCURACY, BIRTH_RANGE, BIRTH_LOCATION};
@@ -137,9 +136,8 @@ std::optional<taxon_handle> registerTaxon(std::string_view text) {
 
 class AnimalsReader {
  public:
-  AnimalsReader(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
-                Faults& faults, loading_notes& notes)
-      : table_(source, ANIMAL_FIELDS, ID_CELL, choices, faults),
+  AnimalsReader(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes)
+      : table_(source, ANIMAL_FIELDS, ID_CELL, faults),
         locations_(locations),
         notes_(notes),
         guesses_(table_.otherColumns().size()) {}
@@ -300,10 +298,9 @@ std::span<const table_field> animalFields() {
   return ANIMAL_FIELDS;
 }
 
-void readAnimals(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
-                 Faults& faults, loading_notes& notes) {
+void readAnimals(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes) {
   notes.animals_table = source.name;
-  AnimalsReader(source, choices, locations, faults, notes).read();
+  AnimalsReader(source, locations, faults, notes).read();
 }
 
 }  // namespace spx::console

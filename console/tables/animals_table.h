@@ -11,12 +11,14 @@
 
 namespace spx::console {
 
+/// What the text of a sex should be, for messages.
+inline constexpr char SEX_WORDS[] = "sex (male, female, hermaphrodite, abnormal, unknown; m, f, h, u; 1, 2, 0)";
+
 /// Reads the table of animals and adds a record for each row to the store, with taxa and
 /// user-defined fields (every column that is not a known field); wild mates of known parents get
 /// identities. Throws TableError and UsageError.
 /// @param notes  takes the name of the table and the lines of the rows
-void readAnimals(const table_source& source, std::span<const title_choice> choices, LocationRegistry& locations,
-                 Faults& faults, loading_notes& notes);
+void readAnimals(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes);
 
 /// The fields of the table, in the order in which the documentation lists them.
 std::span<const table_field> animalFields();

@@ -113,8 +113,8 @@ class ColumnFacts {
 class CellReadings : public RowSource {
  public:
   CellReadings(std::unique_ptr<RowSource> rows, table_source::opener reopen, const reading_options& options,
-               TableNotes& notes)
-      : rows_(std::move(rows)), reopen_(std::move(reopen)), options_(options), notes_(notes) {
+               bool is_csv, TableNotes& notes)
+      : rows_(std::move(rows)), reopen_(std::move(reopen)), options_(options), is_csv_(is_csv), notes_(notes) {
     titles_ = rows_->titles();
     fields_ = rows_->fields();
     columns_.assign(titles_.size(), COLUMN::USER);
@@ -159,7 +159,7 @@ class CellReadings : public RowSource {
  private:
   void readCell(std::size_t column) {
     const std::string_view text = cells_[column];
-    if (text.size() > 2 && text.front() == '\'' && looksLikeFormula(text.substr(1))) {
+    if (is_csv_ && text.starts_with('\'') && looksLikeFormula(text)) {
       return replace(column, std::string(text.substr(1)), MARKED);
     }
     switch (columns_[column]) {
@@ -289,6 +289,7 @@ class CellReadings : public RowSource {
   std::unique_ptr<RowSource> rows_;
   table_source::opener reopen_;
   reading_options options_;
+  bool is_csv_;
   TableNotes& notes_;
   std::vector<COLUMN> columns_;
   std::vector<ColumnFacts> facts_;
@@ -301,8 +302,8 @@ class CellReadings : public RowSource {
 }  // namespace
 
 std::unique_ptr<RowSource> readCells(std::unique_ptr<RowSource> rows, table_source::opener reopen,
-                                     const reading_options& options, TableNotes& notes) {
-  return std::make_unique<CellReadings>(std::move(rows), std::move(reopen), options, notes);
+                                     const reading_options& options, bool is_csv, TableNotes& notes) {
+  return std::make_unique<CellReadings>(std::move(rows), std::move(reopen), options, is_csv, notes);
 }
 
 }  // namespace spx::console

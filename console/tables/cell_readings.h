@@ -16,8 +16,9 @@ namespace spx::console {
 /// read in one order only, so are all. Throws TableError from next() when nothing decides.
 ///
 /// @param reopen  opens the same rows anew, to look at a whole column; null where that cannot be
+/// @param is_csv  an apostrophe before what looks like a formula is a mark for spreadsheets and no part of the text
 /// @param notes   must outlive the rows
 std::unique_ptr<RowSource> readCells(std::unique_ptr<RowSource> rows, table_source::opener reopen,
-                                     const reading_options& options, TableNotes& notes);
+                                     const reading_options& options, bool is_csv, TableNotes& notes);
 
 }  // namespace spx::console

@@ -94,11 +94,20 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
   return static_cast<std::size_t>(found - titles.begin());
 }
 
-[[noreturn]] void failClaimedTwice(const std::string& file, std::string_view field, const std::string& first,
+[[noreturn]] void failClaimedTwice(const std::string& file, const std::string& field, const std::string& first,
                                    const std::string& second) {
   throw UsageError(file + ": the columns " + quotedText(first) + " and " + quotedText(second) +
-                   " both claim the field " + std::string(field) + "; choose one with --map " + std::string(field) +
-                   "=TITLE");
+                   " both claim the field " + field + "; choose one with --map " + field + "=TITLE");
+}
+
+constexpr const char* TABLES[] = {"animals", "events", "locations", "programs"};
+
+void checkTable(const std::string& field) {
+  const std::string table = field.substr(0, field.find('.'));
+  if (table.size() != field.size() && std::find(std::begin(TABLES), std::end(TABLES), table) == std::end(TABLES)) {
+    throw UsageError("--map: there is no table " + quotedText(table) +
+                     "; it is animals, events, locations or programs");
+  }
 }
 
 }  // namespace
@@ -108,7 +117,21 @@ title_choice parseTitleChoice(const std::string& text) {
   if (split.value.empty()) {
     throw UsageError("--map: " + quotedText(text) + " is not FIELD=TITLE");
   }
+  checkTable(split.name);
   return {split.name, split.value};
+}
+
+title_choices choicesOf(const std::vector<title_choice>& choices, const std::string& table) {
+  title_choices own;
+  own.prefix = table == TABLES[0] ? "" : table + ".";
+  for (const title_choice& choice : choices) {
+    const std::size_t dot = choice.field.find('.');
+    const std::string of_table = dot == std::string::npos ? TABLES[0] : choice.field.substr(0, dot);
+    if (of_table == table) {
+      own.list.push_back({choice.field.substr(dot == std::string::npos ? 0 : dot + 1), choice.title});
+    }
+  }
+  return own;
 }
 
 std::size_t knownTitles(const std::vector<std::string>& titles, std::span<const table_field> fields,
@@ -130,15 +153,15 @@ std::size_t knownTitles(const std::vector<std::string>& titles, std::span<const 
 }
 
 ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::string>& titles,
-                           std::span<const table_field> fields, std::span<const title_choice> choices)
+                           std::span<const table_field> fields, const title_choices& choices)
     : columns_(fields.size(), NONE) {
   std::vector<bool> chosen(titles.size());
   std::vector<bool> settled(fields.size());
-  for (const title_choice& choice : choices) {
+  for (const title_choice& choice : choices.list) {
     const std::size_t field = findField(fields, choice.field);
     const std::size_t column = findTitle(file, titles, choice.title);
     if (settled[field]) {
-      failClaimedTwice(file, fields[field].name, titles[columns_[field]], choice.title);
+      failClaimedTwice(file, choices.prefix + std::string(fields[field].name), titles[columns_[field]], choice.title);
     }
     if (chosen[column]) {
       throw UsageError("--map: the column " + quotedText(choice.title) + " is given to two fields");
@@ -158,11 +181,11 @@ ColumnTitles::ColumnTitles(const std::string& file, const std::vector<std::strin
     }
     const std::size_t field = known->second;
     if (columns_[field] != NONE) {
-      failClaimedTwice(file, fields[field].name, titles[columns_[field]], titles[column]);
+      failClaimedTwice(file, choices.prefix + std::string(fields[field].name), titles[columns_[field]], titles[column]);
     }
     columns_[field] = column;
   }
-  checkRequired(fields, titles);
+  checkRequired(fields, titles, choices.prefix);
 }
 
 ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields)
@@ -176,10 +199,11 @@ ColumnTitles::ColumnTitles(const std::vector<std::string>& column_fields, std::s
       columns_[static_cast<std::size_t>(known - fields.begin())] = column;
     }
   }
-  checkRequired(fields, column_fields);
+  checkRequired(fields, column_fields, "");
 }
 
-void ColumnTitles::checkRequired(std::span<const table_field> fields, const std::vector<std::string>& titles) const {
+void ColumnTitles::checkRequired(std::span<const table_field> fields, const std::vector<std::string>& titles,
+                                 const std::string& prefix) const {
   for (std::size_t field = 0; field < fields.size(); ++field) {
     if (!fields[field].required || columns_[field] != NONE) {
       continue;
@@ -187,7 +211,7 @@ void ColumnTitles::checkRequired(std::span<const table_field> fields, const std:
     const std::string name(fields[field].name);
     const std::string nearest = nearestTitle(fields[field], titles);
     throw TableError(1, "there is no column " + quotedText(name) + "; the columns are " + listed(titles) +
-                            ". Say which one it is, such as --map " + name + "=" +
+                            ". Say which one it is, such as --map " + prefix + name + "=" +
                             quotedText(nearest.empty() ? "TITLE" : nearest));
   }
 }

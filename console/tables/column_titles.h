@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "console/tables/title_choice.h"
+
 namespace spx::console {
 
 /// A field that a table can have, and the titles under which it is known.
@@ -16,14 +18,13 @@ struct table_field {
   bool required = false;
 };
 
-/// The user's word that a field stands under a certain title.
-struct title_choice {
-  std::string field;
-  std::string title;
-};
-
-/// Reads "FIELD=TITLE". Throws UsageError.
+/// Reads "FIELD=TITLE", or "TABLE.FIELD=TITLE" for another table than that of the animals; the field keeps the name of
+/// its table. Throws UsageError.
 title_choice parseTitleChoice(const std::string& text);
+
+/// Those of a table, without its name before their fields.
+/// @param table  "animals", "events", "locations" or "programs"
+title_choices choicesOf(const std::vector<title_choice>& choices, const std::string& table);
 
 /// How many of the titles are those of fields; 0 when the first required field is not among them.
 std::size_t knownTitles(const std::vector<std::string>& titles, std::span<const table_field> fields,
@@ -39,7 +40,7 @@ class ColumnTitles {
   /// both titles, when two columns claim one field, and when a choice names no field or no column;
   /// TableError when a required field has no column.
   ColumnTitles(const std::string& file, const std::vector<std::string>& titles, std::span<const table_field> fields,
-               std::span<const title_choice> choices);
+               const title_choices& choices);
 
   /// Takes the fields that the columns hold as settled. Throws TableError likewise.
   ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields);
@@ -51,7 +52,8 @@ class ColumnTitles {
   const std::vector<std::size_t>& others() const { return others_; }
 
  private:
-  void checkRequired(std::span<const table_field> fields, const std::vector<std::string>& titles) const;
+  void checkRequired(std::span<const table_field> fields, const std::vector<std::string>& titles,
+                     const std::string& prefix) const;
 
   std::vector<std::size_t> columns_;
   std::vector<std::size_t> others_;

@@ -33,7 +33,7 @@ constexpr event_fields DATED_FIELDS = {DATE, ACCURACY, RANGE, LOCATION};
 class EventsReader {
  public:
   EventsReader(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes)
-      : table_(source, EVENT_FIELDS, ANIMAL, {}, faults), locations_(locations), notes_(notes) {
+      : table_(source, EVENT_FIELDS, ANIMAL, faults), locations_(locations), notes_(notes) {
     notes_.events_table = source.name;
     for (master_data& animal : Animals.records) {
       if (hasRow(animal)) {

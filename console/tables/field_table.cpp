@@ -8,8 +8,7 @@ namespace {
 
 constexpr std::size_t MOST_COLUMNS = 16384;  // of a spreadsheet's sheet
 
-ColumnTitles findColumns(const std::string& name, const RowSource& rows, std::span<const table_field> fields,
-                         std::span<const title_choice> choices) {
+ColumnTitles findColumns(const table_source& source, const RowSource& rows, std::span<const table_field> fields) {
   if (rows.titles().size() > MOST_COLUMNS) {
     throw TableError(1, "has " + std::to_string(rows.titles().size()) + " columns; a table can have " +
                             std::to_string(MOST_COLUMNS));
@@ -17,16 +16,16 @@ ColumnTitles findColumns(const std::string& name, const RowSource& rows, std::sp
   if (!rows.fields().empty()) {
     return ColumnTitles(rows.fields(), fields);
   }
-  return ColumnTitles(name, rows.titles(), fields, choices);
+  return ColumnTitles(source.name, rows.titles(), fields, source.titles);
 }
 
 }  // namespace
 
-FieldTable::FieldTable(std::string name, std::unique_ptr<RowSource> rows, std::span<const table_field> fields,
-                       std::size_t id_field, std::span<const title_choice> choices, Faults& faults)
-    : name_(std::move(name)),
-      rows_(std::move(rows)),
-      columns_(findColumns(name_, *rows_, fields, choices)),
+FieldTable::FieldTable(const table_source& source, std::span<const table_field> fields, std::size_t id_field,
+                       Faults& faults)
+    : name_(source.name),
+      rows_(source.open()),
+      columns_(findColumns(source, *rows_, fields)),
       id_field_(id_field),
       faults_(faults) {
   rows_->settleColumns(fields, columns_);

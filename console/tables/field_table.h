@@ -21,15 +21,8 @@ class FieldTable {
  public:
   /// Opens the table. Throws TableError and UsageError; see ColumnTitles.
   /// @param id_field  the field that names the animal in messages
-  /// @param choices   not asked where the source has settled its columns
   /// @param faults    must outlive the table
-  FieldTable(const table_source& source, std::span<const table_field> fields, std::size_t id_field,
-             std::span<const title_choice> choices, Faults& faults)
-      : FieldTable(source.name, source.open(), fields, id_field, choices, faults) {}
-
-  /// The same with rows that are open.
-  FieldTable(std::string name, std::unique_ptr<RowSource> rows, std::span<const table_field> fields,
-             std::size_t id_field, std::span<const title_choice> choices, Faults& faults);
+  FieldTable(const table_source& source, std::span<const table_field> fields, std::size_t id_field, Faults& faults);
 
   /// Goes to the next row; rows with too few or too many cells become faults. Throws TableError.
   bool next();

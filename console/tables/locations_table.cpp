@@ -34,7 +34,7 @@ struct location {
 class LocationsReader {
  public:
   LocationsReader(const table_source& source, LocationRegistry& locations, Faults& faults)
-      : table_(source, LOCATION_FIELDS, DEME, {}, faults), locations_(locations) {
+      : table_(source, LOCATION_FIELDS, DEME, faults), locations_(locations) {
     table_.callRows("location");
   }
 
@@ -114,7 +114,7 @@ void readLocations(const table_source& source, LocationRegistry& locations, Faul
 }
 
 void readPrograms(const table_source& source, Faults& faults) {
-  FieldTable table(source, PROGRAM_FIELDS, 0, {}, faults);
+  FieldTable table(source, PROGRAM_FIELDS, 0, faults);
   table.callRows("programme");
   while (table.next()) {
     if (table[0].empty()) {

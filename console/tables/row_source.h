@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "console/tables/title_choice.h"
+
 namespace spx::console {
 
 struct table_field;
@@ -73,6 +75,7 @@ struct table_source {
   std::string name;                            ///< as messages show it
   opener open;                                 ///< throws TableError; null for a table that is not given
   std::function<std::size_t()> estimate_rows;  ///< roughly how many rows there are; 0 for unknown
+  title_choices titles = {};                   ///< not asked where the source has settled its columns
 };
 
 }  // namespace spx::console

@@ -1,5 +1,6 @@
 #include "console/tables/table_writer.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
@@ -31,6 +32,7 @@ bool isNumber(std::string_view text) {
 
 bool looksLikeFormula(std::string_view text) {
   constexpr std::string_view BEGINS = "=+-@\t\r";
+  text.remove_prefix(std::min(text.find_first_not_of('\''), text.size()));
   return text.size() > 1 && BEGINS.find(text.front()) != std::string_view::npos && !isNumber(text);
 }
 
@@ -75,8 +77,9 @@ void TableWriter::finish() {
 
 void TableWriter::addCell(std::string_view text, std::string_view quoted) {
   cell_.clear();
-  if (form_.for_spreadsheet) {
-    appendCsvCell(cell_, (looksLikeFormula(text) ? "'" : "") + utf8Text(text), quoted);
+  const bool is_marked = (form_.for_spreadsheet || text.starts_with('\'')) && looksLikeFormula(text);
+  if (is_marked || form_.for_spreadsheet) {
+    appendCsvCell(cell_, (is_marked ? "'" : "") + (form_.for_spreadsheet ? utf8Text(text) : std::string(text)), quoted);
   } else {
     appendCsvCell(cell_, text, quoted);
   }

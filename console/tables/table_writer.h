@@ -16,7 +16,8 @@ struct csv_form {
 };
 
 /// Whether a spreadsheet would take a text for a formula: it begins with "=", "+", "-", "@" or a
-/// control character, and is not a number.
+/// control character, and is not a number. Also of a text that begins with apostrophes and goes on so: readers drop one
+/// of them, and writers add one.
 bool looksLikeFormula(std::string_view text);
 
 /// Writes a CSV table that reads as the same cells: commas, line feeds, quotes only where a cell

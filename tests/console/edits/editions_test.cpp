@@ -180,5 +180,43 @@ TEST_F(EditionsTest, DiffShowsWhatTheEditionsSayDifferently) {
   EXPECT_NE(takeOutput().find("renamed? is a guess: 1 animal has another ID"), std::string::npos);
 }
 
+TEST_F(EditionsTest, AnUpdateKnowsThePlacesOfTheStudbook) {
+  const std::string places = table("l.csv", "level,id,name\nzoo,1,Old Barn\nyard,1.1,Yard\n");
+  const std::string home_sheet = table("h.csv", "id,birth_location\n1,1.1\n2,Old Barn\n");
+  ASSERT_EQ(run({"import", home_sheet, "--locations", places, "--studbook", file, "--replace"}), 0) << takeErrors();
+  writeContent(home_sheet, "id,birth_location\n1,Old Barn\n2,1.1\n3,Yard\n");
+  ASSERT_EQ(on({"import", home_sheet}), 0) << takeErrors();
+  EXPECT_NE(takeErrors().find("a table that the studbook alone has, and stays: locations"), std::string::npos);
+  EXPECT_NE(tables().find("\nzoo,1,Old Barn\nyard,1.1,Yard\n"), std::string::npos);
+  writeContent(home_sheet, "id,birth_location\n1,1.2\n");
+  EXPECT_EQ(on({"import", home_sheet}), 1);
+  EXPECT_NE(takeErrors().find("\"1.2\" is not in the locations table"), std::string::npos);
+}
+
+TEST_F(EditionsTest, ADryRunWritesNothingAndSaysSo) {
+  const std::string bytes = contentOf(file);
+  for (const std::string& target : {file, at("new.studbook")}) {
+    EXPECT_EQ(run({"--studbook", target, "import", sheet, "--events", events, "--dry-run"}), 0);
+  }
+  EXPECT_EQ(on({"import", sheet, "--events", events, "--dry-run", "--replace"}), 0);
+  EXPECT_NE(takeErrors().find("dry run: nothing was written\n"), std::string::npos);
+  EXPECT_EQ(contentOf(file), bytes);
+  EXPECT_FALSE(std::filesystem::exists(at("new.studbook")));
+}
+
+TEST_F(EditionsTest, WhatTheImportHasSaidIsNotRepeated) {
+  const std::string odd = table("o.csv", "id,sire,sex\nP1,,m\n2,9,f\n");
+  ASSERT_EQ(run({"import", odd, "--studbook", file, "--replace", "--placeholders"}), 0);
+  const std::string told = takeErrors();
+  EXPECT_NE(told.find("treated as a placeholder because of its ID: P1\n"), std::string::npos);
+  EXPECT_NE(told.find("1 parent has no record (1 reference): 9\n"), std::string::npos);
+  for (const char* command : {"list", "summary", "inbreeding"}) {
+    EXPECT_EQ(on({command}), 0);
+    EXPECT_EQ(takeErrors(), "") << command;
+  }
+  EXPECT_EQ(run({"--studbook", odd, "list"}), 0);
+  EXPECT_NE(takeErrors().find("1 parent has no record"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace spx::console

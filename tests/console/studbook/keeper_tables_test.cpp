@@ -28,7 +28,7 @@ class KeeperTablesTest : public ConsoleTest {
     try {
       const studbook_tables tables = openTables(files);
       const auto rows = tables.animals.open();
-      const ColumnTitles columns(tables.animals.name, rows->titles(), animalFields(), tables.titles);
+      const ColumnTitles columns(tables.animals.name, rows->titles(), animalFields(), tables.animals.titles);
       rows->settleColumns(animalFields(), columns);
       std::string text;
       while (rows->next()) {
@@ -171,6 +171,73 @@ TEST_F(KeeperTablesTest, AMappingIsKeptAndUsedAgain) {
   studbook_files files = csv("x,Nr,born\nb,2,04/05/1998\n");
   readMapping(mapping, files);
   EXPECT_EQ(read(files).substr(0, 15), "b|2|1998-05-04|");
+}
+
+TEST_F(KeeperTablesTest, ColumnsOfEveryTableAreMapped) {
+  const std::string animals = table("a.csv", "Nr,Heim\n1,X\n");
+  const std::string events = table("e.csv", "Tier;Wann;Was;Wohin\n1;2001;arrival;1.1\n");
+  const std::string places = table("l.csv", "Stufe,Nummer,Wie\nzoo,1,X\nyard,1.1,Y\n");
+  const auto import = [&](std::vector<std::string> options) {
+    options.insert(options.begin(), {"--studbook", at("a.studbook"), "--events", events, "--locations", places,
+                                     "import", animals, "--replace"});
+    takeErrors();
+    return run(options);
+  };
+  const std::vector<std::string> maps = {"--map", "animals.id=Nr",       "--map",     "birth_location=Heim",
+                                         "--map", "events.id=Tier",      "--map",     "events.date=Wann",
+                                         "--map", "events.event=Was",    "--map",     "events.location=Wohin",
+                                         "--map", "locations.id=Nummer", "--map",     "locations.level=Stufe",
+                                         "--map", "locations.name=Wie",  "--mapping", at("m.txt")};
+  EXPECT_EQ(import({"--map", "id=Nr", "--map", "events.id=Tier"}), 1);
+  EXPECT_NE(takeErrors().find("--map events.date="), std::string::npos);
+  EXPECT_EQ(import({"--map", "event.id=Tier"}), 2);
+  EXPECT_NE(takeErrors().find("no table \"event\""), std::string::npos);
+  EXPECT_EQ(import({"--map", "events.sire=Tier"}), 2);
+  ASSERT_EQ(import(maps), 0) << takeErrors();
+  EXPECT_NE(takeErrors().find("wrote " + at("m.txt")), std::string::npos);
+  ASSERT_EQ(import({"--mapping", at("m.txt")}), 0) << takeErrors();
+  takeOutput();
+  EXPECT_EQ(run({"--studbook", at("a.studbook"), "show", "1", "--format", "json"}), 0);
+  EXPECT_NE(takeOutput().find("\"current_location_name\":\"Y\""), std::string::npos);
+}
+
+// Spreadsheets see no formula, and every text comes back.
+TEST_F(KeeperTablesTest, TextsThatLookLikeFormulasComeBack) {
+  const std::string texts[] = {"=1+1", "+49 30", "-", "-x", "@a", "-1.5", "'=1", "''=1", "'a", "=", "+1"};
+  std::string rows = "id,note\n";
+  const std::string studbook = at("a.studbook");
+  for (std::size_t each = 0; each < std::size(texts); ++each) {
+    rows += std::to_string(each + 1) + "," + (texts[each].starts_with("'") && texts[each] != "'a" ? "'" : "") +
+            texts[each] + "\n";
+  }
+  ASSERT_EQ(run({"--studbook", studbook, "import", table("t.csv", rows)}), 0);
+  const std::vector<std::string> forms[] = {{"tables"},
+                                            {"tables", "--bom"},
+                                            {"tables", "--bom", "--separator", "tab"},
+                                            {"tables", "--as", "xlsx"},
+                                            {"animals"}};
+  for (const std::vector<std::string>& form : forms) {
+    SCOPED_TRACE(testing::PrintToString(form));
+    std::vector<std::string> words = {"--studbook", studbook, "export"};
+    words.insert(words.end(), form.begin(), form.end());
+    words.insert(words.end(), {"--to", home, "--overwrite"});
+    ASSERT_EQ(run(words), 0);
+    const std::string file = at(form.back() == "xlsx" ? "a.xlsx" : "animals.csv");
+    if (form.size() > 1 || form[0] == "animals") {
+      const std::string content = contentOf(file);
+      for (const char* formula : {",=1", ",+49", ",-x", ",@a", "\t=1", "\t-x"}) {
+        EXPECT_EQ(content.find(formula), std::string::npos) << formula;
+      }
+    }
+    ASSERT_EQ(run({"--studbook", at("b.studbook"), "import", file, "--replace"}), 0) << takeErrors();
+    takeOutput();
+    ASSERT_EQ(run({"--studbook", at("b.studbook"), "list", "--columns", "note", "--format", "json"}), 0);
+    std::string expected;
+    for (const std::string& text : texts) {
+      expected += (expected.empty() ? "[\n" : ",\n") + ("{\"user_fields\":{\"note\":\"" + text + "\"}}");
+    }
+    EXPECT_EQ(takeOutput(), expected + "\n]\n");
+  }
 }
 
 }  // namespace

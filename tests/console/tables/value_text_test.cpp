@@ -124,9 +124,9 @@ constexpr table_field FIELDS[] = {{"id", {"stud_id"}, true}, {"birth_date", {"yo
 /// The titles of id, birth_date and f, and how many columns are left; or what is thrown.
 std::string claims(const std::vector<std::string>& titles, const std::vector<std::string>& choices = {}) {
   try {
-    std::vector<title_choice> chosen;
+    title_choices chosen;
     for (const std::string& choice : choices) {
-      chosen.push_back(parseTitleChoice(choice));
+      chosen.list.push_back(parseTitleChoice(choice));
     }
     const ColumnTitles columns("t.csv", titles, FIELDS, chosen);
     std::string text;
