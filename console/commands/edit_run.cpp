@@ -30,7 +30,7 @@ void addAnywayOption(CLI::App& app, edit_options& options) {
 }
 
 void addNewOption(CLI::App& app, edit_options& options) {
-  app.add_flag("--new", options.freedom.allow_new, "Take unknown fields, locations and taxa as new ones");
+  app.add_flag("--new", options.freedom.allow_new, "Take unknown fields, locations, taxa and parents as new ones");
 }
 
 ExitCode runEdit(Session& session, const edit_options& options, change_note note,

@@ -4,6 +4,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include "spx/core/identifiers.h"
 #include "spx/support/text.h"
 
 #include "console/base/failure.h"
@@ -34,14 +35,14 @@ void setValues(StudbookEdit& edit, row_number animal, const std::vector<field_va
   }
 }
 
-/// A parent that has no record may be meant so; it may also be a slip.
-void noteUnknownParents(StudbookEdit& edit, const std::vector<field_value>& values) {
+/// A parent that has no record may be meant so; mostly it is a slip.
+void refuseUnknownParents(StudbookEdit& edit, const std::vector<field_value>& values, edit_freedom freedom) {
   for (const field_value& each : values) {
-    if (isParentField(each.field) && !isUnknownId(each.value) && edit.find("animals", "id", each.value).empty()) {
-      const std::string meant = suggestion(each.value, knownIds(edit));
-      if (!meant.empty()) {
-        edit.note("the " + each.field + " " + quotedText(each.value) + " has no record" + meant);
-      }
+    const bool is_known = !isParentField(each.field) || isUnknownId(each.value) || isPseudoIndividual(each.value) ||
+                          !edit.find("animals", "id", each.value).empty();
+    if (!is_known && !freedom.anyway && !freedom.allow_new) {
+      throw Failure("there is no animal " + quotedText(each.value) + " to be the " + each.field +
+                    suggestion(each.value, knownIds(edit)) + "\n  --new takes it as a parent without a record");
     }
   }
 }
@@ -125,7 +126,7 @@ row_number addAnimal(StudbookEdit& edit, const std::string& id, const std::vecto
                      edit_freedom freedom) {
   const std::string stud_id = newId(edit, id);
   std::vector<field_value> known = KnownNames(edit, "animals", freedom.allow_new).values(values);
-  noteUnknownParents(edit, known);
+  refuseUnknownParents(edit, known, freedom);
   known.insert(known.begin(), {"id", stud_id});
   return edit.insert("animals", known);
 }
@@ -134,7 +135,7 @@ void setAnimals(StudbookEdit& edit, const animal_choice& choice, const std::vect
                 edit_freedom freedom) {
   const std::vector<row_number> animals = findAnimals(edit, choice);
   const std::vector<field_value> known = KnownNames(edit, "animals", freedom.allow_new).values(values);
-  noteUnknownParents(edit, known);
+  refuseUnknownParents(edit, known, freedom);
   for (const row_number animal : animals) {
     setValues(edit, animal, known);
   }
@@ -174,6 +175,7 @@ void mergeAnimals(StudbookEdit& edit, const std::string& kept, const std::string
     throw UsageError(kept + " and " + other + " are the same animal");
   }
   const std::vector<field_value> known = KnownNames(edit, "animals", freedom.allow_new).values(values);
+  refuseUnknownParents(edit, known, freedom);
   const std::vector<difference> differences = fillFrom(edit, stays, goes, known);
   if (!freedom.anyway) {
     refuseDifferences(kept, other, differences);

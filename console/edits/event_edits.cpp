@@ -4,6 +4,7 @@
 
 #include "console/base/failure.h"
 #include "console/edits/cell_meaning.h"
+#include "console/tables/value_text.h"
 
 namespace spx::console {
 namespace {
@@ -68,6 +69,52 @@ std::vector<row_number> findEvents(StudbookEdit& edit, const event_choice& choic
   return events;
 }
 
+/// A location by its identifier where the table of locations lists it.
+std::string placeOf(StudbookEdit& edit, const std::string& text) {
+  const std::vector<row_number> named = edit.find("locations", "name", text);
+  return named.size() == 1 ? edit.cell("locations", named.front(), "id") : text;
+}
+
+/// Where an animal came to last up to a day, as far as its dates tell.
+struct last_arrival {
+  std::string place;
+  std::string date;
+};
+
+last_arrival lastArrival(StudbookEdit& edit, row_number animal, qs_lib::day_number day) {
+  last_arrival last = {edit.cell("animals", animal, "birth_location"), edit.cell("animals", animal, "birth_date")};
+  qs_lib::day_number since = 0;
+  for (const row_number event : eventsOf(edit, animal)) {
+    const std::string date = edit.cell("events", event, "date");
+    const auto when = parseDate(date);
+    if (when && when->day <= day && when->day >= since) {
+      const bool is_arrival = parseMoveType(edit.cell("events", event, "event")) == MOVE_TYPE::ARRIVAL;
+      last = {is_arrival ? edit.cell("events", event, "location") : std::string(), date};
+      since = when->day;
+    }
+  }
+  return last;
+}
+
+/// Nobody arrives where he is.
+void refuseSecondArrival(StudbookEdit& edit, row_number animal, const std::vector<field_value>& values) {
+  const auto value = [&](const char* field) {
+    const auto found =
+        std::find_if(values.begin(), values.end(), [&](const field_value& each) { return each.field == field; });
+    return found == values.end() ? std::string() : found->value;
+  };
+  const auto when = parseDate(value("date"));
+  if (!when || isUnknownId(value("location")) || parseMoveType(value("event")) != MOVE_TYPE::ARRIVAL) {
+    return;
+  }
+  const last_arrival last = lastArrival(edit, animal, when->day);
+  if (!last.place.empty() && placeOf(edit, last.place) == placeOf(edit, value("location"))) {
+    throw Failure(animalName(edit, animal) + " is at " + value("location") + " already" +
+                  (last.date.empty() ? "" : ", since " + last.date) +
+                  "; nothing was changed\n  --anyway adds the event");
+  }
+}
+
 }  // namespace
 
 void addEvents(StudbookEdit& edit, const animal_choice& choice, const std::vector<field_value>& values,
@@ -78,6 +125,9 @@ void addEvents(StudbookEdit& edit, const animal_choice& choice, const std::vecto
   }
   const std::vector<field_value> known = KnownNames(edit, "events", freedom.allow_new).values(values);
   for (const row_number animal : animals) {
+    if (!freedom.anyway) {
+      refuseSecondArrival(edit, animal, known);
+    }
     std::vector<field_value> cells = {{"animal", std::to_string(animal)}};
     cells.insert(cells.end(), known.begin(), known.end());
     edit.insert("events", cells);

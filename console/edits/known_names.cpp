@@ -14,6 +14,9 @@
 #include "console/base/quoted_text.h"
 #include "console/edits/cell_meaning.h"
 #include "console/studbook/schema.h"
+#include "console/tables/animals_table.h"
+#include "console/tables/date_reading.h"
+#include "console/tables/event_cells.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -43,6 +46,20 @@ std::string nearest(const std::string& typed, const std::vector<std::string>& wo
   const auto same =
       std::find_if(words.begin(), words.end(), [&](const std::string& word) { return isSameWord(word, typed); });
   return same != words.end() ? "; did you mean \"" + *same + "\"?" : suggestion(typed, words);
+}
+
+/// A text that could not be read when the studbook is loaded.
+void checkText(const std::string& field, const std::string& value) {
+  const auto refuse = [&](const std::string& reason) { throw UsageError(field + ": " + reason); };
+  if (field.ends_with("date") && !parseDate(value)) {
+    refuse(dateFault(value));
+  }
+  if (field == "sex" && !parseSex(value)) {
+    refuse(quotedText(value) + " is not a " + SEX_WORDS);
+  }
+  if (field.ends_with("event") && !isMissing(value) && !parseMoveType(value)) {
+    refuse(quotedText(value) + " is not a " + KIND_OF_EVENT);
+  }
 }
 
 }  // namespace
@@ -120,6 +137,7 @@ std::vector<field_value> KnownNames::values(const std::vector<field_value>& type
 }
 
 void KnownNames::check(const std::string& field, const std::string& value) {
+  checkText(field, value);
   if (allow_new_ || isUnknownId(value)) {
     return;
   }

@@ -10,7 +10,7 @@ namespace spx::console {
 /// How far a change may go.
 struct edit_freedom {
   bool anyway = false;     ///< also what makes no sense
-  bool allow_new = false;  ///< fields, locations and taxa that the studbook does not know
+  bool allow_new = false;  ///< fields, locations, taxa and parents that the studbook does not know
 };
 
 /// What may be typed for the fields of one table of a studbook file: their names, and the places
@@ -29,7 +29,7 @@ class KnownNames {
   /// named twice, and the ID, are refused.
   std::vector<field_value> values(const std::vector<field_value>& typed);
 
-  /// Refuses a location or a taxon that no cell has yet.
+  /// Refuses a date, a sex or an event that cannot be read, and a location or a taxon that no cell has yet.
   void check(const std::string& field, const std::string& value);
 
  private:

@@ -83,7 +83,7 @@ const edit_case EDITS[] = {
     {{"animal", "merge", "4#1", "4#2", "sex=m", "birth_date=1996"}, "4: Name (empty) -> Bo\n4: removed animal"},
     {{"animal", "merge", "3", "2", "--anyway"},
      "2: removed animal: sex f, birth_date 1991, birth_location A\n3: dam 2 -> 3\n4: dam 2 -> 3\n"},
-    {{"event", "add", "2", "3", "date=1999", "event=arrival", "location=A"},
+    {{"event", "add", "2", "3", "date=1999", "event=arrival", "location=A", "--anyway"},
      "2: new event: date 1999, event arrival, location A\n3: new event"},
     {{"event", "set", "1", "--number", "2", "date=1994"}, "1: event 1994 arrival A: date 1993 -> 1994\n"},
     {{"event", "set", "--where", "location=A", "location=B"},
@@ -101,6 +101,11 @@ const edit_case EDITS[] = {
     {{"death", "1", "2", "--on", "2001-01-31"},
      "1: death_date (empty) -> 2001-01-31\n1: death_event (empty) -> death\n"},
     {{"transfer", "3", "--to", "A", "--on", "1998"}, "3: new event: date 1998, event arrival, location A\n"},
+    {{"birth", "6", "--sire", "77", "--dam", "wild", "--on", "1999", "--new"}, "6: new animal: sire 77, dam wild,"},
+    {{"animal", "set", "5", "sire=UNK", "dam=GROUP A"}, "5: sire 4 -> UNK\n5: dam (empty) -> GROUP A\n"},
+    {{"transfer", "1", "--to", "A", "--on", "1992-06"}, "1: new event: date 1992-06, event arrival, location A\n"},
+    {{"transfer", "3", "--to", "B", "--on", "1998", "--anyway"},
+     "3: new event: date 1998, event arrival, location B\n"},
     {{"loss", "3", "--on", "1999"}, "3: death_event (empty) -> lost-to-follow-up\n"},
 };
 
@@ -154,7 +159,15 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
       {{"event", "set", "1", "date=1"}, 1, "\n  2  1993 arrival A"},
       {{"event", "set", "1", "--number", "3", "date=1"}, 1, "1 has 2 events:"},
       {{"event", "remove"}, 2, "no event is named"},
-      {{"event", "add", "1", "date=1999", "event=arival"}, 1, "\"arival\""},
+      {{"event", "add", "1", "date=1999", "event=arival"}, 2, "event: \"arival\" is not a kind of event"},
+      {{"animal", "set", "3", "sire=11"}, 1, "there is no animal \"11\" to be the sire; did you mean \"1\"?"},
+      {{"birth", "6", "--dam", "22", "--on", "1999"}, 1, "no animal \"22\" to be the dam"},
+      {{"birth", "6", "--on", "02/03/1999"}, 2, "birth_date: \"02/03/1999\" can be read day first or month first"},
+      {{"death", "3", "--on", "1999-13-01"}, 2, "death_date: \"1999-13-01\""},
+      {{"animal", "set", "3", "sex=x"}, 2, "sex: \"x\" is not a sex (male, female"},
+      {{"transfer", "3", "--to", "B", "--on", "1998"}, 1, "3 is at B already, since 1995; nothing was changed"},
+      {{"transfer", "1", "--to", "1.2", "--on", "1992-06"}, 1, "1 is at 1.2 already, since 1992"},
+      {{"event", "add", "1", "date=1995", "event=arrival", "location=A"}, 1, "1 is at A already, since 1993"},
       {{"location", "add", "C"}, 2, "--in LOCATION (West"},
       {{"location", "add", "A", "--in", "1"}, 1, "there is already a location 1.1"},
       {{"location", "merge", "A", "West"}, 1, "1 contains 2 locations"},
@@ -326,7 +339,7 @@ TEST_F(EditsTest, FilesOfVersion1AreReadAndBroughtUpToDateByTheFirstChange) {
   const std::string old = contentOf(file);
   EXPECT_EQ(tables(), before);
   EXPECT_EQ(edit({"undo"}), 1);
-  EXPECT_EQ(edit({"animal", "set", "3", "sex=x"}), 1);
+  EXPECT_EQ(edit({"animal", "set", "3", "sex=x"}), 2);
   EXPECT_EQ(edit({"animal", "set", "3", "sex=m", "--dry-run"}), 0) << takeErrors();
   EXPECT_EQ(contentOf(file), old);
   EXPECT_FALSE(std::filesystem::exists(file + ".v1.bak"));

@@ -68,13 +68,17 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
     int code;
     const char* says;  ///< on standard error, or in the tables after a change
   } cases[] = {
-      {{"animal", "set", "0055", "Sire=0004", "mother=X9", "rearing= hand "}, 0, "0004,X9,"},
+      {{"animal", "set", "0055", "Sire=0004", "mother=X9", "rearing= hand "},
+       1,
+       "there is no animal \"X9\" to be the dam"},
+      {{"animal", "set", "0055", "Sire=0004", "mother=X9", "rearing= hand ", "--new"}, 0, "0004,X9,"},
       {{"animal", "set", "0055", "g_cites=2", "HOUSE NAME=a,b"}, 0, ",\"a,b\",,2\n"},
       {{"animal", "set", "0055", "rearin=hand"}, 2, "did you mean \"rearing\"?"},
       {{"animal", "set", "0055", "color=red"}, 2, "house_name, microchip"},
       {{"animal", "set", "0055", "id=1"}, 2, "spx animal rename OLD NEW"},
       {{"animal", "set", "0055", "gender=m", "sex=f"}, 2, "\"sex\" is given twice"},
-      {{"animal", "set", "0055", "rearing=parent", "sex=x"}, 1, "column \"sex\", animal \"0055\""},
+      {{"animal", "set", "0055", "rearing=parent", "sex=x"}, 2, "sex: \"x\" is not a sex"},
+      {{"animal", "set", "0055", "rearing=arms"}, 1, "column \"rearing\", animal \"0055\""},
       {{"animal", "set", "9999", "sex=m"}, 1, "there is no animal \"9999\""},
       {{"animal", "set", "0055", "birth_location=Monteverd"}, 2, "did you mean \"Monteverde\"?"},
       {{"animal", "set", "0055", "taxon=Montana"}, 2, "did you mean \"montana\"?"},
