@@ -119,7 +119,9 @@ ExitCode check(Session& session, const check_options& options) {
   session.useIdPrefix(options.id_prefix);
   session.loadStudbook();
   const std::vector<finding> findings = chosenFindings(options, session.notes());
-  const bool is_text = options.output.format == OUTPUT_FORMAT::TEXT;
+  table_options shown = options.output;
+  shown.format = formatOfFile(shown.format, shown.output.file, false);
+  const bool is_text = shown.format == OUTPUT_FORMAT::TEXT;
   ResultOutput output(options.output.output, is_text);
   if (is_text) {
     const auto animals = std::count_if(Animals.records.begin(), Animals.records.end(), hasRow);

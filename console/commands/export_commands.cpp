@@ -199,7 +199,7 @@ ExitCode exportAnimals(Session& session, const export_options& options) {
   const std::vector<std::string> paths = openExport(session, options, {"animals.csv"});
   const Table animals = animalTable(animalsOfView(), ANIMAL_LIST::ALL);
   std::ostringstream table;
-  writeCsv(table, animals, wholeTable(animals, OUTPUT_FORMAT::CSV));
+  writeCsv(table, animals, wholeTable(animals, OUTPUT_FORMAT::CSV), true);
   return report(writeText(paths.front(), table.str()), paths);
 }
 

@@ -126,7 +126,9 @@ void writeCardJson(std::ostream& out, const Table& record, const Table& events) 
 
 }  // namespace
 
-void showCard(position animal, const table_options& options) {
+void showCard(position animal, const table_options& typed) {
+  table_options options = typed;
+  options.format = formatOfFile(typed.format, typed.output.file, false);
   const Table record = animalRecord(animal);
   const Table events = eventTable(Animals.records[animal]);
   ResultOutput output(options.output, options.format == OUTPUT_FORMAT::TEXT);

@@ -143,9 +143,13 @@ std::string cellText(const Cell& cell, const table_column& column);
 /// inside their columns, never cut.
 void writeText(std::ostream& out, const Table& table, const table_part& part, std::size_t width = 80);
 
-/// The table for R and spreadsheets: a line of names and a line per row, commas, a missing value as an empty cell.
-/// Texts keep their bytes.
-void writeCsv(std::ostream& out, const Table& table, const table_part& part);
+/// The table for scripts: a line of names and a line per row, commas, a missing value as an empty cell. Texts keep
+/// their bytes.
+/// @param for_spreadsheet  an apostrophe stands before texts that a spreadsheet would take for a formula
+void writeCsv(std::ostream& out, const Table& table, const table_part& part, bool for_spreadsheet = false);
+
+/// A cell as the tables for scripts have it; empty for a missing value.
+std::string scriptText(const Cell& cell);
 
 /// An array with an object per row, one a line, or one object for a record; a missing value is null. Texts that are
 /// not UTF-8 are taken as Latin-1.

@@ -10,6 +10,7 @@
 #include "console/base/natural_order.h"
 #include "console/base/nearest_word.h"
 #include "console/base/quoted_text.h"
+#include "console/output/table_workbook.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -306,8 +307,13 @@ table_part chosenPart(const Table& table, const table_options& options) {
   return part;
 }
 
-void showTable(const Table& table, const table_options& options) {
+void showTable(const Table& table, const table_options& typed) {
+  table_options options = typed;
+  options.format = formatOfFile(typed.format, typed.output.file, true);
   const table_part part = chosenPart(table, options);
+  if (isXlsx(options.output.file)) {
+    return writeTableWorkbook(table, part, options.output);
+  }
   ResultOutput output(options.output, options.format == OUTPUT_FORMAT::TEXT);
   switch (options.format) {
     case OUTPUT_FORMAT::TEXT:

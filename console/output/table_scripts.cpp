@@ -9,6 +9,7 @@
 #include "console/base/display_text.h"
 #include "console/output/json_rows.h"
 #include "console/output/table.h"
+#include "console/tables/table_writer.h"
 
 namespace spx::console {
 namespace {
@@ -19,16 +20,15 @@ std::string isoText(const known_date& date) {
   return qs_lib::julianToISO(qs_lib::dayToMs(date.day));
 }
 
-struct csv_appender {
-  std::string& line;
-  void operator()(std::monostate) const {}
-  void operator()(const std::string& text) const { appendCsvCell(line, text); }
-  void operator()(bool flag) const { line += flag ? "true" : "false"; }
-  void operator()(const known_date& date) const { line += isoText(date); }
+struct text_maker {
+  std::string operator()(std::monostate) const { return {}; }
+  std::string operator()(const std::string& text) const { return text; }
+  std::string operator()(bool flag) const { return flag ? "true" : "false"; }
+  std::string operator()(const known_date& date) const { return isoText(date); }
   template <typename Number>
-  void operator()(Number number) const {
+  std::string operator()(Number number) const {
     char text[32];
-    line.append(text, std::to_chars(text, std::end(text), number).ptr);
+    return {text, std::to_chars(text, std::end(text), number).ptr};
   }
 };
 
@@ -59,7 +59,11 @@ fact_object rowObject(const Table& table, const table_part& part, std::size_t ro
   return object;
 }
 
-void writeCsv(std::ostream& out, const Table& table, const table_part& part) {
+std::string scriptText(const Cell& cell) {
+  return std::visit(text_maker{}, cell.get());
+}
+
+void writeCsv(std::ostream& out, const Table& table, const table_part& part, bool for_spreadsheet) {
   std::string line;
   const auto separate = [&line](bool is_first) { line += is_first ? "" : ","; };
   for (std::size_t i = 0; i < part.columns.size(); ++i) {
@@ -71,7 +75,10 @@ void writeCsv(std::ostream& out, const Table& table, const table_part& part) {
     line.clear();
     for (std::size_t i = 0; i < part.columns.size(); ++i) {
       separate(i == 0);
-      std::visit(csv_appender{line}, table.cell(row, part.columns[i]).get());
+      const Cell cell = table.cell(row, part.columns[i]);
+      const auto* text = std::get_if<std::string>(&cell.get());
+      const bool is_guarded = for_spreadsheet && text != nullptr && looksLikeFormula(*text);
+      appendCsvCell(line, (is_guarded ? "'" : "") + scriptText(cell));
     }
     line += '\n';
     if (!out.write(line.data(), static_cast<std::streamsize>(line.size()))) {

@@ -1,5 +1,6 @@
 #include "console/output/result_output.h"
 
+#include <filesystem>
 #include <pty.h>
 #include <sstream>
 #include <unistd.h>
@@ -7,6 +8,7 @@
 #include "console/base/natural_order.h"
 #include "console/output/pager.h"
 #include "console/output/terminal_filter.h"
+#include "console/tables/workbook.h"
 #include "tests/console/console_fixture.h"
 
 namespace spx::console {
@@ -33,6 +35,58 @@ TEST_F(ResultOutputTest, AFileIsWrittenWholeAndReplacedOnlyWhenAskedFor) {
   EXPECT_EQ(contentOf(at("out")), "id\n1\n");
   EXPECT_EQ(list({"-o", at("none/out")}), 1);
   EXPECT_EQ(list({"--limit", "-1"}), 2);
+}
+
+TEST_F(ResultOutputTest, TheEndingOfAFileDecidesWhatIsWritten) {
+  const std::string book = table("book.csv", "id,dob,note\n01,1998-05,=1\n2,1999-01-31,x\n");
+  const struct {
+    const char* file;
+    std::vector<std::string> options;
+    const char* content;  ///< or the reason
+  } cases[] = {
+      {"a.csv", {}, "id,birth_date,note\n01,1998-05-01,=1\n"},
+      {"a.JSON", {}, "[\n{\"id\":\"01\","},
+      {"a.txt", {}, "ID  Born"},
+      {"a", {"--format", "csv"}, "id,birth_date"},
+      {"a.txt", {"--format", "json"}, "[\n{"},
+      {"a.csv", {"--format", "json"}, "asks for something else"},
+      {"a.json", {"--format", "csv"}, "asks for something else"},
+      {"a.xlsx", {"--format", "csv"}, "asks for something else"},
+      {"a.ods", {}, "cannot write .ods files; give the file the ending .txt, .csv, .json or .xlsx"},
+      {"a.pdf", {}, "cannot write .pdf files"},
+  };
+  for (const auto& [file, options, content] : cases) {
+    SCOPED_TRACE(file);
+    std::vector<std::string> words = {"--studbook",   book, "list",   "--columns",
+                                      "id,birth_date,note", "-o", at(file), "--overwrite"};
+    words.insert(words.end(), options.begin(), options.end());
+    std::filesystem::remove(at(file));
+    const bool is_written = run(words) == 0;
+    EXPECT_NE((is_written ? contentOf(at(file)) : takeErrors()).find(content), std::string::npos) << content;
+    EXPECT_EQ(is_written, std::filesystem::exists(at(file)));
+  }
+  EXPECT_EQ(run({"--studbook", book, "show", "2", "-o", at("c.xlsx")}), 2);
+  EXPECT_NE(takeErrors().find("the ending .txt, .csv or .json"), std::string::npos);
+  EXPECT_EQ(run({"--studbook", book, "check", "-o", at("c.ods")}), 2);
+}
+
+TEST_F(ResultOutputTest, AWorkbookHasTheCellsThatPeopleSee) {
+  const std::string book = table("a.csv", "id,dob,note\n01,1998-05,=1\n2,1999-01-31,x\n");
+  const std::vector<std::string> list = {"--studbook", book, "list", "--columns", "id,birth_date,note,fcoef", "-o", at("l.xlsx")};
+  ASSERT_EQ(run(list), 0) << takeErrors();
+  EXPECT_EQ(run(list), 1) << "it exists";
+  const auto rows = Workbook::openSheet(Workbook::read(at("l.xlsx")), 0);
+  std::string text;
+  for (const std::string& title : rows->titles()) {
+    text += title + "|";
+  }
+  while (rows->next()) {
+    text += "\n";
+    for (const std::string_view cell : rows->row()) {
+      text += std::string(cell) + "|";
+    }
+  }
+  EXPECT_EQ(text, "ID|Born|note|F|\n01|1998-05|=1|0|\n2|1999-01-31|x|0|");
 }
 
 TEST_F(ResultOutputTest, ThePagerGetsEverythingUntilItsReaderLeaves) {

@@ -6,6 +6,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include "console/studbook/write_tables.h"
+#include "console/tables/workbook.h"
 #include "tests/console/console_fixture.h"
 
 namespace spx::console {
@@ -64,6 +65,8 @@ TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
        [&] { return tablesOf(edited); }},
       {{on({"event", "remove", "9"}), on({"transfer", "9", "--to", "Y", "--on", "2001", "--new"})},
        [&] { return tablesOf(edited); }},
+      {{on({"animal", "set", "11", "death_date=", "death_event="}), on({"death", "11", "--on", "2001"})},
+       [&] { return tablesOf(edited); }},
       {{on({"field", "remove", "note"}), on({"field", "add", "note"})}, [&] { return tablesOf(edited); }},
       {{on({"redo"}), on({"undo"})}, [&] { return tablesOf(edited); }},
       {{on({"restore", "--at", "2999-01-01", "-o", restored, "--overwrite"}),
@@ -72,6 +75,12 @@ TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
       {{{"--studbook", a, "--project", "p", "view", "save", "v", "--overwrite", "--sex", "male"},
         {"--studbook", a, "--project", "p", "view", "save", "v", "--overwrite", "--rearing", "hand"}},
        [&] { return contentOf(at("spx/projects/p/views/v.view")); }},
+      {{{"--studbook", a, "list", "--columns", "id,sex", "-o", at("list.xlsx"), "--overwrite"},
+        {"--studbook", b, "list", "--columns", "id,sex", "-o", at("list.xlsx"), "--overwrite"}},
+       [&] {
+         const auto rows = Workbook::openSheet(Workbook::read(at("list.xlsx")), 0);
+         return rows->next() ? std::string((*rows)[1]) : std::string();
+       }},
       {{{"--studbook", a, "export", "pedigree", "--to", home, "--overwrite"},
         {"--studbook", b, "export", "pedigree", "--to", home, "--overwrite"}},
        [&] { return contentOf(at("pedigree.csv")); }},
