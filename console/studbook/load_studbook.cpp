@@ -46,15 +46,17 @@ void reserveRecords(const table_source& animals) {
   Animals.initialize(0);
 }
 
-/// Reads one table; what is wrong with it as a whole is one more fault.
-void readTable(const table_source& table, Faults& faults, const std::function<void()>& read) {
+/// Reads one table; what is wrong with it as a whole is one more fault. @return whether nothing is
+bool readTable(const table_source& table, Faults& faults, const std::function<void()>& read) {
   if (!table.open) {
-    return;
+    return true;
   }
   try {
     read();
+    return true;
   } catch (const TableError& error) {
     faults.add({table.name, error.line(), "", "", error.what()});
+    return false;
   }
 }
 
@@ -65,8 +67,10 @@ loading_notes readTables(const studbook_tables& tables, const char* refused) {
   loading_notes notes;
   readTable(tables.locations, faults, [&] { readLocations(tables.locations, locations, faults); });
   readTable(tables.programs, faults, [&] { readPrograms(tables.programs, faults); });
-  readTable(tables.animals, faults, [&] { readAnimals(tables.animals, locations, faults, notes); });
-  readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults, notes); });
+  // Events of animals that were not read would all be at fault.
+  if (readTable(tables.animals, faults, [&] { readAnimals(tables.animals, locations, faults, notes); })) {
+    readTable(tables.events, faults, [&] { readEvents(tables.events, locations, faults, notes); });
+  }
   if (!faults.empty()) {
     throw Failure(faults.text() + std::to_string(faults.count()) + (faults.count() == 1 ? " fault; " : " faults; ") +
                   refused);

@@ -8,6 +8,7 @@
 
 #include "console/base/quoted_text.h"
 #include "console/tables/column_titles.h"
+#include "console/tables/other_words.h"
 #include "console/tables/table_writer.h"
 #include "console/tables/value_text.h"
 
@@ -18,6 +19,7 @@ constexpr std::size_t SAMPLES = 3;
 constexpr std::size_t SAMPLED_ROWS = 1000;
 
 constexpr reading_kind SEXES = {"sex in other words", "sexes in other words"};
+constexpr reading_kind WORDS = {"word of another language", "words of other languages"};
 constexpr reading_kind MARKED = {"text marked with an apostrophe", "texts marked with an apostrophe"};
 constexpr reading_kind LIVING = {"unknown date of death, taken for a living animal",
                                  "unknown dates of death, taken for living animals"};
@@ -41,7 +43,7 @@ const reading_kind* kindOf(DATE_FORM form) {
   return number == 0 || form >= DATE_FORM::AMBIGUOUS ? nullptr : &KINDS[number - 1];
 }
 
-enum class COLUMN : std::uint8_t { TEXT, DATE, SEX_WORD, NUMBER, USER };
+enum class COLUMN : std::uint8_t { TEXT, WORD, DATE, SEX_WORD, NUMBER, USER };
 
 COLUMN columnOf(std::string_view field) {
   if (field.ends_with("date")) {
@@ -51,7 +53,7 @@ COLUMN columnOf(std::string_view field) {
     return COLUMN::SEX_WORD;
   }
   const bool is_number = field == "fcoef" || field.starts_with("g_") || field == "latitude" || field == "longitude";
-  return is_number ? COLUMN::NUMBER : COLUMN::TEXT;
+  return is_number ? COLUMN::NUMBER : hasOtherWords(field) ? COLUMN::WORD : COLUMN::TEXT;
 }
 
 /// YYYY-MM-DD or YYYY at a glance: nearly all dates are, and they need no reading.
@@ -118,6 +120,7 @@ class CellReadings : public RowSource {
     titles_ = rows_->titles();
     fields_ = rows_->fields();
     columns_.assign(titles_.size(), COLUMN::USER);
+    names_.resize(titles_.size());
   }
 
   void settleColumns(std::span<const table_field> fields, const ColumnTitles& columns) override {
@@ -130,6 +133,7 @@ class CellReadings : public RowSource {
       const std::size_t column = columns.column(field);
       if (column != ColumnTitles::NONE) {
         columns_[column] = columnOf(fields[field].name);
+        names_[column] = fields[field].name;
         notes_.columns[column].field = fields[field].name;
       }
     }
@@ -157,6 +161,12 @@ class CellReadings : public RowSource {
   std::size_t animalRow() const override { return rows_->animalRow(); }
 
  private:
+  void readOtherWord(std::size_t column, std::string_view text) {
+    if (const char* word = otherWord(names_[column], text); word != nullptr) {
+      replace(column, word, WORDS);
+    }
+  }
+
   void readCell(std::size_t column) {
     const std::string_view text = cells_[column];
     if (is_csv_ && text.starts_with('\'') && looksLikeFormula(text)) {
@@ -165,6 +175,8 @@ class CellReadings : public RowSource {
     switch (columns_[column]) {
       case COLUMN::DATE:
         return looksPlain(text) ? void() : readDateCell(column, text);
+      case COLUMN::WORD:
+        return readOtherWord(column, text);
       case COLUMN::SEX_WORD:
         return text.size() <= 1 && text != "?" ? readSexLetter(column, text) : readSexCell(column, text);
       case COLUMN::NUMBER:
@@ -292,6 +304,7 @@ class CellReadings : public RowSource {
   bool is_csv_;
   TableNotes& notes_;
   std::vector<COLUMN> columns_;
+  std::vector<std::string_view> names_;  ///< of their fields
   std::vector<ColumnFacts> facts_;
   std::size_t sampled_ = 0;
   bool changed_ = false;

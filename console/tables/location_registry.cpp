@@ -72,7 +72,7 @@ place LocationRegistry::findIdentifier(std::string_view text, std::string& reaso
     return {};
   }
   if (!isKnown(*deme) && complete_) {
-    reason = "the deme " + quotedText(text) + " is not in the locations table";
+    reason = "the location " + quotedText(text) + " is not in the locations table";
     return {};
   }
   if (!complete_ && by_name_) {

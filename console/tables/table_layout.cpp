@@ -35,6 +35,12 @@ bool isFooter(std::string_view text) {
   });
 }
 
+/// One of the words alone, as an ID: no animal is called so.
+bool isFooterId(std::string_view text) {
+  const std::string folded = foldedText(text.substr(0, text.ends_with(':') ? text.size() - 1 : text.size()));
+  return std::find(std::begin(FOOTER_WORDS), std::end(FOOTER_WORDS), folded) != std::end(FOOTER_WORDS);
+}
+
 std::size_t filledCells(std::span<const std::string_view> cells) {
   return static_cast<std::size_t>(std::count_if(cells.begin(), cells.end(), [](auto cell) { return !cell.empty(); }));
 }
@@ -150,7 +156,6 @@ class TableLayout : public RowSource {
     row_.resize(std::max(row_.size(), titles_.size()));
   }
 
-  /// Looks at the other fields first: nearly all animals have one of them.
   bool isFooterRow() const {
     if (id_ >= cells_.size()) {
       return false;
@@ -158,7 +163,8 @@ class TableLayout : public RowSource {
     const auto is_empty = [&](std::size_t column) {
       return column >= cells_.size() || cells_[column].empty() || isFirstCell(column);
     };
-    return std::all_of(other_fields_.begin(), other_fields_.end(), is_empty) && isFooter(footerText());
+    return isFooterId(cells_[id_]) ||
+           (std::all_of(other_fields_.begin(), other_fields_.end(), is_empty) && isFooter(footerText()));
   }
 
   bool isFirstCell(std::size_t column) const { return cells_[id_].empty() && cells_[column] == footerText(); }

@@ -1,7 +1,9 @@
 #include <filesystem>
+#include <sstream>
 
 #include "console/studbook/write_tables.h"
 #include "tests/console/console_fixture.h"
+#include "tests/console/tables/zip_file.h"
 
 namespace spx::console {
 namespace {
@@ -178,6 +180,46 @@ TEST_F(EditionsTest, DiffShowsWhatTheEditionsSayDifferently) {
   }
   EXPECT_EQ(run({"diff", sheet, other}), 1);
   EXPECT_NE(takeOutput().find("renamed? is a guess: 1 animal has another ID"), std::string::npos);
+}
+
+TEST_F(EditionsTest, WorkbooksAreComparedAndUpdateAStudbook) {
+  ASSERT_EQ(on({"export", "tables", "--as", "xlsx", "--to", home}), 0) << takeErrors();
+  const std::string workbook = at("t.xlsx");
+  EXPECT_EQ(run({"diff", workbook, file}), 0) << takeOutput();
+  EXPECT_EQ(on({"import", workbook}), 0);
+  EXPECT_NE(takeErrors().find("it says so already; nothing was changed"), std::string::npos);
+  const auto cell = [](const std::string& text) {
+    return "<table:table-cell office:value-type='string'><text:p>" + text + "</text:p></table:table-cell>";
+  };
+  std::string content =
+      "<office:document-content xmlns:office='o' xmlns:table='t' xmlns:text='x'><office:body><office:spreadsheet>";
+  const std::pair<const char*, std::vector<std::string>> sheets[] = {
+      {"animals", {"id,sire,dam,sex,birth_date,Name", "1,,,male,1990,Ada", "2,,,f,1991,", "3,1,2,f,1995-03,Di"}},
+      {"events", {"id,date,event,location", "1,1992,arrival,B", "1,1993,arrival,A", "3,1998,arrival,C"}}};
+  for (const auto& [name, rows] : sheets) {
+    content += "<table:table table:name='" + std::string(name) + "'>";
+    for (const std::string& row : rows) {
+      content += "<table:table-row>";
+      std::istringstream cells(row);
+      for (std::string text; std::getline(cells, text, ',');) {
+        content += cell(text);
+      }
+      content += "</table:table-row>";
+    }
+    content += "</table:table>";
+  }
+  table("new.ods",
+        zipFile({{"content.xml", content + "</office:spreadsheet></office:body></office:document-content>"}}));
+  EXPECT_EQ(run({"diff", file, at("new.ods"), "--format", "csv", "--where", "kind!=figure"}), 1);
+  const std::string shown = takeOutput();
+  for (const char* line :
+       {"animal,3,changed,,Name,Cy,Di\n", "animal,4,removed,", "event,3,changed,1998 arrival,location,A,C\n"}) {
+    EXPECT_NE(shown.find(line), std::string::npos) << line << shown;
+  }
+  ASSERT_EQ(on({"import", at("new.ods")}), 0) << takeErrors();
+  EXPECT_EQ(run({"diff", file, at("new.ods")}), 0) << takeOutput();
+  ASSERT_EQ(on({"undo"}), 0);
+  EXPECT_EQ(run({"diff", workbook, file}), 0) << takeOutput();
 }
 
 TEST_F(EditionsTest, AnUpdateKnowsThePlacesOfTheStudbook) {

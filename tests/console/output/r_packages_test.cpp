@@ -1,5 +1,8 @@
 #include "console/output/r_packages.h"
 
+#include <algorithm>
+#include <sstream>
+
 #include "spx/core/animal_data.h"
 
 #include "console/base/failure.h"
@@ -77,6 +80,54 @@ TEST_F(RPackagesTest, ImpossiblePedigreesAreRefused) {
   EXPECT_EQ(exported("id,sire\n4,3\n3,2\n2,4\n", "nadiv"), "animal \"4\" is its own ancestor; correct that first");
   EXPECT_NE(exported("id,sire,sex\n4,3,m\n3,,f\n", "kinship2").find("\"3\" is a sire but female"), std::string::npos);
   EXPECT_EQ(exported("id,sire,sex\n4,3,m\n3,,f\n", "nadiv").substr(0, 9), "nadiv.csv");
+}
+
+// Everything about each animal of the view, with what no table gives.
+TEST_F(RPackagesTest, TheTableOfAnimalsHasAllFields) {
+  const std::string book = table("a.csv",
+                                 "id,sire,dam,sex,birth_date,death_date,birth_location,Name\n"
+                                 "1,,,m,1990,,North,=x\n2,,,f,1991-05,~1999,North,\"a,b\"\n3,1,2,f,1995-03-04,,South,\n"
+                                 "4,1,3,m,1999-01-01,,South,-1.5\n");
+  ASSERT_EQ(run({"--studbook", book, "export", "animals", "--to", home, "--overwrite", "--sex", "male"}), 0);
+  const std::string content = contentOf(at("animals.csv"));
+  const auto column = [&](std::size_t row, const std::string& name) {
+    std::istringstream lines(content);
+    std::string titles;
+    std::string cells;
+    std::getline(lines, titles);
+    for (std::size_t line = 0; line < row; ++line) {
+      std::getline(lines, cells);
+    }
+    std::istringstream title_list(titles);
+    std::istringstream cell_list(cells);
+    std::string cell;
+    for (std::string title; std::getline(title_list, title, ',') && std::getline(cell_list, cell, ',');) {
+      if (title == name) {
+        return cell;
+      }
+    }
+    return "no " + name;
+  };
+  const struct {
+    std::size_t row;
+    const char* column;
+    const char* cell;
+  } cases[] = {{1, "id", "1"},
+               {1, "birth_accuracy", "by year"},
+               {1, "Name", "'=x"},
+               {1, "breeder", "true"},
+               {2, "id", "4"},
+               {2, "birth_date", "1999-01-01"},
+               {2, "Name", "-1.5"},
+               {2, "fcoef", "0.25"},
+               {2, "birth_location_name", "South"},
+               {2, "g_cites", "1"},
+               {2, "dam", "3"},
+               {2, "death_date", ""}};
+  for (const auto& [row, name, cell] : cases) {
+    EXPECT_EQ(column(row, name), cell) << name << " of row " << row;
+  }
+  EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 3);
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TEST_F(ResultOutputTest, TheEndingOfAFileDecidesWhatIsWritten) {
   };
   for (const auto& [file, options, content] : cases) {
     SCOPED_TRACE(file);
-    std::vector<std::string> words = {"--studbook",   book, "list",   "--columns",
+    std::vector<std::string> words = {"--studbook",         book, "list",   "--columns",
                                       "id,birth_date,note", "-o", at(file), "--overwrite"};
     words.insert(words.end(), options.begin(), options.end());
     std::filesystem::remove(at(file));
@@ -72,7 +72,8 @@ TEST_F(ResultOutputTest, TheEndingOfAFileDecidesWhatIsWritten) {
 
 TEST_F(ResultOutputTest, AWorkbookHasTheCellsThatPeopleSee) {
   const std::string book = table("a.csv", "id,dob,note\n01,1998-05,=1\n2,1999-01-31,x\n");
-  const std::vector<std::string> list = {"--studbook", book, "list", "--columns", "id,birth_date,note,fcoef", "-o", at("l.xlsx")};
+  const std::vector<std::string> list = {"--studbook", book,        "list", "--columns", "id,birth_date,note,fcoef",
+                                         "-o",         at("l.xlsx")};
   ASSERT_EQ(run(list), 0) << takeErrors();
   EXPECT_EQ(run(list), 1) << "it exists";
   const auto rows = Workbook::openSheet(Workbook::read(at("l.xlsx")), 0);
