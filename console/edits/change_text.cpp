@@ -73,13 +73,21 @@ class ChangeWriter {
     }
     const bool is_new = cell.before.value_or("").empty();
     const bool is_gone = cell.after.value_or("").empty();
-    const std::string field = edit_.cell("columns", cell.row, "field");
-    if (is_new && !field.starts_with("user_")) {
+    if ((is_new || is_gone) && !isOwnField(cell.row)) {
       return;
     }
     lines_.push_back(is_new    ? "new field " + *cell.after
                      : is_gone ? "removed field " + *cell.before + lostValues(cell.row)
                                : "field " + *cell.before + " -> " + *cell.after);
+  }
+
+  /// Whether a column that came or went is one of the keeper's own.
+  bool isOwnField(row_number column) {
+    const std::vector<const journal_cell*>& entries = whole_[{"columns", column}];
+    return std::any_of(entries.begin(), entries.end(), [](const journal_cell* entry) {
+      return entry->field == "field" &&
+             entry->before.value_or("").append(entry->after.value_or("")).starts_with("user_");
+    });
   }
 
   /// Whether a cell was emptied because its column went; those are only counted.

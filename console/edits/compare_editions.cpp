@@ -153,7 +153,8 @@ std::vector<std::vector<std::size_t>> eventsByAnimal(const edition& book) {
 
 class EditionComparison {
  public:
-  EditionComparison(const edition& before, const edition& after) : before_(before), after_(after) {}
+  EditionComparison(const edition& before, const edition& after, const std::map<std::int64_t, std::string>& former_ids)
+      : before_(before), after_(after), former_ids_(former_ids) {}
 
   edition_differences run() {
     noteColumns(before_.animals, after_.animals);
@@ -194,8 +195,24 @@ class EditionComparison {
     }
   }
 
+  void settleKnownRenames(matched_rows& matched) const {
+    for (std::size_t each = former_ids_.empty() ? 0 : matched.only_before.size(); each-- > 0;) {
+      const std::size_t was = matched.only_before[each];
+      const auto former = former_ids_.find(static_cast<std::int64_t>(before_.animals.line(was)));
+      const auto is = std::find_if(matched.only_after.begin(), matched.only_after.end(), [&](std::size_t row) {
+        return former != former_ids_.end() && after_.animals.value(row, "id") == former->second;
+      });
+      if (is != matched.only_after.end()) {
+        matched.pairs.emplace_back(was, *is);
+        matched.only_after.erase(is);
+        matched.only_before.erase(matched.only_before.begin() + static_cast<std::ptrdiff_t>(each));
+      }
+    }
+  }
+
   void compareAnimals() {
     matched_rows matched = matchByKey(before_.animals, after_.animals, "id");
+    settleKnownRenames(matched);
     RenameGuess(before_.animals, after_.animals).settle(matched);
     const ColumnPairs columns(before_.animals, after_.animals);
     std::sort(matched.pairs.begin(), matched.pairs.end());
@@ -314,14 +331,16 @@ class EditionComparison {
 
   const edition& before_;
   const edition& after_;
+  const std::map<std::int64_t, std::string>& former_ids_;
   matched_rows animals_;
   edition_differences found_;
 };
 
 }  // namespace
 
-edition_differences compareEditions(const edition& before, const edition& after) {
-  return EditionComparison(before, after).run();
+edition_differences compareEditions(const edition& before, const edition& after,
+                                    const std::map<std::int64_t, std::string>& former_ids) {
+  return EditionComparison(before, after, former_ids).run();
 }
 
 }  // namespace spx::console

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,8 @@ struct edition_differences {
 /// several with the same ID the first with the first), events of an animal by date and kind, locations by identifier,
 /// programmes by name. Cells of columns that the second edition does not have are not compared.
 /// Expected linear in the cells; quadratic in the events of one animal.
-edition_differences compareEditions(const edition& before, const edition& after);
+/// @param former_ids  other IDs of animals of the first edition, by their lines: known renames
+edition_differences compareEditions(const edition& before, const edition& after,
+                                    const std::map<std::int64_t, std::string>& former_ids = {});
 
 }  // namespace spx::console

@@ -21,6 +21,21 @@ HandEdits::HandEdits(StudbookEdit& edit) {
   settle(edit);
 }
 
+bool HandEdits::hasCellOf(const std::string& table, row_number row) const {
+  const auto first = cells_.lower_bound({table, row, std::string()});
+  return first != cells_.end() && std::get<0>(first->first) == table && std::get<1>(first->first) == row;
+}
+
+std::map<row_number, std::string> HandEdits::formerIds() const {
+  std::map<row_number, std::string> ids;
+  for (const auto& [cell, former] : cells_) {
+    if (std::get<0>(cell) == "animals" && std::get<2>(cell) == "id") {
+      ids[std::get<1>(cell)] = former;
+    }
+  }
+  return ids;
+}
+
 void HandEdits::note(const journal_cell& cell) {
   const std::pair row(cell.table, cell.row);
   if (cell.field == WHOLE_ROW) {

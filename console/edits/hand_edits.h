@@ -20,6 +20,12 @@ class HandEdits {
     return cells_.contains({table, row, field});
   }
 
+  /// Whether any cell of the row was changed by hand.
+  bool hasCellOf(const std::string& table, row_number row) const;
+
+  /// The animals whose IDs were changed by hand, by their rows, with the IDs that the table had.
+  std::map<row_number, std::string> formerIds() const;
+
   /// Whether the row was added by hand.
   bool hasRow(const std::string& table, row_number row) const { return added_.contains({table, row}); }
 

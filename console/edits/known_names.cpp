@@ -17,6 +17,7 @@
 #include "console/tables/animals_table.h"
 #include "console/tables/date_reading.h"
 #include "console/tables/event_cells.h"
+#include "console/tables/folded_text.h"
 #include "console/tables/value_text.h"
 
 namespace spx::console {
@@ -41,10 +42,12 @@ bool contains(const std::vector<std::string>& words, const std::string& word) {
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-/// Differences in capital letters and blanks do not count.
+/// Differences in capital letters, blanks and accents do not count.
 std::string nearest(const std::string& typed, const std::vector<std::string>& words) {
-  const auto same =
-      std::find_if(words.begin(), words.end(), [&](const std::string& word) { return isSameWord(word, typed); });
+  const std::string folded = foldedText(typed);
+  const auto same = std::find_if(words.begin(), words.end(), [&](const std::string& word) {
+    return isSameWord(word, typed) || foldedText(word) == folded;
+  });
   return same != words.end() ? "; did you mean \"" + *same + "\"?" : suggestion(typed, words);
 }
 

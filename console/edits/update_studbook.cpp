@@ -20,7 +20,7 @@ class StudbookUpdate {
       : edit_(edit), table_(table), policy_(hand_edits), hand_(edit), former_(readEdition(edit.tables())) {}
 
   void run() {
-    const edition_differences differences = compareEditions(former_, table_);
+    const edition_differences differences = compareEditions(former_, table_, hand_.formerIds());
     for (const row_difference& row : differences.rows) {
       apply(row);
     }
@@ -74,6 +74,10 @@ class StudbookUpdate {
   void remove(const row_difference& row) {
     const row_number number = rowBefore(row);
     if (hand_.hasRow(row.table, number) && !takesBack(describe(row) + " was added by hand")) {
+      return;
+    }
+    if (hand_.hasCellOf(row.table, number) &&
+        !takesBack(describe(row) + " was changed by hand, and the table lacks it")) {
       return;
     }
     if (row.table == "animals") {

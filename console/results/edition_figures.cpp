@@ -30,7 +30,8 @@ std::string decimals(double number) {
 }
 
 std::vector<position> livingToday() {
-  const DataFilter everything;
+  DataFilter everything;
+  everything.origin = BIRTH_TYPE::ALL;
   const qs_lib::day_number today = qs_lib::msToDay(qs_lib::dateToJulian(qs_lib::getTodayAsISO()));
   return Presence(Animals.records, everything, presenceSettings(everything)).presentOn(today);
 }

@@ -166,7 +166,7 @@ TEST_F(EditionsTest, DiffShowsWhatTheEditionsSayDifferently) {
        1,
        {"animal,2,changed,,birth_date,1991,1991-02\n", "animal,X3,renamed?,,id,3,X3\n", "animal,4,removed,,,",
         "animal,5,added,,,,\"sex u, birth_date 2001, sire X3\"\n", "field,Tag,added,", "figure,animals,same,,,4,4\n",
-        "figure,living,"}},
+        "figure,living,same,,,4,4\n"}},
       {"/none", 2, {""}},
   };
   for (const auto& [after, code, lines] : cases) {
@@ -180,6 +180,27 @@ TEST_F(EditionsTest, DiffShowsWhatTheEditionsSayDifferently) {
   }
   EXPECT_EQ(run({"diff", sheet, other}), 1);
   EXPECT_NE(takeOutput().find("renamed? is a guess: 1 animal has another ID"), std::string::npos);
+}
+
+// A rename by hand is known, also where nothing else of the animal is as it was.
+TEST_F(EditionsTest, AnAnimalThatWasRenamedAndChangedByHandStays) {
+  const std::string former = contentOf(sheet);
+  ASSERT_EQ(on({"animal", "rename", "3", "03"}), 0);
+  ASSERT_EQ(on({"animal", "set", "03", "sex=m", "birth_date=1996"}), 0);
+  ASSERT_EQ(on({"animal", "set", "4", "Name=Di"}), 0);
+  const std::string edited = tables();
+  const std::string shorter = former.substr(0, former.find("4,1,2"));
+  EXPECT_EQ(update(shorter), 1);
+  const std::string told = takeErrors();
+  for (const char* line : {"3: id 03, in the table 3\n", "3: sex m, in the table f\n",
+                           "4 was changed by hand, and the table lacks it\n"}) {
+    EXPECT_NE(told.find(line), std::string::npos) << line << told;
+  }
+  ASSERT_EQ(update(shorter, {"--ours"}), 0) << takeErrors();
+  EXPECT_EQ(tables(), edited);
+  ASSERT_EQ(update(shorter, {"--theirs"}), 0) << takeErrors();
+  EXPECT_EQ(update(shorter), 0);
+  EXPECT_NE(takeErrors().find("it says so already; nothing was changed"), std::string::npos);
 }
 
 TEST_F(EditionsTest, WorkbooksAreComparedAndUpdateAStudbook) {

@@ -181,6 +181,7 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
       {{"animal", "set", "3", "sire=2"}, 1, "cannot be true"},
       {{"death", "3", "--on", "1994"}, 1, "cannot be true"},
       {{"transfer", "3", "--to", "A", "--on", "1994-05-05"}, 1, "cannot be true"},
+      {{"transfer", "3", "--to", "\xC3\x84", "--on", "1999"}, 2, "; did you mean \"A\"?"},
       {{"transfer", "3", "--to", "AB", "--on", "1999"}, 2, "there is no location \"AB\"; did you mean"},
       {{"undo", "1"}, 1, "made the studbook"},
       {{"undo", "77"}, 1, "there is no change 77"},
