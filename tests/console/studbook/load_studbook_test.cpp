@@ -199,7 +199,7 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
        "1 "
        "to 255, joined by dots)"},
       {"id,location\n1,3.1\n", "", "id,name\n3,x\n",
-       "a.csv:2: column \"location\", animal \"1\": the deme \"3.1\" is not in the locations "
+       "a.csv:2: column \"location\", animal \"1\": the location \"3.1\" is not in the locations "
        "table"},
       {"id,location\n1,Zoo\n2,1\n", "", "",
        "a.csv:3: column \"location\", animal \"2\": \"1\" is an identifier among names of "
