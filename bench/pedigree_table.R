@@ -24,7 +24,7 @@ pedigree <- animals[, .(ID = id, DAM = fifelse(is.na(..dam), NA_character_, dam)
                         BIRTHSITE = birth_location, BIRTHDATE = compact(birth_date),
                         DEATHDATE = compact(death_date),
                         CENSORED = as.integer(!is.na(death_date) & death_event == "death"),
-                        F = NaN, G = NA_integer_, TAXON = taxon,
+                        F = fcoef, G = g_cites, TAXON = taxon,
                         BREEDER = fifelse(..breeder, "yes", "no"))]
 setorder(pedigree, ID)
 fwrite(pedigree, files[2], sep = "|", na = "NA", quote = FALSE)
