@@ -1,6 +1,5 @@
 #include "spx/support/write_file.h"
 
-#include <cstring>
 #include <exception>
 #include <locale>
 #include <unistd.h>
@@ -9,24 +8,11 @@ namespace qs_lib {
 namespace {
 constexpr std::size_t BUFFER_SIZE = std::size_t{1} << 20;
 
-// The buffer of a stream, which only derived classes may see.
-struct BufferRoom : std::filebuf {
-  // Copies a text into the free part. Reports consist of millions of short texts, and a call of the
-  // stream takes longer than such a copy.
-  static bool take(std::filebuf& buffer, std::string_view text) {
-    char* const room = (buffer.*&BufferRoom::pptr)();
-    const auto size = static_cast<std::size_t>((buffer.*&BufferRoom::epptr)() - room);
-    if (text.size() >= size) {
-      return false;
-    }
-    std::memcpy(room, text.data(), text.size());
-    (buffer.*&BufferRoom::pbump)(static_cast<int>(text.size()));
-    return true;
-  }
-
+// Gives access to the buffer of a stream, which is protected.
+struct UnwrittenText : std::filebuf {
   // Forgets the text that is not yet in the file.
   static void drop(std::filebuf& buffer) {
-    (buffer.*&BufferRoom::setp)((buffer.*&BufferRoom::pbase)(), (buffer.*&BufferRoom::epptr)());
+    (buffer.*&UnwrittenText::setp)((buffer.*&UnwrittenText::pbase)(), (buffer.*&UnwrittenText::epptr)());
   }
 };
 }  // namespace
@@ -98,7 +84,7 @@ void WriteFile::fileDiscard() {
     return;
   }
   if (stage_ || getpid() != opened_by_) {
-    BufferRoom::drop(*stream_.rdbuf());
+    UnwrittenText::drop(*stream_.rdbuf());
   }
   closeStream();
   stage_.reset();
@@ -119,7 +105,7 @@ void WriteFile::writeLine(const std::string& line) {
 
 void WriteFile::put(std::string_view text) {
   // Written through the stream's buffer, so that text put into the stream stays in order.
-  if (text.empty() || !stream_.good() || BufferRoom::take(*stream_.rdbuf(), text)) {
+  if (!stream_.good()) {
     return;
   }
   const auto size = static_cast<std::streamsize>(text.size());
