@@ -233,7 +233,7 @@ void removeForeignTables(const std::vector<std::string>& foreign) {
 /// The tables that a studbook file was imported from, with the changes that were made since.
 ExitCode exportTables(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
-  const std::string studbook = session.studbook();
+  const std::string studbook = session.writableStudbook();
   const tables_form form = formOf(options);
   const std::vector<std::string> own = tableFiles(studbook, form);
   std::vector<std::string> paths;

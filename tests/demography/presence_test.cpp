@@ -139,10 +139,13 @@ TEST(LocationSet, HoldsWhatLiesWithin) {
     return deme.binary();
   };
   const LocationSet chosen({id("3.1"), id("200")});
-  EXPECT_TRUE(chosen.contains(id("3.1")) && chosen.contains(id("3.1.12")) && chosen.contains(id("200.0.7")));
+  for (const char* inside : {"3.1", "3.1.12", "200.0.7"}) {
+    EXPECT_TRUE(chosen.contains(id(inside))) << inside;
+  }
   EXPECT_FALSE(chosen.contains(id("3")) || chosen.contains(id("3.11")) || chosen.contains(id("20")) ||
                chosen.contains(0));
-  EXPECT_TRUE(LocationSet({}).contains(0) && LocationSet({}).contains(id("9")));
+  EXPECT_TRUE(LocationSet({}).contains(0));
+  EXPECT_TRUE(LocationSet({}).contains(id("9")));
 }
 
 TEST(Presence, PlacesAddUpToThePopulation) {
@@ -167,7 +170,8 @@ TEST(Presence, PlacesAddUpToThePopulation) {
   for (const Presence::life& life : population.lives()) {
     qs_lib::day_number reached = 0;
     for (const stay& time : population.stays(life)) {
-      EXPECT_TRUE(reached <= time.from && time.from <= time.to);
+      EXPECT_LE(reached, time.from);
+      EXPECT_LE(time.from, time.to);
       reached = time.to;
     }
   }

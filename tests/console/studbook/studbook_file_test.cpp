@@ -91,6 +91,8 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
       {{"--map", "sex=sex", "animal", "set", "0055", "sex=m"}, 0, ""},
       {{"--map", "sex=sex", "check"}, 2, "--map go with tables"},
       {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "not a studbook file"},
+      {{"--studbook", table, "export", "tables", "--to", home}, 1, "not a studbook file; spx import makes one"},
+      {{"--studbook", EXAMPLE, "export", "tables", "--to", home}, 1, "not a studbook file; spx import makes one"},
       {{"import", EXAMPLE, "--studbook", table}, 1, "will not be overwritten"},
   };
   for (auto [words, code, says] : cases) {
