@@ -1,4 +1,5 @@
 // Births and deaths: against each other, today, and those of the parents.
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -42,8 +43,10 @@ class Dates {
     for (position record = 0; record < records_.size(); ++record) {
       if (records_.isChecked(record)) {
         checkLife(record);
+        const std::size_t others = undecided_;
         checkParent(record, records_.sire(record), 0);
         checkParent(record, records_.dam(record), 1);
+        undecided_ = std::min(undecided_, others + 1);
       }
     }
     noteUndecided();

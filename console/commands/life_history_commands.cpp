@@ -55,6 +55,7 @@ ExitCode set(Session& session, const life_history_words& words) {
     const assignment parameter = splitAssignment(text, "KEY=VALUE");
     setLifeHistory(parameter.name, parameter.value);
   }
+  checkReproductiveAges();
   keep(LifeHistory);
   return ExitCode::DONE;
 }

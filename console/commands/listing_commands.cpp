@@ -77,7 +77,11 @@ ExitCode list(Session& session, const listing_options& options) {
                                   : options.alive_on.empty() ? animalsOfView()
                                                              : livingOfView();
   sortNaturally(animals);
-  showAnimals(animals, ANIMAL_LIST::ALL, options, noAnimalsText(!options.alive_on.empty()));
+  const std::string asked = viewText(false);
+  showAnimals(animals, ANIMAL_LIST::ALL, options,
+              options.alive_on.empty()
+                  ? noAnimalsText(false)
+                  : "no animals match " + asked + (asked.empty() ? "" : " ") + "--alive-on " + options.alive_on);
   return ExitCode::DONE;
 }
 
@@ -93,11 +97,28 @@ ExitCode living(Session& session, const listing_options& options) {
   return ExitCode::DONE;
 }
 
-/// The record of an animal. Throws Failure, with the nearest ID, when there is none.
+/// The record that stands in for a parent without one, by the ID that its offspring name; null when there is none.
+const missing_parent* findMissingParent(const std::string& id) {
+  const auto found = std::find_if(
+      Animals.missing_parents.begin(), Animals.missing_parents.end(),
+      [&id](const missing_parent& one) { return one.id == id || Animals.records[one.stand_in].stud_id == id; });
+  return found == Animals.missing_parents.end() ? nullptr : &*found;
+}
+
+/// The record of an animal, or of what stands in for a parent without one. Says so where several animals have the ID.
+/// Throws Failure, with the nearest ID, when there is none.
 position needAnimal(const std::string& id) {
   const position found = Animals.findMaster(id);
   if (found < Animals.records.size()) {
+    const auto same = std::count_if(Animals.records.begin(), Animals.records.end(),
+                                    [&id](const master_data& animal) { return animal.stud_id == id; });
+    if (same > 1) {
+      std::cerr << "spx: " << same << " animals have the ID " << quotedText(id) << "; this is the first of them\n";
+    }
     return found;
+  }
+  if (const missing_parent* parent = findMissingParent(id)) {
+    return parent->stand_in;
   }
   const auto without_zeros = [](const std::string& text) {
     return text.substr(std::min(text.size(), text.find_first_not_of('0')));
@@ -128,7 +149,8 @@ ExitCode offspring(Session& session, const listing_options& options) {
   loadWithGenetics(session);
   setStartView();
   needAnimal(options.word);
-  Animals.selectOffspring(options.word);
+  const missing_parent* parent = findMissingParent(options.word);
+  Animals.selectOffspring(parent == nullptr ? options.word : parent->id);
   showAnimals(selectedAnimals(), ANIMAL_LIST::ALL, options,
               "animal " + quotedText(options.word) + " has no offspring in the studbook");
   return ExitCode::DONE;
@@ -137,8 +159,7 @@ ExitCode offspring(Session& session, const listing_options& options) {
 ExitCode pedigree(Session& session, const listing_options& options) {
   loadWithGenetics(session);
   setStartView();
-  needAnimal(options.word);
-  Animals.selectAncestors(options.word);
+  Animals.selectAncestors(Animals.records[needAnimal(options.word)].stud_id);
   showAnimals(selectedAnimals(), ANIMAL_LIST::ALL, options, "");
   return ExitCode::DONE;
 }

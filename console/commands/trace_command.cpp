@@ -46,6 +46,7 @@ void setParameters(const trace_options& options) {
     const assignment parameter = splitAssignment(text, "KEY=VALUE", "--life-history");
     setLifeHistory(parameter.name, parameter.value);
   }
+  checkReproductiveAges();
   if (lacksReproductiveAges()) {
     throw Failure(
         "the life history has no reproductive ages, so no animal can be a parent; set them in days, for example: "

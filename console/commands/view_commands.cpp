@@ -102,6 +102,7 @@ ExitCode set(Session& session, const view_words& words) {
     const assignment setting = splitAssignment(text, "KEY=VALUE");
     setViewSetting(setting.name, setting.value);
   }
+  checkViewBounds();
   keepView(session);
   return ExitCode::DONE;
 }

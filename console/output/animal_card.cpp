@@ -31,10 +31,13 @@ std::string valueOf(const Table& record, const char* name) {
   return "";
 }
 
-std::size_t offspringOf(const std::string& id) {
+std::size_t offspringOf(const master_data& parent) {
   std::size_t count = 0;
+  for (const missing_parent& missing : Animals.missing_parents) {
+    count += &Animals.records[missing.stand_in] == &parent ? missing.offspring.size() : 0;
+  }
   for (const master_data& animal : Animals.records) {
-    count += animal.sire_id == id || animal.dam_id == id ? 1 : 0;
+    count += animal.sire_id == parent.stud_id || animal.dam_id == parent.stud_id ? 1 : 0;
   }
   return count;
 }
@@ -67,7 +70,7 @@ Table cardOf(const master_data& animal, const Table& record) {
   }
   add_fact("Sire", "sire");
   add_fact("Dam", "dam");
-  add("Offspring", std::to_string(offspringOf(animal.stud_id)));
+  add("Offspring", std::to_string(offspringOf(animal)));
   add_fact("Origin", "origin");
   add_fact("Rearing", "rearing");
   add_fact("Taxon", "taxon");

@@ -227,7 +227,7 @@ void sortByBirth(std::vector<position>& animals) {
 }
 
 std::string parentText(const std::string& id) {
-  return isUnknownParent(id) ? "unknown" : id == WILD_PARENT ? "wild" : id;
+  return id.empty() || isUnknownParent(id) ? "unknown" : id == WILD_PARENT ? "wild" : id;
 }
 
 std::string placeText(packed_deme location) {

@@ -56,6 +56,16 @@ pid_t startShell(const std::string& command, int pipe) {
   return failed == 0 ? process : -1;
 }
 
+volatile pid_t running_pager = -1;
+
+/// Ends the pager, too, which would keep the terminal, and then as the signal would have done.
+void endWithPager(int signal) {
+  ::kill(running_pager, signal);
+  ::waitpid(running_pager, nullptr, 0);
+  std::signal(signal, SIG_DFL);
+  ::raise(signal);
+}
+
 }  // namespace
 
 std::string pagerCommand() {
@@ -83,6 +93,8 @@ Pager::Pager(const std::string& command) : stream_(&buffer_) {
   buffer_.pipe = ends[1];
   former_interrupt_ = std::signal(SIGINT, SIG_IGN);
   former_pipe_ = std::signal(SIGPIPE, SIG_IGN);
+  running_pager = process_;
+  former_end_ = std::signal(SIGTERM, &endWithPager);
 }
 
 void Pager::finish() {
@@ -97,6 +109,7 @@ void Pager::finish() {
   process_ = -1;
   std::signal(SIGINT, former_interrupt_);
   std::signal(SIGPIPE, former_pipe_);
+  std::signal(SIGTERM, former_end_);
 }
 
 Pager::PipeBuffer::int_type Pager::PipeBuffer::overflow(int_type letter) {

@@ -28,7 +28,7 @@ class Pager {
   bool isOpen() const { return process_ > 0; }
   std::ostream& stream() { return stream_; }
 
-  /// Ends the output and waits until the reader has left the pager.
+  /// Ends the output and waits until the reader has left the pager. SIGTERM ends both meanwhile.
   void finish();
 
  private:
@@ -51,6 +51,7 @@ class Pager {
   std::ostream stream_;
   void (*former_interrupt_)(int) = nullptr;
   void (*former_pipe_)(int) = nullptr;
+  void (*former_end_)(int) = nullptr;
 };
 
 }  // namespace spx::console

@@ -33,13 +33,21 @@ std::vector<std::string> namesOf(const Table& table) {
                    "\nThe columns are: " + list);
 }
 
+/// By its name, or by the title that people see.
 std::optional<std::size_t> findColumn(const Table& table, std::string_view name) {
-  for (std::size_t which = 0; which < table.columns().size(); ++which) {
-    if (isSameWord(table.columns()[which].name, name)) {
-      return which;
+  for (std::string table_column::*word : {&table_column::name, &table_column::title}) {
+    for (std::size_t which = 0; which < table.columns().size(); ++which) {
+      if (isSameWord(table.columns()[which].*word, name)) {
+        return which;
+      }
     }
   }
   return std::nullopt;
+}
+
+bool isMissing(const Cell& cell) {
+  const auto* text = std::get_if<std::string>(&cell.get());
+  return cell.isMissing() || (text != nullptr && text->empty());
 }
 
 /// A name without the "-" that asks for the largest first.
@@ -109,8 +117,8 @@ void sortBy(std::vector<std::size_t>& rows, const Table& table, std::size_t colu
     keyed.push_back({table.cell(row, column), row});
   }
   std::stable_sort(keyed.begin(), keyed.end(), [descending](const keyed_row& a, const keyed_row& b) {
-    if (a.key.isMissing() || b.key.isMissing()) {
-      return !a.key.isMissing() && b.key.isMissing();
+    if (isMissing(a.key) || isMissing(b.key)) {
+      return !isMissing(a.key) && isMissing(b.key);
     }
     const int order = std::visit(natural_comparison{}, a.key.get(), b.key.get());
     return descending ? order > 0 : order < 0;
@@ -128,6 +136,8 @@ class Condition {
   std::size_t column() const { return column_; }
 
  private:
+  std::string shown(const std::string& text) const { return shown_ == nullptr ? text : shown_(text); }
+
   void splitText(const Table& table, const std::string& text);
   void readValue(const table_column& column);
   /// Whether the value lies below, in or above what is asked for.
@@ -136,6 +146,7 @@ class Condition {
   std::size_t column_ = 0;
   std::string operator_;
   std::string value_;
+  std::string (*shown_)(const std::string& text) = nullptr;  ///< how people see the cells
   double number_ = 0;
   double last_number_ = 0;  ///< a date of a year or month stands for all its days
 };
@@ -167,17 +178,6 @@ void Condition::splitText(const Table& table, const std::string& text) {
   refuseColumn(table, "--where", text.substr(0, end));
 }
 
-qs_lib::day_number lastDay(const dated_text& date) {
-  qs_lib::civil_date day = qs_lib::civilFromDay(date.day);
-  if (date.accuracy == DATE_ACCURACY::BY_YEAR) {
-    day.month = 12;
-  }
-  if (date.accuracy == DATE_ACCURACY::BY_YEAR || date.accuracy == DATE_ACCURACY::BY_MONTH) {
-    day.day = qs_lib::daysInMonth(day.year, day.month);
-  }
-  return qs_lib::dayFromCivil(day).value_or(date.day);
-}
-
 void Condition::readValue(const table_column& column) {
   const auto refuse = [&](const char* wanted) {
     throw UsageError("--where: " + column.name + ": " + quotedText(value_) + " is not " + wanted);
@@ -188,7 +188,7 @@ void Condition::readValue(const table_column& column) {
       refuse("a date (YYYY, YYYY-MM or YYYY-MM-DD)");
     }
     number_ = date->day;
-    last_number_ = lastDay(*date);
+    last_number_ = lastDayOf(*date);
   } else if (column.kind != COLUMN_KIND::TEXT && column.kind != COLUMN_KIND::FLAG) {
     const bool is_percent = value_.ends_with("%");
     const auto number = parseReal<double>(is_percent ? value_.substr(0, value_.size() - 1) : value_);
@@ -207,6 +207,8 @@ void Condition::readValue(const table_column& column) {
 
 Condition::Condition(const Table& table, const std::string& text) {
   splitText(table, text);
+  shown_ = table.columns()[column_].shown;
+  value_ = shown(value_);
   if (!value_.empty()) {
     readValue(table.columns()[column_]);
   }
@@ -217,7 +219,8 @@ int Condition::compare(const Cell& cell) const {
     const Condition& condition;
     int operator()(std::monostate) const { return 0; }
     int operator()(const std::string& text) const {
-      return isSameWord(text, condition.value_) ? 0 : compareNaturally(text, condition.value_);
+      const std::string seen = condition.shown(text);
+      return isSameWord(seen, condition.value_) ? 0 : compareNaturally(seen, condition.value_);
     }
     int operator()(const known_date& date) const { return (*this)(static_cast<double>(date.day)); }
     int operator()(double number) const {
@@ -230,8 +233,7 @@ int Condition::compare(const Cell& cell) const {
 }
 
 bool Condition::holds(const Cell& cell) const {
-  const auto* text = std::get_if<std::string>(&cell.get());
-  const bool is_missing = cell.isMissing() || (text != nullptr && text->empty());
+  const bool is_missing = isMissing(cell);
   if (value_.empty() || is_missing) {
     const bool is_equal = value_.empty() && is_missing;
     return operator_ == "=" ? is_equal : operator_ == "!=" && !is_equal;

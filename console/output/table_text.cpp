@@ -191,7 +191,7 @@ void writeRows(std::ostream& out, const Table& table, const table_part& part, st
 }  // namespace
 
 void writeText(std::ostream& out, const Table& table, const table_part& part, std::size_t width) {
-  if (part.rows.empty() && !table.if_empty.empty()) {
+  if (part.rows.empty() && !table.if_empty.empty() && table.rows() == 0) {
     out << visibleText(table.if_empty) << "\n";
     writeNotes(out, table, width);
     return;

@@ -160,6 +160,18 @@ void setLifeHistory(const std::string& name, const std::string& value) {
   throw UsageError("there is no life-history parameter " + quotedText(name) + suggestion(name, names));
 }
 
+void checkReproductiveAges() {
+  const Biology unset;
+  const double latest = unset.getReproductiveAge(SEX::MALE).lower;  // stands for a lower age that is not set
+  const auto check = [latest](const char* what, const range& ages) {
+    if (ages.upper > 0 && ages.lower != latest && ages.lower > ages.upper) {
+      throw UsageError(std::string(what) + "-lower is above " + what + "-upper");
+    }
+  };
+  check("male-reproductive", LifeHistory.getReproductiveAge(SEX::MALE));
+  check("female-reproductive", LifeHistory.getReproductiveAge(SEX::FEMALE));
+}
+
 bool lacksReproductiveAges() {
   return lacksAges(SEX::MALE) && lacksAges(SEX::FEMALE);
 }

@@ -23,6 +23,9 @@ std::string typedName(const std::string& key);
 /// of days of at least 0, or not a name of the enumeration.
 void setLifeHistory(const std::string& name, const std::string& value);
 
+/// Throws UsageError where both ends of the reproductive ages of a sex are set and the first lies above the last.
+void checkReproductiveAges();
+
 /// Whether no animal can be of reproductive age, as with the defaults.
 bool lacksReproductiveAges();
 

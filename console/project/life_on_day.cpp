@@ -44,16 +44,13 @@ LIFE_STATUS LifeOnDay::status() const {
   if (!hasRow(animal_)) {
     return LIFE_STATUS::NO_RECORD;
   }
+  if (animal_.death.date != 0 && animal_.death.date <= day_) {
+    return animal_.death.event == MOVE_TYPE::LOST_TO_FOLLOW_UP ? LIFE_STATUS::LOST : LIFE_STATUS::DEAD;
+  }
   if (const stay* last = lastStay(); last != nullptr) {
     return isDuring(*last, day_) ? LIFE_STATUS::LIVING : statusAfter(last->end);
   }
-  if (!course_.stays.empty()) {
-    return LIFE_STATUS::NOT_THERE;
-  }
-  if (animal_.death.date == 0 || animal_.death.date > day_) {
-    return LIFE_STATUS::UNDATED;
-  }
-  return animal_.death.event == MOVE_TYPE::LOST_TO_FOLLOW_UP ? LIFE_STATUS::LOST : LIFE_STATUS::DEAD;
+  return course_.stays.empty() ? LIFE_STATUS::UNDATED : LIFE_STATUS::NOT_THERE;
 }
 
 std::optional<double> LifeOnDay::ageYears() const {

@@ -57,8 +57,8 @@ class Session {
   /// What the studbook is called in titles: the project's name, or that of the file or directory of the command line.
   std::string studbookName();
 
-  /// The studbook file for commands that need one: to change it, or for what tables do not have. Throws UsageError when there is
-  /// none, and Failure when it is something else, such as a table.
+  /// The studbook file for commands that need one: to change it, or for what tables do not have. Throws UsageError when
+  /// there is none, and Failure when it is something else, such as a table.
   std::string writableStudbook();
 
   /// Loads the studbook of the command line, or that of the project; opens the project first.

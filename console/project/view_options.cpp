@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iostream>
 #include <iterator>
 
 #include <CLI/CLI.hpp>
@@ -9,6 +10,7 @@
 #include "spx/views/data_filter.h"
 
 #include "console/base/failure.h"
+#include "console/project/view_animals.h"
 #include "console/project/view_settings.h"
 #include "console/project/view_store.h"
 #include "console/studbook/record_genetics.h"
@@ -70,10 +72,14 @@ void useView(const Session& session, const view_choice& choice) {
     loadNamedView(session, choice.name);
   } else if (session.hasProject() && viewExists(session.projectDirectory(), CURRENT_VIEW)) {
     loadView(session.projectDirectory(), CURRENT_VIEW);
+    if (const std::string text = viewText(); !text.empty()) {
+      std::cerr << "spx: the view of the project applies: " << text << " (spx view clear resets it)\n";
+    }
   }
   for (const auto& [name, value] : choice.settings) {
     setViewSetting(name, value);
   }
+  checkViewBounds();
   const double bounds[] = {View.low_inbreeding, View.high_inbreeding, View.low_generation, View.high_generation};
   if (std::any_of(std::begin(bounds), std::end(bounds), [](double bound) { return !std::isnan(bound); })) {
     computeRecordGenetics();

@@ -53,7 +53,11 @@ void applyDate(const view_setting& setting, const std::string& value) {
   if (!date || date->day == 0) {
     refuse(setting, value, "is not a date (YYYY-MM-DD or today)");
   }
-  View.*MEMBER = date->day;
+  const qs_lib::day_number last = is_today ? date->day : lastDayOf(*date);
+  if (MEMBER == &DataFilter::monitor_date && last != date->day) {
+    refuse(setting, value, "is not one day (YYYY-MM-DD or today)");
+  }
+  View.*MEMBER = MEMBER == &DataFilter::end_date ? last : date->day;
   markDate(MEMBER, is_today);
 }
 
@@ -207,8 +211,10 @@ std::vector<view_setting> allSettings() {
        VIEW_FACTS, true, applyUserField},
       {"on", "monitor", DATES, "The day for which animals are taken as living and present", VIEW_DAY, false,
        applyDate<&D::monitor_date>},
-      {"from", nullptr, DATES, "First day of the period", VIEW_PERIOD, false, applyDate<&D::start_date>},
-      {"until", "to", DATES, "Last day of the period", VIEW_PERIOD, false, applyDate<&D::end_date>},
+      {"from", nullptr, DATES, "First day of the period; a year or month begins with its first day", VIEW_PERIOD, false,
+       applyDate<&D::start_date>},
+      {"until", "to", DATES, "Last day of the period; a year or month ends with its last day", VIEW_PERIOD, false,
+       applyDate<&D::end_date>},
       {"birth-accuracy", nullptr, accuracies, "Only animals with a birth date at least this exact", VIEW_FACTS, false,
        applyChoice<&D::birth_accuracy>},
       {"death-accuracy", nullptr, accuracies, "Only animals with a death date at least this exact", VIEW_FACTS, false,
@@ -272,6 +278,19 @@ std::vector<view_setting> allSettings() {
 const std::vector<view_setting>& viewSettings() {
   static const std::vector<view_setting> settings = allSettings();
   return settings;
+}
+
+void checkViewBounds() {
+  if (View.start_date > View.end_date) {
+    throw UsageError("the period ends before it begins: from " + qs_lib::julianToISO(qs_lib::dayToMs(View.start_date)) +
+                     " until " + qs_lib::julianToISO(qs_lib::dayToMs(View.end_date)));
+  }
+  if (View.low_generation > View.high_generation) {
+    throw UsageError("low-generation is above high-generation, so no animal could match");
+  }
+  if (View.low_inbreeding > View.high_inbreeding) {
+    throw UsageError("low-inbreeding is above high-inbreeding, so no animal could match");
+  }
 }
 
 void setViewSetting(const std::string& name, const std::string& value) {

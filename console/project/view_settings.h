@@ -49,6 +49,9 @@ const std::vector<view_setting>& viewSettings();
 /// unknown name, and then leaves View as it was.
 void setViewSetting(const std::string& name, const std::string& value);
 
+/// Throws UsageError where a first bound of View lies above its last one, as nothing could match.
+void checkViewBounds();
+
 /// Sets View to what the program starts from: the library's defaults with animals of every origin,
 /// since few tables tell the origin, and prorating, since animals come and go at any age. Its last day and the day that
 /// it asks for are today.

@@ -10,6 +10,8 @@
 #include "spx/core/multi_parent.h"
 #include "spx/genetics/record_genetics.h"
 
+#include "console/studbook/loading_output.h"
+
 namespace spx::console {
 namespace {
 
@@ -24,6 +26,7 @@ bool lacksNumbers(const master_data& animal) {
 
 void computeRecordGenetics() {
   if (std::none_of(Animals.records.begin(), Animals.records.end(), lacksNumbers)) return;
+  const LoadingOutput progress("Computing inbreeding");
   StudbookPedigree pedigree;
   if (!pedigree.build(Animals, {parent_list, {}})) {
     std::cerr << "spx: inbreeding and generations are not computed: " << cycleText(pedigree.cycle()) << "\n";

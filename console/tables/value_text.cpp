@@ -142,6 +142,17 @@ std::optional<SEX> parseSex(std::string_view text) {
   return sex ? sex : parseSexWord(text);
 }
 
+qs_lib::day_number lastDayOf(const dated_text& date) {
+  qs_lib::civil_date day = qs_lib::civilFromDay(date.day);
+  if (date.accuracy == DATE_ACCURACY::BY_YEAR) {
+    day.month = 12;
+  }
+  if (date.accuracy == DATE_ACCURACY::BY_YEAR || date.accuracy == DATE_ACCURACY::BY_MONTH) {
+    day.day = qs_lib::daysInMonth(day.year, day.month);
+  }
+  return qs_lib::dayFromCivil(day).value_or(date.day);
+}
+
 std::optional<dated_text> parseDate(std::string_view text) {
   if (isUnknown(text)) {
     return dated_text{};

@@ -43,6 +43,9 @@ struct dated_text {
   std::uint64_t range = 0;  ///< in days to either side, of DATE_RANGE
 };
 
+/// The last day of a year or a month, or the day itself.
+qs_lib::day_number lastDayOf(const dated_text& date);
+
 /// A day, a month (its first day, accurate by month) or a year (1 January, by year); with "~" a day
 /// is accurate by day, "1990s" is the middle of a range of ten years; missing is day 0 of unknown accuracy. Takes
 /// all that readDate() understands without knowing the order of day and month.

@@ -143,11 +143,20 @@ bool emerge(life_course& course, double days) {
   return true;
 }
 
-void presumeLost(life_course& course, const std::vector<life_event>& life, const presence_settings& settings,
-                 life_findings& findings) {
+/// The longest life of an animal of that sex, in days; 0 where it is not limited.
+double longestLife(SEX sex, const presence_settings& settings) {
+  if (sex == SEX::MALE || sex == SEX::FEMALE) {
+    return sex == SEX::MALE ? settings.longest_male_life : settings.longest_female_life;
+  }
+  const bool is_limited = settings.longest_male_life > 0 && settings.longest_female_life > 0;
+  return is_limited ? std::max(settings.longest_male_life, settings.longest_female_life) : 0;
+}
+
+void presumeLost(life_course& course, const std::vector<life_event>& life, double longest_life,
+                 const presence_settings& settings, life_findings& findings) {
   stay& last = course.stays.back();
-  if (!(settings.longest_life > 0) || last.end != STAY_END::PRESENT || course.birth == 0) return;
-  if (settings.until - double{1} * course.birth <= settings.longest_life) return;
+  if (!(longest_life > 0) || last.end != STAY_END::PRESENT || course.birth == 0) return;
+  if (settings.until - double{1} * course.birth <= longest_life) return;
   ++findings.presumed_lost;
   last.to = std::max(last.from, life.back().day);
   last.end = STAY_END::LOST;
@@ -178,7 +187,8 @@ presence_settings presenceSettings(const DataFilter& view) {
   settings.use_stillbirth = view.use_stillbirth;
   settings.neonatal_days = lifeHistoryDays("NEONATAL_AGE");
   settings.emerge_days = view.use_emerge ? lifeHistoryDays("DEN_EMERGE") : 0;
-  settings.longest_life = std::max(LifeHistory.getLongevity(SEX::MALE), LifeHistory.getLongevity(SEX::FEMALE));
+  settings.longest_male_life = LifeHistory.getLongevity(SEX::MALE);
+  settings.longest_female_life = LifeHistory.getLongevity(SEX::FEMALE);
   settings.until = view.end_date;
   return settings;
 }
@@ -232,7 +242,7 @@ LEFT_OUT followLife(const master_data& animal, const presence_settings& settings
   if (early != LEFT_OUT::COUNT) return early;
   Follower(animal, course, findings).walk(life);
   if (course.stays.empty()) return LEFT_OUT::NO_DATES;
-  presumeLost(course, life, settings, findings);
+  presumeLost(course, life, longestLife(animal.sex, settings), settings, findings);
   return emerge(course, settings.emerge_days) ? LEFT_OUT::COUNT : LEFT_OUT::BEFORE_EMERGENCE;
 }
 

@@ -59,9 +59,12 @@ struct presence_settings {
   bool use_stillbirth = true;  ///< take animals that died on the day of their birth
   double neonatal_days = 30;   ///< a death at up to so many days of age is a neonate's
   double emerge_days = 0;      ///< animals count from so many days after birth
+  /// @{
   /// Animals without an end that would be older than this, in days, at the end of the period are
-  /// lost at their last event; 0: no such limit.
-  double longest_life = 0;
+  /// lost at their last event; 0: no such limit. Where the sex is unknown both limits must be passed.
+  double longest_male_life = 0;
+  double longest_female_life = 0;
+  /// @}
   qs_lib::day_number until = STILL_THERE;  ///< the end of the period
 };
 

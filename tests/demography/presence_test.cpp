@@ -112,10 +112,20 @@ TEST(Presence, SettingsLeaveAnimalsOut) {
   EXPECT_EQ(outcome("b1 2000-01-01 a2 2000-01-03", den), "born2 2000-02-01 there");
 
   presence_settings mortal;
-  mortal.longest_life = 365.25 * 20;
+  mortal.longest_male_life = mortal.longest_female_life = 365.25 * 20;
   mortal.until = qs_lib::msToDay(qs_lib::dateToJulian(std::string("2020-01-02")));
   EXPECT_EQ(outcome("b1 1999-12-31 a1 2003-01-01", mortal), "born1 1999-12-31 lost 2003-01-01");
   EXPECT_EQ(outcome("b1 2000-01-03 a1 2003-01-01", mortal), "born1 2000-01-03 there");
+  mortal.longest_female_life = 0;
+  for (const auto& [sex, end] :
+       {std::pair{SEX::MALE, STAY_END::LOST}, {SEX::FEMALE, STAY_END::PRESENT}, {SEX::UNKNOWN, STAY_END::PRESENT}}) {
+    master_data animal = lifeOf("b1 1999-12-31");
+    animal.sex = sex;
+    life_course course;
+    life_findings findings;
+    followLife(animal, mortal, course, findings);
+    EXPECT_EQ(course.stays.back().end, end) << "the limit is that of males: " << getEnumName(sex);
+  }
 }
 
 TEST(Presence, AnUncertainBirthIsNoAge) {

@@ -73,7 +73,7 @@ TEST_F(ViewOptionsTest, ListingsObeyTheOptionsThatTheyOffer) {
       {{"list", "--user-field", "Name=Bo"}, "10"},
       {{"living"}, "2 3 10"},
       {{"living", "--on", "1985-01-01"}, "1 2"},
-      {{"living", "--monitor", "2003", "--location", "Far"}, "3"},
+      {{"living", "--monitor", "2003-01-01", "--location", "Far"}, "3"},
       {{"offspring", "--format", "json", "--", "1"}, "3 4"},
       {{"pedigree", "10"}, "1 2 3 10"},
       {{"find", "TOM"}, "1 3"},
