@@ -7,6 +7,7 @@
 #include "console/charts/animal_pedigree.h"
 #include "console/charts/chart.h"
 #include "console/charts/drawing_tool.h"
+#include "console/charts/kinship_map.h"
 #include "console/charts/result_charts.h"
 #include "console/charts/table_values.h"
 #include "console/studbook/record_genetics.h"
@@ -86,6 +87,101 @@ TEST_F(Charts, APyramidShowsEveryAnimalOnItsSide) {
   EXPECT_EQ(drawing.series[1].x_end, (std::vector<double>{3, 4}));
   EXPECT_EQ(drawing.series[2].x_end, (std::vector<double>{4})) << "unknown sexes stand beyond the females";
   expectPicture(drawChart(drawing));
+}
+
+table_column numbers(const char* name) {
+  return {.name = name, .title = "", .kind = COLUMN_KIND::REAL};
+}
+
+TEST_F(Charts, CountsAreStackedInTheOrderOfTheKey) {
+  Table census({{.name = "date", .title = "", .kind = COLUMN_KIND::DATE},
+                numbers("males"),
+                numbers("females"),
+                numbers("unknown"),
+                numbers("total")});
+  census.addRow({known_date{2451545}, 1, 2, 0, 3});
+  census.addRow({known_date{2451911}, 2, 2, 1, 5});
+  const chart drawing = censusChart(census, "whose");
+  EXPECT_EQ(drawing.x_names, (std::vector<std::string>{"2000", "2001"}));
+  EXPECT_EQ(drawing.description, "The number of animals goes from 3 (2000) to 5 (2001).");
+  ASSERT_EQ(drawing.series.size(), 3U);
+  EXPECT_EQ(drawing.series[0].y, (std::vector<double>{1, 2}));
+  EXPECT_EQ(drawing.series[1].y, (std::vector<double>{2, 2}));
+  EXPECT_EQ(drawing.series[2].y, (std::vector<double>{0, 1}));
+  const std::string svg = drawChart(drawing);
+  expectPicture(svg);
+  EXPECT_EQ(count(svg, "<polygon fill = 'rgb(238, 238, 238)'"), 1U + 1U) << "one bar of unknown sex, one in the key";
+  EXPECT_EQ(count(svg, ">0.5<"), 0U) << "a scale of whole animals";
+}
+
+TEST_F(Charts, BirthsStandInTheirMonths) {
+  Table births({{"measure", ""}, numbers("n")});
+  births.addRow({"litter_size", 9});
+  births.addRow({"births_in_month_1", 3});
+  births.addRow({"births_in_month_12", 4});
+  const chart drawing = birthsChart(births, "whose");
+  EXPECT_EQ(drawing.x_names[11], "Dec");
+  EXPECT_EQ(drawing.series[0].y, (std::vector<double>{3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4}));
+  expectPicture(drawChart(drawing));
+}
+
+TEST_F(Charts, FoundersStandByTheirContributionUpToAsManyAsFit) {
+  Table founders({{"id", ""}, numbers("contribution"), numbers("retention")});
+  founders.addRow({"small", 0.1, 0.9});
+  founders.addRow({"large", 0.6, 0.5});
+  founders.addRow({"middle", 0.3, 0.75});
+  const chart all = foundersChart(founders, "whose");
+  EXPECT_EQ(all.y_names, (std::vector<std::string>{"small", "middle", "large"})) << "from the bottom";
+  EXPECT_EQ(all.series[0].x_end, (std::vector<double>{10, 30, 60}));
+  EXPECT_EQ(all.series[1].x, (std::vector<double>{90, 75, 50}));
+  const chart two = foundersChart(founders, "whose", 2);
+  EXPECT_EQ(two.y_names, (std::vector<std::string>{"middle", "large"}));
+  EXPECT_EQ(two.description, "3 founders, of whom the 2 largest are shown.");
+  expectPicture(drawChart(two));
+}
+
+TEST_F(Charts, LinesAndBandsRunThroughTheirYears) {
+  Table years({{.name = "year", .title = "", .kind = COLUMN_KIND::REAL, .decimals = 0},
+               numbers("expected"),
+               numbers("lower"),
+               numbers("median"),
+               numbers("upper"),
+               numbers("mean_f"),
+               numbers("gene_diversity")});
+  years.addRow({2000.0, 10, 8, 10, 12, 0.0, 0.94});
+  years.addRow({2001.0, 11, 7, 10.5, 14, 0.125, 0.88});
+  const chart projection = projectionChart(years, "whose");
+  EXPECT_EQ(projection.series[0].y, (std::vector<double>{8, 7}));
+  EXPECT_EQ(projection.series[0].y_end, (std::vector<double>{12, 14}));
+  EXPECT_EQ(projection.series[2].y, (std::vector<double>{10, 11}));
+  const chart inbreeding = inbreedingChart(years, "whose");
+  EXPECT_EQ(inbreeding.series[0].x, (std::vector<double>{2000, 2001}));
+  EXPECT_EQ(inbreeding.description, "Mean inbreeding goes from 0 (2000) to 0.13 (2001).");
+  const chart diversity = diversityChart(years, "whose");
+  EXPECT_DOUBLE_EQ(diversity.y_from, 0.8) << "the scale begins at the tenth below the least";
+  EXPECT_EQ(diversity.y_to, 1);
+  for (const chart& drawing : {projection, inbreeding, diversity}) expectPicture(drawChart(drawing));
+}
+
+TEST_F(Charts, ChartsOfNothingAreRefused) {
+  Table census({{.name = "date", .title = "", .kind = COLUMN_KIND::DATE},
+                numbers("males"),
+                numbers("females"),
+                numbers("unknown"),
+                numbers("total")});
+  census.addRow({known_date{2451545}, 0, 0, 0, 0});
+  EXPECT_THROW(censusChart(census, ""), Failure);
+  Table births({{"measure", ""}, numbers("n")});
+  births.addRow({"births_in_month_1", 0});
+  EXPECT_THROW(birthsChart(births, ""), Failure);
+}
+
+TEST_F(Charts, LikenessPutsRelativesTogether) {
+  // Two families, whose members alternate: 0 and 2, 1 and 3.
+  const std::vector<std::vector<double>> likeness = {
+      {0.5, 0.0, 0.25, 0.0}, {0.0, 0.5, 0.0, 0.125}, {0.25, 0.0, 0.5, 0.0}, {0.0, 0.125, 0.0, 0.5}};
+  EXPECT_EQ(orderedByLikeness(likeness), (std::vector<std::size_t>{0, 2, 1, 3}));
+  EXPECT_TRUE(orderedByLikeness({}).empty());
 }
 
 TEST_F(Charts, AHeatMapHasARectangleForEachValue) {
