@@ -1,5 +1,5 @@
-// What the commands of demography compute, on studbooks of 10,000 to 1,000,000 animals with three transfers each. Each
-// row has to take less than LoadStudbook, and to grow with the number of animals.
+// The computations of the demographic commands, on studbooks of 10,000 to 1,000,000 animals with three transfers each.
+// Each row has to take less than LoadStudbook, and to grow with the number of animals.
 #include <benchmark/benchmark.h>
 
 #include "spx/core/animal_data.h"
@@ -15,7 +15,7 @@
 namespace spx::bench {
 namespace {
 
-/// Three transfers in the second year of an animal that lives that long, between eight places.
+/// Gives every animal that lives long enough three transfers in its second year, between eight locations.
 void addTransfers() {
   for (master_data& animal : Animals.records) {
     if (animal.birth.date == 0 || !animal.moves.empty()) continue;

@@ -36,11 +36,11 @@ constexpr char LOCATIONS[] =
     "institution,3.3,Hortigal Park,38.72,-5.21\n"
     "institution,3.4,Isombra Zoo,37.41,13.30\n";
 
-// Chances to die in a year of age, in thousandths; the last ones are those of all older animals.
+// The chance to die in each year of age, in thousandths; the last value holds for all older animals.
 constexpr std::uint32_t FEMALE_DEATHS[] = {230, 60,  45,  40,  40,  45,  50,  60,  70,
                                            85,  105, 130, 165, 210, 270, 340, 430, 550};
 constexpr std::uint32_t MALE_DEATHS[] = {270, 90, 75, 75, 80, 90, 105, 125, 150, 185, 225, 280, 350, 430, 520, 620};
-// Chances to bear in a year of age.
+// The chance to give birth in each year of age, in thousandths.
 constexpr std::uint32_t BIRTHS[] = {0, 0, 280, 640, 700, 700, 700, 690, 670, 640, 600, 540, 460, 360, 240, 120, 40, 0};
 
 template <std::size_t SIZE>
@@ -50,7 +50,7 @@ std::uint32_t chanceAt(const std::uint32_t (&chances)[SIZE], int age) {
 
 enum class exactness { day, month, year };
 
-/// A day as the table shows it.
+/// A day and how precisely the table gives it.
 struct dated {
   int day = 0;  ///< after 1970-01-01
   exactness exact = exactness::day;
@@ -108,7 +108,7 @@ class Zoos {
 
   void run() {
     for (int year = FIRST_YEAR; year <= LAST_YEAR; ++year) {
-      // Births come in spring, captures before but transfers after: parents are together when they mate.
+      // Births are in spring, captures before and transfers after them, so that parents are together when they mate.
       leave(year);
       breed(year);
       capture(year);
@@ -120,12 +120,13 @@ class Zoos {
   bool write(const std::string& directory) const;
 
  private:
-  // An animal that is sold and comes back is not moved before it is back.
+  // Whether the animal's last event lies on or after the day: an animal that was sold is not moved
+  // before it has come back.
   static bool isBusy(const animal& one, int day) { return !one.events.empty() && one.events.back().date.day >= day; }
 
   static int ageIn(const animal& one, int year) { return year - static_cast<int>(civil(one.birth.day).year()); }
 
-  // Before 1990 keepers did not write down every day.
+  // How precise dates of a year are: before 1990 keepers did not always record the day.
   exactness exactnessIn(int year) {
     const std::uint32_t lot = dice_.below(100);
     if (year >= 1990) return exactness::day;
@@ -161,7 +162,7 @@ class Zoos {
     return zoo;
   }
 
-  // The day of the death of an animal that lives on that day at that age.
+  // Draws the day of death of an animal that is alive on the given day at the given age.
   int drawDeath(const animal& one, int age, int day) {
     for (int at = age;; ++at) {
       if (dice_.permille(one.male ? chanceAt(MALE_DEATHS, at) : chanceAt(FEMALE_DEATHS, at))) {
@@ -170,7 +171,8 @@ class Zoos {
     }
   }
 
-  // Most of the young that die do so within days; older animals die in winter rather than in summer.
+  // The day of death within a year of age: most of the young that die do so within a month, older
+  // animals die on any day.
   int daysIntoYear(int age) {
     if (age > 0) return dice_.between(0, 364);
     const std::uint32_t lot = dice_.below(100);
@@ -264,7 +266,7 @@ class Zoos {
     }
   }
 
-  // Its last event of the year may lie after the spring.
+  // Whether the animal was away in spring; its last event of the year may be later.
   static bool wasAway(const animal& one, int year) {
     return !one.events.empty() && one.events.back().date.day >= dayOf(year, 4, 1) &&
            one.events.back().kind != "arrival";
@@ -286,7 +288,7 @@ class Zoos {
     if (males.empty()) return WILD;
     if (males.size() > 1 && lot < 60) return SEVERAL;
     if (lot >= 970) return UNKNOWN;
-    // The eldest holds the herd most of the time.
+    // The oldest male is the sire most of the time.
     return dice_.permille(700) ? males.front() : males[dice_.below(static_cast<std::uint32_t>(males.size()))];
   }
 
@@ -315,7 +317,7 @@ class Zoos {
   }
 
   Dice dice_;
-  std::vector<animal> animals_;  ///< its number is the place in this list, from 1
+  std::vector<animal> animals_;  ///< an animal's number is its place in this list, from 1
 };
 
 std::string parentText(int parent) {

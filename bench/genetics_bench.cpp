@@ -1,5 +1,5 @@
-// Genetics of a closed mixing herd and of a registry with few sires, beside the algorithm of Meuwissen &
-// Luo. What is linear has a row of 10,000,000 animals too, which runs if SPX_BENCH_LONG is set.
+// Genetics of a closed mixing herd and of a registry with few sires, compared with the algorithm of Meuwissen & Luo.
+// Linear operations also have a row of 10,000,000 animals, which runs if SPX_BENCH_LONG is set.
 #include <cstdlib>
 #include <memory>
 #include <numeric>
@@ -22,7 +22,7 @@
 namespace spx::bench {
 namespace {
 
-/// The pedigree of a generated studbook, and what the rows ask about.
+/// The pedigree of a generated studbook, and the animals that the rows use.
 struct Population {
   std::string table;
   StudbookPedigree studbook;
@@ -121,7 +121,7 @@ void KinshipMatrixOfAThousand(benchmark::State& state) {
 }
 BENCHMARK(KinshipMatrixOfAThousand)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
-/// A registry of so many animals without a studbook: the store would take gigabytes.
+/// A registry of 10,000,000 animals without a studbook, since the store would take gigabytes.
 const GeneticPedigree& largeRegistry() {
   static const auto pedigree = [] {
     constexpr animal_number ANIMALS = 10'000'000;

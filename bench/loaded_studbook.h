@@ -4,26 +4,26 @@
 
 namespace spx::bench {
 
-/// The path of a generated table of so many animals, written at the first call of the process and
+/// The path of a generated table of that many animals, written at the first call in the process and
 /// removed at its end. Exits when it cannot be written.
 /// @param kind  "herd", "registry" or "wild", see make_studbook; null for zoos
 std::string tableOf(long animals, const char* kind = nullptr);
 
-/// Makes the process-wide objects hold the checked studbook of that table with its pedigree, as the
-/// program loads it. Loads only when another size was held before, or after forgetStudbook.
+/// Loads the studbook of that table into the process-wide objects, checked and with its pedigree, the way the program
+/// does. Does nothing when it is already loaded and unchanged; see forgetStudbook().
 void holdStudbook(long animals, const char* kind = nullptr);
 
-/// The objects were changed: the next holdStudbook loads again.
+/// Declares that the objects were changed, so that the next holdStudbook() loads again.
 void forgetStudbook();
 
-/// Puts the index into one and the same random order.
+/// Shuffles the index, always into the same order.
 void shuffleIndex();
 
-/// Has the caches hold other things. A person runs an operation once on a studbook, which then lies
-/// in the memory, whatever its size; in a loop a small one would never leave the caches.
+/// Evicts the studbook from the processor caches. A person runs an operation once, on a studbook in
+/// main memory; repeated in a loop, a small one would never leave the caches.
 void coolCaches();
 
-/// While it lives, what the library writes to standard output goes nowhere.
+/// While it lives, what the library writes to standard output is discarded.
 class Quiet {
  public:
   Quiet();

@@ -47,7 +47,7 @@ constexpr std::string_view GROUPS[] = {"MULT2", "MULT3", "GROUP A", "HERD 1"};
 enum class population { zoos, herd, registry, wild };
 
 struct options {
-  std::string example;  ///< a directory: the example studbook instead
+  std::string example;  ///< a directory: write the example studbook there instead
   std::uint32_t animals = 0;
   population kind = population::zoos;
   std::uint64_t seed = 20240229;
@@ -55,13 +55,13 @@ struct options {
   std::string locations;
 };
 
-/// Twelve bytes an animal: all that later animals need to know of it.
+/// What later animals need to know about an animal, in twelve bytes.
 struct animal {
   std::int32_t birth;  ///< days after FIRST_DAY
   std::int32_t death;  ///< likewise; beyond STUDBOOK_DAYS for the living
   std::uint16_t deme;  ///< counted from 0; where it lives once it is grown
   bool male;
-  bool sexed;  ///< false: of unknown sex, and so nobody's parent
+  bool sexed;  ///< false: of unknown sex, and never a parent
 };
 
 /// One output file, written in large pieces.
@@ -190,7 +190,8 @@ class Generator {
     }
   }
 
-  /// The candidates from `first` to `last` (excluded) are of an age to be parents of one born that day.
+  /// The candidates from `first` up to, but not including, `last` are old and young enough to be
+  /// parents on the current day.
   struct window {
     std::vector<std::uint32_t> candidates;  ///< indexes of animals, in order of birth
     std::uint32_t first = 0;
@@ -215,7 +216,7 @@ class Generator {
     if (lot < 50) {
       return {parent::unknown};
     }
-    // Odd numbers for dams, even ones for sires: nobody is asked for in both roles.
+    // Odd numbers for dams, even ones for sires, so that no missing parent has both roles.
     if (lot < 70) {
       const std::uint32_t number = count_ + 1 + dice_.below(count_ / 50 + 2);
       return {parent::missing, number - number % 2 + (male ? 2 : 1)};
@@ -322,7 +323,7 @@ class Generator {
   std::optional<Table> events_;
   std::vector<animal> population_;
   window adults_;
-  window sires_;  ///< of a registry
+  window sires_;  ///< the few sires of a registry
 };
 
 bool writeLocations(Table table) {

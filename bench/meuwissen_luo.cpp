@@ -16,7 +16,7 @@ class SortedList {
   bool empty() const { return first_ == END; }
   animal_number youngest() const { return first_; }
 
-  /// Enters an ancestor of the youngest, unless it is there.
+  /// Enters an ancestor of the youngest animal, unless the list already has it.
   void add(animal_number ancestor) {
     animal_number at = first_;
     while (next_[at] != END && next_[at] > ancestor) at = next_[at];

@@ -46,9 +46,9 @@ long lines(const std::string& file, const std::string& text) {
   return count;
 }
 
-/// The work of tracing is what it writes: the counters give the candidates and the time for each of
-/// them. The number of candidates grows faster than the studbook, since all animals of a location
-/// come into question.
+/// The cost of tracing depends on what it writes: the counters give the number of candidates and
+/// the time for each. Candidates grow faster than the studbook, since all animals of a location can
+/// be parents.
 void TraceParentsPerCandidate(benchmark::State& state) {
   holdStudbook(state.range(0));
   const OutputDirectory output;

@@ -33,7 +33,7 @@ void measure(benchmark::State& state, Operation operation) {
   }
 }
 
-/// Measures a sort of the index out of a random order.
+/// Measures a sort of the index from a random order.
 void measureSort(benchmark::State& state, SORT_FIELD field) {
   holdStudbook(state.range(0));
   for ([[maybe_unused]] auto step : state) {
@@ -121,7 +121,7 @@ void SortStudbookId(benchmark::State& state) {
 }
 BENCHMARK(SortStudbookId)->Apply(allSizes);
 
-/// The pedigree comes in studbook-ID order, so each round sorts it anew: by birth, then by sire.
+/// The pedigree is built in studbook-ID order, so each round sorts it again: by birth, then by sire.
 void SortPedigree(benchmark::State& state) {
   measure(state, [] {
     Animals.sortPedigree(SORT_FIELD::BIRTH);

@@ -4,9 +4,9 @@
 #include "console/commands/command_line.h"
 
 int main(int argument_count, char** arguments) {
-  // A reader that has seen enough ends the program quietly, also when the parent ignores it.
+  // When the reader of a pipe stops reading, the program ends quietly, even if the parent process ignores SIGPIPE.
   std::signal(SIGPIPE, SIG_DFL);
-  // A file that grows beyond its limit is a failure with a reason, and not the end of the program.
+  // Exceeding the limit of file sizes is reported as a failure and does not kill the program.
   std::signal(SIGXFSZ, SIG_IGN);
   std::ios::sync_with_stdio(false);
   return spx::console::runCommandLine(argument_count, arguments);

@@ -1,5 +1,5 @@
-// Date texts, moments of any size and the texts of estimated dates. A line is a date text; its
-// number, if it begins with one, is a moment and a day too.
+// Date texts, moments of any size and the texts of estimated dates. A line is a date text; if it
+// begins with a number, that number is also used as a moment and as a day.
 #include "spx/core/estimated_dates.h"
 #include "spx/support/julian_date.h"
 #include "spx/support/number_text.h"
@@ -42,7 +42,7 @@ void tryMoment(julian_ms moment) {
   }
 }
 
-/// A written date says that there is one, and none is written without a day.
+/// Every moment from day 1 on gives a text, and so does every span of days.
 void tryEstimate(julian_ms moment, const std::string& line) {
   const auto accuracy = static_cast<DATE_ACCURACY>(line.size() % 9);
   for (const std::uint64_t range : {std::uint64_t{0}, std::uint64_t{29}, std::uint64_t{30}, moment}) {

@@ -11,7 +11,7 @@
 namespace spx::fuzz {
 namespace {
 
-constexpr int EXACT_LEVELS = 5;  ///< what a double holds whatever the blocks are
+constexpr int EXACT_LEVELS = 5;  ///< levels that a double holds exactly, whatever their values
 
 /// @return false for a text that raises one of the two conversion errors
 bool isRead(DemeID& deme, const std::string& text) {
@@ -52,7 +52,7 @@ void tryNumber(packed_deme number) {
   require(deme.getLevel() >= EXACT_LEVELS || isSubMember(parent.binary(), again), "a deme outside its parent");
 }
 
-/// Whether the text forms agree with a comparison of blocks that is written the other way round.
+/// Checks that isSubMember() of the text forms agrees with a separately written comparison of blocks.
 void tryWithin(const std::string& parent_text, const std::string& member_text) {
   DemeID parent;
   DemeID member;

@@ -15,7 +15,7 @@
 namespace spx::fuzz {
 namespace {
 
-/// Takes everything, so that what is written is formatted as for a terminal.
+/// Discards what is written, but only after it was formatted as for a terminal.
 class NullBuffer : public std::streambuf {
  protected:
   int_type overflow(int_type character) override { return traits_type::not_eof(character); }

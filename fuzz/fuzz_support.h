@@ -35,8 +35,9 @@ std::uint64_t wholeNumber(std::string_view text);
 /// The real at the start of the text, "nan" and "inf" too; 0 when there is none.
 double realNumber(std::string_view text);
 
-/// Prepares the process once and gives a directory of its own in memory, which ends with it. It is
-/// the home and the working directory from then on, listings go nowhere, and pauses do not wait.
+/// Prepares the process at the first call: creates a directory in memory, which is removed at the
+/// end of the process, and makes it the home and the working directory. From then on listings are
+/// discarded and pauses do not wait. @return the directory
 const std::string& ramDirectory();
 
 std::string contentOf(const std::string& path);

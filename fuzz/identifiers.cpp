@@ -1,5 +1,5 @@
-// Identifiers of pseudo individuals: the expressions and the matcher for long identifiers know the
-// same languages, and an identifier that only grows longer keeps its kind.
+// Identifiers of pseudo individuals: the regular expressions and the matcher for long identifiers
+// accept the same identifiers, and appending allowed characters does not change the kind.
 #include "spx/core/identifier_matcher.h"
 #include "spx/core/master_data.h"
 #include "spx/views/predicates.h"
@@ -12,7 +12,7 @@ namespace {
 struct identifier_question {
   bool (*asks)(const std::string& id);
   IDENTIFIER_KIND kind;
-  const char* longer;  ///< what may follow an identifier of the kind, again and again
+  const char* longer;  ///< what may be appended to an identifier of the kind any number of times
 };
 
 constexpr identifier_question QUESTIONS[] = {

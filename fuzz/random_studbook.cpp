@@ -47,7 +47,7 @@ class Parts {
 };
 
 void clearState() {
-  View = DataFilter();  // holds taxa
+  View = DataFilter();  // first, since the view holds taxa
   Animals.clearStudbook();
   Animals.records.shrink_to_fit();
   MetaPop = MetaPopulation();
@@ -83,9 +83,9 @@ void addDeme(const Parts& parts) {
   try {
     MetaPop.addMember(parts.text(1), parts.text(2));
   } catch (const std::invalid_argument&) {
-    // No identifier.
+    // The text is not a number.
   } catch (const std::out_of_range&) {
-    // Nor this.
+    // A number is out of range.
   }
 }
 

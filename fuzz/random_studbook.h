@@ -17,7 +17,7 @@
 /// death event, death accuracy, birth range, origin, inbreeding, generation; those left out are 0.
 namespace spx::fuzz {
 
-/// Empties all process-wide state and fills it anew, through the calls that a host makes.
+/// Empties all process-wide state and fills it again, through the calls that a host makes.
 void makeStudbook(std::string_view text);
 
 /// The steps of a host from validation to the flags of the breeders.

@@ -26,12 +26,13 @@ bool isPermutation(std::vector<position> positions) {
   return true;
 }
 
-/// Every record of the index once. Records that the pedigree adds are not in it.
+/// Requires that the index holds each of the first `size` records once; records that building the
+/// pedigree adds are not in it.
 void requireWholeIndex(std::size_t size) {
   require(Animals.index.size() == size && isPermutation(Animals.index), "no permutation");
 }
 
-/// Every entry's animal once, and records as parents.
+/// Requires that every animal of the index has exactly one entry, and that parents are records.
 void requireWholePedigree() {
   std::vector<position> animals;
   for (const pedigree_record& entry : Animals.pedigree) {
@@ -86,7 +87,7 @@ void checkSorting() {
   require(std::is_sorted(Animals.index.begin(), Animals.index.end(), by_birth), "no birth order");
 }
 
-/// Whether every parent stands before its offspring in birth order, so that one walk finds all
+/// Whether every parent comes before its offspring in birth order, so that one walk finds all
 /// ancestors.
 bool isOrdered(const std::vector<pedigree_record>& pedigree) {
   std::vector<std::size_t> place(Animals.records.size(), 0);

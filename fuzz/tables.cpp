@@ -1,5 +1,5 @@
 // The tables of a studbook. An input holds the animals, events, locations and programmes, separated
-// by lines "%%"; its lines are the cells of a table written and read back, too.
+// by lines "%%"; its lines are also used as the cells of a table that is written and read back.
 #include "spx/core/animal_data.h"
 #include "spx/core/meta_population.h"
 
@@ -48,7 +48,7 @@ std::size_t countRows(const std::string& file) {
   return rows;
 }
 
-/// Every row is an animal, with an ID of its own or another's, that lives in a known deme.
+/// Checks that every row has become an animal, with an ID of its own or a duplicate one, in a known deme.
 void checkStudbook(const studbook_files& files) {
   std::size_t animals = 0;
   for (const master_data& animal : Animals.records) {

@@ -1,5 +1,5 @@
 // Tokens, trimmed texts, numbers in texts and file names. The first line holds the delimiters, the
-// second one is cut, the third one names a file.
+// second is the text to split, the third is a file name.
 #include "spx/support/tokenizer.h"
 
 #include <stdexcept>
@@ -14,7 +14,7 @@ namespace {
 
 using qs_lib::Tokenizer;
 
-/// The tokens and what cut them, joined, are the text.
+/// Joining the tokens and the delimiters between them gives the text.
 void tryTokens(const std::string& text, const std::string& delimiters) {
   const Tokenizer tokens(text, delimiters);
   std::string joined;

@@ -1,5 +1,5 @@
-// View files and deme files. Loading may return or raise one of the two conversion errors; a view
-// that was loaded is one that can be listed, saved and loaded again.
+// View files and deme files. Loading may return or raise one of the two conversion errors; a loaded
+// view can be listed, saved and loaded again.
 #include <stdexcept>
 
 #include "spx/core/meta_population.h"
@@ -16,7 +16,7 @@ std::string pathOf(const std::string& name) {
   return ramDirectory() + "/" + name;
 }
 
-/// Demes without a top level: only these can be told in a view file.
+/// Demes whose first levels are 0: only their numbers fit into the 32 bits that a view file restores.
 void makeDemes() {
   MetaPop.addLevel("Country");
   MetaPop.addLevel("Site");

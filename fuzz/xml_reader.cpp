@@ -33,7 +33,7 @@ struct decoded_character {
   std::size_t size = 0;  ///< in bytes; 0 when the text does not begin with UTF-8
 };
 
-/// Tries every length: the right one is that which encodes to the same bytes again.
+/// Decodes the first character. Tries every length; the right one is the one that encodes to the same bytes again.
 decoded_character decoded(std::string_view text) {
   for (std::size_t size = 1; size <= 4 && size <= text.size(); ++size) {
     std::uint32_t code = static_cast<unsigned char>(text[0]);

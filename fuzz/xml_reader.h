@@ -16,12 +16,12 @@ struct xml_element {
 };
 
 /// Reads a document in UTF-8 and gives its root. Line breaks are made line feeds in texts and
-/// blanks in attributes, as the language demands of every reader. Whatever is not well-formed ends
-/// the process.
+/// blanks in attributes, as XML demands of every reader. Input that is not well-formed ends the
+/// process.
 xml_element readXml(std::string_view document);
 
-/// What is left of a text in XML: bytes that are not UTF-8 are Latin-1, characters that the language
-/// forbids are dropped.
+/// The text as XML content can hold it: bytes that are not UTF-8 are read as Latin-1, and characters
+/// that XML forbids are dropped.
 std::string xmlCharacters(std::string_view text);
 
 }  // namespace spx::fuzz

@@ -5,8 +5,8 @@
 
 namespace spx::console {
 
-/// Appends a text as a cell of a table separated by commas: in quotes only where it has to be, which is where it
-/// holds a comma, a quote, a line break or one of the other characters, or begins or ends with a blank.
+/// Appends a text as a cell of a comma-separated table. It is quoted only when it contains a comma, a quote, a
+/// line break or one of the characters in `others`, or begins or ends with a blank.
 void appendCsvCell(std::string& line, std::string_view text, std::string_view others = "\t");
 
 }  // namespace spx::console

@@ -16,8 +16,8 @@ bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<unsigned char>(letter) < 0x80; });
 }
 
-/// Decodes the first character of a text that is not empty.
-/// @param size  set to its number of bytes; to 1 for a byte that begins no character
+/// Decodes the first character of a text, which must not be empty.
+/// @param size  set to its number of bytes; 1 for a byte that cannot begin a character
 std::uint32_t firstCharacter(std::string_view text, std::size_t& size) {
   constexpr std::uint32_t SMALLEST[] = {0, 0, 0x80, 0x800, 0x10000};
   const auto byte = [&text](std::size_t at) { return static_cast<unsigned char>(text[at]); };
@@ -77,7 +77,8 @@ std::string writtenOut(std::uint32_t character) {
   }
 }
 
-/// The character widths of the C library, which knows them in a UTF-8 locale alone. The process's own locale stays.
+/// The width of a character according to the C library, which needs a UTF-8 locale for it. The locale of the
+/// process does not change.
 int widthOf(std::uint32_t character) {
   static const locale_t utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", static_cast<locale_t>(nullptr));
   if (utf8 == static_cast<locale_t>(nullptr)) {

@@ -4,12 +4,12 @@
 
 namespace spx::console {
 
-/// An operation that cannot be done. The text says what and where.
+/// Thrown when an operation fails. The text says what went wrong and where.
 class Failure : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A command line that cannot be obeyed. The text says which word is wrong and what would do.
+/// Thrown for a wrong command line. The text says which word is wrong and what is accepted.
 class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };

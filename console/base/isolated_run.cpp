@@ -78,7 +78,7 @@ void setLimits(const run_limits& limits, std::size_t memory_now) {
   limit(RLIMIT_CORE, 0);
 }
 
-/// The libraries that read the input may have something to say, but not to the user.
+/// Discards the messages of the libraries that read the input; they are not meant for the user.
 void silence() {
   const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
   ::dup2(nowhere, STDOUT_FILENO);
@@ -99,7 +99,7 @@ void silence() {
   } catch (const std::bad_alloc&) {
     ::_exit(1);
   } catch (const std::exception& error) {
-    // What was written so far is of no use: the reason alone counts, after the mark.
+    // The output so far is useless; only the reason counts, which follows the mark.
     writeAll(output, {&FAILED, 1});
     writeAll(output, error.what());
     writeAll(output, {&FAILED, 1});
@@ -109,7 +109,7 @@ void silence() {
   ::_exit(0);
 }
 
-/// Everything that comes, or nothing when it is too much.
+/// Reads to the end; empty when that is more than `most` bytes, or on an error.
 std::string readAll(int file, std::size_t most) {
   std::string all;
   std::string part(std::size_t{1} << 16, '\0');
@@ -128,7 +128,7 @@ std::string readAll(int file, std::size_t most) {
   }
 }
 
-/// Whether the child ended by itself.
+/// Waits for the child. @return whether it ended normally, with exit code 0
 bool waitFor(pid_t child) {
   int status = 0;
   while (::waitpid(child, &status, 0) < 0) {
@@ -159,7 +159,7 @@ std::string runIsolated(const run_limits& limits,
   }
   writer.close();
   std::string output = readAll(reader.number(), limits.output);
-  reader.close();  // a child that still writes ends
+  reader.close();  // a child that is still writing gets SIGPIPE
   const bool ended = waitFor(child);
   if (!ended || output.empty()) {
     throw Failure(DAMAGED);

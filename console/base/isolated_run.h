@@ -7,16 +7,16 @@
 
 namespace spx::console {
 
-/// What a function that runs apart may use.
+/// The limits of a function that runs in a separate process.
 struct run_limits {
   std::size_t memory;   ///< bytes beyond what this process has now
-  std::size_t seconds;  ///< of the processor
+  std::size_t seconds;  ///< of processor time
   std::size_t output;   ///< bytes
 };
 
-/// Runs a function in a process of its own, so that input which crashes it, or which it would never
-/// be done with, cannot harm this one. Of the function's effects only its output comes back.
-/// @param work  gets a function that takes the output in parts; what it throws ends the run
+/// Runs a function in a separate process, so that input on which it crashes or never ends cannot
+/// harm this process. The function has no effect on this process except for its output.
+/// @param work  receives a function that accepts the output in parts; an exception ends the run
 /// @return the whole output
 /// Throws Failure with the text of what was thrown, or "is damaged, or too large to be read" when
 /// the function crashed or went beyond a limit.

@@ -5,10 +5,10 @@
 namespace spx::console {
 namespace {
 
-// A command line holds no longer words that were meant for one of the program's own.
+// Longer words cannot have been meant for a word of the program; this also bounds the cost.
 constexpr std::size_t LONGEST_WORD = 64;
 
-/// One slip, and two in longer words: of a short word two leave nothing.
+/// How many slips are allowed: one, or two in words of at least six characters.
 std::size_t mostSlips(const std::string& typed) {
   return std::clamp<std::size_t>(typed.size() / 3, 1, 2);
 }

@@ -7,12 +7,12 @@
 
 namespace spx::console {
 
-/// How many letters have to be put in, left out or replaced, or neighbours exchanged, to make one
-/// word of the other.
+/// The number of letters to insert, delete or replace, or of neighbours to exchange, that turns one
+/// word into the other. Costs the product of the lengths.
 std::size_t wordDistance(std::string_view a, std::string_view b);
 
-/// `; did you mean "WORD"?` with the word that was probably meant, the first of several as near;
-/// empty when none is near enough.
+/// `; did you mean "WORD"?` with the word that was probably meant, the first of those that are
+/// equally near; empty when none is near enough.
 std::string suggestion(const std::string& typed, const std::vector<std::string>& words);
 
 }  // namespace spx::console

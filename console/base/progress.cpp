@@ -43,7 +43,7 @@ Progress::Progress(std::string what) {
   if (::isatty(STDERR_FILENO) != 1) {
     return;
   }
-  // Signals are for the threads that wait for them.
+  // Blocks all signals, so that other threads receive them.
   sigset_t all;
   sigset_t former;
   sigfillset(&all);
@@ -51,7 +51,7 @@ Progress::Progress(std::string what) {
   try {
     thread_ = std::jthread([what = std::move(what)](const std::stop_token& stop) { showUntilStopped(stop, what); });
   } catch (const std::system_error&) {
-    thread_ = {};  // the work is done without it
+    thread_ = {};  // no thread can be started: no progress is shown
   }
   pthread_sigmask(SIG_SETMASK, &former, nullptr);
 }

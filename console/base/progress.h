@@ -5,8 +5,8 @@
 
 namespace spx::console {
 
-/// Says on standard error what takes long: a line that appears after a second, counts the seconds, and is gone when
-/// this object is. Shows nothing where standard error is not a terminal.
+/// Shows on standard error that something takes long: a line that appears after a second, counts the seconds, and
+/// is erased when this object is destroyed. Shows nothing where standard error is not a terminal.
 class Progress {
  public:
   /// @param what  such as "Loading the studbook"

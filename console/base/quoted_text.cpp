@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t LONGEST_TEXT = 60;  // terminal columns
 constexpr std::size_t NAMES_SHOWN = 10;
 
-/// What can be shown of a text at most: a cell may hold megabytes. No UTF-8 character is torn apart.
+/// The part of a text that can be shown at most, since a cell may hold megabytes. UTF-8 characters are not split.
 std::string_view beginning(std::string_view text) {
   std::size_t size = std::min(text.size(), 8 * LONGEST_TEXT);
   while (size > 0 && size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U) {

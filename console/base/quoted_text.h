@@ -12,7 +12,7 @@ std::string shownText(std::string_view text);
 /// The same in quotes.
 std::string quotedText(std::string_view text);
 
-/// Names as a note lists them: "A, B, C". Of more than ten the first, and "and N more".
+/// Names in a list for messages: "A, B, C". More than ten are shortened to the first ones "and N more".
 std::string nameList(const std::vector<std::string>& names);
 
 }  // namespace spx::console

@@ -12,7 +12,7 @@ namespace spx::console {
 void makeUserDirectories() {
   const char* home = std::getenv("HOME");
   if (home == nullptr || *home == '\0') {
-    std::cerr << "spx: HOME is not set, so there is no place for ~/spx/projects\n";
+    std::cerr << "spx: HOME is not set, so ~/spx/projects cannot be used\n";
     return;
   }
   for (const char* directory : {"~/spx", "~/spx/projects", "~/spx/studbooks"}) {

@@ -9,7 +9,7 @@ namespace spx::console {
 /// Equal in any letter case, with blank, "-" and "_" as the same character.
 bool isSameWord(std::string_view a, std::string_view b);
 
-/// A word as it is typed: lower case, "-" for blanks and "_".
+/// A word in the form in which it is typed: lower case, "-" for blanks and "_".
 std::string typedWord(std::string_view text);
 
 /// Words joined for messages and help texts.

@@ -55,7 +55,7 @@ class Relatives {
   const std::vector<position>& offspring(position at) const { return offspring_[at]; }
 
  private:
-  /// Placeholders that stand for many animals are not one symbol.
+  /// The record of a parent; NONE for placeholders that stand for many animals, which must not become one symbol.
   position parent(const std::string& id) const {
     return isPseudoIndividual(id) && !isPseudoFounder(id) ? NONE : find(id);
   }
@@ -85,7 +85,7 @@ class Selection {
     }
   }
 
-  /// With the mates, so that every offspring drawn has both its parents.
+  /// Adds the descendants with their other parents, so that every drawn offspring has both parents.
   void addDescendants(position animal, std::size_t generations) {
     std::vector<position> row = {animal};
     for (std::size_t generation = 0; generation < generations && !row.empty(); ++generation) {

@@ -7,7 +7,7 @@
 
 namespace spx::console {
 
-/// What the symbols of a pedigree are filled by.
+/// What the fill colour of a pedigree's symbols shows.
 enum class PEDIGREE_FILL { INBREEDING, NOTHING };
 
 /// Which relatives of an animal are drawn, in generations.
@@ -17,10 +17,9 @@ struct pedigree_extent {
   PEDIGREE_FILL fill = PEDIGREE_FILL::INBREEDING;
 };
 
-/// The ancestors and descendants of an animal of the store, each once, found by the parents alone. Wild mates that the
-/// records only imply are drawn; unknown parents are not.
-/// Throws Failure when there is no such animal, and when there are more relatives than can be read.
-/// Linear in the records.
+/// The ancestors and descendants of an animal of the store, each once; only the parents count, not dates. Wild mates
+/// without a record of their own are drawn; unknown parents are not. Throws Failure when there is no such animal, and
+/// when a drawing of so many relatives would be unreadable. Linear in the records.
 pedigree_drawing animalPedigree(const std::string& id, const pedigree_extent& extent);
 
 }  // namespace spx::console

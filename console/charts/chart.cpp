@@ -24,7 +24,7 @@ const char* colourOf(const chart_series& series, std::size_t place) {
   return PALETTE[index % std::size(PALETTE)];
 }
 
-/// A text in gnuplot's single quotes, in which nothing but the quote itself has a meaning.
+/// A text in gnuplot's single quotes, within which only the quote itself is special.
 std::string quoted(const std::string& text) {
   std::string out = "'";
   for (const char character : visibleText(text)) {
@@ -40,7 +40,7 @@ std::string number(double value) {
   return std::isfinite(value) ? shortestReal(value) : "NaN";
 }
 
-/// The data of a script are rows of numbers under a name.
+/// A named block of data in a gnuplot script: rows of numbers.
 class DataBlock {
  public:
   explicit DataBlock(std::size_t place) : name_("$d" + std::to_string(place)) {}
@@ -59,7 +59,7 @@ class DataBlock {
   std::string rows_;
 };
 
-/// Stacked bars begin where the bars of the series before end.
+/// Adds the bars of a series on top of the previous ones; `tops` holds where they end.
 void stackBars(const chart_series& series, std::vector<double>& tops, DataBlock& data) {
   tops.resize(std::max(tops.size(), series.y.size()), 0);
   for (std::size_t i = 0; i < series.y.size(); ++i) {
@@ -117,7 +117,7 @@ std::string style(const chart_series& series, std::size_t place) {
   }
 }
 
-/// The names of an axis; where there are too many for their room every so-manieth stands there.
+/// The names along an axis; when there are too many, only every n-th is shown.
 std::string nameTics(const char* axis, const std::vector<std::string>& names, std::size_t most) {
   if (names.empty()) {
     return "";
@@ -131,7 +131,7 @@ std::string nameTics(const char* axis, const std::vector<std::string>& names, st
          "range [-0.6:" + number(static_cast<double>(names.size()) - 0.4) + "]\n";
 }
 
-/// The name of each group beside its middle row, and lines where groups meet.
+/// The name of each group next to its middle row, and lines between groups.
 std::string groupTics(const std::vector<std::string>& groups) {
   std::string tics;
   std::string lines;
@@ -193,7 +193,7 @@ std::string axes(const chart& drawing) {
   out += nameTics("x", drawing.x_names, MOST_TIC_NAMES);
   out += nameTics("y", drawing.y_names, std::max<std::size_t>(1, static_cast<std::size_t>(drawing.height / 18)));
   if (drawing.absolute_x) {
-    // A format of two parts would be simpler, but gnuplot has one; so the tics are named by their size.
+    // gnuplot has no number format for absolute values, so every tic is labelled with its absolute value.
     double widest = 1;
     for (const chart_series& series : drawing.series) {
       for (std::size_t i = 0; i < series.x_end.size(); ++i) {
@@ -239,7 +239,7 @@ std::string drawChart(const chart& drawing) {
 
 std::string drawHeatMap(const heat_map& drawing) {
   const auto count = static_cast<int>(drawing.names.size());
-  const int side = drawing.groups.empty() ? 480 : 330;  // the names of groups take room beside the square
+  const int side = drawing.groups.empty() ? 480 : 330;  // the names of groups need space next to the square
   const int cell = std::clamp(side / std::max(count, 1), 2, 26);
   constexpr int PIXELS_OF_LETTER = 8;
   std::size_t longest = 0;

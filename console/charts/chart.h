@@ -25,20 +25,20 @@ struct chart_series {
   std::vector<double> y = {};
   std::vector<double> x_end = {};  ///< of SIDE_BARS
   std::vector<double> y_end = {};  ///< of the bands
-  int colour = -1;                 ///< a place in the palette; -1: the place of the series among the others
+  int colour = -1;                 ///< index in the palette; -1: the index of the series in the chart
 };
 
 /// A chart in words and numbers. Texts may hold anything.
 struct chart {
   std::string title;                      ///< what is shown
-  std::string subtitle;                   ///< whose, and of which days
-  std::string description;                ///< what it says, for those who cannot see it
+  std::string subtitle;                   ///< which animals, and which period
+  std::string description;                ///< what it shows, for those who cannot see it
   std::string x_label;                    ///< with the unit
   std::string y_label;                    ///< likewise
   std::vector<std::string> x_names = {};  ///< categories at x = 0, 1, ...; empty: a scale of numbers
   std::vector<std::string> y_names = {};  ///< categories at y = 0, 1, ...; likewise
   std::vector<chart_series> series = {};  ///< drawn in this order
-  double y_from = 0;                      ///< where the scale begins
+  double y_from = 0;                      ///< where the vertical scale begins
   double y_to = 0;                        ///< where it ends; 0: as the values need
   bool absolute_x = false;                ///< shows -3 as 3, as the left half of a pyramid needs it
   int height = 420;                       ///< in pixels; the width is 620
@@ -55,8 +55,8 @@ struct heat_map {
   std::vector<std::vector<double>> values;  ///< names.size() rows of as many values; NaN leaves a cell white
 };
 
-/// The chart as an SVG picture with a title and a description for screen readers; its text is text.
-/// Throws Failure when gnuplot is missing or fails.
+/// The chart as an SVG picture with a title and a description for screen readers; texts stay texts
+/// and are not drawn as outlines. Throws Failure when gnuplot is missing or fails.
 std::string drawChart(const chart& drawing);
 
 /// The heat map likewise: one rectangle for each value.

@@ -22,7 +22,7 @@ namespace {
 
 using file_handle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
-/// A file without a name, which is gone with its handle.
+/// A temporary file without a name, deleted when its handle is closed.
 file_handle scratchFile() {
   file_handle file(std::tmpfile(), &std::fclose);
   if (!file) {
@@ -42,14 +42,14 @@ std::string contents(std::FILE* file) {
   return text;
 }
 
-/// Files in place of pipes: no program can wait for the other's pipe to be emptied.
+/// Files instead of pipes, so that the two processes cannot block each other on a full pipe.
 struct tool_streams {
   file_handle input = scratchFile();
   file_handle output = scratchFile();
   file_handle error = scratchFile();
 };
 
-/// @return the errno of the start
+/// Starts the tool. @return 0, or the error number when it could not be started
 int start(const drawing_tool& tool, const std::vector<std::string>& arguments, const tool_streams& streams,
           pid_t& child) {
   std::vector<char*> words;
@@ -96,7 +96,7 @@ std::string runTool(const drawing_tool& tool, const std::vector<std::string>& ar
   const int error = start(tool, arguments, streams, child);
   if (error == ENOENT) {
     throw Failure("this picture needs the program " + std::string(tool.program) +
-                  "; install the package that holds it: apt install " + tool.package);
+                  "; install the package that contains it: apt install " + tool.package);
   }
   if (error != 0) {
     throw Failure("cannot start " + std::string(tool.program) + ": " + std::strerror(error));
@@ -120,7 +120,7 @@ IMAGE_FORMAT imageFormat(const std::string& name, bool has_dot) {
 
 namespace {
 
-/// Twice the size, for printing; less where the picture would pass the most pixels that a PNG may have on a side.
+/// The zoom for a PNG: 2, for printing; less when a side would exceed the maximum number of pixels of a PNG.
 std::string pngZoom(const std::string& svg) {
   constexpr double MOST_PIXELS = 32000;
   constexpr double PIXELS_PER_POINT = 4.0 / 3;

@@ -88,10 +88,10 @@ heat_map kinshipMap(const GeneticBasis& basis, KINSHIP_ORDER order) {
   const square values = kinships(basis, animals);
   const std::vector<std::size_t> places =
       order == KINSHIP_ORDER::LOCATION ? orderedByLocation(basis, animals) : orderedByLikeness(values);
-  heat_map map{.title = "Kinship of the living",
+  heat_map map{.title = "Kinship of the living animals",
                .subtitle = "",
                .description =
-                   "A square for each two animals, darker for a higher kinship; on the diagonal an animal "
+                   "A square for each pair of animals, darker for a higher kinship; on the diagonal an animal "
                    "with itself.",
                .scale_label = "kinship",
                .names = {},

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t NONE = drawn_animal::NONE;
 
-/// A text in Graphviz's double quotes, in lines that end with the mark: "\\n" centres them, "\\l" sets them to the
+/// A text in Graphviz's double quotes. Each line ends with `line_end`: "\\n" centres it, "\\l" aligns it to the
 /// left.
 std::string quoted(const std::vector<std::string>& lines, const char* line_end = "\\n") {
   std::string out = "\"";
@@ -57,7 +57,8 @@ std::vector<std::size_t> generations(const std::vector<drawn_animal>& animals) {
     }
   }
   if (ready.size() < animals.size()) {
-    throw Failure("an animal of this pedigree is its own ancestor, so it cannot be drawn; spx check names the cycle");
+    throw Failure(
+        "an animal of this pedigree is its own ancestor, so the pedigree cannot be drawn; spx check names the cycle");
   }
   return generation;
 }
@@ -107,7 +108,7 @@ std::string edge(const std::string& from, const std::string& to, bool doubled) {
   return from + " -> " + to + (doubled ? " [color=\"#555555:invis:#555555\"];\n" : ";\n");
 }
 
-/// The two parents meet in a dot, from which their offspring descend.
+/// Joins the two parents at a dot, from which their offspring descend.
 std::string matings(const std::vector<drawn_animal>& animals) {
   std::map<std::pair<std::size_t, std::size_t>, std::vector<std::size_t>> litters;
   for (std::size_t i = 0; i < animals.size(); ++i) {
@@ -133,7 +134,7 @@ std::string matings(const std::vector<drawn_animal>& animals) {
   return out;
 }
 
-/// The number behind a name such as `cx="`; found is false where the element lacks it.
+/// The number after a name such as `cx="` in an element; 0 when the element lacks it.
 double attribute(const std::string& element, const std::string& name) {
   const std::size_t at = element.find(name);
   return at == std::string::npos ? 0 : std::strtod(element.c_str() + at + name.size(), nullptr);

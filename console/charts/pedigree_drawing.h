@@ -15,15 +15,15 @@ struct drawn_animal {
 
   std::vector<std::string> lines;  ///< written in the symbol, any texts; the first is the ID
   SEX sex = SEX::UNKNOWN;
-  bool dead = false;                                        ///< crossed by a slash
-  bool marked = false;                                      ///< the animal asked for: a thicker outline
+  bool dead = false;                                        ///< crossed out by a slash
+  bool marked = false;                                      ///< the animal whose pedigree it is: a thicker outline
   bool inbred = false;                                      ///< its parents are related: a double line joins them
-  double shade = std::numeric_limits<double>::quiet_NaN();  ///< 0 white to 1 dark; NaN white
+  double shade = std::numeric_limits<double>::quiet_NaN();  ///< from 0 (white) to 1 (dark); NaN: white
   std::size_t sire = NONE;                                  ///< a place among the animals
   std::size_t dam = NONE;                                   ///< likewise
 };
 
-/// A pedigree to draw: each animal once, in any order. The parents of an animal stand above it, so that a cycle cannot
+/// A pedigree to draw: each animal once, in any order. The parents of an animal are drawn above it, so a cycle cannot
 /// be drawn.
 struct pedigree_drawing {
   std::string title;
@@ -36,7 +36,7 @@ struct pedigree_drawing {
 /// Throws Failure when an animal is its own ancestor.
 std::string pedigreeDot(const pedigree_drawing& drawing);
 
-/// The drawing as an SVG picture; its texts are text. Throws Failure likewise, and when Graphviz is missing or fails.
+/// The drawing as an SVG picture; its texts stay texts. Throws Failure likewise, and when Graphviz is missing or fails.
 std::string drawPedigree(const pedigree_drawing& drawing);
 
 }  // namespace spx::console

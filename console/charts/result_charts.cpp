@@ -20,7 +20,7 @@ std::string shortNumber(double value) {
   return shortestReal(std::round(value * 100) / 100);
 }
 
-/// "from 3 (1990) to 40 (2024)": what a series does, in words.
+/// A series in words: "from 3 (1990) to 40 (2024)".
 std::string course(const std::vector<double>& values, const std::vector<std::string>& names) {
   return values.empty() ? "no values"
                         : "from " + shortNumber(values.front()) + " (" + names.front() + ") to " +
@@ -40,7 +40,7 @@ chart censusChart(const Table& census, const std::string& subtitle) {
   if (std::all_of(totals.begin(), totals.end(), [](double total) { return total == 0; })) {
     throw Failure("no animals are present on any census day: there is nothing to draw");
   }
-  out.description = "The number of animals goes " + course(totals, out.x_names) + ".";
+  out.description = "The number of animals changes " + course(totals, out.x_names) + ".";
   out.series = {
       {.name = "males", .marks = MARKS::STACKED_BARS, .y = numbersOf(census, "males"), .colour = MALE},
       {.name = "females", .marks = MARKS::STACKED_BARS, .y = numbersOf(census, "females"), .colour = FEMALE},
@@ -51,14 +51,14 @@ chart censusChart(const Table& census, const std::string& subtitle) {
 chart pyramidChart(const Table& pyramid, const std::string& subtitle, const std::string& unit) {
   chart out{.title = "Age pyramid",
             .subtitle = subtitle,
-            .description = "Males to the left, females to the right, the oldest on top.",
+            .description = "Males on the left, females on the right, the oldest at the top.",
             .x_label = "animals",
             .y_label = "age (" + unit + ")"};
   std::vector<double> ages = numbersOf(pyramid, "age");
   std::vector<double> males = numbersOf(pyramid, "males");
   std::vector<double> females = numbersOf(pyramid, "females");
   std::vector<double> unknown = numbersOf(pyramid, "unknown");
-  // The classes up to the oldest animal; the row without an age is not an age.
+  // The number of classes up to the oldest animal; the row without an age is not counted.
   std::size_t rows = 0;
   for (std::size_t i = 0; i < ages.size(); ++i) {
     if (!std::isnan(ages[i]) && males[i] + females[i] + unknown[i] > 0) {
@@ -91,7 +91,7 @@ chart pyramidChart(const Table& pyramid, const std::string& subtitle, const std:
 chart survivalChart(const Table& survival, const std::string& subtitle, const std::string& unit) {
   chart out{.title = "Survival",
             .subtitle = subtitle,
-            .description = "The share of the animals that reaches each age; bands are intervals of 95 %.",
+            .description = "The share of the animals that reaches each age; bands are 95 % intervals.",
             .x_label = "age (" + unit + ")",
             .y_label = "share that is alive"};
   const std::vector<std::string> groups = textsOf(survival, "group");
@@ -151,9 +151,9 @@ chart birthsChart(const Table& reproduction, const std::string& subtitle) {
 }
 
 chart projectionChart(const Table& projection, const std::string& subtitle) {
-  chart out{.title = "Numbers to expect",
+  chart out{.title = "Expected numbers",
             .subtitle = subtitle,
-            .description = "If births and deaths stay as they are. The band holds 95 % of the runs with chance.",
+            .description = "Assumes that births and deaths stay as they are. The band holds 95 % of the random runs.",
             .x_label = "years from now",
             .y_label = "animals"};
   const std::vector<double> years = numbersOf(projection, "year");
@@ -200,7 +200,7 @@ chart foundersChart(const Table& founders, const std::string& subtitle, std::siz
   }
   out.series = {contribution, retention};
   out.description = std::to_string(names.size()) + " founders" +
-                    (shown < names.size() ? ", of whom the " + std::to_string(shown) + " largest are shown" : "") + ".";
+                    (shown < names.size() ? "; the " + std::to_string(shown) + " largest are shown" : "") + ".";
   out.height = 150 + 18 * static_cast<int>(std::max<std::size_t>(shown, 6));
   return out;
 }
@@ -213,21 +213,21 @@ chart inbreedingChart(const Table& by_year, const std::string& subtitle) {
             .y_label = "mean inbreeding coefficient F"};
   const std::vector<double> years = numbersOf(by_year, "year");
   const std::vector<double> values = numbersOf(by_year, "mean_f");
-  out.description = "Mean inbreeding goes " + course(values, textsOf(by_year, "year")) + ".";
+  out.description = "Mean inbreeding changes " + course(values, textsOf(by_year, "year")) + ".";
   out.series = {{.name = "", .marks = MARKS::LINE, .x = years, .y = values},
                 {.name = "", .marks = MARKS::POINTS, .x = years, .y = values, .colour = 0}};
   return out;
 }
 
 chart diversityChart(const Table& by_year, const std::string& subtitle) {
-  chart out{.title = "Gene diversity through the years",
+  chart out{.title = "Gene diversity over the years",
             .subtitle = subtitle,
             .description = "",
             .x_label = "year (31 December)",
             .y_label = "gene diversity of the living"};
   const std::vector<double> years = numbersOf(by_year, "year");
   const std::vector<double> values = numbersOf(by_year, "gene_diversity");
-  out.description = "Gene diversity goes " + course(values, textsOf(by_year, "year")) + ".";
+  out.description = "Gene diversity changes " + course(values, textsOf(by_year, "year")) + ".";
   out.series = {{.name = "", .marks = MARKS::LINE, .x = years, .y = values}};
   double least = 1;
   for (const double value : values) {

@@ -7,7 +7,7 @@
 
 /// The results of commands as charts: each takes the table for scripts of its command, so that a chart and its command
 /// cannot differ.
-/// @param subtitle  whose figures they are, and of which days
+/// @param subtitle  which animals the figures are about, and which period
 namespace spx::console {
 
 /// Animals by sex at each census, stacked.
@@ -23,7 +23,7 @@ chart survivalChart(const Table& survival, const std::string& subtitle, const st
 /// Births by month.
 chart birthsChart(const Table& reproduction, const std::string& subtitle);
 
-/// The numbers to expect: median, interval, and the numbers without chance.
+/// The expected numbers: median and interval of the runs, and the numbers without chance.
 chart projectionChart(const Table& projection, const std::string& subtitle);
 
 /// What each founder contributes and retains, the largest contribution on top.
@@ -33,7 +33,7 @@ chart foundersChart(const Table& founders, const std::string& subtitle, std::siz
 /// Mean inbreeding by year of birth.
 chart inbreedingChart(const Table& by_year, const std::string& subtitle);
 
-/// Gene diversity of the living through the years.
+/// Gene diversity of the living by year.
 chart diversityChart(const Table& by_year, const std::string& subtitle);
 
 }  // namespace spx::console

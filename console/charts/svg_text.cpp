@@ -16,7 +16,8 @@ std::string escaped(const std::string& text) {
   return out;
 }
 
-/// Removes the elements of that name with their content: what tools name their parts says nothing to a reader.
+/// Removes the elements of that name with their content: the titles that tools give to parts of a picture mean
+/// nothing to a reader.
 std::string withoutElements(const std::string& svg, const std::string& name) {
   const std::string begin_tag = "<" + name + ">";
   const std::string end_tag = "</" + name + ">";

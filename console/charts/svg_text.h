@@ -5,10 +5,10 @@
 namespace spx::console {
 
 /// The text of a picture with a title and a description for screen readers in place of those of the tool that drew it,
-/// and without what stands before the `svg` element.
+/// and without anything before the `svg` element.
 std::string describedSvg(std::string svg, const std::string& title, const std::string& description);
 
-/// A number as short as it reads back the same.
+/// The shortest text that is read back as the same number.
 std::string shortestReal(double value);
 
 }  // namespace spx::console

@@ -10,7 +10,7 @@ namespace spx::console {
 /// The numbers of a column, row by row; NaN for a missing value. The table needs to have the column.
 std::vector<double> numbersOf(const Table& table, const std::string& column);
 
-/// The same as people see them.
+/// The cells of a column as people see them.
 std::vector<std::string> textsOf(const Table& table, const std::string& column);
 
 /// The year of each date of a column; "?" for a missing one.

@@ -43,7 +43,7 @@ enum class CHECK : std::uint8_t {
   COUNT  ///< the number of rules
 };
 
-/// What people and scripts are told of a rule.
+/// The description of a rule for people and scripts.
 struct check_code {
   CHECK check;
   const char* code;  ///< for scripts and options; never changes

@@ -7,11 +7,11 @@
 
 namespace spx::console {
 
-/// Everything that is wrong with a studbook, or may be: errors first, then warnings and notes, each rule's findings in
-/// the order of the records. Changes nothing, so it can be asked before and after a change (addedFindings). What
-/// cannot be decided for want of exact dates is counted in a single note.
+/// Everything that is wrong, or may be wrong, with a studbook: errors first, then warnings and notes, each rule's
+/// findings in the order of the records. Changes nothing, so the results before and after a change can be compared
+/// (addedFindings). Cases that cannot be decided without exact dates are counted in a single note.
 ///
-/// Linear in records and events; the findings are all held, so their number decides about the memory.
+/// Linear in records and events; all findings are kept in memory.
 std::vector<finding> checkStudbook(const checked_studbook& book);
 
 }  // namespace spx::console

@@ -36,7 +36,8 @@ void CheckedRecords::findParents() {
   }
 }
 
-/// Records with one ID are all checked or all placeholders: those without a row were added for IDs that no row has.
+/// Of records with the same ID either all are checked or none: records without a row are added only for IDs that no
+/// row has.
 std::uint32_t CheckedRecords::checkedOrNone(position record) const {
   return record < size() && is_checked_[record] ? static_cast<std::uint32_t>(record) : NONE;
 }

@@ -20,13 +20,13 @@
 
 namespace spx::console {
 
-/// What is checked, and what the rules need to know beside it. Everything is referred to, not copied.
+/// What is checked, and what else the rules need. Holds references; nothing is copied.
 struct checked_studbook {
   const std::vector<master_data>& records;  ///< pseudo individuals may be among them
   const Biology& life_history;
   const MetaPopulation& locations;
   qs_lib::day_number today;
-  /// Where a record was read; null where that is not known.
+  /// Returns where a record was read; null when that is not known.
   std::function<source_place(position)> place_of;
   /// Likewise for an event of the record, one of its moves.
   std::function<source_place(position, std::size_t event)> place_of_event = {};
@@ -43,7 +43,7 @@ class CheckedRecords {
   std::size_t size() const { return book_.records.size(); }
   const master_data& operator[](position record) const { return book_.records[record]; }
 
-  /// Whether the rules look at it: it stands in a table, and its ID is not a placeholder's.
+  /// Whether the rules check the record: it has a row in a table, and its ID is not that of a placeholder.
   bool isChecked(position record) const { return is_checked_[record]; }
 
   /// The first checked record with the ID; NONE when there is none.
@@ -55,7 +55,7 @@ class CheckedRecords {
   std::uint32_t dam(position record) const { return parents_[record].second; }
   /// @}
 
-  /// The records whose ID an earlier one has, with that one, in the order of the records.
+  /// Records whose ID an earlier record has: pairs of the record and the earlier one, in the order of the records.
   const std::vector<std::pair<position, position>>& duplicates() const { return duplicates_; }
 
   /// Whether the record names itself as its sire (role 0) or its dam (role 1).
@@ -101,13 +101,13 @@ std::optional<date_range> knownDays(const move_data& event);
 /// Whether the day itself is known.
 bool isExact(const std::optional<date_range>& days);
 
-/// A date as exactly as it is known; "unknown" for none.
+/// A date as precisely as it is known; "unknown" when there is none.
 std::string dateText(const move_data& event);
 
 /// "on 2002-04-12", "in Apr 2002", "in 1964".
 std::string onDateText(const move_data& event);
 
-/// Up to five names, and how many there are more: "3, 4 and 5", "1, 2, 3, 4, 5 and 7 more".
+/// Up to five names, and the number of the remaining ones: "3, 4 and 5", "1, 2, 3, 4, 5 and 7 more".
 std::string listText(const std::vector<std::string>& names);
 
 }  // namespace spx::console

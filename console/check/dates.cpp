@@ -12,10 +12,10 @@
 namespace spx::console {
 namespace {
 
-/// Longer than any animal is carried: what is allowed where the life history has no gestation.
+/// In days: longer than any gestation. Allowed when the life history gives no gestation.
 constexpr double LONGEST_GESTATION = 730;
 
-/// How a record's end is told: "died", or "was lost to follow-up".
+/// The words for the end of a record: "died", or "was lost to follow-up".
 const char* endWord(const master_data& animal) {
   return animal.death.event == MOVE_TYPE::LOST_TO_FOLLOW_UP ? "was lost to follow-up" : "died";
 }
@@ -68,7 +68,7 @@ class Dates {
       found.values = {{"birth", dateText(animal.birth)}, {"death", dateText(animal.death)}};
       found.message = records_.name(record) + " was born " + dateText(animal.birth) + " and " + endWord(animal) + " " +
                       dateText(animal.death);
-      found.suggestion = "Correct one of the dates; they may be exchanged";
+      found.suggestion = "Correct one of the dates; they may be swapped";
       findings_.push_back(found);
     }
   }
@@ -103,7 +103,7 @@ class Dates {
     if (role == 1 && days_after > after_dam_) {
       addAfterDeath(CHECK::BORN_AFTER_DAM_DIED, record, parent, role, "");
     } else if (role == 0 && days_after > gestation_) {
-      addAfterDeath(CHECK::CONCEIVED_AFTER_SIRE_DIED, record, parent, role, ", more than a gestation before");
+      addAfterDeath(CHECK::CONCEIVED_AFTER_SIRE_DIED, record, parent, role, ", more than a gestation period earlier");
     }
   }
 

@@ -78,9 +78,9 @@ class Events {
     findings_.push_back(found);
   }
 
-  /// An animal that is there cannot come again, nor come to two places on one day.
+  /// An animal that is present cannot arrive again, nor arrive at two locations on one day.
   void checkStays(position record) {
-    const move_data* arrival = nullptr;  // by which it is there
+    const move_data* arrival = nullptr;  // the arrival since which it is present
     for (const move_data& move : records_[record].moves) {
       const auto when = knownDays(move);
       if (isDeparture(move.event)) {
@@ -111,7 +111,7 @@ class Events {
       findings_.push_back(found);
     } else if (isEntry(later.event) && first->last < second->first) {
       found.message = records_.name(record) + " has the event " + getEnumName(later.event) + " " + onDateText(later) +
-                      ", but was there since it came to " + where + " " + onDateText(earlier);
+                      ", but had been present since it came to " + where + " " + onDateText(earlier);
       found.suggestion = "Add the event by which it left, or correct the event";
       findings_.push_back(found);
     }

@@ -25,17 +25,18 @@ struct field_change {
 /// Something that `check` has found.
 struct finding {
   CHECK check = CHECK::UNDECIDED;
-  std::vector<std::string> animals;                         ///< their IDs; the one that it is about comes first
+  std::vector<std::string> animals;                         ///< their IDs; the animal that the finding is about
+                                                            ///< comes first
   source_place place;                                       ///< of the row to look at first
-  std::vector<std::pair<std::string, std::string>> values;  ///< what was compared: name and text
-  std::string message;                                      ///< one sentence without its full stop
+  std::vector<std::pair<std::string, std::string>> values;  ///< the values that were compared: name and text
+  std::string message;                                      ///< one sentence without the full stop
   std::string suggestion;                                   ///< what to do, as a sentence; empty for none
-  std::vector<field_change> cure;  ///< the changes that mend it, where only one way is sensible
+  std::vector<field_change> cure;  ///< the changes that correct it, when there is only one sensible correction
 
   SEVERITY severity() const { return codeOf(check).severity; }
 };
 
-/// Whether two findings are the same one, before and after a change: the same rule, animals and values.
+/// Whether findings from before and after a change are the same: the same rule, animals and values.
 bool isSameFinding(const finding& a, const finding& b);
 
 /// The findings of `after` that `before` does not have. Linear.

@@ -34,7 +34,7 @@ void addDuplicates(const CheckedRecords& records, std::vector<finding>& findings
     found.values = {{"lines", listText(lines)}};
     found.message =
         std::to_string(lines.size()) + " rows have the ID " + records.name(first) + ": lines " + listText(lines);
-    found.suggestion = "Give one of the animals another ID, or remove the row that is there twice";
+    found.suggestion = "Give one of the animals another ID, or remove the duplicate row";
     findings.push_back(found);
     if (litter_mate == nullptr) {
       continue;
@@ -69,7 +69,7 @@ void addPadded(const CheckedRecords& records, std::vector<finding>& findings) {
     found.animals.push_back(records[other].stud_id);
     found.message = records.name(record) + " and " + records.name(other) + " differ only in blanks: lines " +
                     records.placeText(record) + " and " + records.placeText(other);
-    found.suggestion = "Remove the blanks, or the row that is there twice";
+    found.suggestion = "Remove the blanks, or the duplicate row";
     findings.push_back(found);
   }
 }

@@ -75,8 +75,8 @@ class Litters {
   }
 
  private:
-  /// By the life history, or where it says nothing: at most one birth in twenty is of several animals. Studbooks with
-  /// fewer than twenty births do not tell.
+  /// Whether the species has single births: by the life history, or else when at most one birth in twenty is of
+  /// several animals. True for studbooks with fewer than twenty births, which prove nothing.
   bool hasSingleBirths(double litter_size) const {
     if (litter_size > 0) {
       return litter_size <= 1;
@@ -92,12 +92,12 @@ class Litters {
     return births < 20 || several * 20 <= births;
   }
 
-  /// @return whether earlier births of the day are to be compared too: the first difference is enough
+  /// @return whether earlier births of the day should be compared too; one finding per birth is enough
   bool checkLitter(const dated_birth& a, const dated_birth& b) {
     const master_data& first = records_[a.record];
     const master_data& second = records_[b.record];
     if (first.stud_id == second.stud_id) {
-      return false;  // one animal twice: there is a rule for that
+      return false;  // duplicate ID: another rule reports it
     }
     if (!lays_eggs_ && whereabouts_.areApart(first.birth.location, second.birth.location)) {
       finding found = aboutBirths(CHECK::DAM_IN_TWO_PLACES, a, b);
@@ -162,7 +162,7 @@ class Litters {
     checkConception(birth);
   }
 
-  /// The gestation varies; where it is not set, anything up to two years is possible.
+  /// Gestation varies; when it is not set, anything up to two years is allowed.
   void checkConception(const dated_birth& birth) {
     const std::uint32_t sire = records_.sire(birth.record);
     if (sire == CheckedRecords::NONE) {

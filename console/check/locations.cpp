@@ -39,14 +39,14 @@ std::string joined(const words& parts) {
   return text;
 }
 
-/// A word that is long enough for a slip to be told from another word, and has no digits.
+/// Whether a word is long enough that a difference of one letter is probably a slip, and has no digits.
 bool isSlipWord(const std::string& word) {
   constexpr std::size_t SHORTEST = 6;
   return word.size() >= SHORTEST &&
          std::none_of(word.begin(), word.end(), [](char letter) { return letter >= '0' && letter <= '9'; });
 }
 
-/// The forms under which a name is entered, and those that earlier names are sought by.
+/// The forms under which a name is entered in the index, and the forms with which earlier names are looked up.
 struct name_forms {
   std::vector<std::string> entered;
   std::vector<std::string> sought;
@@ -57,8 +57,8 @@ struct name_forms {
   }
 };
 
-/// Names share a form when they have the same words, or when a long word of one has a letter more than that of the
-/// other, or another letter at one place.
+/// Names share a form when they have the same words, or when a long word in one name differs from that in the
+/// other by one added or replaced letter.
 name_forms formsOf(const words& name) {
   name_forms forms;
   forms.add(joined(name));
@@ -92,7 +92,7 @@ packed_deme parentOf(packed_deme place) {
 
 }  // namespace
 
-// Only places within the same place are compared: every zoo may have its "Aviary 1".
+// Only locations within the same location are compared: every zoo may have its "Aviary 1".
 void checkLocations(const CheckedRecords& records, std::vector<finding>& findings) {
   for (const deme_level& level : records.book().locations.levels()) {
     std::map<packed_deme, std::unordered_map<std::string, const deme_member*>> known;

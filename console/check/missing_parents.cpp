@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* ROLE_NAMES[] = {"sire", "dam"};
 
-/// Of so many missing parents the ID that was meant is sought: each asks for some hundred IDs.
+/// The intended ID is guessed for at most this many missing parents: each guess looks up some hundred IDs.
 constexpr std::size_t MOST_SOUGHT = 1000;
 
 bool isDigit(char letter) {
@@ -34,7 +34,7 @@ std::string withoutZeros(const std::string& text) {
   return shorter;
 }
 
-/// The ID without what is easily mistyped: case, blanks, punctuation, zeros in front of numbers.
+/// The ID without what is easily mistyped: case, blanks, punctuation, leading zeros.
 std::string plainForm(std::string_view id) {
   std::string plain;
   for (const char letter : id) {
@@ -46,7 +46,7 @@ std::string plainForm(std::string_view id) {
   return withoutZeros(plain);
 }
 
-/// The plain form with letters that look like digits replaced by these.
+/// The plain form with letters that look like digits replaced by those digits.
 std::string lookOf(std::string plain) {
   for (char& letter : plain) {
     letter = letter == 'o' ? '0' : letter == 'l' || letter == 'i' ? '1' : letter == 's' ? '5' : letter;
@@ -59,7 +59,8 @@ struct missing_parent {
   std::vector<position> offspring[2];  ///< as their sire, as their dam
 };
 
-/// Finds the ID that was meant. A guess has to fit: right sex, not younger than the offspring, and the only one.
+/// Finds the ID that was meant. A guess must have the right sex, must not be younger than the offspring, and
+/// must be the only one.
 class Guesses {
  public:
   Guesses(const CheckedRecords& records, const std::vector<missing_parent>& missing) : records_(records) {
@@ -78,7 +79,7 @@ class Guesses {
 
   struct guess {
     std::uint32_t record = CheckedRecords::NONE;
-    bool is_sure = false;  ///< the IDs differ in nothing but case, blanks, punctuation and zeros in front
+    bool is_sure = false;  ///< the IDs differ only in case, blanks, punctuation and leading zeros
   };
 
   guess find(const missing_parent& missing) const {
@@ -163,7 +164,7 @@ class Guesses {
     }
   }
 
-  /// A letter among digits, left out.
+  /// IDs that equal this one without a letter that stands among digits.
   std::vector<position> withoutOddLetter(const std::string& id) const {
     std::vector<position> candidates;
     const auto odd = std::find_if_not(id.begin(), id.end(), isDigit);
@@ -175,7 +176,8 @@ class Guesses {
     return candidates;
   }
 
-  /// One letter left out, put in or replaced, or two exchanged. Numbers are too close to each other for that.
+  /// IDs with one letter deleted, inserted or replaced, or two exchanged. Not for numbers, which are too
+  /// similar to each other.
   std::vector<position> withOneSlip(const std::string& id) const {
     constexpr std::size_t SHORTEST = 4;
     constexpr std::size_t LONGEST = 24;
@@ -213,7 +215,7 @@ class Guesses {
   const CheckedRecords& records_;
   positions by_plain_;
   positions by_look_;
-  std::array<bool, 256> letters_{};  ///< bytes that IDs are made of
+  std::array<bool, 256> letters_{};  ///< which bytes occur in IDs
 };
 
 std::vector<missing_parent> missingParents(const CheckedRecords& records) {

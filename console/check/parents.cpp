@@ -75,7 +75,7 @@ class ParentSexes {
     }
     if (areExchanged(offspring.front())) {
       const master_data& animal = records_[offspring.front()];
-      found.suggestion = "The sire and dam of " + records_.name(offspring.front()) + " look exchanged";
+      found.suggestion = "The sire and dam of " + records_.name(offspring.front()) + " appear to be swapped";
       found.cure = {{animal.stud_id, "sire", animal.dam_id}, {animal.stud_id, "dam", animal.sire_id}};
     } else {
       found.suggestion =
@@ -90,7 +90,7 @@ class ParentSexes {
     found.values = {{"sex", getEnumName(records_[parent].sex)}};
     found.message = records_.name(parent) + " is the sire of " + names(use.offspring[0]) + " and the dam of " +
                     names(use.offspring[1]);
-    found.suggestion = "Correct the parents of one side";
+    found.suggestion = "Correct the sire entries or the dam entries";
     findings_.push_back(found);
   }
 
@@ -107,7 +107,7 @@ class ParentSexes {
     findings_.push_back(found);
   }
 
-  /// Whether the sire cannot be a sire, nor the dam a dam, but the other way round they can.
+  /// Whether the sire is female and the dam male, so that exchanging them would correct both.
   bool areExchanged(position record) const {
     const std::uint32_t sire = records_.sire(record);
     const std::uint32_t dam = records_.dam(record);
@@ -157,8 +157,8 @@ void addOwnParents(const CheckedRecords& records, std::vector<finding>& findings
   }
 }
 
-/// Walks from every animal to its parents, without recursion. Where it comes back to an animal on its way, the part of
-/// the way since then is a cycle. Of cycles that share an animal one is reported.
+/// Walks from every animal to its ancestors, without recursion. When the walk returns to an animal on its path, the
+/// path from that animal on is a cycle. Of cycles that share animals only one is reported.
 class Cycles {
  public:
   Cycles(const CheckedRecords& records, std::vector<finding>& findings)
@@ -206,8 +206,8 @@ class Cycles {
     way_.push_back({record, 0});
   }
 
-  /// All animals from `first` to the end of the way are of one cycle. Each is marked once: the way back is walked only
-  /// to the first marked animal, which makes the whole linear.
+  /// All animals from `first` to the end of the path form a cycle. Each is marked once, and the walk back stops at the
+  /// first marked animal, so the total cost is linear.
   void close(std::uint32_t first) {
     std::size_t begin = way_.size();
     bool is_known = false;

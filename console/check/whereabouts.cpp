@@ -8,7 +8,7 @@
 namespace spx::console {
 namespace {
 
-/// The level whose demes are institutions: by its name, else the second of three and more, else the last.
+/// The level whose demes are institutions: by its name, else the second level, or the only one.
 int institutionLevel(const std::vector<deme_level>& levels) {
   static constexpr const char* NAMES[] = {"institution", "zoo", "facility", "holder", "collection", "owner", "park"};
   for (std::size_t level = 0; level < levels.size(); ++level) {
@@ -68,7 +68,7 @@ std::vector<packed_deme> Whereabouts::placesOf(const master_data& animal, date_r
   };
   for (const move_data& move : animal.moves) {
     const date_range when = knownDays(move).value_or(ANY_DAY);
-    // Records that are not in the order of their dates say nothing certain.
+    // Moves that are not in the order of their dates prove nothing.
     if (when.last < since.first || !stay(when.last)) {
       return {};
     }

@@ -6,8 +6,8 @@
 
 namespace spx::console {
 
-/// Where animals can have been. Only what the records rule out is ruled out: all dates are taken as ranges, and an
-/// animal that left the population, or whose place is not known, can have been anywhere.
+/// Where animals can have been. A place is excluded only when the records exclude it: dates are taken as ranges,
+/// and an animal that left the population, or whose location is not known, can have been anywhere.
 class Whereabouts {
  public:
   explicit Whereabouts(const CheckedRecords& records);
@@ -15,8 +15,8 @@ class Whereabouts {
   /// The places where an animal can have been on some day of the range. Empty where that is not known.
   std::vector<packed_deme> placesOf(const master_data& animal, date_range days) const;
 
-  /// Whether two places are certainly two institutions: both are known, and neither they nor what they lie within are
-  /// the same. Enclosures of one institution are not apart.
+  /// Whether two places are certainly two institutions: both are known, and neither institution lies within the
+  /// other. Enclosures of one institution are not apart.
   bool areApart(packed_deme a, packed_deme b) const;
 
   /// Whether no place of one list can be a place of the other. Lists that are empty are not apart.
@@ -30,7 +30,7 @@ class Whereabouts {
   packed_deme institutionOf(packed_deme place) const;
 
   const MetaPopulation& locations_;
-  bool has_arrivals_ = false;  ///< events tell of moves between places
+  bool has_arrivals_ = false;  ///< whether any events record arrivals
   packed_deme unknown_ = 0;    ///< the deme of the animals whose location is not known
   int institution_level_ = 0;
 };

@@ -59,7 +59,7 @@ bool isAmong(const std::vector<CHECK>& rules, CHECK rule) {
   return std::find(rules.begin(), rules.end(), rule) != rules.end();
 }
 
-/// Where an event of an animal stands. Sorts the rows when it is first asked.
+/// Returns a function that gives the place of an animal's event. It sorts the rows at its first call.
 auto placesOfEvents(const loading_notes& notes) {
   const auto by_animal = [](const event_row& a, const event_row& b) { return a.animal < b.animal; };
   return [&notes, by_animal, rows = std::vector<event_row>()](position record, std::size_t event) mutable {
@@ -99,7 +99,7 @@ ExitCode showCodes(const table_options& output) {
   return ExitCode::DONE;
 }
 
-/// Only a studbook file can be changed.
+/// Applies cures. Requires a studbook file, since tables are not changed.
 ExitCode fix(Session& session, const check_options& options) {
   const std::vector<CHECK> sure = rulesOf(options.sure, "--yes");
   session.writableStudbook();
@@ -131,7 +131,7 @@ ExitCode check(Session& session, const check_options& options) {
   }
   output.finish();
   const finding_counts counts(findings);
-  // Nothing can be said of animals that no rule looks at: their keeper has to accept them.
+  // No other rule checks placeholders, so the keeper has to accept them explicitly.
   const bool has_placeholders = std::any_of(findings.begin(), findings.end(),
                                             [](const finding& one) { return one.check == CHECK::PLACEHOLDER_ID; });
   const bool is_faulty = counts.errors != 0 || has_placeholders || (options.strict && counts.warnings != 0);
@@ -143,7 +143,7 @@ ExitCode check(Session& session, const check_options& options) {
 void addCheckCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<check_options>();
   commands.push_back(
-      {"check", "List what is wrong with the studbook, or may be",
+      {"check", "List what is, or may be, wrong with the studbook",
        [options](Session& session) { return check(session, *options); },
        [options](CLI::App& app) {
          app.add_option("--only", options->only, "Findings with this code only; may be repeated")
@@ -156,14 +156,14 @@ void addCheckCommands(std::vector<command>& commands) {
              ->allow_extra_args(false);
          app.add_flag("--codes", options->codes, "List the codes and what they compare");
          app.add_flag("--all", options->all, "List all findings, not the first ten of each kind");
-         app.add_flag("--fix", options->fix, "Cure what has one sensible cure; asks for each");
-         app.add_option("--yes", options->sure, "Cure findings with this code without asking")
+         app.add_flag("--fix", options->fix, "Fix what has only one sensible fix; asks about each");
+         app.add_option("--yes", options->sure, "Fix findings with this code without asking")
              ->type_name("CODE")
              ->delimiter(',')
              ->allow_extra_args(false);
          addEditOptions(app, options->edit);
          app.add_flag("--strict", options->strict, "Exit with 3 on warnings too");
-         app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
+         app.add_flag("--placeholders", options->placeholders, "Accept animals whose IDs are placeholders");
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
          addFormatOptions(app, options->output);
        }});

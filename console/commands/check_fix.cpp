@@ -18,7 +18,7 @@ std::string cureText(const finding& each) {
   return text;
 }
 
-/// @return whether to go on asking; what was answered is in `is_taken`
+/// Asks whether to apply a cure and stores the answer in `is_taken`. @return whether to go on asking
 bool ask(const finding& each, bool& is_taken) {
   std::cerr << severityName(each.severity()) << " " << codeOf(each.check).code << ": " << each.message << "\n  "
             << cureText(each) << "? [y]es, [n]o, [q]uit: " << std::flush;
@@ -40,7 +40,7 @@ std::vector<finding> chosenCures(const std::vector<finding>& findings, const std
     if (each.cure.empty()) {
       continue;
     }
-    // Who names rules is not asked about the others.
+    // With rules named on the command line there are no questions about other rules.
     if (!is_taken && goes_on && sure.empty()) {
       goes_on = ask(each, is_taken);
     }
@@ -56,7 +56,7 @@ void cure(StudbookEdit& edit, const std::vector<finding>& findings) {
     for (const field_change& change : each.cure) {
       const std::vector<row_number> animals = edit.find("animals", "id", change.animal);
       if (animals.size() != 1) {
-        edit.note("not cured, because several animals have the ID: " + each.message);
+        edit.note("not fixed, because several animals have the ID: " + each.message);
         continue;
       }
       edit.needField("animals", change.field);
@@ -73,8 +73,7 @@ ExitCode fixFindings(Session& session, const edit_options& options, const std::v
   if (chosen.empty()) {
     const bool has_cures =
         std::any_of(findings.begin(), findings.end(), [](const finding& each) { return !each.cure.empty(); });
-    std::cerr << (has_cures ? "spx: nothing was changed\n"
-                            : "spx: no finding has a cure that is the only sensible one\n");
+    std::cerr << (has_cures ? "spx: nothing was changed\n" : "spx: no finding has only one sensible fix\n");
     return ExitCode::DONE;
   }
   std::string codes;

@@ -13,18 +13,18 @@ class App;
 
 namespace spx::console {
 
-/// One word that the program obeys, or a group of them. Results go to standard output, everything
-/// else to standard error. `run` opens through the session what it needs, and may throw Failure and
+/// One command of the program, or a group of commands. Results go to standard output, everything
+/// else to standard error. `run` opens what it needs through the session, and may throw Failure and
 /// UsageError.
 struct command {
   std::string name;
   std::string help;  ///< one line
   std::function<ExitCode(Session&)> run;
   std::function<void(CLI::App&)> add_options = [](CLI::App&) {};
-  std::vector<command> words = {};  ///< of a group: the words that may follow; one has to
+  std::vector<command> words = {};  ///< of a group: its commands, one of which must follow
 };
 
-/// A command with words of its own, such as `project create`.
+/// Builds a group of commands, such as `project create`.
 class CommandGroup {
  public:
   CommandGroup(std::string name, std::string help) : group_{std::move(name), std::move(help), {}} {}

@@ -29,7 +29,7 @@
 namespace spx::console {
 namespace {
 
-/// What the program is asked to tell of itself instead of running a command.
+/// Options that print something about the program instead of running a command.
 struct self_description {
   bool man = false;
   std::string shell;
@@ -49,7 +49,7 @@ void addGlobalOptions(CLI::App& app, session_options& options) {
                  "The column that holds a field; TABLE.FIELD=TITLE for other tables than the animals")
       ->type_name("FIELD=TITLE")
       ->allow_extra_args(false);
-  add_file("--mapping", options.mapping, "Keeps how import read the columns, and reads them so again");
+  add_file("--mapping", options.mapping, "Saves how import read the columns, or reads them that way again");
   app.add_option("--sheet", options.files.reading.sheet, "The sheet of animals in a workbook")->type_name("NAME");
   app.add_option("--dates", options.dates, "How tables write dates such as 04/05/1998")
       ->check(CLI::IsMember({"day-first", "month-first"}))
@@ -90,7 +90,7 @@ command helpCommand(const CLI::App& app) {
       [words](CLI::App& word) { word.add_option("COMMAND", *words, "The words of a command"); }};
 }
 
-/// Obeys the word that was typed, or one of the words of its group.
+/// Runs the command that was typed, within its group if it is in one.
 ExitCode runCommand(const CLI::App& app, const std::vector<command>& commands, Session& session) {
   for (const command& each : commands) {
     const CLI::App* word = app.get_subcommand(each.name);
@@ -100,11 +100,11 @@ ExitCode runCommand(const CLI::App& app, const std::vector<command>& commands, S
     return each.words.empty() ? each.run(session) : runCommand(*word, each.words, session);
   }
   throw UsageError("no command is given; spx " + (app.get_parent() == nullptr ? "" : app.get_name() + " ") +
-                   "--help lists them");
+                   "--help lists the commands");
 }
 
 void addCommands(CLI::App& app, const std::vector<command>& commands) {
-  // An unknown word gets a message of its own.
+  // Accepts unknown words here: wrongWordText() gives a better message.
   app.require_subcommand(0, 1);
   for (const command& each : commands) {
     CLI::App& word = *app.add_subcommand(each.name, each.help);
@@ -170,12 +170,12 @@ ExitCode fail(ExitCode code, const std::string& message) {
   return code;
 }
 
-/// What was written may still be in buffers, and a full disk shows only when they are emptied.
+/// Flushes standard output: output may still be buffered, and a full disk is noticed only when it is flushed.
 ExitCode checkOutput(ExitCode code) {
   const bool had_failed = !std::cout;
   errno = 0;
   if (had_failed) {
-    // The reason of then is lost; one more line end fails for the same.
+    // The reason for that failure is lost; writing one more line end fails for the same reason.
     std::cout.clear();
     std::cout.put('\n');
   }

@@ -17,7 +17,7 @@
 namespace spx::console {
 namespace {
 
-/// What the commands of demography obey of a view.
+/// The settings of a view that all demographic commands use.
 constexpr unsigned WHO = VIEW_RECORDS | VIEW_PLACES | VIEW_LIVES;
 constexpr unsigned WHO_AND_WHEN = WHO | VIEW_PERIOD;
 constexpr unsigned RATES =
@@ -37,13 +37,13 @@ struct demography_options {
   bool forPeople() const { return table.format == OUTPUT_FORMAT::TEXT; }
 };
 
-/// What a command computes once the studbook is loaded and the view is set.
+/// Computes the result of a command. Requires: the studbook is loaded and the view is set.
 using result_table = Table (*)(const demography_options&);
 
-/// Offers the options of one command.
+/// Adds the options of one command.
 using options_of = void (*)(CLI::App&, demography_options&);
 
-/// Scripts read the table alone: its notes go to standard error.
+/// Shows the table. For scripts its notes go to standard error, since they read only the table.
 void show(const Table& table, const demography_options& options) {
   showTable(table, options.table);
   if (options.forPeople()) return;
@@ -71,22 +71,21 @@ void addUnit(CLI::App& app, demography_options& options) {
 
 void addRuns(CLI::App& app, std::size_t& runs, std::uint32_t& seed, double least, const char* help) {
   addNumber(app, "--runs", runs, "COUNT", least, 1000000, std::string(help) + " (default: 1000)");
-  app.add_option("--seed", seed, "Start of the random numbers; equal seeds give equal results (default: 1)")
+  app.add_option("--seed", seed, "Seed of the random numbers; the same seed gives the same results (default: 1)")
       ->type_name("NUMBER");
 }
 
 void addGroups(CLI::App& app, survival_choice& choice) {
   addChoice(app, "--by", choice.by, {"none", "sex", "origin", "rearing", "location", "taxon", "period"},
             "Compare groups of animals");
-  app.add_option("--level", choice.level, "With --by location: the level whose places are compared")
-      ->type_name("LEVEL");
+  app.add_option("--level", choice.level, "With --by location: the level of the places to compare")->type_name("LEVEL");
   addNumber(app, "--period-years", choice.period_years, "YEARS", 1, 1000,
             "With --by period: years of each period (default: 10)");
 }
 
 void addCounts(std::vector<command>& commands) {
   add(
-      commands, "census", "Count the animals year by year, and what changed their number",
+      commands, "census", "Count the animals year by year, and show what changed their number",
       [](const demography_options&) { return censusTable(); },
       [](CLI::App& app, demography_options& options) {
         addTableOptions(app, options.table);
@@ -133,7 +132,7 @@ void addRisks(std::vector<command>& commands) {
       },
       [](CLI::App& app, demography_options& options) {
         addNumber(app, "--litter-days", options.litter_days, "DAYS", 0, 366,
-                  "Births of a dam within so many days are one litter (default: as the life history says, or 7)");
+                  "Births of a dam within this many days are one litter (default: as the life history says, or 7)");
         addUnit(app, options);
         addTableOptions(app, options.table);
         addViewOptions(app, options.view, WHO_AND_WHEN | VIEW_DAY | VIEW_CLASS_WIDTH);
@@ -142,13 +141,14 @@ void addRisks(std::vector<command>& commands) {
 
 void addForecasts(std::vector<command>& commands) {
   add(
-      commands, "growth", "Compute the rate of growth from births and deaths by age",
+      commands, "growth", "Compute the growth rate from births and deaths by age",
       [](const demography_options& options) { return growthTable(options.growth, timeUnit(options.unit)); },
       [](CLI::App& app, demography_options& options) {
         growth_choice& growth = options.growth;
-        addChoice(app, "--line", growth.line, {"female", "male", "both"}, "Whose births and deaths, without --sex");
+        addChoice(app, "--line", growth.line, {"female", "male", "both"},
+                  "Whose births and deaths count, unless --sex is given");
         addChoice(app, "--parent-age", growth.parent_age, {"middle", "start"},
-                  "Where in a class parents have their young");
+                  "The point of an age class at which births are placed");
         addRuns(app, growth.runs, growth.seed, 0, "Bootstrap runs; 0 for no intervals");
         addUnit(app, options);
         addFormatOptions(app, options.table);
@@ -156,7 +156,7 @@ void addForecasts(std::vector<command>& commands) {
         app.get_option("--line")->excludes(app.get_option("--sex"));
       });
   add(
-      commands, "projection", "Show the numbers to expect if births and deaths stay as they are",
+      commands, "projection", "Show the numbers expected if births and deaths stay as they are",
       [](const demography_options& options) { return projectionTable(options.projection); },
       [](CLI::App& app, demography_options& options) {
         projection_choice& projection = options.projection;

@@ -34,7 +34,7 @@ const char* nameOf(ROW_CHANGE change) {
   return "changed";
 }
 
-/// What a row is, for people and scripts.
+/// The kind of a row, for people and scripts.
 const char* kindOf(const row_difference& row) {
   static constexpr std::pair<const char*, const char*> KINDS[] = {
       {"animals", "animal"}, {"events", "event"}, {"locations", "location"}};
@@ -47,7 +47,7 @@ const EditionTable& rowsOf(const edition& book, const std::string& table) {
   return table == "animals" ? book.animals : table == "events" ? book.events : book.locations;
 }
 
-/// The most telling cells of a row that only one edition has.
+/// The most informative cells of a row that only one edition has.
 std::string summaryOf(const edition& book, const row_difference& row, std::size_t number) {
   static constexpr const char* FIELDS[] = {"sex", "birth_date", "sire", "dam", "location", "level", "id"};
   if (row.table == "programs") {
@@ -139,7 +139,7 @@ studbook_files filesOf(const std::string& file) {
   return files;
 }
 
-/// What the differences do to the counts.
+/// Adds the counts of both editions; a note when they cannot be computed.
 void addFigures(Table& table, const diff_options& options) {
   try {
     const std::vector<studbook_figure> before = figuresOf(filesOf(options.before));
@@ -168,7 +168,7 @@ ExitCode compare(const diff_options& options) {
   return is_same ? ExitCode::DONE : ExitCode::FAILED;
 }
 
-/// Scripts tell "different" from "cannot be compared" by the exit code.
+/// The exit code distinguishes "different" from "cannot be compared" for scripts.
 ExitCode diff(const diff_options& options) {
   try {
     return compare(options);

@@ -30,7 +30,7 @@
 namespace spx::console {
 namespace {
 
-/// What all pictures have in common.
+/// The options that all pictures have in common.
 struct draw_options {
   result_options output;
   std::string format;  ///< empty: by the extension of the file, else SVG
@@ -39,13 +39,13 @@ struct draw_options {
 void addDrawOptions(CLI::App& app, draw_options& options, bool has_dot) {
   app.add_option(
          "--format", options.format,
-         has_dot ? "svg, png, pdf, or dot, the text that Graphviz reads; by default that of the file's name, else svg"
-                 : "svg, png or pdf; by default that of the file's name, else svg")
+         has_dot ? "svg, png, pdf, or dot, the text that Graphviz reads; by default taken from the file name, else svg"
+                 : "svg, png or pdf; by default taken from the file name, else svg")
       ->type_name("FORMAT");
   addResultOptions(app, options.output);
 }
 
-/// The format that was asked for, by its name or by the extension of the file. Throws UsageError for another one.
+/// The requested format, by its name or by the extension of the file. Throws UsageError for an unknown one.
 IMAGE_FORMAT formatOf(const draw_options& options, bool has_dot) {
   if (!options.format.empty()) {
     return imageFormat(options.format, has_dot);
@@ -83,7 +83,7 @@ command pedigreeCommand() {
   return {"pedigree", "Draw the ancestors of an animal, and its descendants if asked",
           [options](Session& session) { return drawAnimal(session, *options); },
           [options](CLI::App& app) {
-            app.add_option("ID", options->id, "Studbook ID, as the table has it")->required();
+            app.add_option("ID", options->id, "Studbook ID, as in the table")->required();
             constexpr double MOST = 1000;
             addNumber(app, "--depth", options->extent.ancestors, "COUNT", 0, MOST,
                       "Generations of ancestors (default: 5)");
@@ -96,7 +96,7 @@ command pedigreeCommand() {
 
 // Charts: each draws the table of its command.
 
-/// What the commands of charts obey of a view.
+/// The settings of a view that all chart commands use.
 constexpr unsigned WHO = VIEW_RECORDS | VIEW_PLACES | VIEW_LIVES;
 constexpr unsigned WHO_AND_WHEN = WHO | VIEW_PERIOD;
 constexpr unsigned RATES_OF_BOTH_SEXES =
@@ -142,7 +142,7 @@ void addChart(
              }});
 }
 
-/// The table, or Failure with what it says of having no rows.
+/// The table; throws Failure with its text for an empty table when it has no rows.
 const Table& needRows(const Table& table) {
   if (table.rows() == 0) {
     throw Failure(table.if_empty.empty() ? "there is nothing to draw" : table.if_empty);
@@ -162,14 +162,14 @@ void addNumbers(CommandGroup& group) {
     return birthsChart(needRows(reproductionTable({}, timeUnit("years"), false)), subtitle);
   });
   addChart(
-      group, "projection", "The numbers to expect, with chance", RATES_OF_BOTH_SEXES,
+      group, "projection", "The expected numbers, with chance", RATES_OF_BOTH_SEXES,
       [](const chart_options& options, const std::string& subtitle) {
         return projectionChart(needRows(projectionTable(options.projection)), subtitle);
       },
       [](CLI::App& app, chart_options& options) {
         addNumber(app, "--years", options.projection.years, "YEARS", 1, 1000, "Years to look ahead (default: 20)");
         addNumber(app, "--runs", options.projection.runs, "COUNT", 1, 1000000, "Runs with chance (default: 1000)");
-        app.add_option("--seed", options.projection.seed, "Start of the random numbers")->capture_default_str();
+        app.add_option("--seed", options.projection.seed, "Seed of the random numbers")->capture_default_str();
       });
   addChart(
       group, "survival", "The share of the animals that reaches each age",
@@ -194,7 +194,7 @@ void addGenes(CommandGroup& group) {
       },
       [](CLI::App& app, chart_options& options) {
         addNumber(app, "--runs", options.drop.runs, "COUNT", 1, 10000000, "Gene drops (default: 10000)");
-        app.add_option("--seed", options.drop.seed, "Start of the random numbers")->capture_default_str();
+        app.add_option("--seed", options.drop.seed, "Seed of the random numbers")->capture_default_str();
         addUndatedOption(app, options.basis.undated);
       });
   addChart(group, "inbreeding", "Mean inbreeding by year of birth", VIEW_RECORDS,
@@ -202,7 +202,7 @@ void addGenes(CommandGroup& group) {
              computeRecordGenetics();
              return inbreedingChart(needRows(inbreedingByYear()), subtitle);
            });
-  addChart(group, "diversity", "Gene diversity of the living through the years", WHO_AND_WHEN,
+  addChart(group, "diversity", "Gene diversity of the living animals over the years", WHO_AND_WHEN,
            [](const chart_options&, const std::string& subtitle) {
              return diversityChart(needRows(diversityByYear()), subtitle);
            });
@@ -217,7 +217,7 @@ struct kinship_options {
 
 command kinshipCommand() {
   const auto options = std::make_shared<kinship_options>();
-  return {"kinship", "Kinship of each pair of the living, as a heat map",
+  return {"kinship", "Kinship of each pair of living animals, as a heat map",
           [options](Session& session) {
             const IMAGE_FORMAT format = formatOf(options->draw, false);
             session.loadStudbook();

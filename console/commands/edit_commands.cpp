@@ -24,7 +24,7 @@ struct edit_words {
 
 using words = std::shared_ptr<edit_words>;
 
-/// The words with `=` are values; the others say of what.
+/// The words without `=`, which say what is changed; those with `=` are values.
 std::vector<std::string> namesOf(const edit_words& typed) {
   std::vector<std::string> names = typed.words;
   std::erase_if(names, [](const std::string& word) { return word.find('=') != std::string::npos; });
@@ -49,7 +49,7 @@ std::vector<field_value> needValues(const edit_words& typed) {
   return values;
 }
 
-/// Exactly that many names.
+/// The names; throws UsageError unless there are exactly `count`.
 std::vector<std::string> needNames(const edit_words& typed, std::size_t count, const char* what) {
   std::vector<std::string> names = namesOf(typed);
   if (names.size() != count) {
@@ -66,7 +66,7 @@ event_choice eventsOf(const edit_words& typed) {
   return {namesOf(typed), typed.where, typed.number};
 }
 
-/// What a command changes, and which of the common options it offers.
+/// An edit command: the change that it makes, and which of the common options it offers.
 struct edit_command {
   const char* group;
   const char* name;
@@ -84,7 +84,7 @@ constexpr edit_command EDIT_COMMANDS[] = {
        addAnimal(edit, needNames(typed, 1, "the ID of the new animal").front(), valuesOf(typed), typed.options.freedom);
      },
      true, true},
-    {"animal", "set", "Give animals other values", "ID FIELD=VALUE",
+    {"animal", "set", "Change fields of animals", "ID FIELD=VALUE",
      [](StudbookEdit& edit, const edit_words& typed) {
        setAnimals(edit, animalsOf(typed), needValues(typed), typed.options.freedom);
      },
@@ -92,13 +92,13 @@ constexpr edit_command EDIT_COMMANDS[] = {
     {"animal", "remove", "Remove animals with their events", "ID",
      [](StudbookEdit& edit, const edit_words& typed) { removeAnimals(edit, animalsOf(typed), typed.options.freedom); },
      true, false, true},
-    {"animal", "rename", "Give an animal another ID everywhere", "ID",
+    {"animal", "rename", "Change the ID of an animal everywhere", "ID",
      [](StudbookEdit& edit, const edit_words& typed) {
        const auto names = needNames(typed, 2, "the ID of an animal and its new ID");
        renameAnimal(edit, names[0], names[1]);
      },
      true},
-    {"animal", "merge", "Make one animal of two records", "ID FIELD=VALUE",
+    {"animal", "merge", "Merge two records of one animal", "ID FIELD=VALUE",
      [](StudbookEdit& edit, const edit_words& typed) {
        const auto names = needNames(typed, 2, "the animal to keep and the one to merge into it");
        mergeAnimals(edit, names[0], names[1], valuesOf(typed), typed.options.freedom);
@@ -109,7 +109,7 @@ constexpr edit_command EDIT_COMMANDS[] = {
        addEvents(edit, animalsOf(typed), needValues(typed), typed.options.freedom);
      },
      true, true, true},
-    {"event", "set", "Give events other values", "ID FIELD=VALUE",
+    {"event", "set", "Change fields of events", "ID FIELD=VALUE",
      [](StudbookEdit& edit, const edit_words& typed) {
        setEvents(edit, eventsOf(typed), needValues(typed), typed.options.freedom);
      },
@@ -120,11 +120,11 @@ constexpr edit_command EDIT_COMMANDS[] = {
      [](StudbookEdit& edit, const edit_words& typed) {
        addLocation(edit, needNames(typed, 1, "the name of the new location").front(), typed.within, valuesOf(typed));
      }},
-    {"location", "set", "Give a location another name, identifier or position", "NAME FIELD=VALUE",
+    {"location", "set", "Change the name, identifier or position of a location", "NAME FIELD=VALUE",
      [](StudbookEdit& edit, const edit_words& typed) {
        setLocation(edit, needNames(typed, 1, "a location").front(), needValues(typed));
      }},
-    {"location", "merge", "Make one location of two", "NAME",
+    {"location", "merge", "Merge two locations", "NAME",
      [](StudbookEdit& edit, const edit_words& typed) {
        const auto names = needNames(typed, 2, "the location to keep and the one to merge into it");
        mergeLocations(edit, names[0], names[1]);
@@ -133,7 +133,7 @@ constexpr edit_command EDIT_COMMANDS[] = {
      [](StudbookEdit& edit, const edit_words& typed) {
        addField(edit, typed.table, needNames(typed, 1, "the name of the new field").front());
      }},
-    {"field", "rename", "Give one of your fields another name", "NAME",
+    {"field", "rename", "Rename one of your fields", "NAME",
      [](StudbookEdit& edit, const edit_words& typed) {
        const auto names = needNames(typed, 2, "the name of a field and its new name");
        renameField(edit, typed.table, names[0], names[1]);
@@ -153,8 +153,8 @@ void addWords(CLI::App& app, const edit_command& each, edit_words& typed) {
   app.add_option(each.positional, typed.words, "What to change, and its new values")->required(!each.where);
   if (each.where) {
     addWhereOption(app, typed.where,
-                   is_event && each.name != std::string("add") ? "The events of which this holds"
-                                                               : "The animals of which this holds");
+                   is_event && each.name != std::string("add") ? "Choose the events that meet this condition"
+                                                               : "Choose the animals that meet this condition");
   }
   if (is_event && each.name != std::string("add")) {
     app.add_option("--number", typed.number, "The N-th event of the animal")
@@ -178,7 +178,7 @@ void addWords(CLI::App& app, const edit_command& each, edit_words& typed) {
   }
 }
 
-/// The command as the history shows it.
+/// The text of the command for the history.
 std::string actionOf(const edit_command& each, const edit_words& typed) {
   std::vector<std::string> shown = typed.words;
   for (const std::string& condition : typed.where) {
@@ -204,10 +204,10 @@ command commandOf(const edit_command& each) {
 
 void addEditCommands(std::vector<command>& commands) {
   static constexpr std::pair<const char*, const char*> GROUPS[] = {
-      {"animal", "Change the animals of a studbook file"},
-      {"event", "Change the events of a studbook file"},
-      {"location", "Change the locations of a studbook file"},
-      {"field", "Change your own fields of a studbook file"}};
+      {"animal", "Change the animals in a studbook file"},
+      {"event", "Change the events in a studbook file"},
+      {"location", "Change the locations in a studbook file"},
+      {"field", "Change your own fields in a studbook file"}};
   for (const auto& [name, help] : GROUPS) {
     CommandGroup group(name, help);
     for (const edit_command& each : EDIT_COMMANDS) {

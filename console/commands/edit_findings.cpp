@@ -16,10 +16,10 @@
 namespace spx::console {
 namespace {
 
-constexpr std::size_t SHOWN = 10;  ///< of the findings that are cured, and of those that are new
+constexpr std::size_t SHOWN = 10;  ///< at most so many cured and so many new findings
 
-/// What no keeper means to enter. Other errors, such as two animals with one ID, may be a step on the
-/// way to better data.
+/// Whether a finding of the rule cannot be intended. Other errors, such as two animals with the same
+/// ID, may be a step towards better data.
 bool isImpossible(CHECK check) {
   static constexpr CHECK IMPOSSIBLE[] = {
       CHECK::PARENT_SEX,         CHECK::PARENT_BOTH_SEXES,  CHECK::OWN_PARENT,         CHECK::PARENT_CYCLE,
@@ -28,7 +28,7 @@ bool isImpossible(CHECK check) {
   return std::find(std::begin(IMPOSSIBLE), std::end(IMPOSSIBLE), check) != std::end(IMPOSSIBLE);
 }
 
-/// The IDs that an edit has changed.
+/// The IDs that an edit has changed: old ID to new ID.
 std::map<std::string, std::string> renamedAnimals(StudbookEdit& edit) {
   std::map<std::string, std::string> names;
   for (const journal_cell& cell : edit.cells()) {
@@ -40,7 +40,7 @@ std::map<std::string, std::string> renamedAnimals(StudbookEdit& edit) {
   return names;
 }
 
-/// A finding is the same one under the new name of its animal.
+/// Replaces old IDs in findings, so that a renamed animal's finding counts as the same.
 void rename(std::vector<finding>& findings, const std::map<std::string, std::string>& names) {
   const auto change = [&](std::string& text) {
     if (const auto name = names.find(text); name != names.end()) {
@@ -88,7 +88,7 @@ void FindingChanges::refuseImpossible() const {
     }
   }
   if (!reasons.empty()) {
-    throw Failure("this cannot be true, and nothing was changed:" + reasons + "\n  --anyway changes it all the same");
+    throw Failure("this cannot be true, and nothing was changed:" + reasons + "\n  --anyway changes it regardless");
   }
 }
 
@@ -102,7 +102,7 @@ std::vector<std::string> FindingChanges::lines() const {
       lines.push_back(std::string(what) + " " + std::to_string(findings.size() - SHOWN) + " more findings");
     }
   };
-  add("cures", cured_);
+  add("fixes", cured_);
   add("adds", added_);
   return lines;
 }

@@ -8,17 +8,17 @@
 
 namespace spx::console {
 
-/// What `check` finds in the studbook as an edit has left it up to now. Loads it, without a word. Throws
+/// What `check` finds in the studbook in its state within the edit. Loads it without messages. Throws
 /// Failure when it cannot be loaded.
 std::vector<finding> findingsOf(StudbookEdit& edit);
 
-/// How an edit changes what `check` finds.
+/// The findings of `check` that an edit adds or cures.
 class FindingChanges {
  public:
-  /// @param before  those of the studbook before the edit
+  /// @param before  the findings before the edit
   FindingChanges(StudbookEdit& edit, std::vector<finding> before, const std::vector<finding>& after);
 
-  /// Throws Failure, with the reasons, when the edit makes a record that cannot be true.
+  /// Throws Failure, with the reasons, when the edit leads to a record that cannot be true.
   void refuseImpossible() const;
 
   /// A line for each finding that is cured or new.

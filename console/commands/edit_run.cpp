@@ -19,14 +19,14 @@ void tell(const std::string& text) {
 }  // namespace
 
 void addEditOptions(CLI::App& app, edit_options& options) {
-  app.add_option("--message,-m", options.message, "Why, for the history")->type_name("TEXT");
-  app.add_option("--as", options.author, "Who changes it, for the history (default: your user name)")
+  app.add_option("--message,-m", options.message, "Why the change is made, for the history")->type_name("TEXT");
+  app.add_option("--as", options.author, "Who makes the change, for the history (default: your user name)")
       ->type_name("NAME");
   app.add_flag("--dry-run", options.dry_run, "Show what would change, but write nothing");
 }
 
 void addAnywayOption(CLI::App& app, edit_options& options) {
-  app.add_flag("--anyway", options.freedom.anyway, "Also what makes no sense");
+  app.add_flag("--anyway", options.freedom.anyway, "Make the change even if it cannot be true");
 }
 
 void addNewOption(CLI::App& app, edit_options& options) {
@@ -48,7 +48,7 @@ ExitCode runEdit(Session& session, const edit_options& options, change_note note
   };
   if (lines.empty()) {
     tellNotes();
-    tell("it says so already; nothing was changed");
+    tell("the studbook already has these values; nothing was changed");
     return ExitCode::DONE;
   }
   const FindingChanges findings(edit, std::move(before), findingsOf(edit));

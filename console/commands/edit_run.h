@@ -15,7 +15,7 @@ class App;
 
 namespace spx::console {
 
-/// What every command that changes a studbook file offers.
+/// The options of every command that changes a studbook file.
 struct edit_options {
   std::string message;
   std::string author;
@@ -23,18 +23,18 @@ struct edit_options {
   edit_freedom freedom;
 };
 
-/// Offers `--message`, `--as` and `--dry-run`.
+/// Adds `--message`, `--as` and `--dry-run`.
 void addEditOptions(CLI::App& app, edit_options& options);
 
-/// Offers `--anyway`, for commands that refuse what makes no sense.
+/// Adds `--anyway`, for commands that refuse changes that look wrong.
 void addAnywayOption(CLI::App& app, edit_options& options);
 
-/// Offers `--new`, for commands that take the names of fields, locations and taxa.
+/// Adds `--new`, for commands that take names of fields, locations and taxa.
 void addNewOption(CLI::App& app, edit_options& options);
 
-/// Runs a change of the studbook file of the session: makes it, reads and checks the studbook as it would
-/// be, prints what is different, and brings it to the disk. Throws what `make` throws, and Failure
-/// with nothing changed when the studbook could not be loaded any more.
+/// Runs a change of the studbook file of the session: makes it, loads and checks the resulting studbook,
+/// prints the differences, and writes the change to disk. Throws what `make` throws, and Failure with
+/// nothing changed when the result could not be loaded.
 /// @param note  kind and action of the change
 ExitCode runEdit(Session& session, const edit_options& options, change_note note,
                  const std::function<void(StudbookEdit&)>& make, std::int64_t undoes = 0);

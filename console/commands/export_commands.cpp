@@ -70,7 +70,7 @@ std::vector<std::string> openExport(Session& session, const export_options& opti
   throw Failure(path + ": could not be written; an existing file is unchanged");
 }
 
-/// Names the files that were written, or the one that was not.
+/// Names the files that were written; throws Failure naming the first one when writing failed.
 ExitCode report(bool written, const std::vector<std::string>& paths) {
   if (!written) {
     failToWrite(paths.front());
@@ -81,7 +81,7 @@ ExitCode report(bool written, const std::vector<std::string>& paths) {
   return ExitCode::DONE;
 }
 
-/// The animals and all their ancestors.
+/// Flags the animals and all their ancestors, by record.
 std::vector<bool> withAncestors(std::vector<position> animals) {
   std::vector<bool> chosen = chosenRecords(animals);
   std::vector<const pedigree_record*> entries(Animals.records.size());
@@ -101,7 +101,7 @@ std::vector<bool> withAncestors(std::vector<position> animals) {
   return chosen;
 }
 
-/// Tells the analysis which animals it takes, and where it writes.
+/// Sets the animals of an analysis and its directory.
 void prepare(Analysis& analysis, const export_options& options, const std::vector<std::string>& paths) {
   if (!viewText(false).empty()) {
     analysis.chooseRecords(options.with_ancestors ? withAncestors(animalsOfView()) : chosenRecords(animalsOfView()));
@@ -165,7 +165,7 @@ ExitCode exportFilters(Session& session, const export_options& options) {
   return report(TestFilters(paths.front()), paths);
 }
 
-/// Flags the animals of the view: those that the tables know, not the placeholders.
+/// Sets the `print` flags for the animals of the view that have a row in the tables; placeholders have none.
 void flagAnimalsOfView() {
   for (master_data& animal : Animals.records) {
     animal.print = false;
@@ -175,7 +175,7 @@ void flagAnimalsOfView() {
   }
 }
 
-/// Which files there are depends on the IDs.
+/// The names of the files depend on the IDs, so they are known only after the pedigree was prepared.
 ExitCode exportR(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   session.loadStudbook();
@@ -208,7 +208,7 @@ tables_form formOf(const export_options& options) {
   form.id_prefix = options.id_prefix;
   form.as_workbook = options.table_kind == "xlsx";
   if (form.as_workbook && (options.for_spreadsheet || !options.separator.empty())) {
-    throw UsageError("--bom and --separator go with --as csv");
+    throw UsageError("--bom and --separator can only be used with --as csv");
   }
   form.csv.for_spreadsheet = options.for_spreadsheet;
   if (!options.separator.empty()) {
@@ -217,8 +217,8 @@ tables_form formOf(const export_options& options) {
   return form;
 }
 
-/// Removes tables that the studbook does not have: beside those that were written they would be read
-/// as its own.
+/// Removes files of tables that the studbook does not have: next to the written files they would be
+/// read as part of it.
 void removeForeignTables(const std::vector<std::string>& foreign) {
   for (const std::string& path : foreign) {
     std::error_code failed;
@@ -230,7 +230,7 @@ void removeForeignTables(const std::vector<std::string>& foreign) {
   }
 }
 
-/// The tables that a studbook file was imported from, with the changes that were made since.
+/// Exports the tables from which a studbook file was imported, with all changes since then.
 ExitCode exportTables(Session& session, const export_options& options) {
   const std::string directory = outputDirectory(session, options.output, &Session::exportDirectory);
   const std::string studbook = session.writableStudbook();
@@ -250,20 +250,20 @@ ExitCode exportTables(Session& session, const export_options& options) {
 
 using export_function = ExitCode (*)(Session&, const export_options&);
 
-/// What an export takes of a view.
+/// The part of a view that an export uses.
 enum class TAKES : std::uint8_t { NO_VIEW, ANIMALS, ANIMALS_WITH_ANCESTORS, ALL_SETTINGS, VIEW_BLOCK };
 
 void addTableOptions(CLI::App& app, export_options& options) {
-  app.add_option("--drop-id-prefix", options.id_prefix, "Take a text from the beginning of the IDs")->type_name("TEXT");
+  app.add_option("--drop-id-prefix", options.id_prefix, "Remove this prefix from the IDs")->type_name("TEXT");
   app.add_option("--as", options.table_kind, "CSV files (default), or a workbook with a sheet for each table")
       ->check(CLI::IsMember({"csv", "xlsx"}))
       ->type_name("csv|xlsx");
-  app.add_option("--separator", options.separator, "What stands between the cells of CSV files")
+  app.add_option("--separator", options.separator, "The separator between the cells of CSV files")
       ->check(CLI::IsMember({"comma", "semicolon", "tab"}))
       ->type_name("comma|semicolon|tab");
   app.add_flag("--bom", options.for_spreadsheet,
-               "CSV for a spreadsheet: with a byte-order mark, and an apostrophe before what it would take for a "
-               "formula");
+               "CSV for a spreadsheet: with a byte-order mark, and an apostrophe before cells that it would take for "
+               "formulas");
 }
 
 command exportCommand(const char* name, const char* help, export_function run, TAKES takes = TAKES::ANIMALS) {
@@ -280,7 +280,7 @@ command exportCommand(const char* name, const char* help, export_function run, T
             }
             if (run == exportR) {
               const std::set<std::string> packages(rPackages().begin(), rPackages().end());
-              app.add_option("--for", options->package, "The program that is to read the files")
+              app.add_option("--for", options->package, "The program that will read the files")
                   ->required()
                   ->check(CLI::IsMember(packages))
                   ->type_name("PACKAGE");
@@ -310,11 +310,11 @@ void addExportCommands(std::vector<command>& commands) {
                           exportFields));
   group.add(exportCommand("dattrf", "STUDBOOK.DAT and STUDBOOK.TRF: fixed-width files", exportDattrf));
   group.add(
-      exportCommand("view", "view.R: the view as comments for the head of an R script", exportView, TAKES::VIEW_BLOCK));
+      exportCommand("view", "view.R: the view as comments for the top of an R script", exportView, TAKES::VIEW_BLOCK));
   group.add(
       exportCommand("r-loader", "load_studbook.R: reads the exported tables in R", exportLoader, TAKES::VIEW_BLOCK));
   group.add(exportCommand("filters",
-                          "filter_test.csv: the answer of every predicate for every "
+                          "filter_test.csv: the result of every predicate for every "
                           "animal",
                           exportFilters, TAKES::ALL_SETTINGS));
   group.add(exportCommand("tables", "The tables of a studbook file, as CSV files or a workbook", exportTables,

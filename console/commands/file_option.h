@@ -6,7 +6,7 @@
 
 namespace spx::console {
 
-/// Refuses an empty name, as a variable of the shell leaves it that is not set.
+/// Refuses an empty name, which an unset shell variable would give.
 inline CLI::Option& requireName(CLI::Option& option) {
   return *option.check([](const std::string& name) { return name.empty() ? "the name is empty" : std::string(); });
 }

@@ -40,7 +40,7 @@ ExitCode writeFilters(Session& session, filter_options options) {
 
 void addFilterCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<filter_options>();
-  commands.push_back({"filters", "Write the answer of every predicate for every animal",
+  commands.push_back({"filters", "Write the result of every predicate for every animal",
                       [options](Session& session) { return writeFilters(session, *options); },
                       [options](CLI::App& app) {
                         addOutputOptions(app, options->output);

@@ -52,8 +52,8 @@ CLI::Option* addUnknown(CLI::App& app, genetic_options& options) {
   return app
       .add_option_function<std::string>(
           "--unknown", choose,
-          "How unknown parents are treated: founder, each an unrelated founder of its own; "
-          "or exclude, results over the genes of known founders (default: founder)")
+          "How unknown parents are treated: founder, each is a separate, unrelated founder; "
+          "exclude, results are over the genes of known founders only (default: founder)")
       ->type_name("founder|exclude");
 }
 
@@ -62,13 +62,15 @@ void offerUnknown(CLI::App& app, genetic_options& options) {
 }
 
 void addIds(CLI::App& app, genetic_options& options) {
-  app.add_option("ID", options.who.ids, "Animals, whatever the view; none: those of the view");
+  app.add_option("ID", options.who.ids, "Animals, whatever the view (default: those of the view)");
   app.add_flag("--living", options.who.living, "Only animals of the view that are alive and present on its day");
 }
 
 void addRuns(CLI::App& app, genetic_options& options) {
-  app.add_option("--runs", options.drop.runs, "Gene drops")->check(CLI::Range(1, 10'000'000))->capture_default_str();
-  app.add_option("--seed", options.drop.seed, "Start of the random numbers: the same seed gives the same result")
+  app.add_option("--runs", options.drop.runs, "Number of gene drops")
+      ->check(CLI::Range(1, 10'000'000))
+      ->capture_default_str();
+  app.add_option("--seed", options.drop.seed, "Seed of the random numbers: the same seed gives the same result")
       ->capture_default_str();
 }
 
@@ -76,7 +78,7 @@ void addInbreedingOptions(CLI::App& app, genetic_options& options) {
   addIds(app, options);
   CLI::Option* unknown = addUnknown(app, options);
   CLI::Option* partial =
-      app.add_flag("--partial", options.partial, "F split by the founders whose genes cause it")->excludes(unknown);
+      app.add_flag("--partial", options.partial, "Split F by the founders whose genes cause it")->excludes(unknown);
   app.add_flag("--ancestors", options.ancestors, "The common ancestors of the parents, with their parts of F")
       ->excludes(partial)
       ->excludes(unknown);
@@ -86,7 +88,7 @@ void addKinshipOptions(CLI::App& app, genetic_options& options) {
   app.add_option("ID", options.who.ids, "Animals, whatever the view");
   app.add_flag("--all", options.all, "All living animals of the view");
   app.add_flag("--matrix", options.matrix, "A row and a column for every animal, instead of a row for every pair");
-  app.add_flag("--self", options.with_self, "Every animal with itself too");
+  app.add_flag("--self", options.with_self, "Also every animal with itself");
   addUnknown(app, options);
 }
 
@@ -97,25 +99,26 @@ void addPairOptions(CLI::App& app, genetic_options& options) {
       ->type_name("ID,...");
   app.add_option("--females", pairs.females, "Only these females")->delimiter(',')->type_name("ID,...");
   app.add_option("--unable", pairs.unable,
-                 "Animals with this value of a user field cannot breed, such as neutered=yes; may be given again")
+                 "Animals with this value of a user field cannot breed, such as neutered=yes; may be repeated")
       ->type_name("FIELD=VALUE")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--max-kinship", pairs.most_kinship, "Leave out pairs with a higher kinship")->type_name("NUMBER");
-  app.add_flag("--same-location", pairs.same_location, "Only pairs that live at one location");
+  app.add_flag("--same-location", pairs.same_location, "Only pairs that live at the same location");
   CLI::Option* pick = app.add_option("--pick", pairs.picks,
-                                     "Pick so many pairs one after the other, so that gene diversity stays highest");
+                                     "Pick this many pairs, one after the other, to keep gene diversity highest");
   app.add_option("--most-per-male", pairs.most_per_male, "Picks per male")->capture_default_str()->needs(pick);
   app.add_option("--most-per-female", pairs.most_per_female, "Picks per female")->capture_default_str()->needs(pick);
-  app.add_flag("--static", pairs.is_static,
-               "Pick by the ranking of today, without counting the offspring of earlier picks")
+  app.add_flag("--static", pairs.is_static, "Pick by today's ranking, without counting the offspring of earlier picks")
       ->needs(pick);
   addUnknown(app, options);
 }
 
 void addCompletenessOptions(CLI::App& app, genetic_options& options) {
   addIds(app, options);
-  app.add_option("--generations", options.generations, "How far back")->check(CLI::Range(1, 30))->capture_default_str();
+  app.add_option("--generations", options.generations, "How many generations back")
+      ->check(CLI::Range(1, 30))
+      ->capture_default_str();
 }
 
 Table inbreeding(const GeneticBasis& basis, const genetic_options& options) {
@@ -168,7 +171,7 @@ void addCommand(std::vector<command>& commands, const char* name, const char* he
                       [options, add, has_rows](CLI::App& app) {
                         add(app, *options);
                         app.add_flag("--trace-parents", options->basis.trace_parents,
-                                     "Unknown and group parents are the average of the animals that could be them; "
+                                     "Treat each unknown or group parent as the average of its possible animals; "
                                      "needs the reproductive ages of the life history");
                         addUndatedOption(app, options->basis.undated);
                         has_rows ? addTableOptions(app, options->table) : addFormatOptions(app, options->table);
@@ -195,7 +198,7 @@ void addGeneticsCommands(std::vector<command>& commands) {
                addUnknown(app, options);
              });
   addCommand(
-      commands, "gene-drop", "Show what chance leaves of the founders' genes",
+      commands, "gene-drop", "Show how much of the founders' genes survives by chance",
       [](const GeneticBasis& basis, const genetic_options& options) { return geneDropTable(basis, options.drop); },
       addRuns, false);
   addCommand(
@@ -217,7 +220,7 @@ void addGeneticsCommands(std::vector<command>& commands) {
   addCommand(
       commands, "effective-size", "Show the effective population size by several methods", effectiveSizes,
       [](CLI::App& app, genetic_options& options) {
-        app.add_flag("--intervals", options.intervals, "The generation intervals on the four paths instead");
+        app.add_flag("--intervals", options.intervals, "Show the generation intervals on the four paths instead");
       },
       false);
 }

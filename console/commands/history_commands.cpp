@@ -35,10 +35,10 @@ journal_change needChange(const std::vector<journal_change>& changes, std::int64
   const auto found = std::find_if(changes.begin(), changes.end(),
                                   [&](const journal_change& change) { return change.number == number; });
   if (found == changes.end()) {
-    throw Failure("there is no change " + std::to_string(number) + "; spx log lists them");
+    throw Failure("there is no change " + std::to_string(number) + "; spx log lists the changes");
   }
   if (found->undone_by != 0) {
-    throw Failure("change " + std::to_string(number) + " is undone already, by change " +
+    throw Failure("change " + std::to_string(number) + " has already been undone by change " +
                   std::to_string(found->undone_by));
   }
   if (found->cells == 0) {
@@ -47,14 +47,14 @@ journal_change needChange(const std::vector<journal_change>& changes, std::int64
   return *found;
 }
 
-/// Takes back a change, as an edit of its own.
+/// Undoes a change, as an edit of its own.
 ExitCode takeBackAsEdit(Session& session, const edit_options& options, const journal_change& change) {
   const bool repeats = change.note.kind == UNDO_CHANGE;
   const std::string action =
       (repeats ? "redo " + std::to_string(change.undoes) : "undo " + std::to_string(change.number)) + ": " +
       change.note.action.substr(change.note.action.find(repeats ? ": " : "") + (repeats ? 2 : 0));
   edit_options anyway = options;
-  anyway.freedom.anyway = true;  // it was so before
+  anyway.freedom.anyway = true;  // the state existed before, so it is not refused
   return runEdit(
       session, anyway, {repeats ? REDO_CHANGE : UNDO_CHANGE, action, "", ""},
       [&](StudbookEdit& edit) { takeBack(edit, change.number); }, change.number);
@@ -108,7 +108,7 @@ void addHistoryCommands(std::vector<command>& commands) {
                       [redone](CLI::App& app) { addEditOptions(app, redone->edit); }});
   const auto restored = std::make_shared<restore_options>();
   commands.push_back(
-      {"restore", "Write the studbook as it was at a time",
+      {"restore", "Write the studbook as it was at a given time",
        [restored](Session& session) { return restore(session, *restored); },
        [restored](CLI::App& app) {
          app.add_option("--at", restored->time, "The time: 2026-03-01 (its end) or \"2026-03-01 14:30\"")

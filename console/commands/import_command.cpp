@@ -43,7 +43,7 @@ struct import_options {
   edit_options edit;
 };
 
-/// Animals that are placeholders by their IDs show in no list: the keeper has to want that.
+/// Animals whose IDs make them placeholders are in no list, so the keeper has to accept that explicitly.
 void refusePlaceholders(const import_options& options, const loading_notes& notes) {
   if (options.placeholders || notes.placeholders.empty()) {
     return;
@@ -102,7 +102,7 @@ void reportLoaded(const loading_notes& notes) {
   printNames("other columns", fields);
 }
 
-/// Whether the tables update a studbook file that there is.
+/// Whether the import updates an existing studbook file.
 bool isUpdate(Session& session, const import_options& options) {
   return !options.replace && session.hasStudbook() && isStudbookFile(session.importTarget());
 }
@@ -114,7 +114,7 @@ HAND_EDITS policyOf(const import_options& options) {
   return options.theirs ? HAND_EDITS::THEIRS : HAND_EDITS::ASK;
 }
 
-/// How the columns were understood; and keeps that for the next time where that was asked for.
+/// Shows how the columns were understood, and writes the mapping file if one was asked for.
 void reportColumns(const Session& session, const studbook_tables& tables, const studbook_files& files) {
   if (!tables.notes) {
     return;
@@ -127,7 +127,7 @@ void reportColumns(const Session& session, const studbook_tables& tables, const 
   }
 }
 
-/// The tables are loaded for their faults first, which then are told by their own lines. Places are those of the
+/// Loads the tables first, so that their faults are reported with the lines of the tables. Places are those of the
 /// studbook where the tables do not list them.
 ExitCode update(Session& session, const import_options& options) {
   const studbook_files files = session.filesBeside(options.animals);
@@ -195,11 +195,11 @@ void addImportCommands(std::vector<command>& commands) {
                              "Table of animals (CSV, .xlsx, .ods), or a directory with animals.csv and the others")
                   ->required());
          app.add_option("--id-prefix", options->id_prefix, "Put a text before every ID")->type_name("TEXT");
-         app.add_flag("--placeholders", options->placeholders, "Accept animals that are placeholders by their IDs");
+         app.add_flag("--placeholders", options->placeholders, "Accept animals whose IDs are placeholders");
          CLI::Option* ours = app.add_flag("--ours", options->ours, "Keep what was changed by hand");
-         app.add_flag("--theirs", options->theirs, "Take the table's values for it")->excludes(ours);
+         app.add_flag("--theirs", options->theirs, "Take the table's values instead")->excludes(ours);
          app.add_flag("--replace", options->replace,
-                      "Make a new studbook file with a new history; the former one is kept");
+                      "Make a new studbook file with a new history; the previous one is kept");
          addEditOptions(app, options->edit);
        }});
 }

@@ -9,7 +9,7 @@
 namespace spx::console {
 namespace {
 
-/// What keepers report day by day, in their own words.
+/// The words and options of the everyday commands: birth, death, transfer, loss.
 struct life_words {
   edit_options options;
   std::vector<std::string> ids;
@@ -25,7 +25,7 @@ using typed_words = std::shared_ptr<life_words>;
 
 void addIds(CLI::App& app, life_words& typed) {
   app.add_option("ID", typed.ids, "The animals");
-  app.add_option("--where", typed.where, "The animals of which this holds")
+  app.add_option("--where", typed.where, "Choose the animals that meet this condition")
       ->type_name("FIELD=VALUE")
       ->allow_extra_args(false);
 }
@@ -44,7 +44,7 @@ void addPlace(CLI::App& app, life_words& typed) {
   app.add_option("--at", typed.place, "The location")->type_name("LOCATION");
 }
 
-/// The command as the history shows it.
+/// The text of the command for the history.
 std::string actionOf(const std::string& name, const life_words& typed) {
   std::vector<std::string> shown = typed.ids;
   const auto add = [&](const char* option, const std::string& value) {
@@ -116,7 +116,7 @@ command endCommand(const char* name, const char* help, const char* event) {
 
 command transferCommand() {
   const auto typed = std::make_shared<life_words>();
-  return {"transfer", "Enter that animals moved to another location",
+  return {"transfer", "Enter transfers of animals to another location",
           [typed](Session& session) {
             return runLifeEdit(session, "transfer", *typed, [&](StudbookEdit& edit) {
               addEvents(edit, {typed->ids, typed->where},
@@ -136,9 +136,9 @@ command transferCommand() {
 
 void addLifeCommands(std::vector<command>& commands) {
   commands.push_back(birthCommand());
-  commands.push_back(endCommand("death", "Enter that animals died", "death"));
+  commands.push_back(endCommand("death", "Enter deaths", "death"));
   commands.push_back(transferCommand());
-  commands.push_back(endCommand("loss", "Enter that animals were lost to follow-up", "lost-to-follow-up"));
+  commands.push_back(endCommand("loss", "Enter animals lost to follow-up", "lost-to-follow-up"));
 }
 
 }  // namespace spx::console

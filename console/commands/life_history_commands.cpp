@@ -102,12 +102,13 @@ void addLifeHistoryCommands(std::vector<command>& commands) {
                app.add_option("KEY=VALUE", words->assignments, "Parameters")->required();
                app.footer(settingsText());
              }});
-  group.add({"load", "Take all parameters from a file", [words](Session& session) { return load(session, *words); },
+  group.add({"load", "Replace all parameters with those of a file",
+             [words](Session& session) { return load(session, *words); },
              [words](CLI::App& app) { app.add_option("FILE", words->file, "A life-history file")->required(); }});
   group.add({"save", "Write all parameters to a file", [words](Session& session) { return save(session, *words); },
              [words](CLI::App& app) {
                app.add_option("FILE", words->file, "The file to write")->required();
-               app.add_flag("--overwrite", words->overwrite, "Replace a file that is there");
+               app.add_flag("--overwrite", words->overwrite, "Replace an existing file");
              }});
   commands.push_back(group.asCommand());
 }

@@ -34,7 +34,7 @@ struct listing_options {
   bool all = false;
 };
 
-/// Listings show inbreeding and generations, and choose by them.
+/// Loads the studbook and computes inbreeding and generations, which listings show and views choose by.
 void loadWithGenetics(Session& session) {
   session.loadStudbook();
   computeRecordGenetics();
@@ -93,7 +93,7 @@ ExitCode living(Session& session, const listing_options& options) {
   const std::string day = openDates().on ? "today" : "on " + qs_lib::julianToISO(qs_lib::dayToMs(View.monitor_date));
   const std::string asked = viewText();
   showAnimals(animals, ANIMAL_LIST::LIVING, options,
-              asked.empty() ? "no animals are known to live " + day : noAnimalsText());
+              asked.empty() ? "no animals are known to be alive " + day : noAnimalsText());
   return ExitCode::DONE;
 }
 
@@ -136,7 +136,7 @@ position needAnimal(const std::string& id) {
 std::vector<position> selectedAnimals() {
   std::vector<position> animals;
   for (position animal = 0; animal < Animals.records.size(); ++animal) {
-    // The fixed placeholders (WILD, UNK) are nobody.
+    // The fixed placeholders (WILD, UNK) are not individuals.
     if (Animals.records[animal].selected && !isFixedPlaceholder(Animals.records[animal].stud_id)) {
       animals.push_back(animal);
     }
@@ -215,7 +215,7 @@ ExitCode find(Session& session, const listing_options& options) {
   Table table = matches(options.word);
   table.one_row = "match";
   table.many_rows = "matches";
-  table.if_empty = "no ID and no user-defined field holds " + quotedText(options.word);
+  table.if_empty = "no ID or user-defined field contains " + quotedText(options.word);
   showTable(table, options.table);
   return ExitCode::DONE;
 }
@@ -262,10 +262,10 @@ void addFindOptions(CLI::App& app, listing_options& options) {
 void addListingCommands(std::vector<command>& commands) {
   addListing(commands, "list", "List the animals of the view", list, addListOptions);
   addListing(commands, "living", "List the living animals of the view", living, addLivingOptions);
-  addListing(commands, "find", "Find animals by a part of their ID or of a user-defined field", find, addFindOptions);
+  addListing(commands, "find", "Find animals by part of their ID or of a user-defined field", find, addFindOptions);
   addListing(commands, "offspring", "List the offspring of an animal", offspring, addFamilyOptions);
   addListing(commands, "pedigree", "List an animal and its ancestors", pedigree, addFamilyOptions);
-  addListing(commands, "show", "Show the card of an animal", show, addShowOptions);
+  addListing(commands, "show", "Show everything known about an animal", show, addShowOptions);
 }
 
 }  // namespace spx::console

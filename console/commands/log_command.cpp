@@ -24,13 +24,13 @@ struct log_options {
   std::int64_t change = 0;
 };
 
-/// The changes that are asked for.
+/// The changes that the options select.
 std::vector<journal_change> chosenChanges(SQLite::Database& database, const log_options& options) {
   if (!hasJournal(database)) {
     return {};
   }
   std::vector<journal_change> changes = readChanges(database);
-  std::reverse(changes.begin(), changes.end());  // the last one is looked for most
+  std::reverse(changes.begin(), changes.end());  // newest first
   if (!options.since.empty()) {
     const std::string since = journalTime("--since", options.since, false);
     std::erase_if(changes, [&](const journal_change& each) { return !each.time.empty() && each.time < since; });
@@ -38,7 +38,7 @@ std::vector<journal_change> chosenChanges(SQLite::Database& database, const log_
   if (options.change != 0) {
     std::erase_if(changes, [&](const journal_change& each) { return each.number != options.change; });
     if (changes.empty()) {
-      throw Failure("there is no change " + std::to_string(options.change) + "; spx log lists them");
+      throw Failure("there is no change " + std::to_string(options.change) + "; spx log lists the changes");
     }
   }
   return changes;
@@ -67,7 +67,7 @@ Table tableOfChanges(const std::vector<journal_change>& changes) {
   return table;
 }
 
-/// The rows of the table of animals that an ID means or meant.
+/// The rows of the table of animals that have or had the ID.
 std::set<std::int64_t> rowsOfAnimal(SQLite::Database& database, const std::string& id) {
   SQLite::Statement query(database,
                           "SELECT \"row\" FROM animals WHERE id = ?1 UNION SELECT \"row\" FROM change_cells "
@@ -136,7 +136,7 @@ Table tableOfCells(SQLite::Database& database, const std::vector<journal_change>
   const CellChoice choice(database, id);
   for (const journal_change& change : changes) {
     for (const journal_cell& cell : netCells(readCells(database, change.time.empty() ? 0 : change.number))) {
-      // An event that is new or removed tells its animal anyway.
+      // The row of a new or removed event names its animal in any case.
       const bool names_animal = cell.table == "events" && cell.field == "animal" &&
                                 (cell.before.value_or("").empty() || cell.after.value_or("").empty());
       if (!choice.has(cell) || names_animal) {
@@ -174,12 +174,12 @@ ExitCode log(Session& session, const log_options& options) {
 
 void addLogCommand(std::vector<command>& commands) {
   const auto options = std::make_shared<log_options>();
-  commands.push_back({"log", "List the changes of a studbook file, the last first",
+  commands.push_back({"log", "List the changes to a studbook file, the latest first",
                       [options](Session& session) { return log(session, *options); },
                       [options](CLI::App& app) {
-                        app.add_option("ID", options->id, "Of one animal: each value before and after");
-                        app.add_option("--since", options->since, "Only changes from a time on")->type_name("TIME");
-                        app.add_option("--change", options->change, "Each value that a change has changed")
+                        app.add_option("ID", options->id, "Only this animal, with each value before and after");
+                        app.add_option("--since", options->since, "Only changes since this time")->type_name("TIME");
+                        app.add_option("--change", options->change, "Every value that this change set")
                             ->type_name("N")
                             ->check(CLI::PositiveNumber);
                         addTableOptions(app, options->table);

@@ -24,7 +24,7 @@ fs::path keyFile(const fs::path& directory) {
   return directory / (directory.filename().string() + ".project");
 }
 
-/// The working directory, which the library changes while it makes a project.
+/// Restores the working directory, which the library changes while it creates a project.
 class SameDirectory {
  public:
   SameDirectory() : former_(fs::current_path()) {}
@@ -39,7 +39,7 @@ class SameDirectory {
   fs::path former_;
 };
 
-/// The library makes what it can and says yes; this says what is missing.
+/// Throws Failure for whatever is missing: the library returns true even when it could not create everything.
 void checkProject(const fs::path& directory) {
   for (const char* part : {"views", "reports", "export", "graphics"}) {
     if (!fs::is_directory(directory / part)) {
@@ -56,16 +56,16 @@ ExitCode create(const std::string& typed_name) {
   const SameDirectory stay;
   const std::string name = qs_lib::allTrim(typed_name);
   if (!qs_lib::isPlainName(name) || name.starts_with("~")) {
-    throw UsageError(quotedText(typed_name) + " cannot be the name of a project");
+    throw UsageError(quotedText(typed_name) + " is not a valid project name");
   }
-  // The names of its files, and of the directory in which a removed project is kept, are longer.
+  // Leaves room for the longer names of its files and of the directory in which a removed project is kept.
   constexpr std::size_t LONGEST_NAME = 200;
   if (name.size() > LONGEST_NAME) {
     throw UsageError(quotedText(name) + " is too long for the name of a project (at most " +
                      std::to_string(LONGEST_NAME) + " bytes)");
   }
   if (!fs::is_directory(projectsDirectory())) {
-    throw Failure(projectsDirectory() + ": there is no such directory");
+    throw Failure(projectsDirectory() + ": no such directory");
   }
   if (!ActiveProject.create(name, projectsDirectory())) {
     return ExitCode::FAILED;
@@ -92,7 +92,7 @@ ExitCode list() {
     std::cout << name << "\n";
   }
   if (names.empty()) {
-    std::cerr << "spx: there are no projects; spx project create NAME makes one\n";
+    std::cerr << "spx: there are no projects; spx project create NAME creates one\n";
   }
   return ExitCode::DONE;
 }
@@ -105,7 +105,7 @@ ExitCode show(const std::string& name) {
   return ExitCode::DONE;
 }
 
-/// Out of the way, but not lost: a project may hold the only copy of a view or a report.
+/// Moves a project to ~/spx/removed instead of deleting it, since it may hold the only copy of a view or a report.
 fs::path setAside(const fs::path& directory) {
   const fs::path store = qs_lib::homePath("~/spx/removed");
   fs::create_directories(store);
@@ -119,7 +119,7 @@ fs::path setAside(const fs::path& directory) {
   return target;
 }
 
-/// Also a project whose key file is missing or damaged.
+/// Removes a project, also one whose key file is missing or damaged.
 ExitCode remove(const std::string& name) {
   nameProject(name);
   const fs::path kept = setAside(ActiveProject.getDirectory());
@@ -139,8 +139,8 @@ void addProjectCommands(std::vector<command>& commands) {
       {"create", "Make a new project with its directories", [name](Session&) { return create(*name); }, add_name});
   group.add({"list", "List the projects", [](Session&) { return list(); }});
   group.add({"show", "Show the settings of a project", [name](Session&) { return show(*name); }, add_name});
-  group.add({"remove", "Take a project out of the list; its files are kept aside",
-             [name](Session&) { return remove(*name); }, add_name});
+  group.add({"remove", "Remove a project from the list; its files are kept", [name](Session&) { return remove(*name); },
+             add_name});
   commands.push_back(group.asCommand());
 }
 

@@ -48,11 +48,11 @@ void addReportCommands(std::vector<command>& commands) {
                           names += (names.empty() ? "" : ", ") + name;
                         }
                         app.add_option("--sections", options->choice.sections,
-                                       "Only these, separated by commas: " + names)
+                                       "Only these sections, separated by commas: " + names)
                             ->delimiter(',')
                             ->type_name("LIST");
                         app.add_flag("--cards", options->choice.cards,
-                                     "Show the ancestors of each living animal, to the great-grandparents");
+                                     "Show the ancestors of each living animal, up to the great-grandparents");
                         app.add_option("--gene-drops", options->choice.gene_drops, "Runs for the founders' retention")
                             ->check(CLI::Range(1, 1000000))
                             ->capture_default_str();

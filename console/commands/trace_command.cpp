@@ -29,7 +29,7 @@ struct trace_options {
   std::uint64_t most = 0;
 };
 
-/// Says how large the report will be, where that is much.
+/// Warns when the report will be large.
 void announceSize(std::uint64_t candidates) {
   constexpr double BYTES_PER_CANDIDATE = 129;  // measured on three studbooks; long names of places add to it
   constexpr std::uint64_t MANY = 100000;
@@ -38,7 +38,7 @@ void announceSize(std::uint64_t candidates) {
   }
   const std::string megabytes = qs_lib::realToString(static_cast<double>(candidates) * BYTES_PER_CANDIDATE / 1e6, 0);
   std::cerr << "spx: " << candidates << " possible parents; the report will take about " << megabytes
-            << " MB (--most-candidates N lists only N for each animal and parent)\n";
+            << " MB (--most-candidates N lists at most N for each animal and parent)\n";
 }
 
 void setParameters(const trace_options& options) {
@@ -100,7 +100,7 @@ ExitCode traceParents(Session& session, const trace_options& options) {
 
 void addTraceCommands(std::vector<command>& commands) {
   const auto options = std::make_shared<trace_options>();
-  commands.push_back({"trace-parents", "List the possible parents where they are unknown",
+  commands.push_back({"trace-parents", "List the possible parents of animals whose parents are unknown",
                       [options](Session& session) { return traceParents(session, *options); },
                       [options](CLI::App& app) {
                         addOutputOptions(app, options->output);
@@ -110,7 +110,7 @@ void addTraceCommands(std::vector<command>& commands) {
                             ->type_name("KEY=VALUE")
                             ->allow_extra_args(false);
                         app.add_option("--most-candidates", options->most,
-                                       "List only so many possible sires and dams for each animal")
+                                       "List at most this many possible sires and dams for each animal")
                             ->type_name("COUNT");
                         addViewOptions(app, options->view, VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD);
                       }});

@@ -8,7 +8,7 @@ class App;
 
 namespace spx::console {
 
-/// Offers `--undated living|exclude`. The choice must live until the command line is parsed.
+/// Adds `--undated living|exclude`. The choice must live until the command line is parsed.
 void addUndatedOption(CLI::App& app, UNDATED& choice);
 
 }  // namespace spx::console

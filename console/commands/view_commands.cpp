@@ -79,7 +79,7 @@ ExitCode erase(Session& session, const view_words& words) {
 
 ExitCode load(Session& session, const view_words& words) {
   if (words.name.empty()) {
-    throw UsageError("a view has a name");
+    throw UsageError("the name of the view is empty");
   }
   view_choice choice = words.view;
   choice.name = words.name;

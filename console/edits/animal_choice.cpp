@@ -13,7 +13,7 @@
 namespace spx::console {
 namespace {
 
-/// What tells an animal apart from others with its ID.
+/// Details that distinguish an animal from others with the same ID.
 std::string description(StudbookEdit& edit, row_number animal) {
   std::string text;
   for (const char* field : {"sex", "birth_date", "sire", "dam"}) {

@@ -13,7 +13,7 @@ namespace spx::console {
 row_number addAnimal(StudbookEdit& edit, const std::string& id, const std::vector<field_value>& values,
                      edit_freedom freedom);
 
-/// Gives animals other values.
+/// Changes values of animals.
 void setAnimals(StudbookEdit& edit, const animal_choice& choice, const std::vector<field_value>& values,
                 edit_freedom freedom);
 
@@ -24,13 +24,13 @@ void removeAnimals(StudbookEdit& edit, const animal_choice& choice, edit_freedom
 /// first is the parent.
 void renameAnimal(StudbookEdit& edit, const std::string& id, const std::string& new_id);
 
-/// Makes one record of two: the first animal takes what it does not have itself, the events that it does
-/// not have, and the offspring. Values that contradict each other are refused unless they are
-/// given; with freedom those of the first stay.
+/// Merges two records into one: the first animal takes over the values and events that it lacks, and the
+/// offspring. Contradicting values are refused unless the caller gives new ones; with `freedom.anyway`
+/// those of the first animal are kept.
 void mergeAnimals(StudbookEdit& edit, const std::string& kept, const std::string& other,
                   const std::vector<field_value>& values, edit_freedom freedom);
 
-/// Enters the end of animals' lives or records. Refused when there is one already.
+/// Records the death or the loss to follow-up of animals. Refused when one is already recorded.
 /// @param event   "death" or "lost-to-follow-up"
 /// @param place   where; may be empty
 void endAnimals(StudbookEdit& edit, const animal_choice& choice, const std::string& event, const std::string& date,

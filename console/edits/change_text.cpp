@@ -11,7 +11,7 @@
 namespace spx::console {
 namespace {
 
-/// What a row is called when it comes or goes.
+/// What a row is called when it is added or removed.
 const char* kindOf(const std::string& table) {
   static constexpr std::pair<const char*, const char*> KINDS[] = {
       {"animals", "animal"}, {"events", "event"}, {"locations", "location"}, {"programs", "programme"}};
@@ -66,7 +66,7 @@ class ChangeWriter {
                      shownCell(cell.before.value_or("")) + " -> " + shownCell(cell.after.value_or("")));
   }
 
-  /// The list of columns: fields of the program come and go with their cells.
+  /// A change in the list of columns. Built-in fields are not reported, since their cells are.
   void addColumn(const journal_cell& cell) {
     if (cell.field != "title") {
       return;
@@ -90,7 +90,7 @@ class ChangeWriter {
     });
   }
 
-  /// Whether a cell was emptied because its column went; those are only counted.
+  /// Whether a cell was emptied because its column was removed; such cells are only counted.
   bool isRemovedField(const journal_cell& cell) const { return lost_.contains(cell.field); }
 
   std::string lostValues(row_number column) {
@@ -113,7 +113,7 @@ class ChangeWriter {
     return name.empty() ? "" : name + ": ";
   }
 
-  /// What stands, or stood, in a row that came or went.
+  /// The values of a row that was added or removed.
   std::string valuesOf(const journal_cell& row) {
     std::string text;
     for (const journal_cell* cell : whole_[{row.table, row.row}]) {
@@ -128,9 +128,9 @@ class ChangeWriter {
   }
 
   StudbookEdit& edit_;
-  /// The entries of the rows that came or went.
+  /// The journal entries of the rows that were added or removed.
   std::map<std::pair<std::string, row_number>, std::vector<const journal_cell*>> whole_;
-  std::map<std::string, std::size_t> lost_;  ///< values by the name of their column, which was removed
+  std::map<std::string, std::size_t> lost_;  ///< how many values were lost, by the name of the removed column
   std::vector<std::string> lines_;
 };
 

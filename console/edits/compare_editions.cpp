@@ -20,7 +20,7 @@ struct matched_rows {
   std::vector<std::size_t> only_after;
 };
 
-/// Matches rows by a key, the n-th of a key with the n-th.
+/// Matches rows by a key; when several share a key, the n-th with the n-th.
 matched_rows matchByKey(const EditionTable& before, const EditionTable& after, std::string_view key) {
   std::unordered_map<std::string_view, std::vector<std::size_t>> waiting;
   for (std::size_t row = before.rows(); row-- > 0;) {
@@ -46,7 +46,7 @@ matched_rows matchByKey(const EditionTable& before, const EditionTable& after, s
   return matched;
 }
 
-/// The columns of the second table with those of the first that mean the same.
+/// Pairs each column of the second table with the column of the first that means the same.
 class ColumnPairs {
  public:
   ColumnPairs(const EditionTable& before, const EditionTable& after) : before_(before), after_(after) {
@@ -77,7 +77,7 @@ std::string text(std::string_view view) {
   return std::string(view);
 }
 
-/// Animals of one edition alone that are probably one animal of the other under another ID.
+/// Finds animals that are probably in both editions, under different IDs.
 class RenameGuess {
  public:
   RenameGuess(const EditionTable& before, const EditionTable& after) : before_(before), after_(after) {}
@@ -87,7 +87,7 @@ class RenameGuess {
     const auto added = rowsByBirth(after_, matched.only_after);
     for (const auto& [birth, rows] : removed) {
       const auto partner = added.find(birth);
-      // Twins cannot be told apart.
+      // Animals with the same birth, such as twins, cannot be told apart.
       if (rows.size() != 1 || partner == added.end() || partner->second.size() != 1) {
         continue;
       }
@@ -98,8 +98,8 @@ class RenameGuess {
   }
 
  private:
-  /// What an animal is known by without its ID. Who has neither a birth date nor a parent is not
-  /// known by anything.
+  /// Birth date, parents and sex, which identify an animal without its ID. Empty for an animal with
+  /// neither a birth date nor a parent.
   static std::string birthOf(const EditionTable& table, std::size_t row) {
     std::string birth;
     for (const char* field : {"birth_date", "sire", "dam"}) {
@@ -173,8 +173,7 @@ class EditionComparison {
   }
 
  private:
-  /// Whether the rows of a table are to be compared: a table that the second edition lacks says
-  /// nothing.
+  /// Whether the rows of a table are compared; not when the second edition lacks the table.
   bool both(const EditionTable& before, const EditionTable& after, const char* name) {
     if (before.isGiven() && !after.isGiven()) {
       found_.lost_tables.emplace_back(name);
@@ -245,7 +244,8 @@ class EditionComparison {
     }
   }
 
-  /// First the events that are the same, then those that share date and kind, then kind or date.
+  /// Pairs the events that are equal, then those with the same date and kind, then those with the
+  /// same kind and location, then those with the same date.
   void compareEventsOf(std::size_t animal_before, std::size_t animal_after, std::vector<std::size_t> was,
                        std::vector<std::size_t> is) {
     const ColumnPairs columns(before_.events, after_.events);
@@ -277,7 +277,7 @@ class EditionComparison {
     }
   }
 
-  /// Takes out of both lists what belongs together.
+  /// Removes from both lists the pairs that belong together, calling `take` for each.
   template <typename Belong, typename Take>
   static void pairOff(std::vector<std::size_t>& was, std::vector<std::size_t>& is, Belong belong, Take take) {
     std::erase_if(was, [&](std::size_t a) {

@@ -17,19 +17,19 @@ enum class ROW_CHANGE : std::uint8_t {
   RENAMED  ///< a guess: an animal with another ID and the same birth, parents and sex
 };
 
-/// A cell that is different in two editions.
+/// A cell that differs between two editions.
 struct cell_difference {
   edition_column column;  ///< as the second edition has it
   std::string before;     ///< empty when the first has no such column
   std::string after;
 };
 
-/// A row that is different in two editions.
+/// A row that differs between two editions.
 struct row_difference {
   std::string table;  ///< "animals", "events", "locations" or "programs"
   ROW_CHANGE change = ROW_CHANGE::CHANGED;
-  std::string animal;  ///< the ID of the animal, or of that of the event, in the second edition, or where it is
-                       ///< removed, in the first
+  std::string animal;  ///< the ID of the animal, or of the event's animal, in the second edition; when removed,
+                       ///< in the first
   std::string name;    ///< of an event its date and kind, of a location its name; else empty
   std::size_t before = EditionTable::NONE;         ///< the row in the first edition
   std::size_t after = EditionTable::NONE;          ///< the row in the second edition
@@ -38,7 +38,7 @@ struct row_difference {
   std::vector<cell_difference> cells;  ///< of a row that is in both; for RENAMED the ID among them
 };
 
-/// What is different in two editions of a studbook.
+/// The differences between two editions of a studbook.
 struct edition_differences {
   std::vector<row_difference> rows;  ///< animals, then events, locations and programmes, each in the order of the rows
   std::vector<std::string> new_fields;   ///< titles of the columns that only the second has, of animals and events

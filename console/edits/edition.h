@@ -10,9 +10,9 @@
 
 namespace spx::console {
 
-/// A column of a table of an edition.
+/// A column of a table in one edition of a studbook.
 struct edition_column {
-  std::string field;  ///< of a field of the program its name; else empty
+  std::string field;  ///< the name of the built-in field that it holds; else empty
   std::string title;  ///< as the table has it
 };
 
@@ -24,7 +24,7 @@ class EditionTable {
   /// Reads all rows. Throws TableError and UsageError.
   EditionTable(const table_source& source, std::span<const table_field> fields);
 
-  /// A table without columns, of an edition that does not have it.
+  /// A table without columns, for an edition that lacks the table.
   EditionTable() = default;
 
   bool isGiven() const { return !columns_.empty(); }
@@ -33,13 +33,13 @@ class EditionTable {
 
   std::string_view cell(std::size_t row, std::size_t column) const;
 
-  /// Where the row stands: its line, or its number in a studbook file.
+  /// The position of the row: its line, or its number in a studbook file.
   std::size_t line(std::size_t row) const { return lines_[row]; }
 
   /// Of an event: see RowSource.
   std::size_t animalRow(std::size_t row) const { return animal_rows_[row]; }
 
-  /// The column of a field of the program; NONE when there is none.
+  /// The column of a built-in field; NONE when there is none.
   std::size_t column(std::string_view field) const;
 
   /// The column that means the same as one of another table; NONE when there is none.
@@ -65,8 +65,8 @@ struct edition {
   EditionTable programs;
 };
 
-/// Reads the tables as texts; only what they are is looked at, not what stands in them. Throws Failure
-/// and UsageError.
+/// Reads the tables as texts. Their titles are checked, but not the values of their cells. Throws
+/// Failure and UsageError.
 edition readEdition(const studbook_tables& tables);
 
 }  // namespace spx::console

@@ -23,7 +23,7 @@ std::string listOf(StudbookEdit& edit, const std::vector<row_number>& events) {
   return text;
 }
 
-/// The one of an animal's events that is meant.
+/// The N-th event of an animal, counted from 1.
 row_number numberedEvent(StudbookEdit& edit, row_number animal, std::size_t number) {
   const std::vector<row_number> events = eventsOf(edit, animal);
   if (number > events.size()) {
@@ -33,7 +33,7 @@ row_number numberedEvent(StudbookEdit& edit, row_number animal, std::size_t numb
   return events[number - 1];
 }
 
-/// Of several events of one animal the keeper has to say which.
+/// Throws when several events of one animal match: the keeper has to say which one is meant.
 void refuseSeveral(StudbookEdit& edit, row_number animal, const std::vector<row_number>& events) {
   if (events.size() > 1) {
     throw Failure(animalName(edit, animal) + " has " + std::to_string(events.size()) +

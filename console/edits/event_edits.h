@@ -19,7 +19,7 @@ struct event_choice {
 void addEvents(StudbookEdit& edit, const animal_choice& choice, const std::vector<field_value>& values,
                edit_freedom freedom);
 
-/// Gives events other values.
+/// Changes values of events.
 void setEvents(StudbookEdit& edit, const event_choice& choice, const std::vector<field_value>& values,
                edit_freedom freedom);
 

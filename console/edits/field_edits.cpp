@@ -24,7 +24,7 @@ bool isOwnField(const std::string& table, const std::string& word) {
   });
 }
 
-/// The keeper's own columns of a table.
+/// The user-defined columns of a table.
 std::vector<stored_column> userColumns(StudbookEdit& edit, const std::string& table) {
   std::vector<stored_column> columns = storedColumns(edit.database(), table);
   std::erase_if(columns, [](const stored_column& column) { return !column.field.starts_with("user_"); });
@@ -39,7 +39,7 @@ stored_column needUserColumn(StudbookEdit& edit, const std::string& table, const
     return *found;
   }
   if (isOwnField(table, title)) {
-    throw UsageError(quotedText(title) + " is a field of the program; only your own fields can be renamed or removed");
+    throw UsageError(quotedText(title) + " is a built-in field; only your own fields can be renamed or removed");
   }
   std::vector<std::string> titles;
   for (const stored_column& column : columns) {
@@ -55,7 +55,7 @@ std::string newTitle(StudbookEdit& edit, const std::string& table, const std::st
     throw UsageError("a field needs a name");
   }
   if (isOwnField(table, title)) {
-    throw UsageError(quotedText(title) + " is a field of the program; choose another name");
+    throw UsageError(quotedText(title) + " is a built-in field; choose another name");
   }
   const std::vector<stored_column> columns = userColumns(edit, table);
   if (std::any_of(columns.begin(), columns.end(),
@@ -65,7 +65,7 @@ std::string newTitle(StudbookEdit& edit, const std::string& table, const std::st
   return title;
 }
 
-/// The row of the list of columns in which a column stands.
+/// The row of a column in the list of columns.
 row_number rowOfColumn(StudbookEdit& edit, const std::string& table, const stored_column& column) {
   for (const row_number row : edit.find("columns", "field", column.field)) {
     if (edit.cell("columns", row, "of_table") == table) {

@@ -4,8 +4,7 @@
 
 #include "console/edits/studbook_edit.h"
 
-/// Changes of the keeper's own fields. The program's fields are always there. Each throws
-/// UsageError.
+/// Changes of user-defined fields; the built-in fields always exist. Each throws UsageError.
 namespace spx::console {
 
 /// @param table  "animals" or "events"

@@ -52,7 +52,7 @@ void HandEdits::note(const journal_cell& cell) {
   gone_[row].try_emplace("of", cell.animal);
 }
 
-/// The table has had its word on it.
+/// Forgets hand edits of a cell that a later import has written.
 void HandEdits::forget(const journal_cell& cell) {
   cells_.erase({cell.table, cell.row, cell.field});
   if (cell.field == WHOLE_ROW) {
@@ -61,8 +61,8 @@ void HandEdits::forget(const journal_cell& cell) {
   }
 }
 
-/// What came back to where it was is not an edit; of rows that are gone what the table called them
-/// is kept.
+/// Drops edits of cells that have their imported value again or whose row is gone. For removed
+/// rows, stores the texts by which the imported table named them.
 void HandEdits::settle(StudbookEdit& edit) {
   std::erase_if(cells_, [&](const auto& entry) {
     const auto& [table, row, field] = entry.first;

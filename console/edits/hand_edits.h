@@ -9,7 +9,7 @@
 
 namespace spx::console {
 
-/// What was changed by hand since the tables were imported, as far as it still stands: every change
+/// What was changed by hand since the tables were imported and is still in effect: every change
 /// that is not an import and was not undone.
 class HandEdits {
  public:
@@ -29,8 +29,8 @@ class HandEdits {
   /// Whether the row was added by hand.
   bool hasRow(const std::string& table, row_number row) const { return added_.contains({table, row}); }
 
-  /// Whether a row of that text was removed by hand: of an animal its ID, of an event its animal, date and kind,
-  /// of others the name.
+  /// Whether a row with that text was removed by hand. The text is the ID of an animal; animal, date and kind of
+  /// an event; the name of any other row.
   bool hasRemoved(const std::string& table, const std::string& text) const { return removed_.contains({table, text}); }
 
  private:
@@ -38,7 +38,8 @@ class HandEdits {
   void forget(const journal_cell& cell);
   void settle(StudbookEdit& edit);
 
-  std::map<std::tuple<std::string, row_number, std::string>, std::string> cells_;  ///< with what the table had
+  std::map<std::tuple<std::string, row_number, std::string>, std::string> cells_;  ///< values: the text that
+                                                                                   ///< the table had
   std::set<std::pair<std::string, row_number>> added_;
   std::map<std::pair<std::string, row_number>, std::map<std::string, std::string>> gone_;  ///< rows with their cells
   std::set<std::pair<std::string, std::string>> removed_;

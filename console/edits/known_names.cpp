@@ -128,7 +128,7 @@ std::vector<field_value> KnownNames::values(const std::vector<field_value>& type
   for (const field_value& each : typed) {
     field_value known{field(each.field), qs_lib::allTrim(each.value)};
     if (known.field == "id" && table_ != "locations") {
-      throw UsageError("the ID is not a field to set; spx animal rename OLD NEW changes it everywhere");
+      throw UsageError("the ID cannot be set like a field; spx animal rename OLD NEW changes it everywhere");
     }
     if (std::any_of(values.begin(), values.end(), [&](const field_value& one) { return one.field == known.field; })) {
       throw UsageError("the field " + quotedText(each.field) + " is given twice");
@@ -148,14 +148,14 @@ void KnownNames::check(const std::string& field, const std::string& value) {
     const std::vector<std::string> places = knownPlaces(edit_);
     if (!contains(places, value)) {
       throw UsageError("there is no location " + quotedText(value) + nearest(value, places) +
-                       "\n  --new takes it as a new one; spx location add gives it a place in the list");
+                       "\n  --new adds it as a new location; spx location add gives it a place in the list");
     }
   }
   if (field == "taxon" && !isUnknown(value)) {
     const std::vector<std::string> taxa = texts(edit_, "SELECT DISTINCT trim(taxon) FROM animals WHERE taxon <> ''");
     if (!contains(taxa, value)) {
       throw UsageError("there is no taxon " + quotedText(value) + nearest(value, taxa) +
-                       "\n  --new takes it as a new one");
+                       "\n  --new adds it as a new taxon");
     }
   }
 }

@@ -7,22 +7,22 @@
 
 namespace spx::console {
 
-/// How far a change may go.
+/// What a change may do despite warnings.
 struct edit_freedom {
   bool anyway = false;     ///< also what makes no sense
   bool allow_new = false;  ///< fields, locations, taxa and parents that the studbook does not know
 };
 
-/// What may be typed for the fields of one table of a studbook file: their names, and the places
-/// and taxa that it knows. An unknown word is refused with the nearest one, in UsageError, unless
-/// the keeper asks for new ones.
+/// Checks what is typed for the fields of one table of a studbook file: field names, locations and
+/// taxa. An unknown one throws UsageError, which suggests the nearest known one, unless new ones
+/// are allowed.
 class KnownNames {
  public:
-  /// @param allow_new  unknown fields are added, unknown places and taxa are taken
+  /// @param allow_new  unknown fields are added, unknown locations and taxa accepted
   KnownNames(StudbookEdit& edit, std::string table, bool allow_new);
 
-  /// The column of a field that goes by its name, the title of its column or another title of the
-  /// field, in any case.
+  /// The column of a field, which may be typed by its name, the title of its column or another
+  /// title of the field, in any case.
   std::string field(const std::string& typed);
 
   /// The same for several fields with their values, which are trimmed and checked. A field that is

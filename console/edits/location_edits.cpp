@@ -25,7 +25,7 @@ std::size_t depthOf(const std::string& identifier) {
   return static_cast<std::size_t>(std::count(identifier.begin(), identifier.end(), '.')) + 1;
 }
 
-/// The row of the location; none when the table does not have it.
+/// The row of the location; nothing when the table does not have it.
 std::optional<row_number> findLocation(StudbookEdit& edit, const std::string& typed) {
   const std::string text = qs_lib::allTrim(typed);
   std::vector<row_number> rows = edit.find("locations", "name", text);
@@ -62,7 +62,7 @@ void refuseToEmpty(StudbookEdit& edit, row_number location) {
   }
 }
 
-/// The locations that no other contains.
+/// The names of the locations that no other location contains.
 std::string topLocations(StudbookEdit& edit) {
   std::string names;
   for (const row_number row : edit.rows("locations")) {
@@ -81,7 +81,7 @@ std::size_t deepestLevel(StudbookEdit& edit) {
   return depth;
 }
 
-/// The first identifier below that one which no location has.
+/// The first free identifier directly within the given one.
 std::string freeIdentifier(StudbookEdit& edit, const std::string& within) {
   std::set<std::string> taken;
   for (const row_number row : edit.rows("locations")) {
@@ -98,13 +98,13 @@ std::string freeIdentifier(StudbookEdit& edit, const std::string& within) {
 
 std::string newIdentifier(StudbookEdit& edit, const std::string& within) {
   if (within.empty() && deepestLevel(edit) > 1) {
-    throw UsageError("say what contains it with --in LOCATION (" + topLocations(edit) +
+    throw UsageError("say which location contains it with --in LOCATION (" + topLocations(edit) +
                      ", or a location in one of them), or give its identifier as id=NUMBERS");
   }
   return freeIdentifier(edit, within.empty() ? "" : identifierOf(edit, needLocation(edit, within)));
 }
 
-/// What the table calls locations of that depth.
+/// The name of the level at that depth.
 std::string levelName(StudbookEdit& edit, std::size_t depth) {
   for (const row_number row : edit.rows("locations")) {
     if (depthOf(identifierOf(edit, row)) == depth) {
@@ -114,7 +114,7 @@ std::string levelName(StudbookEdit& edit, std::size_t depth) {
   return std::string();
 }
 
-/// Writes another text wherever animals and events name a location.
+/// Replaces a location's name or identifier wherever animals and events use it.
 void replacePlace(StudbookEdit& edit, const std::string& from, const std::string& to) {
   if (from.empty() || from == to) {
     return;
@@ -152,7 +152,7 @@ void addLocation(StudbookEdit& edit, const std::string& name, const std::string&
   if (given("id") == cells.end()) {
     cells.push_back({"id", newIdentifier(edit, within)});
   } else if (!within.empty()) {
-    throw UsageError("--in and id= both say where the location belongs; give one of them");
+    throw UsageError("--in and id= both say where the location belongs; give only one of them");
   }
   const std::string identifier = given("id")->value;
   refuseTaken(edit, identifier);

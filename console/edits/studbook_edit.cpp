@@ -10,7 +10,7 @@
 namespace spx::console {
 namespace {
 
-/// Runs what SQLite may refuse; that becomes the failure of the file.
+/// Runs an action; an SQLite error becomes a Failure that names the file.
 template <typename Action>
 auto onFile(const std::string& path, Action action) {
   try {
@@ -28,7 +28,7 @@ std::vector<row_number> rowsOf(SQLite::Statement& query) {
   return rows;
 }
 
-/// The first number after those of all rows that there are or were.
+/// The first row number after all existing and removed rows.
 row_number freeRow(SQLite::Database& database, const std::string& table) {
   SQLite::Statement query(database, "SELECT 1 + max(coalesce((SELECT max(\"row\") FROM " + table +
                                         "), 0), coalesce((SELECT max(\"row\") FROM change_cells "

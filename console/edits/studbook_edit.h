@@ -22,18 +22,18 @@ struct field_value {
   std::string value;
 };
 
-/// One change of a studbook file: a transaction with its entry in the journal. What was changed
-/// lasts when commit() returns, and never otherwise.
+/// One change of a studbook file: a transaction with its entry in the journal. The changes are
+/// permanent once commit() has returned, and never otherwise.
 ///
 ///     StudbookEdit edit(file, {EDIT_CHANGE, "animal set 0042 sex=f"});
 ///     edit.set("animals", row, "sex", "f");
 ///     edit.commit();
 ///
-/// All calls throw Failure with the file and the reason; SQLite::Exception leaves none of them.
+/// All calls throw Failure with the file and the reason; none throws SQLite::Exception.
 class StudbookEdit {
  public:
   /// Opens the file for writing and begins the change.
-  /// @param undoes  the change that this one takes back; 0 for none
+  /// @param undoes  the change that this one undoes; 0 for none
   StudbookEdit(const std::string& path, const change_note& note, std::int64_t undoes = 0);
 
   const std::string& path() const { return file_->path(); }
@@ -50,34 +50,34 @@ class StudbookEdit {
 
   std::string cell(const std::string& table, row_number row, const std::string& field);
 
-  /// Gives a cell another text.
+  /// Sets the text of a cell.
   void set(const std::string& table, row_number row, const std::string& field, std::string_view value);
 
-  /// Adds a row after all others that there are or were.
+  /// Adds a row after all existing and removed rows.
   row_number insert(const std::string& table, const std::vector<field_value>& values);
 
-  /// Adds a row with a number that is free.
+  /// Adds a row with the given number, which must be free.
   void insertAt(const std::string& table, row_number row, const std::vector<field_value>& values);
 
   void remove(const std::string& table, row_number row);
 
-  /// Makes sure that a table has the column of a field.
+  /// Adds the column of a field if the table lacks it.
   void needField(const std::string& table, const std::string& field);
 
-  /// Gives a table one more column of the keeper's own. @return its name in the database
+  /// Adds a user-defined column to a table. @return its name in the database
   std::string addUserField(const std::string& table, const std::string& title);
 
-  /// Keeps a sentence for the keeper.
+  /// Adds a sentence to be shown to the keeper.
   void note(std::string text) { notes_.push_back(std::move(text)); }
   const std::vector<std::string>& notes() const { return notes_; }
 
-  /// What this change has done up to now, as netCells has it.
+  /// What this change has done so far, as netCells() gives it.
   std::vector<journal_cell> cells();
 
-  /// The tables as they would be.
+  /// The tables as they would be after commit().
   studbook_tables tables();
 
-  /// Ends the change and brings it to the disk.
+  /// Ends the change and writes it to disk.
   void commit();
 
  private:

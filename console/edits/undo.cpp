@@ -64,7 +64,7 @@ class Undoing {
         setBack(row);
       }
     }
-    // What was added goes last: until then other rows may refer to it.
+    // Added rows are removed last, since other rows may still refer to them.
     for (const changed_row& row : rows) {
       if (row.added) {
         takeAway(row);
@@ -117,7 +117,8 @@ class Undoing {
   void refuseEventsOf(const changed_row& row) {
     const std::vector<row_number> events = edit_.find("events", "animal", std::to_string(row.row));
     if (!events.empty()) {
-      failFor("events of " + quotedText(row.animal) + " were added", lastChangeOf("events", events.back(), WHOLE_ROW));
+      failFor("events of " + quotedText(row.animal) + " were added later",
+              lastChangeOf("events", events.back(), WHOLE_ROW));
     }
   }
 
@@ -126,7 +127,7 @@ class Undoing {
     const std::string field = edit_.cell("columns", row.row, "field");
     for (const row_number each : edit_.rows(table)) {
       if (field != "id" && !edit_.cell(table, each, field).empty()) {
-        failFor("values of the field " + quotedText(edit_.cell("columns", row.row, "title")) + " were entered",
+        failFor("values of the field " + quotedText(edit_.cell("columns", row.row, "title")) + " were entered later",
                 lastChangeOf(table, each, field));
       }
     }
@@ -146,12 +147,12 @@ class Undoing {
   [[noreturn]] void fail(const changed_row& row, const std::string& field) {
     const std::string what = field == WHOLE_ROW ? (row.table == "animals" ? "the animal" : "the row")
                                                 : fieldTitle(edit_.database(), row.table, field);
-    failFor(what + (row.animal.empty() ? "" : " of " + quotedText(row.animal)) + " was changed",
+    failFor(what + (row.animal.empty() ? "" : " of " + quotedText(row.animal)) + " was changed later",
             lastChangeOf(row.table, row.row, field));
   }
 
   [[noreturn]] void failFor(const std::string& what, std::int64_t later) {
-    throw Failure("change " + std::to_string(change_) + " cannot be undone: " + what + " again by change " +
+    throw Failure("change " + std::to_string(change_) + " cannot be undone: " + what + ", by change " +
                   std::to_string(later) + "; undo that one first");
   }
 
@@ -167,7 +168,7 @@ std::optional<journal_change> lastThat(const std::vector<journal_change>& change
   return found == changes.rend() ? std::nullopt : std::optional(*found);
 }
 
-/// Takes back all changes after that one, and forgets them.
+/// Undoes all changes after that one and deletes them from the journal.
 void goBackTo(StudbookEdit& edit, std::int64_t last) {
   for (std::int64_t change = edit.number() - 1; change > last; --change) {
     takeBack(edit, change);
@@ -177,7 +178,7 @@ void goBackTo(StudbookEdit& edit, std::int64_t last) {
   edit.database().exec("DELETE FROM changes" + later);
 }
 
-/// The last change that was made until a time.
+/// The last change made up to a time.
 std::int64_t changeAt(SQLite::Database& database, const std::string& file, const std::string& time) {
   if (!hasJournal(database)) {
     throw Failure(file + ": has no history; it begins with the first change that this program makes");
@@ -188,7 +189,7 @@ std::int64_t changeAt(SQLite::Database& database, const std::string& file, const
   const std::int64_t change = query.getColumn(0).getInt64();
   if (change == 0 &&
       database.execAndGet("SELECT count(*) FROM changes WHERE change = 1 AND kind = 'import'").getInt() != 0) {
-    throw Failure(file + ": was made later than that");
+    throw Failure(file + ": was not created until after that time");
   }
   return change;
 }

@@ -101,7 +101,7 @@ class StudbookUpdate {
     }
   }
 
-  /// Notes that the table would take a hand edit back. @return whether it may
+  /// Notes a hand edit that the table would undo. @return whether the table may undo it
   bool takesBack(const std::string& what) {
     taken_back_.push_back(what);
     return policy_ == HAND_EDITS::THEIRS;
@@ -141,8 +141,7 @@ class StudbookUpdate {
         list += (list.empty() ? "" : ", ") + name;
       }
       if (!names.empty()) {
-        edit_.note(std::string(names.size() == 1 ? one : several) + " that the studbook alone has, and " +
-                   (names.size() == 1 ? "stays: " : "stay: ") + list);
+        edit_.note(std::string(names.size() == 1 ? one : several) + " only in the studbook, kept: " + list);
       }
     };
     note(differences.lost_fields, "a field", "fields");
@@ -160,7 +159,7 @@ class StudbookUpdate {
     return static_cast<row_number>(tableOf(former_, row.table).line(row.before));
   }
 
-  /// The row of an event's animal; 0 when the studbook does not get it.
+  /// The row of an event's animal; 0 when the animal is not in the updated studbook.
   row_number animalOf(const row_difference& event) const {
     if (event.animal_before != NONE) {
       return static_cast<row_number>(former_.animals.line(event.animal_before));
@@ -173,7 +172,7 @@ class StudbookUpdate {
     return row.table == "animals" ? row.animal : row.table == "events" ? row.animal + ": event " + row.name : row.name;
   }
 
-  /// The column of the studbook file; one that it does not have yet is added.
+  /// The column in the studbook file, which is added if it is missing.
   std::string columnOf(const std::string& table, const edition_column& column) {
     std::string& name = columns_[{table, column.field, column.title}];
     if (!name.empty()) {

@@ -9,19 +9,18 @@
 
 namespace spx::console {
 
-/// Whose word counts where a table would take back what was changed by hand since it was imported.
+/// What to do when a table would undo what was changed by hand since it was imported.
 enum class HAND_EDITS : std::uint8_t {
-  ASK,    ///< neither's: the update is refused
-  OURS,   ///< the hand edits stay
-  THEIRS  ///< the table is right
+  ASK,    ///< refuse the update
+  OURS,   ///< keep the hand edits
+  THEIRS  ///< take the values of the table
 };
 
-/// Makes the tables of a studbook file those of an edition, as a part of an edit: rows are added, changed
-/// and removed, each with its place in the history. Columns and tables that the edition does not
-/// have stay as they are; they are noted.
+/// Updates the tables of a studbook file to an edition, as part of an edit: rows are added, changed and
+/// removed, and each change is recorded in the history. Columns and tables that the edition lacks are
+/// unchanged, and a note says so.
 ///
-/// Throws Failure, with a line for each, when hand edits would be taken back and nobody said
-/// what to do.
+/// Throws Failure, with a line for each, when hand edits would be undone and `hand_edits` is ASK.
 void updateStudbook(StudbookEdit& edit, const edition& table, HAND_EDITS hand_edits);
 
 }  // namespace spx::console

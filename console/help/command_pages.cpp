@@ -18,7 +18,7 @@ std::string indented(std::string text) {
   return "  " + text;
 }
 
-/// A text in lines that fit a terminal, whatever its own lines are.
+/// The text rewrapped into lines that fit a terminal.
 std::string refilled(std::string text) {
   constexpr std::size_t WIDTH = 78;
   std::replace(text.begin(), text.end(), '\n', ' ');

@@ -11,9 +11,9 @@
 #include "console/help/command_pages.h"
 #include "console/help/option_facts.h"
 
-// Each script goes through the words that were typed and finds the command that they lead to, such
-// as " project create"; then it offers what may follow: commands, and options once a dash is typed.
-// The word after an option that takes a value is not a command.
+// Each script goes through the typed words, finds the command that they form, such as " project
+// create", and offers what may follow it: commands, and options once a dash is typed. The word
+// after an option that takes a value is not a command.
 namespace spx::console {
 namespace {
 
@@ -25,7 +25,7 @@ std::string joined(const std::vector<std::string>& words, const std::string& bet
   return text;
 }
 
-/// In single quotes, for all three shells.
+/// The text in single quotes, in a form that all three shells accept.
 std::string quoted(const std::string& text) {
   std::string safe;
   for (const char letter : text) {
@@ -36,13 +36,13 @@ std::string quoted(const std::string& text) {
   return "'" + safe + "'";
 }
 
-/// The way to a command as the scripts note it: each word after a blank.
+/// The path of a command in the form that the scripts use: a blank before each word.
 std::string pathTo(const CLI::App& app) {
   const std::string words = commandWords(app);
   return words.empty() ? words : " " + words;
 }
 
-/// Without `help`, so that after it the same words follow as without it.
+/// The paths of all commands except `help`, so that the words after `help` are completed as if it were not there.
 std::vector<std::string> pathsBelow(const CLI::App& app) {
   std::vector<std::string> paths;
   for (const CLI::App* command : commandsBelow(app)) {
@@ -53,8 +53,8 @@ std::vector<std::string> pathsBelow(const CLI::App& app) {
   return paths;
 }
 
-/// What the options take: name to kind, one entry per name. Where commands differ, names of files
-/// are offered; anything else can be typed all the same.
+/// The options that take a value, by name. When commands give an option different values, file
+/// names are offered; other values can still be typed.
 std::map<std::string, option_facts> optionsWithValues(const CLI::App& app) {
   std::map<std::string, option_facts> options;
   for (const CLI::App* command : commandsBelow(app)) {
@@ -77,7 +77,7 @@ std::string between(const std::string& before, const std::string& words, const s
   return before + " " + words + after;
 }
 
-/// The lines of a shell's `case` over all options that take a value.
+/// The branches of a shell's `case` over all options that take a value.
 std::string valueCases(const CLI::App& app, const std::string& files, const std::string& directories,
                        const std::string& words, const std::string& end) {
   std::map<std::string, std::vector<std::string>> names_by_action;
@@ -102,7 +102,7 @@ std::string valueCases(const CLI::App& app, const std::string& files, const std:
   return cases;
 }
 
-/// The options that may follow a command: those of the program may stand anywhere.
+/// The options that may follow a command: its own, and those of the program, which may stand anywhere.
 std::vector<option_facts> optionsAfter(const CLI::App& command, const CLI::App& app) {
   std::vector<option_facts> options = optionsOf(command);
   if (&command == &app) {
@@ -140,14 +140,14 @@ std::string valueNames(const CLI::App& app, const std::string& between) {
   return joined(names, between);
 }
 
-/// In the loop over the words that were typed, for both shells: leaves out the values of options,
-/// follows the commands to the one that is typed, and begins the cases of what it takes.
+/// The body of the loop over the typed words, for bash and zsh: skips the values of options,
+/// follows the words to the command, and begins the `case` with what it takes.
 std::string followedWay(const CLI::App& app) {
   return "    case $word in " + valueNames(app, "|") + ") skip=1; continue;; esac\n    case \"$way $word\" in " +
          joined(pathsBelow(app), "|") + ") way=\"$way $word\";; esac\n  done\n  case $way in\n";
 }
 
-// A `=` is a word of its own in bash: `--format=json` are three.
+// bash splits words at "=": `--format=json` becomes three words.
 std::string bashScript(const CLI::App& app) {
   std::string script =
       "# bash completion of spx\n"

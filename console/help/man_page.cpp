@@ -12,7 +12,7 @@
 namespace spx::console {
 namespace {
 
-/// Text that roff takes as it stands: a line must not begin as a request does.
+/// Escapes a text for roff; a line must not look like a request.
 std::string escaped(const std::string& text) {
   std::string roff;
   for (const char letter : text) {
@@ -35,7 +35,7 @@ std::string paragraph(const std::string& text) {
   return ".PP\n" + escaped(text) + "\n";
 }
 
-/// Lines that keep their ends and blanks.
+/// Lines whose breaks and blanks roff keeps.
 std::string verbatim(const std::string& lines) {
   return ".PP\n.RS 4\n.nf\n" + escaped(lines) + (lines.ends_with("\n") ? "" : "\n") + ".fi\n.RE\n";
 }
@@ -56,7 +56,8 @@ bool takesView(const CLI::App& app) {
   return std::any_of(options.begin(), options.end(), [](const option_facts& option) { return option.of_view; });
 }
 
-/// The options of a command that are its own: every command takes --help.
+/// The options of a command, without --help, which every command takes, and without the view
+/// options, which are explained once.
 std::string optionsText(const CLI::App& app) {
   std::string text;
   for (const option_facts& option : optionsOf(app)) {
@@ -96,7 +97,8 @@ std::string commandTexts(const CLI::App& app) {
   return text;
 }
 
-/// The same for all commands that take them, so those of the first one.
+/// The options of the view. They are the same for all commands that take them, so those of the
+/// first such command are shown.
 std::string viewOptionsText(const CLI::App& app) {
   for (const CLI::App* command : commandsBelow(app)) {
     if (!takesView(*command)) {
@@ -130,7 +132,7 @@ std::string manPage(const CLI::App& app) {
          ".SH DESCRIPTION\n" +
          escaped(app.get_description()) +
          ".\nResults go to standard output, everything else to standard error.\n"
-         "The options of the program may stand before or after the command.\n"
+         "The options of the program may come before or after the command.\n"
          ".SH OPTIONS\n" +
          optionsText(app) + ".SH COMMANDS\n" + commandTexts(app) + ".SH VIEW OPTIONS\n" +
          "Which animals a command takes, and the settings of analyses.\n" + viewOptionsText(app) + ".SH EXIT STATUS\n" +

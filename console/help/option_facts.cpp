@@ -50,7 +50,7 @@ std::vector<std::string> choicesOf(const option_facts& option) {
   }
   std::istringstream text(option.value);
   for (std::string choice; std::getline(text, choice, '|');) {
-    // A word in capitals, such as NUMBER, stands for what is typed in its place.
+    // A word in capitals, such as NUMBER, is a placeholder for a typed value.
     const auto is_small = [](char letter) { return letter >= 'a' && letter <= 'z'; };
     if (std::any_of(choice.begin(), choice.end(), is_small)) {
       choices.push_back(choice);

@@ -25,7 +25,8 @@ std::vector<std::string> namesOfCommands(const CLI::App& app) {
   return names;
 }
 
-/// A command takes the options of all groups that it is in, and of the program.
+/// The names of all options that a command accepts: its own, those of the groups that contain it,
+/// and those of the program.
 std::vector<std::string> namesOfOptions(const CLI::App* app) {
   std::vector<std::string> names;
   for (; app != nullptr; app = app->get_parent()) {
@@ -42,7 +43,7 @@ std::string wrongOption(const CLI::App& command, const std::string& word) {
   const std::string name = word.substr(0, word.find('='));
   const std::vector<std::string> names = namesOfOptions(&command);
   if (std::find(names.begin(), names.end(), name) != names.end()) {
-    return quotedText(word) + " is an unexpected argument; options stand before --";
+    return quotedText(word) + " is an unexpected argument; options must come before --";
   }
   return typedWords(command) + " has no option " + quotedText(name) + suggestion(name, names);
 }

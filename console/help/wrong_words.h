@@ -9,11 +9,11 @@ class App;
 
 namespace spx::console {
 
-/// Reports the first word of the command line that nothing takes, and which one was probably
-/// meant. The program must have parsed the line; empty when every word was taken.
+/// A message about the first word of the command line that is not accepted, with the word that was probably meant;
+/// empty when all words were accepted. Requires: the program has parsed the command line.
 std::string wrongWordText(const CLI::App& app);
 
-/// The command or group of these words. Throws UsageError with the nearest for an unknown word.
+/// The command or group with these words. Throws UsageError for an unknown word, suggesting the nearest one.
 const CLI::App& findCommand(const CLI::App& app, const std::vector<std::string>& words);
 
 }  // namespace spx::console

@@ -6,8 +6,8 @@
 
 namespace spx::console {
 
-/// Shows all that is known of an animal: for people as a card with its events, for scripts as one record. In CSV the
-/// events are columns (`events_1_date`).
+/// Shows everything that is known about an animal: for people as a card with its events, for scripts as one record.
+/// In CSV the events are columns (`events_1_date`).
 void showCard(position animal, const table_options& options);
 
 }  // namespace spx::console

@@ -23,7 +23,7 @@ bool isUnknownParent(const std::string& id) {
   return id == UNKNOWN_PARENT || id == UNKNOWN_SIRE || id == UNKNOWN_DAM;
 }
 
-/// The place that stands for "nobody knows" has a number, which means nothing to anybody.
+/// Whether the location is known. The deme for unknown locations has a number too, which must not be shown.
 bool isKnownPlace(packed_deme location) {
   return location != 0 && !isSameWord(MetaPop.getMemberName(location), "unknown");
 }
@@ -49,7 +49,7 @@ Cell rangeCell(const move_data& event) {
   return event.date == 0 ? Cell() : Cell(event.range);
 }
 
-/// An animal and its life, which is followed only when a column asks for it.
+/// An animal and its life, which is computed only when a column needs it.
 class AnimalNow {
  public:
   explicit AnimalNow(const master_data& animal) : record(animal) {}

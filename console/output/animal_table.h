@@ -10,7 +10,7 @@
 /// Animals as tables. The names of the columns are those of an animals table, for scripts.
 namespace spx::console {
 
-/// Which columns people see of a list of animals.
+/// Which columns of a list of animals people see.
 enum class ANIMAL_LIST : std::uint8_t {
   ALL,    ///< with their status
   LIVING  ///< with their location, without the status, which is the same for all
@@ -26,7 +26,7 @@ Table animalRecord(position animal);
 /// The events of an animal, a row each.
 Table eventTable(const master_data& animal);
 
-/// Sorts animals by studbook ID as people do: 2 before 10. n log n.
+/// Sorts animals by studbook ID in natural order: 2 before 10. n log n.
 void sortNaturally(std::vector<position>& animals);
 
 /// Sorts animals by birth date, unknown ones first, then by studbook ID; n log n.
@@ -35,7 +35,7 @@ void sortByBirth(std::vector<position>& animals);
 /// What people see of a parent's ID: "unknown" and "wild" for the placeholders.
 std::string parentText(const std::string& id);
 
-/// The name of a location, and its identifier where the name does not tell it; empty when it is not known.
+/// The name of a location, with its identifier unless the name is the identifier; empty when the location is not known.
 std::string placeText(packed_deme location);
 
 }  // namespace spx::console

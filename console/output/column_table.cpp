@@ -17,7 +17,7 @@ std::string samplesOf(const column_note& column) {
     const bool is_long = sample.size() > LONGEST_SAMPLE;
     std::size_t end = std::min(sample.size(), LONGEST_SAMPLE);
     while (is_long && end > 0 && (sample[end] & 0xC0) == 0x80) {
-      --end;  // whole characters
+      --end;  // keeps UTF-8 characters whole
     }
     text += (text.empty() ? "" : "; ") + sample.substr(0, end) + (is_long ? "..." : "");
   }

@@ -7,7 +7,7 @@
 namespace spx::console {
 
 /// Shows for every table how each of its columns was understood, with some of its values. Writes
-/// nothing for tables whose columns need no understanding, such as those of a studbook file.
+/// nothing for tables whose columns are known by their fields, such as those of a studbook file.
 void showColumns(std::ostream& out, const ReadingNotes& notes);
 
 }  // namespace spx::console

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 void addOutputOptions(CLI::App& app, output_options& options) {
   app.add_option("--to", options.directory, "Directory to write to (default: the project's)")->type_name("DIR");
-  app.add_flag("--overwrite", options.overwrite, "Replace files that are in that directory");
+  app.add_flag("--overwrite", options.overwrite, "Replace existing files in that directory");
 }
 
 std::string outputDirectory(Session& session, const output_options& options,
@@ -27,7 +27,7 @@ std::string outputDirectory(Session& session, const output_options& options,
   std::string directory =
       options.directory.empty() ? (session.*project_directory)() : qs_lib::homePath(options.directory);
   if (!fs::is_directory(directory)) {
-    throw Failure(directory + ": there is no such directory");
+    throw Failure(directory + ": no such directory");
   }
   removeStagedWhenEnded(directory);
   return directory;

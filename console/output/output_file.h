@@ -11,18 +11,18 @@ class App;
 
 namespace spx::console {
 
-/// Where a command writes its files.
+/// The options that say where a command writes its files.
 struct output_options {
   std::string directory;  ///< as typed; empty: the project's
   bool overwrite = false;
 };
 
-/// Offers `--to DIR` and `--overwrite`.
+/// Adds `--to DIR` and `--overwrite`.
 void addOutputOptions(CLI::App& app, output_options& options);
 
-/// The directory to write to: the one typed, or the project's, which the program may always replace
-/// files in. Throws UsageError when there is neither, and Failure when it is no directory.
-/// @param project_directory  of the session, asked only when nothing was typed
+/// The directory to write to: the one typed, or the project's, where the program may always replace
+/// files. Throws UsageError when there is neither, and Failure when it is not a directory.
+/// @param project_directory  the session's function for it, called only when nothing was typed
 std::string outputDirectory(Session& session, const output_options& options,
                             std::string (Session::*project_directory)() const);
 

@@ -61,7 +61,7 @@ OUTPUT_FORMAT formatOfFile(OUTPUT_FORMAT asked, const std::string& file, bool of
 void addFormatOption(CLI::App& app, OUTPUT_FORMAT& format) {
   app.add_option_function<std::string>(
          "--format", [&format](const std::string& text) { format = parseFormat(text); },
-         "Show the result as a listing, or for scripts (default: text)")
+         "How to write the result: for people, or for scripts (default: text)")
       ->type_name("text|csv|json");
 }
 

@@ -89,8 +89,8 @@ class PedigreeOrder {
     return unique;
   }
 
-  /// An animal of the tables, or the founder that stands for a parent without a record. Unknown and
-  /// wild parents have records as well, which many offspring share.
+  /// The record of a parent: an animal of the tables, or the founder that stands for a parent without a record; else
+  /// NONE. The shared records of unknown and wild parents are not individuals and also give NONE.
   position find(const std::string& parent) const {
     const auto own = records_.find(parent);
     if (own != records_.end() && hasRow(Animals.records[own->second])) {
@@ -105,7 +105,7 @@ class PedigreeOrder {
   }
 
   std::unordered_map<std::string_view, position> records_;    ///< the first one with each ID
-  std::unordered_map<std::string_view, std::size_t> copies_;  ///< how many others have the ID
+  std::unordered_map<std::string_view, std::size_t> copies_;  ///< by ID: how many later records have it
   std::vector<std::size_t> places_;                           ///< of the records in the pedigree
   std::vector<STATE> states_;
   std::vector<pedigree_member> pedigree_;
@@ -149,7 +149,7 @@ void settleParentSexes(std::vector<pedigree_member>& pedigree) {
     }
     if (own != sex) {
       throw Failure("animal " + quotedText(pedigree[parent].id) + " is a " + role + " but " + getEnumName(own) +
-                    ", which this program refuses; correct that first");
+                    ", which this package refuses; correct that first");
     }
   };
   for (const pedigree_member& member : pedigree) {

@@ -17,7 +17,7 @@ struct pedigree_member {
   std::size_t sire = NONE;  ///< its place in the pedigree, which comes before the animal's
   std::size_t dam = NONE;
   SEX sex = SEX::UNKNOWN;
-  const master_data* record = nullptr;  ///< null for a parent that was made up
+  const master_data* record = nullptr;  ///< null for an invented parent
 };
 
 /// The animals whose `print` flag is set and all their ancestors, parents before offspring and otherwise in the order
@@ -26,11 +26,11 @@ struct pedigree_member {
 /// is its own ancestor.
 std::vector<pedigree_member> printedPedigree();
 
-/// Gives the other parent to each animal that has one: "sire_of_ID" or "dam_of_ID", founders.
+/// Invents the missing parent of each animal that has only one: a founder "sire_of_ID" or "dam_of_ID".
 std::vector<pedigree_member> withBothParents(const std::vector<pedigree_member>& pedigree);
 
-/// Takes unsexed parents for what they are as parents. Throws Failure for a female sire, a male dam
-/// and an animal that is both.
+/// Sets the sex of unsexed parents by their role. Throws Failure for a female sire, a male dam, and
+/// an animal that is both a sire and a dam.
 void settleParentSexes(std::vector<pedigree_member>& pedigree);
 
 }  // namespace spx::console

@@ -15,8 +15,8 @@ namespace spx::console {
 /// the program is not installed, or the terminal is dumb.
 std::string pagerCommand();
 
-/// A pager that shows at the terminal what is written to its stream. A reader who leaves it early ends the output:
-/// the stream fails, and nothing is wrong. The interrupt key belongs to the pager while it runs.
+/// A pager that shows what is written to its stream at the terminal. When the reader leaves it early, the stream fails
+/// and the rest of the output is dropped; that is not an error. The interrupt key belongs to the pager while it runs.
 class Pager {
  public:
   /// Starts the command in a shell. isOpen() is false when that fails.

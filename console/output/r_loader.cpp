@@ -4,9 +4,9 @@ namespace spx::console {
 
 std::string rLoader() {
   return R"script(
-# Reads the tables that "spx export" wrote beside this script; base R is enough.
+# Reads the tables that "spx export" wrote next to this script; needs only base R.
 #   source("load_studbook.R"); pedigree <- read_pedigree()
-# IDs are text (leading zeros stay), dates are Date, what is missing is NA.
+# IDs are text (leading zeros are kept), dates have the class Date, missing values are NA.
 
 spx_directory <- local({
   sourced <- Filter(Negate(is.null), lapply(sys.frames(), function(frame) frame$ofile))
@@ -63,7 +63,7 @@ read_fields <- function(directory = spx_directory) {
 }
 
 # Lines of a fixed-width file without the last one, "@". Widths count bytes: a line is read as Latin-1, in which every
-# byte is a character, and its texts become UTF-8 when they are cut.
+# byte is a character, and its texts become UTF-8 when they are cut out.
 spx_lines <- function(path) head(readLines(path, encoding = "latin1", warn = FALSE), -1)
 spx_utf8 <- function(values) {
   values <- sub(" +$", "", values, useBytes = TRUE)
@@ -80,8 +80,8 @@ read_trf <- function(directory = spx_directory) {
              EVENT = column(4), LOCATION = as.numeric(column(5)), stringsAsFactors = FALSE)
 }
 
-# Values wider than their six columns are written whole. Of the places where dam and sire can be cut apart, the one that
-# gives most known IDs counts; where several do, both parents are NA. All cuts of all rows are looked up at once.
+# Values wider than their six columns are written in full. Dam and sire are split at the place that gives the most known
+# IDs; where several places do, both parents are NA. All possible splits of all rows are looked up at once.
 spx_parents <- function(texts, known) {
   places <- pmax(nchar(texts) - 11, 0)
   row <- rep(seq_along(texts), places)
@@ -100,7 +100,7 @@ spx_parents <- function(texts, known) {
   parents
 }
 
-# STUDBOOK.DAT, one row per record, pseudo individuals too; needs STUDBOOK.TRF beside it.
+# STUDBOOK.DAT, one row per record, pseudo individuals too; needs STUDBOOK.TRF next to it.
 read_dat <- function(directory = spx_directory) {
   lines <- spx_lines(file.path(directory, "STUDBOOK.DAT"))
   events <- read_trf(directory)

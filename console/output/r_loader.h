@@ -4,9 +4,9 @@
 
 namespace spx::console {
 
-/// An R script, base R alone, that reads the exported tables beside it with the right classes: IDs
-/// as text, dates as Date, missing values as NA. It defines read_pedigree, read_fields, read_dat
-/// and read_trf, each of which takes the directory, by default that of the script.
+/// An R script that needs only base R and reads the exported tables in its directory with the right classes: IDs as
+/// text, dates as Date, missing values as NA. It defines read_pedigree, read_fields, read_dat and read_trf, each of
+/// which takes the directory, by default that of the script.
 std::string rLoader();
 
 }  // namespace spx::console

@@ -24,7 +24,7 @@ std::string number(std::size_t place) {
   return std::to_string(place + 1);
 }
 
-/// A table of commas: a header and a row per animal.
+/// A comma-separated table: a header and a row per animal.
 std::string csv(const pedigree& members, const std::string& titles,
                 const std::function<std::vector<std::string>(std::size_t)>& cells) {
   std::string text = titles + "\n";
@@ -61,7 +61,7 @@ bool isDead(const pedigree_member& member) {
   return member.record != nullptr && member.record->death.date != 0;
 }
 
-/// Letters, digits and "_" alone.
+/// Whether the ID consists of letters, digits and "_" only.
 bool isPlainId(const std::string& id) {
   return !id.empty() && std::all_of(id.begin(), id.end(), [](char letter) {
     return letter == '_' || (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
@@ -69,14 +69,15 @@ bool isPlainId(const std::string& id) {
   });
 }
 
-/// Which number stands for which animal.
+/// The key table: number and ID of each animal.
 package_file keyTable(const std::string& package, const pedigree& members) {
   return {package + "_key.csv", csv(members, "number,id", [&](std::size_t member) {
             return std::vector<std::string>{number(member), members[member].id};
           })};
 }
 
-/// Numbers for IDs that a program would cut or refuse; the key table tells them apart.
+/// Replaces the IDs by numbers when a program would cut or refuse one of them; a key table then
+/// maps the numbers to the IDs. @return whether it did
 bool renumber(pedigree& members) {
   const bool are_plain =
       std::all_of(members.begin(), members.end(), [](const pedigree_member& each) { return isPlainId(each.id); }) &&
@@ -221,7 +222,7 @@ files sequoia() {
     const pedigree_member& each = members[member];
     return std::vector<std::string>{each.id, idOf(members, each.dam, ""), idOf(members, each.sire, "")};
   };
-  // Females are 1 here, and -999 is a year that is not known.
+  // In this format females are 1 and an unknown year is -999.
   const auto life = [&](std::size_t member) {
     const pedigree_member& each = members[member];
     const std::string other = each.sex == SEX::HERMAPHRODITE ? "4" : "3";

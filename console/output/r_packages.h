@@ -16,9 +16,9 @@ struct package_file {
 std::span<const char* const> rPackages();
 
 /// The pedigree of the animals whose `print` flag is set and of all their ancestors in the form that a package
-/// takes as it is: its columns, their order, its codes for sexes and unknown parents, parents before
-/// offspring, IDs as whole numbers with a key table where the package wants numbers or cannot take
-/// the IDs, and a parent made up for each half-known animal where it must have both or none. The
+/// accepts directly: its columns, their order, its codes for sexes and unknown parents, parents before
+/// offspring, IDs as whole numbers with a key table where the package wants numbers or cannot take the IDs,
+/// and an invented parent for each half-known animal where a package requires both parents or none. The
 /// last file is an R script of a few lines that reads the others.
 ///
 /// An unknown, wild or group parent is unknown; a parent with a record is that record.

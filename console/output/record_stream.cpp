@@ -18,7 +18,7 @@ namespace {
 
 using error_handler = nlohmann::detail::error_handler_t;
 
-constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";  // what stands for bytes that are not UTF-8
+constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";  // replaces bytes that are not UTF-8
 constexpr char USER_FIELDS[] = "user_fields";
 
 std::string dumped(const fact_record& value, error_handler faulty_bytes) {

@@ -18,13 +18,13 @@ using fact_record = nlohmann::ordered_json;
 /// the output can always be read.
 ///
 /// CSV is a header line and one line per record; cells are quoted where they have to be, and texts
-/// keep their bytes. What a record holds inside another value becomes columns of its own: `sexes`
-/// with `male` is `sexes_male`, the first of the `events` has `events_1_date`. User-defined fields
-/// have their own titles, after `user_fields_` only where a title is the name of a column as well.
+/// keep their bytes. Nested values become columns of their own: `sexes` with `male` is
+/// `sexes_male`, the first of the `events` has `events_1_date`. User-defined fields have their own
+/// titles, after `user_fields_` only where a title is the name of a column as well.
 class RecordStream {
  public:
   /// @param format  not TEXT
-  /// @param shape   a record with the names of all that will come
+  /// @param shape   a record with the names of all values that will be written
   RecordStream(std::ostream& out, OUTPUT_FORMAT format, const fact_record& shape);
 
   void write(const fact_record& record);

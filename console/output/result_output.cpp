@@ -42,7 +42,7 @@ void refuseToOverwrite(const std::string& path, bool overwrite) {
 void addResultOptions(CLI::App& app, result_options& options) {
   app.add_option("-o,--output", options.file, "Write to this file instead of standard output (-)")
       ->type_name("FILE")
-      ->check([](const std::string& name) { return name.empty() ? "a file has a name" : ""; });
+      ->check([](const std::string& name) { return name.empty() ? "the file name is empty" : ""; });
   app.add_flag("--overwrite", options.overwrite, "Replace that file if it exists");
   app.add_flag("--no-pager", options.no_pager, "Do not page long output at a terminal");
 }

@@ -15,17 +15,17 @@ class App;
 
 namespace spx::console {
 
-/// Where the result of a command goes.
+/// The destination of a command's result.
 struct result_options {
   std::string file;        ///< `-o`; empty or "-": standard output
   bool overwrite = false;  ///< an existing file may be replaced
   bool no_pager = false;
 };
 
-/// Offers `-o FILE`, `--overwrite` and `--no-pager`.
+/// Adds `-o FILE`, `--overwrite` and `--no-pager`.
 void addResultOptions(CLI::App& app, result_options& options);
 
-/// The stream of a result: a file, which appears under its name when it is complete; a pager, for people at a
+/// The stream of a result: a file, which gets its name only when it is complete; a pager, for people at a
 /// terminal; or standard output.
 ///
 ///     ResultOutput output(options, true);
@@ -41,7 +41,7 @@ class ResultOutput {
 
   std::ostream& stream();
 
-  /// How many columns a line may take: those of the terminal, 80 elsewhere.
+  /// The number of columns that a line may take: those of the terminal, 80 elsewhere.
   std::size_t width() const { return width_; }
 
   /// Puts the file in its place, or waits for the reader to leave the pager. Throws Failure when anything was lost.
@@ -54,7 +54,7 @@ class ResultOutput {
   std::size_t width_ = 80;
 };
 
-/// Throws Failure when there is something under that name already and it may not be replaced.
+/// Throws Failure when the path exists and may not be replaced.
 void refuseToOverwrite(const std::string& path, bool overwrite);
 
 }  // namespace spx::console

@@ -51,7 +51,7 @@ sigset_t endingSignals() {
   return signals;
 }
 
-/// The lock is kept to the end: the rest of the program stages nothing in another place meanwhile.
+/// The lock is never released, so that no other directory can be registered while the program ends.
 void waitForEnd(sigset_t signals) {
   int signal = 0;
   if (sigwait(&signals, &signal) != 0) {
@@ -71,7 +71,7 @@ void startWaiting() {
   try {
     std::thread(waitForEnd, signals).detach();
   } catch (const std::system_error&) {
-    // Without a thread an end by a signal leaves the staged files.
+    // Without the thread, a signal that ends the program leaves the staged files behind.
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   }
 }

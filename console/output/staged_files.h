@@ -4,12 +4,12 @@
 
 namespace spx::console {
 
-/// What is being written lies beside its target until it is complete, under this beginning of a
-/// name, which no other process uses.
+/// The prefix of the names of staged files, which lie in the directory of their target until they
+/// are complete. It is unique to this process.
 std::string stagedPrefix();
 
-/// When the program is ended by SIGINT, SIGTERM or SIGHUP, removes what it has staged in the
-/// directory and then ends as the signal demands. A signal that was ignored stays ignored. The
+/// When SIGINT, SIGTERM or SIGHUP ends the program, removes the files that it has staged in the
+/// directory and then lets the signal take effect. A signal that was ignored stays ignored. The
 /// first call starts a thread that waits for the signals.
 void removeStagedWhenEnded(const std::string& directory);
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t LONGEST_MONTH = 31;
 
-/// A range as what a column has room for: about a day, about a month ("~Jul 1981"), or about a year.
+/// Shortens a range to what fits into a column: about a day, about a month ("~Jul 1981"), or about a year.
 known_date inColumn(known_date date) {
   constexpr std::uint64_t HALF_A_YEAR = 183;
   if (date.accuracy == DATE_ACCURACY::DATE_RANGE) {

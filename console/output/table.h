@@ -31,8 +31,8 @@ namespace spx::console {
 enum class COLUMN_KIND : std::uint8_t {
   TEXT,
   INTEGER,
-  REAL,     ///< people see `decimals` of it, scripts the shortest text that reads back as the same number
-  DATE,     ///< people see it as exactly as it is known, scripts as YYYY-MM-DD
+  REAL,     ///< people see it with `decimals` digits, scripts the shortest text that is read back as the same number
+  DATE,     ///< people see it as precisely as it is known, scripts as YYYY-MM-DD
   PERCENT,  ///< a share: 0.25 is 25 % to people and 0.25 to scripts
   FLAG      ///< yes or no; true or false for scripts
 };
@@ -45,16 +45,16 @@ struct table_column {
   std::string title;  ///< for people; it may be broken at blanks
   COLUMN_KIND kind = COLUMN_KIND::TEXT;
   int decimals = 3;                          ///< of REAL and PERCENT
-  std::string help = {};                     ///< what it means, in a line below the table; empty for none
-  bool in_text = true;                       ///< people see it unless they choose columns
+  std::string help = {};                     ///< its meaning, shown in a line below the table; empty for none
+  bool in_text = true;                       ///< whether people see it when they choose no columns
   ALIGNMENT alignment = ALIGNMENT::BY_KIND;  ///< numbers to the right, all else to the left
   std::string group = {};                    ///< the JSON object that holds the value; empty for none
   std::string key = {};                      ///< its name in that object
-  /// Turns a text into what people see of it; null where that is the text itself.
+  /// Converts a text to what people see; null when that is the text itself.
   std::string (*shown)(const std::string& text) = nullptr;
 };
 
-/// The value of a cell. A default-made one is missing, as are NaN, day 0 and a null text.
+/// The value of a cell. A default-constructed cell is missing, and so are NaN, day 0 and a null text.
 class Cell {
  public:
   using value = std::variant<std::monostate, std::string, std::int64_t, double, known_date, bool>;
@@ -96,7 +96,7 @@ class Cell {
   value value_;
 };
 
-/// Columns and rows. The rows are stored, or read from where they are when they are shown.
+/// Columns and rows. The rows are stored in the table, or computed when they are shown; see setRows().
 class Table {
  public:
   explicit Table(std::vector<table_column> columns) : columns_(std::move(columns)) {}
@@ -104,8 +104,8 @@ class Table {
   /// Adds a row with a cell for each column; cells that are left out are missing.
   void addRow(std::vector<Cell> cells);
 
-  /// Reads the cells when they are needed instead of storing them: for listings of a million animals. `read` must
-  /// stay valid as long as the table.
+  /// Computes the cells when they are needed instead of storing them, for listings of a million animals. `read`
+  /// must stay valid as long as the table.
   void setRows(std::size_t count, std::function<Cell(std::size_t row, std::size_t column)> read);
 
   std::size_t rows() const { return count_; }
@@ -114,7 +114,7 @@ class Table {
 
   std::string heading;             ///< the line above the table that people see
   std::vector<std::string> notes;  ///< lines below the table that people see
-  std::string one_row;             ///< what a row is, for the count below: "animal"; empty for no count
+  std::string one_row;             ///< the noun for a row in the count below the table: "animal"; empty for no count
   std::string many_rows;           ///< likewise: "animals"
   std::string if_empty;            ///< what people see instead of a table without rows
   bool is_record = false;          ///< one row that is shown a line per column; a single object in JSON
@@ -133,14 +133,14 @@ struct table_part {
   std::size_t beyond_limit = 0;  ///< how many more rows were chosen than are shown
 };
 
-/// All rows, with the columns that people see, or those for scripts, which are all.
+/// All rows, with the columns that people see, or all columns for scripts.
 table_part wholeTable(const Table& table, OUTPUT_FORMAT format);
 
-/// A cell as people see it: without control characters, dates as exactly as they are known ("1964", "Apr 2002").
+/// A cell as people see it: without control characters, dates as precisely as they are known ("1964", "Apr 2002").
 std::string cellText(const Cell& cell, const table_column& column);
 
-/// The table for people, in lines of at most so many terminal columns where that can be done: texts are wrapped
-/// inside their columns, never cut.
+/// The table for people, in lines of at most `width` terminal columns where possible: texts are wrapped inside
+/// their columns, never cut.
 void writeText(std::ostream& out, const Table& table, const table_part& part, std::size_t width = 80);
 
 /// The table for scripts: a line of names and a line per row, commas, a missing value as an empty cell. Texts keep

@@ -50,7 +50,7 @@ bool isMissing(const Cell& cell) {
   return cell.isMissing() || (text != nullptr && text->empty());
 }
 
-/// A name without the "-" that asks for the largest first.
+/// A name without the "-" before it, which means descending order.
 std::string unsignedName(const std::string& name) {
   return name.substr(name.starts_with('-') ? 1 : 0);
 }
@@ -62,8 +62,8 @@ std::size_t columnOf(const Table& table, const char* option, const std::string& 
   refuseColumn(table, option, name);
 }
 
-/// Where the next name of a list ends: at the comma after the longest text that is a column, since titles of
-/// user-defined fields may hold commas, or else at the first comma.
+/// Finds the end of the next name in a list: the comma after the longest text that names a column, since
+/// titles of user-defined fields may contain commas; otherwise the first comma.
 std::size_t endOfName(const Table& table, const std::string& text, std::size_t begin) {
   std::size_t end = text.size();
   while (true) {
@@ -140,7 +140,7 @@ class Condition {
 
   void splitText(const Table& table, const std::string& text);
   void readValue(const table_column& column);
-  /// Whether the value lies below, in or above what is asked for.
+  /// Negative, 0 or positive when the value lies below, within or above the value asked for.
   int compare(const Cell& cell) const;
 
   std::size_t column_ = 0;
@@ -148,7 +148,7 @@ class Condition {
   std::string value_;
   std::string (*shown_)(const std::string& text) = nullptr;  ///< how people see the cells
   double number_ = 0;
-  double last_number_ = 0;  ///< a date of a year or month stands for all its days
+  double last_number_ = 0;  ///< end of the range, since a year or a month means all its days
 };
 
 std::string_view operatorAt(const std::string& text, std::size_t at) {
@@ -160,7 +160,8 @@ std::string_view operatorAt(const std::string& text, std::size_t at) {
   return {};
 }
 
-/// The longest name that an operator follows is meant: the title of a user-defined field may hold one.
+/// Takes the longest column name that is followed by an operator, since titles of user-defined fields
+/// may contain operators.
 void Condition::splitText(const Table& table, const std::string& text) {
   for (std::size_t at = text.size(); at-- > 0;) {
     operator_ = operatorAt(text, at);
@@ -258,7 +259,7 @@ void addLimit(CLI::App& app, std::optional<std::size_t>& limit) {
            }
            limit = number;
          },
-         "Show only the first so many rows")
+         "Show only this many rows, from the first")
       ->type_name("COUNT");
 }
 
@@ -296,7 +297,7 @@ table_part chosenPart(const Table& table, const table_options& options) {
     const Condition condition(table, text);
     std::erase_if(part.rows, [&](std::size_t row) { return !condition.holds(table.cell(row, condition.column())); });
   }
-  // The last name first: the sorts are stable.
+  // Sorts by the last name first: the sorts are stable, so the first name decides.
   const std::vector<std::string> keys = listed(table, options.sort);
   for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
     const bool descending = key->starts_with('-') && !findColumn(table, *key);

@@ -28,7 +28,7 @@ std::size_t longestWord(std::string_view title) {
   return longest;
 }
 
-/// The widths at which nothing has to be wrapped but titles.
+/// The widths at which only titles have to be wrapped.
 std::vector<std::size_t> naturalWidths(const Table& table, const table_part& part) {
   std::vector<std::size_t> widths;
   for (const std::size_t which : part.columns) {
@@ -85,7 +85,7 @@ void fit(std::vector<std::size_t>& widths, const Table& table, const table_part&
 }
 
 /// Writes cells that may take several lines side by side.
-/// @param at_bottom  a cell with fewer lines stands at the bottom, as titles do
+/// @param at_bottom  whether cells with fewer lines are aligned at the bottom, as for titles
 void writeCells(std::ostream& out, const std::vector<std::vector<std::string>>& cells,
                 const std::vector<std::size_t>& widths, const std::vector<bool>& right, bool at_bottom) {
   std::size_t height = 0;
@@ -183,7 +183,7 @@ void writeRows(std::ostream& out, const Table& table, const table_part& part, st
     }
     writeCells(out, cells, widths, right, false);
     if (!out) {
-      return;  // the reader has seen enough
+      return;  // the reader has left the pager
     }
   }
 }

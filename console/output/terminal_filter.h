@@ -6,12 +6,12 @@
 
 namespace spx::console {
 
-/// While it lives, a stream that leads to a terminal writes control characters out (visibleText), so that no text of a
-/// table can move the cursor or change the terminal's state. Line ends and TABs pass. Streams that lead elsewhere keep
-/// their bytes.
+/// While it lives, a stream to a terminal shows control characters as visible text (visibleText), so that no text of a
+/// table can move the cursor or change the terminal's state. Line ends and TABs are passed on. Other streams are
+/// unchanged.
 class TerminalFilter {
  public:
-  /// @param descriptor  where the stream leads
+  /// @param descriptor  the file descriptor behind the stream
   TerminalFilter(std::ostream& stream, int descriptor);
   ~TerminalFilter();
   TerminalFilter(const TerminalFilter&) = delete;

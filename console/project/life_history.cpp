@@ -47,7 +47,7 @@ Enumeration choice(const std::string& name, const std::string& value) {
 
 using range = qs_lib::DataRange<double>;
 
-/// One bound of a range, with the other one left as it is.
+/// The range with one bound replaced.
 range withBound(range both, bool lower, double value) {
   (lower ? both.lower : both.upper) = value;
   return both;

@@ -5,7 +5,7 @@
 
 #include "spx/project/biology.h"
 
-/// The life history by the names under which a person types its parameters.
+/// The parameters of the life history under the names that a person types.
 namespace spx::console {
 
 /// One parameter: its name as typed is its key in lower case with "-" for "_".
@@ -19,18 +19,18 @@ const std::vector<life_history_setting>& lifeHistorySettings();
 /// The name of a key as it is typed.
 std::string typedName(const std::string& key);
 
-/// Sets a parameter of LifeHistory. Throws UsageError for an unknown name, a text that is not a number
-/// of days of at least 0, or not a name of the enumeration.
+/// Sets a parameter of LifeHistory. Throws UsageError for an unknown name, and for a text that is not
+/// a number of days of at least 0, or not a name of the enumeration.
 void setLifeHistory(const std::string& name, const std::string& value);
 
 /// Throws UsageError where both ends of the reproductive ages of a sex are set and the first lies above the last.
 void checkReproductiveAges();
 
-/// Whether no animal can be of reproductive age, as with the defaults.
+/// Whether no animal can be of reproductive age; true for the default life history.
 bool lacksReproductiveAges();
 
-/// Throws Failure with the file, the key and the value when a parameter is not a number: the library
-/// would convert it in the middle of a report.
+/// Throws Failure with the file, the key and the value when a parameter is not a number, which the
+/// library would notice only in the middle of a report.
 void checkLifeHistory(const Biology& parameters);
 
 }  // namespace spx::console

@@ -182,7 +182,7 @@ studbook_files Session::chosenFiles() const {
   return filesBeside(typed.empty() && hasProject() ? projectStudbook() : typed);
 }
 
-// A file or directory named after the project where the project keeps its studbook.
+// The file or directory with the project's name in which the project keeps its studbook.
 std::string Session::projectStudbook() const {
   const std::string stem = projectEntry("STUDBOOK_PATH") + "/" + options_.project;
   for (const char* ending : {".studbook", ".csv", ""}) {

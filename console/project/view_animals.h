@@ -5,7 +5,7 @@
 
 #include "spx/core/master_data.h"
 
-/// Which animals a view takes. The studbook has to be loaded and the view in use (useView).
+/// Which animals a view includes. Requires: the studbook is loaded, and useView() has set the view.
 namespace spx::console {
 
 /// The records of the animals that match the view, in their order: by what their records say (isInViewRecord), and,
@@ -17,20 +17,22 @@ std::vector<position> animalsOfView();
 /// (View.monitor_date, `--on`), in their order. Linear. Animals without any date are never present.
 std::vector<position> livingOfView();
 
-/// Whether the view has a period of its own: a first day, or a last day other than today.
+/// Whether the view sets a period: a first day, or a last day other than today.
 bool hasPeriod();
 
-/// What the view asks for, as it would be typed: `--sex male --location "Zoo X"`. Empty when it takes every animal.
-/// @param with_day  the day of the view, too
+/// The conditions of the view, as they would be typed: `--sex male --location "Zoo X"`. Empty when it includes
+/// every animal.
+/// @param with_day  whether to add the day of the view
 std::string viewText(bool with_day = true);
 
-/// "no animals match --sex male", or "the studbook has no animals" for a view that takes every animal.
+/// "no animals match --sex male", or "the studbook has no animals" for a view that includes every animal.
 std::string noAnimalsText(bool with_day = true);
 
-/// The same animals as a mark for each record of the store, as Analysis::chooseRecords() takes it.
+/// The same animals as one flag per record of the store, for Analysis::chooseRecords().
 std::vector<bool> chosenRecords(const std::vector<position>& animals);
 
-/// One of the placeholders that every studbook has: WILD, UNK, UNKM, UNKF and MULT. They stand for nobody.
+/// Whether the ID is one of the placeholders that every studbook has: WILD, UNK, UNKM, UNKF or MULT. They
+/// do not stand for an individual.
 bool isFixedPlaceholder(const std::string& id);
 
 }  // namespace spx::console

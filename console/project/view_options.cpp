@@ -28,7 +28,7 @@ void loadNamedView(const Session& session, const std::string& name) {
   loadView(session.viewDirectory(), name);
 }
 
-/// An alias that the command uses for something else, as `--to DIR`, is left out.
+/// The names of the option. An alias that the command uses for something else, such as `--to DIR`, is left out.
 std::string optionNames(const CLI::App& app, const view_setting& setting) {
   const std::string name = std::string("--") + setting.name;
   if (setting.alias == nullptr) {
@@ -44,7 +44,7 @@ void addViewOptions(CLI::App& app, view_choice& choice, unsigned parts) {
   constexpr char GROUP[] = "View";
   app.add_option("--view", choice.name, "A saved view of the project")
       ->type_name("NAME")
-      ->check([](const std::string& name) { return name.empty() ? "a view has a name" : ""; })
+      ->check([](const std::string& name) { return name.empty() ? "the name of the view is empty" : ""; })
       ->group(GROUP);
   for (const view_setting& setting : viewSettings()) {
     if ((setting.parts & parts) == 0) {
@@ -60,7 +60,7 @@ void addViewOptions(CLI::App& app, view_choice& choice, unsigned parts) {
            setting.help)
         ->type_name(setting.values)
         ->expected(1)
-        ->allow_extra_args(false)  // or it would eat a "--" that follows
+        ->allow_extra_args(false)  // otherwise the option would swallow a following "--"
         ->multi_option_policy(setting.is_list ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::TakeLast)
         ->group(GROUP);
   }

@@ -70,8 +70,8 @@ void applyTruth(const view_setting& setting, const std::string& value) {
   View.*MEMBER = *truth;
 }
 
-/// A bound that is not set is NaN. The library takes an upper bound alone for one that only unknown
-/// values meet, so a lower one of 0 goes with it.
+/// A bound that is not set is NaN. With an upper bound alone the library accepts only unknown
+/// values, so a lower bound of 0 is added.
 template <auto LOWER, auto UPPER>
 void completeBounds() {
   if (!std::isnan(View.*UPPER) && std::isnan(View.*LOWER)) {
@@ -106,7 +106,7 @@ void applyNumber(const view_setting& setting, const std::string& value) {
   View.*MEMBER = static_cast<number_type>(number);
 }
 
-// "1y" and "2w" are as good as their days: ages are told in years of 365.25 days.
+// Accepts units as in "1y" and "2w" and converts them to days; a year has 365.25 days.
 void applyClassWidth(const view_setting& setting, const std::string& value) {
   struct unit {
     char letter;
@@ -170,7 +170,7 @@ void applyUserField(const view_setting& setting, const std::string& value) {
     View.user_filters.clear();
     return;
   }
-  // Titles may hold "=" themselves: the longest title that fits is meant.
+  // Titles may contain "=", so the longest matching title is taken.
   std::size_t best = user_field_list.size();
   for (std::size_t field = 0; field < user_field_list.size(); ++field) {
     const std::string& name = user_field_list[field].name;
@@ -202,22 +202,22 @@ std::vector<view_setting> allSettings() {
       {"sex", nullptr, choices<SEX>(), "Only animals of this sex", VIEW_SEX, false, applyChoice<&D::sex>},
       {"origin", nullptr, choices<BIRTH_TYPE>(), "Only animals of this origin", VIEW_FACTS, false,
        applyChoice<&D::origin>},
-      {"rearing", nullptr, choices<REARING>(), "Only animals reared like this", VIEW_FACTS, false,
+      {"rearing", nullptr, choices<REARING>(), "Only animals reared in this way", VIEW_FACTS, false,
        applyChoice<&D::rearing>},
       {"taxon", nullptr, "NAME", "Only animals of this taxon; may be repeated", VIEW_FACTS, true, applyTaxon},
       {"location", "deme", "NAME", "Only animals at this location, by name or identifier; may be repeated", VIEW_PLACES,
        true, applyLocation},
       {"user-field", nullptr, "FIELD=VALUE", "Only animals with this value in a user-defined field; may be repeated",
        VIEW_FACTS, true, applyUserField},
-      {"on", "monitor", DATES, "The day for which animals are taken as living and present", VIEW_DAY, false,
+      {"on", "monitor", DATES, "The day on which animals count as living and present", VIEW_DAY, false,
        applyDate<&D::monitor_date>},
       {"from", nullptr, DATES, "First day of the period; a year or month begins with its first day", VIEW_PERIOD, false,
        applyDate<&D::start_date>},
       {"until", "to", DATES, "Last day of the period; a year or month ends with its last day", VIEW_PERIOD, false,
        applyDate<&D::end_date>},
-      {"birth-accuracy", nullptr, accuracies, "Only animals with a birth date at least this exact", VIEW_FACTS, false,
+      {"birth-accuracy", nullptr, accuracies, "Only animals whose birth date is at least this exact", VIEW_FACTS, false,
        applyChoice<&D::birth_accuracy>},
-      {"death-accuracy", nullptr, accuracies, "Only animals with a death date at least this exact", VIEW_FACTS, false,
+      {"death-accuracy", nullptr, accuracies, "Only animals whose death date is at least this exact", VIEW_FACTS, false,
        applyChoice<&D::death_accuracy>},
       {"event-accuracy", nullptr, accuracies,
        "Only animals whose events between birth and death all have dates at least this exact", VIEW_FACTS, false,
@@ -240,15 +240,15 @@ std::vector<view_setting> allSettings() {
        applyChoice<&D::handle_parent>},
       {"census-interval", nullptr, choices<qs_lib::TIME_INTERVAL>(), "Time between two censuses", VIEW_CENSUS, false,
        applyChoice<&D::census_interval>},
-      {"census-day", nullptr, "1-31", "Day of the month of the census; no matter for day and week", VIEW_CENSUS, false,
+      {"census-day", nullptr, "1-31", "Day of the month of the census; ignored for day and week", VIEW_CENSUS, false,
        applyNumber<&D::census_day, 1, 31>},
-      {"census-month", nullptr, "1-12", "Month of the census; of the first one where several are in a year",
-       VIEW_CENSUS, false, applyNumber<&D::census_month, 1, 12>},
+      {"census-month", nullptr, "1-12", "Month of the census; of the first one when a year has several", VIEW_CENSUS,
+       false, applyNumber<&D::census_month, 1, 12>},
       {"class-width", nullptr, "WIDTH",
-       "Width of the age classes, such as 1y, 6m or 30d (a bare number is days); ages less exactly known do not count",
+       "Width of the age classes, such as 1y, 6m or 30d (a bare number is days); ages known less exactly are left out",
        VIEW_CLASS_WIDTH, false, applyClassWidth},
-      {"classes", nullptr, "COUNT", "Number of age classes (of survival: those that people are shown)",
-       VIEW_CLASS_COUNT, false, applyNumber<&D::number_of_classes, 1, 100000>},
+      {"classes", nullptr, "COUNT", "Number of age classes (for survival: those shown in text)", VIEW_CLASS_COUNT,
+       false, applyNumber<&D::number_of_classes, 1, 100000>},
       {"neonates", nullptr, TRUTHS,
        "Include animals that died as neonates (up to 30 days old, or as the life history says)", VIEW_LIVES, false,
        applyTruth<&D::use_neonate>},
@@ -260,9 +260,9 @@ std::vector<view_setting> allSettings() {
       {"left-truncated", nullptr, TRUTHS, "Animals that come later are at risk only from the age at which they come",
        VIEW_SURVIVAL, false, applyTruth<&D::left_truncated>},
       {"right-censored", nullptr, TRUTHS,
-       "Count animals that left or still live, up to the age at which they were last seen", VIEW_SURVIVAL, false,
+       "Count animals that left or are still alive, up to the age at which they were last seen", VIEW_SURVIVAL, false,
        applyTruth<&D::right_censored>},
-      {"prorating", nullptr, TRUTHS, "Count an animal seen in a part of an age class as that part", VIEW_PRORATING,
+      {"prorating", nullptr, TRUTHS, "Count an animal seen for part of an age class as that part", VIEW_PRORATING,
        false, applyTruth<&D::prorating>},
       {"same-sex", nullptr, TRUTHS, "Count offspring of the parent's sex only", VIEW_OFFSPRING, false,
        applyTruth<&D::same_sex>},

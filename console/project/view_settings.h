@@ -7,20 +7,20 @@
 /// `sex=male` for `view set`.
 namespace spx::console {
 
-/// What a command obeys of a view, one bit each: it offers only these settings as options.
+/// Groups of settings of a view, one bit each. A command offers only the settings of the groups that it uses.
 enum VIEW_PART : unsigned {
   VIEW_SEX = 1U << 0U,           ///< sex
   VIEW_PLACES = 1U << 1U,        ///< location
   VIEW_DAY = 1U << 2U,           ///< on: View.monitor_date
   VIEW_PERIOD = 1U << 3U,        ///< from, until
-  VIEW_LIVES = 1U << 4U,         ///< neonates, stillbirths, den-emerge: who counts at all
+  VIEW_LIVES = 1U << 4U,         ///< neonates, stillbirths, den-emerge: which young animals count
   VIEW_UNKNOWN_SEX = 1U << 5U,   ///< handle-unknown
   VIEW_CENSUS = 1U << 6U,        ///< census-interval, census-day, census-month
   VIEW_CLASS_WIDTH = 1U << 7U,   ///< class-width
   VIEW_SURVIVAL = 1U << 8U,      ///< left-truncated, right-censored
   VIEW_OFFSPRING = 1U << 9U,     ///< same-sex
   VIEW_PARENTS = 1U << 10U,      ///< handle-parent, generic-parents
-  VIEW_WORDS = 1U << 11U,        ///< what only reports and files of a view say
+  VIEW_WORDS = 1U << 11U,        ///< settings that only reports and view files show
   VIEW_FACTS = 1U << 12U,        ///< origin, rearing, taxon, user field, accuracies, bounds
   VIEW_CLASS_COUNT = 1U << 13U,  ///< classes
   VIEW_PRORATING = 1U << 14U,    ///< prorating
@@ -31,13 +31,13 @@ enum VIEW_PART : unsigned {
 
 /// One setting of a view.
 struct view_setting {
-  const char* name;    ///< as it is typed, such as "birth-accuracy"
+  const char* name;    ///< as typed, such as "birth-accuracy"
   const char* alias;   ///< another name for it; null for none
-  std::string values;  ///< what it takes, for the help text
+  std::string values;  ///< the accepted values, for the help text
   const char* help;    ///< one line
   unsigned parts;      ///< the VIEW_PART that it belongs to
   bool is_list;        ///< may be given several times; each adds to the list, "all" empties it
-  /// Changes View. Throws UsageError with the setting, the value and what would do.
+  /// Applies a value to View. Throws UsageError with the setting, the value and the accepted values.
   void (*apply)(const view_setting& setting, const std::string& value);
 };
 
@@ -46,26 +46,25 @@ const std::vector<view_setting>& viewSettings();
 
 /// Sets one setting of View by its name or alias. Locations, taxa and user-defined fields have to be
 /// those of the loaded studbook. An upper bound alone starts at 0. Throws UsageError, also for an
-/// unknown name, and then leaves View as it was.
+/// unknown name, and then leaves View unchanged.
 void setViewSetting(const std::string& name, const std::string& value);
 
 /// Throws UsageError where a first bound of View lies above its last one, as nothing could match.
 void checkViewBounds();
 
-/// Sets View to what the program starts from: the library's defaults with animals of every origin,
-/// since few tables tell the origin, and prorating, since animals come and go at any age. Its last day and the day that
-/// it asks for are today.
+/// Sets View to the start view: the library's defaults, but with animals of every origin, since few tables give the
+/// origin, and with prorating, since animals come and go at any age. Its last day and its day (`--on`) are today.
 void setStartView();
 
-/// The dates of View that nobody fixed. Those of today are today as such, not the day that today happens to be:
-/// whoever saves a view keeps them open.
+/// Which dates of View were not set by the user. Open dates mean "today" on whatever day the view is used, so a
+/// saved view keeps them open.
 struct open_dates {
   bool from = true;   ///< View.start_date is that of the start view
   bool until = true;  ///< View.end_date
   bool on = true;     ///< View.monitor_date
 };
 
-/// Of the view in use.
+/// The open dates of the current view.
 open_dates openDates();
 
 }  // namespace spx::console

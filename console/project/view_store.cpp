@@ -32,11 +32,11 @@ constexpr char USER_FILTER_KEY[] = "USER_FILTER_";
 constexpr char TAXON_KEY[] = "TAXON_";
 constexpr char LOCATION_KEY[] = "LOCATION_";
 
-/// An entry of a view file and the setting that takes it.
+/// An entry of a view file and the setting that it sets.
 struct view_entry {
   const char* key;
   const char* setting;
-  /// The text of the file as it would be typed; empty leaves the setting as it is.
+  /// Converts the value in the file to what would be typed; an empty result leaves the setting unchanged.
   std::string (*typed)(const std::string& value);
 };
 
@@ -48,7 +48,7 @@ std::string realNumber(const std::string& value) {
   return isSameWord(value, "nan") ? "none" : value;
 }
 
-/// Files hold the number of a choice; who edits them may write its name.
+/// Files hold the number of an enumerator; in an edited file its name is accepted too.
 template <class Enumeration>
 std::string choice(const std::string& value) {
   const std::vector<std::string>& names = typedNames<Enumeration>();
@@ -103,7 +103,7 @@ void replaceValue(qs_lib::Configuration& file, const char* key, const std::strin
   file.set(key, entry.type, value, entry.description);
 }
 
-/// The library writes bounds with one or four decimals; a person may have typed more.
+/// Stores the exact bound: the library writes bounds with only one or four decimals.
 void addExactBound(qs_lib::Configuration& file, const char* key, double bound) {
   if (!std::isnan(bound) && file.get(key).value.real() != bound) {
     char digits[32];
@@ -129,7 +129,7 @@ void keepOpenDates(qs_lib::Configuration& file) {
   }
 }
 
-/// A location as a person names it: its name where that finds it again, else its identifier.
+/// A location as a person names it: its name if that identifies it, else its identifier.
 std::string locationName(packed_deme location) {
   const std::string& name = MetaPop.getMemberName(location);
   const auto has_name = [&name](const deme_level& level) {
@@ -147,14 +147,14 @@ std::string locationName(packed_deme location) {
 }
 
 void addLists(qs_lib::Configuration& file) {
-  // Names that hold the separator of the library's list cannot be told from it.
+  // One entry per taxon, since names may contain the separator of the library's list.
   for (std::size_t i = 0; i < View.taxa.size(); ++i) {
     file.set(numbered(TAXON_KEY, i), "TEXT", Subspecies.getName(View.taxa[i]), "Selected taxon");
   }
   std::size_t number = 0;
   for (const packed_deme location : View.demes) {
     file.set(numbered(LOCATION_KEY, number++), "TEXT", locationName(location),
-             "Selected location, by name or identifier; takes the place of METAPOPULATION");
+             "Selected location, by name or identifier; replaces METAPOPULATION");
   }
   for (std::size_t i = 0; i < View.user_filters.size(); ++i) {
     const user_filter& filter = View.user_filters[i];
@@ -204,7 +204,7 @@ void restoreLocations(const qs_lib::Configuration& file) {
   }
 }
 
-/// A missing entry, or an empty date, leaves the setting of the start view.
+/// Applies the entries of the file. A missing entry, or an empty date, keeps the setting of the start view.
 void restoreEntries(const qs_lib::Configuration& file) {
   for (const view_entry& entry : ENTRIES) {
     const std::string value = qs_lib::allTrim(file.get(entry.key).value);
@@ -265,7 +265,7 @@ std::vector<std::pair<std::string, std::string>> viewSettingTexts() {
 
 void saveView(const std::string& directory, const std::string& name) {
   if (!qs_lib::isPlainName(name)) {
-    throw UsageError(quotedText(name) + " cannot be the name of a view");
+    throw UsageError(quotedText(name) + " is not a valid view name");
   }
   qs_lib::Configuration file = viewFile(directory, name);
   writeEntries(file);

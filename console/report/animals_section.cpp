@@ -78,8 +78,8 @@ class AncestorTable {
  private:
   static constexpr std::size_t ROWS = 8;
 
-  /// The ancestor whose cell begins in the row and is so high: from the animal down to it, the upper half of the rows
-  /// is always the sire's side.
+  /// The ancestor whose cell begins in the row and spans `height` rows. At each step from the animal back, the upper
+  /// half of the rows belongs to the sire.
   std::string ancestor(const master_data& animal, std::size_t row, std::size_t height) const {
     const master_data* child = &animal;
     for (std::size_t half = ROWS / 2;; half /= 2) {
@@ -95,7 +95,7 @@ class AncestorTable {
     }
   }
 
-  /// Whether nothing can be said of its parents: a placeholder, or a wild mate.
+  /// Whether nothing is known about its parents: a placeholder, or a wild mate.
   static bool isFromNowhere(const master_data& animal) {
     return isPseudoIndividual(animal.stud_id) && isPseudoIndividual(animal.sire_id) &&
            isPseudoIndividual(animal.dam_id);
@@ -166,7 +166,7 @@ void addAnimals(HtmlPage& page, report_context& context) {
     places[place.empty() ? "Location not known" : place].push_back(all.back());
   }
   if (all.empty()) {
-    page.paragraph("No animal of the view is alive and present on its day.");
+    page.paragraph("No animal of the view is alive and present on the day of the view.");
     return;
   }
   Cards cards(page, context, all);

@@ -78,8 +78,8 @@ void addGenetics(HtmlPage& page, report_context& context) {
 void addFounders(HtmlPage& page, report_context& context) {
   page.section("founders", "Founders");
   page.paragraph(
-      "Founders are the animals without parents in the studbook. What is left of a founder's genes is its retention; "
-      "where it is low, the descendants of that founder should breed.");
+      "Founders are the animals without parents in the studbook. A founder's retention is the share of its "
+      "genes that is left; where it is low, the descendants of that founder should breed.");
   const Table& table = foundersOf(context);
   addChart(
       page, context, [&] { return foundersChart(table, context.day_subtitle); }, table,
@@ -97,7 +97,7 @@ void addPairs(HtmlPage& page, report_context& context) {
   page.section("pairs", "Best pairs");
   try {
     const Table& table = pairsOf(context);
-    page.paragraph("Picked one after the other, each pair given that those before it have one offspring.");
+    page.paragraph("Picked one after the other, each assuming that every pair before it has one offspring.");
     page.table(table, "The pairs that keep gene diversity highest", linkedAnimals(context, table, {"sire", "dam"}));
   } catch (const Failure& failure) {
     page.paragraph(failure.what());

@@ -58,7 +58,7 @@ std::string notes(const Table& table) {
   return out;
 }
 
-/// A record stands line by line: the title of each value, and the value.
+/// A record is shown line by line: the title of each value, then the value.
 std::string recordMarkup(const Table& table, const std::string& caption) {
   const table_part part = wholeTable(table, OUTPUT_FORMAT::TEXT);
   std::string out = "<div class=\"scroll\"><table>\n<caption>" + html(caption) + "</caption>\n<tbody>\n";
@@ -113,7 +113,7 @@ const char* imageType(const std::string& bytes) {
   if (bytes.starts_with("\xFF\xD8\xFF")) {
     return "image/jpeg";
   }
-  // As an image a picture runs no script and loads nothing.
+  // An SVG file embedded as an image runs no scripts and loads nothing.
   return bytes.find("<svg") < 1000 ? "image/svg+xml" : nullptr;
 }
 
@@ -209,7 +209,7 @@ std::string HtmlPage::text() {
          "</ul>\n</nav>\n<main>\n" + body_ + "</main>\n</body>\n</html>\n";
 }
 
-/// Pictures of one tool name their parts alike; in one page every name needs to be its own.
+/// Pictures from one tool use the same names for their parts; within one page every name must be unique.
 std::string HtmlPage::svgWithOwnNames(std::string svg) {
   const std::string prefix = "p" + std::to_string(++pictures_) + "-";
   for (const char* quote : {"\"", "'"}) {

@@ -2,7 +2,7 @@
 
 namespace spx::console {
 
-/// The style sheet of a report: light and dark, at a screen, on a telephone and on paper.
+/// The style sheet of a report: light and dark, for screens, telephones and paper.
 inline constexpr char HTML_STYLE[] = R"css(
 :root { --text: #1c2733; --soft: #5a6672; --line: #d5dce2; --page: #ffffff; --card: #f5f7f9; --link: #0b5cad; }
 @media (prefers-color-scheme: dark) {

@@ -51,7 +51,7 @@ Table kindTable(const std::vector<finding>& all) {
     table.addRow({severityName(all[from].severity()), code.code, code.title, to - from});
     from = to;
   }
-  table.if_empty = "The check found nothing.";
+  table.if_empty = "The check found no problems.";
   return table;
 }
 
@@ -135,7 +135,7 @@ void addGrowth(HtmlPage& page, report_context& context) {
     const Table table = projectionTable({});
     addChart(
         page, context, [&] { return projectionChart(table, context.subtitle); }, table,
-        "The numbers to expect if births and deaths stay as they are");
+        "The numbers expected if births and deaths stay as they are");
   } catch (const UsageError& error) {
     context.left_out.push_back(std::string("The projection is left out: ") + error.what());
   }

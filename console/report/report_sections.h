@@ -14,11 +14,11 @@ namespace spx::console {
 
 /// What the sections share.
 struct report_context {
-  std::string subtitle;      ///< of charts: whose figures, of which period
-  std::string day_subtitle;  ///< of charts of one day: whose, and the day
+  std::string subtitle;      ///< of charts: which animals, and in which period
+  std::string day_subtitle;  ///< of charts of one day: which animals, and the day
   std::size_t gene_drops = 1000;
   basis_options basis = {};           ///< of genetics
-  bool cards = false;                 ///< the ancestors on each card, to the great-grandparents
+  bool cards = false;                 ///< whether each card shows the ancestors, up to the great-grandparents
   bool links = true;                  ///< the page has cards that IDs can link to
   std::vector<std::string> left_out;  ///< what could not be shown and why, gathered by the sections
   std::optional<Table> founders;      ///< by foundersOf
@@ -28,14 +28,14 @@ struct report_context {
 /// foundersTable() of the living, computed once.
 const Table& foundersOf(report_context& context);
 
-/// The pairs to make first, computed once. Throws Failure when there are none.
+/// The pairs that should breed first, computed once. Throws Failure when there are none.
 const Table& pairsOf(report_context& context);
 
 /// Adds the chart with its table; where the chart cannot be drawn, the table alone, and a line of `left_out`.
 void addChart(HtmlPage& page, report_context& context, const std::function<chart()>& make, const Table& data,
               const std::string& caption);
 
-/// demographyPage() without what it does to the view: the sections after it ask about the same day.
+/// demographyPage() with the monitor date of View restored afterwards, so that later sections use the same day.
 Table yearlyFigures(bool for_people);
 
 void addQuality(HtmlPage& page, report_context& context);

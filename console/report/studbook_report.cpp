@@ -30,7 +30,7 @@ struct report_section {
   void (*add)(HtmlPage& page, report_context& context);
 };
 
-// The summary and what was left out frame these and are always there.
+// The summary before these sections and the list of omissions after them are always written.
 constexpr report_section SECTIONS[] = {
     {"census", addCensus}, {"ages", addAges},         {"survival", addSurvival}, {"reproduction", addReproduction},
     {"growth", addGrowth}, {"genetics", addGenetics}, {"founders", addFounders}, {"mean-kinship", addMeanKinship},
@@ -58,7 +58,7 @@ std::string decimals(double value, int digits) {
   return std::isnan(value) ? "not known" : qs_lib::realToString(value, digits);
 }
 
-/// How many places of the living are known, and how many animals are at none of them.
+/// The number of known locations of the living, and the number of animals at none of them.
 struct places {
   std::size_t known = 0;
   std::size_t animals_elsewhere = 0;
@@ -114,15 +114,15 @@ struct summary_text {
 void addNumbers(const GeneticBasis& basis, const report_context& context, summary_text& to) {
   const std::size_t living = basis.living().size();
   const places at = placesOf(basis);
-  std::string where = at.known == 0 ? "; where they are is not recorded" : ", at " + counted(at.known, "place");
+  std::string where = at.known == 0 ? "; their locations are not recorded" : ", at " + counted(at.known, "place");
   if (at.known > 0 && at.animals_elsewhere > 0) {
-    where += "; where " + std::to_string(at.animals_elsewhere) + " of them are is not recorded";
+    where += "; the location of " + std::to_string(at.animals_elsewhere) + " of them is not recorded";
   }
   to.sentences.push_back(counted(living, "animal") + (living == 1 ? " is" : " are") + " alive and present on " +
                          dayText(View.monitor_date) + where + ".");
   for (const std::string& note : basis.notes()) to.sentences.push_back(note);
   if (basis.undated() > 0) {
-    to.sentences.push_back("The census and all other demography leave animals without dates out" +
+    to.sentences.push_back("The census and all other demography leave out animals without dates" +
                            (context.basis.undated == UNDATED::EXCLUDE
                                 ? "."
                                 : ": they count " + counted(basis.undated(), "animal") + " fewer than genetics."));
@@ -140,7 +140,7 @@ void addGrowthOfNumbers(summary_text& to) {
   if (!std::isnan(period)) {
     const std::string whole = std::string("over the whole period it ") + pastGrowth(period) + ".";
     to.sentences.push_back(std::isnan(ten_years)
-                               ? "Counted from census to census the number of animals " + pastGrowth(period) + "."
+                               ? "From census to census, the number of animals " + pastGrowth(period) + "."
                                : "In the last ten years the number of animals " + pastGrowth(ten_years) + "; " + whole);
     to.figures.emplace_back(std::isnan(ten_years) ? "a year, whole period" : "a year, last ten years",
                             signedPercent(std::isnan(ten_years) ? period : ten_years));
@@ -172,7 +172,7 @@ void addGenes(const GeneticBasis& basis, summary_text& to) {
   to.figures.emplace_back("gene diversity", kept);
 }
 
-/// Founders with living descendants of whose genes less than a quarter is left, the least first.
+/// Founders with living descendants that retain less than a quarter of their genes, the smallest share first.
 std::vector<std::pair<double, std::string>> nearlyLost(const Table& founders) {
   constexpr double QUARTER = 0.25;
   const std::vector<std::string> ids = textsOf(founders, "id");
@@ -193,7 +193,7 @@ void addFounderSentences(const GeneticBasis& basis, report_context& context, sum
   const founder_states founders = founderStates(basis, basis.animals(), UNKNOWN_PARENTS::FOUNDER);
   const std::size_t with = founders.living + founders.represented;
   to.sentences.push_back(counted(with, "founder") + (with == 1 ? " has" : " have") + " living descendants; " +
-                         std::to_string(founders.potential) + " without any could still be bred from; " +
+                         std::to_string(founders.potential) + " without any could still breed; " +
                          std::to_string(founders.lost) + (founders.lost == 1 ? " is" : " are") + " lost.");
   const auto nearly = nearlyLost(foundersOf(context));
   to.figures.emplace_back("founders nearly lost", std::to_string(nearly.size()));
@@ -248,7 +248,7 @@ void addAssumptions(HtmlPage& page, const report_context& context) {
   page.section("assumptions", "What was assumed and left out");
   std::vector<std::string> lines = {
       "Animals count from the day of their birth or entry to that of their death, loss or departure.",
-      "Each unknown parent counts as an unrelated founder of its own. Ancestors are those of the whole studbook, "
+      "Each unknown parent counts as a separate, unrelated founder. Ancestors are those of the whole studbook, "
       "whatever the view.",
       "Retention is the result of " + std::to_string(context.gene_drops) + " gene drops with a fixed seed."};
   lines.insert(lines.end(), context.left_out.begin(), context.left_out.end());

@@ -91,7 +91,7 @@ Table inbreedingTable(const GeneticBasis& basis, const listed_animals& who, UNKN
                 .title = "Ancestral F",
                 .kind = COLUMN_KIND::REAL,
                 .decimals = 4,
-                .help = "the chance that a gene was inbred in an ancestor already (Ballou 1997)"},
+                .help = "the chance that a gene was already inbred in an ancestor (Ballou 1997)"},
                {.name = "sire", .title = "Sire", .shown = parentText},
                {.name = "dam", .title = "Dam", .shown = parentText}});
   const std::vector<animal_number> animals = listed(basis, who);
@@ -116,14 +116,14 @@ Table inbreedingTable(const GeneticBasis& basis, const listed_animals& who, UNKN
   }
   if (!who.ids.empty()) noteCommonAncestors(table, basis, animals);
   addNotes(table, basis.notes(unknown));
-  if (by_known) table.notes.emplace_back("Ancestral F takes unknown parents as unrelated founders in any case.");
+  if (by_known) table.notes.emplace_back("Ancestral F always treats unknown parents as unrelated founders.");
   return table;
 }
 
 Table partialInbreedingTable(const GeneticBasis& basis, const listed_animals& who) {
   Table table(
       {{.name = "id", .title = "ID"},
-       {.name = "founder", .title = "Founder", .help = "the founder whose gene is there twice; empty: unknown parents"},
+       {.name = "founder", .title = "Founder", .help = "the founder whose gene is doubled; empty: unknown parents"},
        {.name = "partial_f",
         .title = "Partial F",
         .kind = COLUMN_KIND::REAL,
@@ -195,7 +195,7 @@ Table meanKinshipTable(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
         .kind = COLUMN_KIND::PERCENT,
         .decimals = 0,
         .help = "share of its genes that comes from known founders"},
-       {.name = "f", .title = "F", .kind = COLUMN_KIND::REAL, .decimals = 4, .help = "its own inbreeding"},
+       {.name = "f", .title = "F", .kind = COLUMN_KIND::REAL, .decimals = 4, .help = "inbreeding of the animal itself"},
        {.name = "offspring",
         .title = "Offspring",
         .kind = COLUMN_KIND::INTEGER,

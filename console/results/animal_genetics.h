@@ -9,17 +9,17 @@
 /// Genetics animal by animal.
 namespace spx::console {
 
-/// Who is listed.
+/// Which animals are listed.
 struct listed_animals {
   std::vector<std::string> ids = {};  ///< as typed; none: the animals of the view
   bool living = false;                ///< of the view, only those alive on its day
 };
 
-/// F and ancestral F, with the common ancestors of the parents of animals that were asked for by ID.
+/// F and ancestral F, with the common ancestors of the parents for animals that are listed by ID.
 Table inbreedingTable(const GeneticBasis& basis, const listed_animals& who, UNKNOWN_PARENTS unknown);
 
-/// F split by the founders whose genes cause it: a row for an animal and a founder. Missing parents that do are one
-/// row of the animal.
+/// F split by the founders whose genes cause it: a row for an animal and a founder. All missing parents that cause
+/// some of it share one row per animal.
 Table partialInbreedingTable(const GeneticBasis& basis, const listed_animals& who);
 
 /// The common ancestors of the parents, each with its part of F.

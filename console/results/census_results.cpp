@@ -24,7 +24,7 @@ Table tableOf(const std::vector<census_row>& rows, bool starts_from_nothing) {
                 .title = "Total",
                 .kind = COLUMN_KIND::INTEGER,
                 .help = "the total before + births + in - deaths - out - lost"},
-               {.name = "births", .title = "Births", .kind = COLUMN_KIND::INTEGER, .help = "since the census before"},
+               {.name = "births", .title = "Births", .kind = COLUMN_KIND::INTEGER, .help = "since the previous census"},
                {.name = "deaths", .title = "Deaths", .kind = COLUMN_KIND::INTEGER},
                {.name = "entries",
                 .title = "In",
@@ -58,7 +58,7 @@ Table censusTable() {
   const std::vector<census_row> rows = census(presence, days);
   Table table = tableOf(rows, !days.empty() && days.front() < first);
   table.heading = "Census: " + viewText();
-  table.if_empty = first == 0 ? "No animals of the view were ever there." : "There is no census day in the period.";
+  table.if_empty = first == 0 ? "No animals of the view were ever present." : "There is no census day in the period.";
   const double lambda = censusLambda(presence, View);
   if (!std::isnan(lambda)) {
     table.notes.push_back("Growth over the period: " + qs_lib::realToString((lambda - 1) * 100, 1) + " % a year.");
@@ -115,7 +115,7 @@ Table drawnPyramid(const age_structure& structure, const time_unit& unit) {
     table.addRow({numberText(row.males), bar(row.males, per_mark), classText(structure, at, unit),
                   bar(row.females, per_mark), numberText(row.females), numberText(row.unknown)});
   }
-  if (per_mark > 1) table.notes.push_back("A mark stands for " + qs_lib::realToString(per_mark, 1) + " animals.");
+  if (per_mark > 1) table.notes.push_back("Each mark stands for " + qs_lib::realToString(per_mark, 1) + " animals.");
   return table;
 }
 
@@ -140,7 +140,7 @@ Table plainPyramid(const age_structure& structure, const time_unit& unit) {
     table.addRow({row.age / unit.days, row.males, row.females, row.unknown});
   }
   const age_row& row = structure.unknown_age;
-  if (row.total() > 0) table.addRow({Cell(), row.males, row.females, row.unknown});  // a missing age: not known
+  if (row.total() > 0) table.addRow({Cell(), row.males, row.females, row.unknown});  // an empty age means unknown
   return table;
 }
 
@@ -156,7 +156,7 @@ void addPyramidNotes(Table& table, const age_structure& structure) {
   }
   if (structure.shared_unknown > 0) {
     table.notes.push_back(numberText(structure.shared_unknown) +
-                          " of unknown sex are shared between males and females (--handle-unknown ignore: apart).");
+                          " of unknown sex are shared between males and females (see --handle-unknown).");
   }
 }
 

@@ -9,9 +9,8 @@ namespace spx::console {
 Table censusTable();
 
 /// The animals that are there on the view's monitor date by age and sex.
-/// @param for_people  drawn, the oldest on top; otherwise a row per class, with a row without an age for those of
-/// unknown
-///                    age
+/// @param for_people  drawn, the oldest on top; otherwise a row per class, and a row with an empty age for animals
+///                    of unknown age
 Table pyramidTable(const time_unit& unit, bool for_people);
 
 }  // namespace spx::console

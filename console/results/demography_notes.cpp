@@ -20,7 +20,8 @@ void addWords(std::string& text, const std::string& words) {
   text += (text.empty() ? "" : ", ") + words;
 }
 
-// A date known by year or by month reaches to the end of it, or the animals born in the last year would not be there.
+// A date known by year or by month counts as the end of that time; otherwise animals born in the last year would not
+// be there yet.
 qs_lib::day_number lastDayOf(const move_data& event) {
   const bool is_rough = event.accuracy == DATE_ACCURACY::BY_YEAR || event.accuracy == DATE_ACCURACY::BY_MONTH;
   return is_rough && event.date != 0 ? static_cast<qs_lib::day_number>(rangeOf(event).last) : event.date;
@@ -76,7 +77,7 @@ void endWithStudbook() {
 
 void addDeathNote(Table& table, double deaths) {
   if (deaths > 0) return;
-  table.notes.push_back("No death is recorded: every animal is taken to live on. Survival and growth are too high.");
+  table.notes.push_back("No death is recorded: every animal counts as alive. Survival and growth are too high.");
 }
 
 double gestationDays() {
@@ -117,13 +118,13 @@ void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& lef
   add(findings.departures_while_away, "departure", "of animals already gone ignored");
   add(findings.events_while_away, "other event", "of animals already gone ignored");
   add(findings.events_out_of_order, "animal", "with events out of order sorted");
-  add(findings.entries_while_present, "entry of a present animal", "taken as a change of place");
-  add(findings.assumed_entries, "wild-born animal", "without an entry counted from birth");
-  add(findings.presumed_lost, "animal", "older than the longest life taken as lost");
+  add(findings.entries_while_present, "entry of an animal already present", "treated as a change of place");
+  add(findings.assumed_entries, "wild-born animal", "without a recorded entry counted from birth");
+  add(findings.presumed_lost, "animal", "older than the longest life treated as lost");
   if (!odd.empty()) table.notes.push_back("Events: " + odd + ".");
   if (View.use_emerge && !(presenceSettings(View).emerge_days > 0)) {
     table.notes.push_back(
-        "Nobody knows when the young leave the den: all count from birth (spx life-history set den-emerge=DAYS).");
+        "It is not set when the young leave the den: all count from birth (spx life-history set den-emerge=DAYS).");
   }
 }
 

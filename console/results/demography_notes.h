@@ -8,12 +8,12 @@
 
 #include "console/output/table.h"
 
-/// What the results of demography share. They are made from Animals and View.
+/// Shared parts of the demographic results, which are computed from Animals and View.
 namespace spx::console {
 
 /// A unit of time in results.
 struct time_unit {
-  double days = 1;
+  double days = 1;        ///< the length of the unit
   int decimals = 0;       ///< for people
   const char* name = "";  ///< "years"
 };
@@ -21,7 +21,7 @@ struct time_unit {
 /// "years" or "days".
 time_unit timeUnit(const std::string& name);
 
-/// The animals that the view asks for, to follow a title: "Alderhay Zoo, males".
+/// The animals of the view in words, worded to follow a title: "Alderhay Zoo, males".
 std::string whoText();
 
 /// The same with the period: "all animals, from 1990-01-01, until 2024-12-31".
@@ -31,7 +31,7 @@ std::string viewText();
 /// contradictions were resolved.
 void addCountNotes(Table& table, std::size_t in_view, const left_out_counts& left_out, const life_findings& findings);
 
-/// Appends a warning when no death was counted: survival and growth then say what would be if nobody died.
+/// Appends a warning when no death was counted: survival and growth then describe a population in which nobody dies.
 void addDeathNote(Table& table, double deaths);
 
 /// The first of these lines.
@@ -41,12 +41,12 @@ std::string countNote(std::size_t in_view, const left_out_counts& left_out);
 /// between its first and its last day.
 left_out_counts leftOutBetween(const Presence& presence, qs_lib::day_number first, qs_lib::day_number last);
 
-/// Ends the view with the studbook: where the period, or the day asked for, is open until today, it ends on the last
-/// date that the records have; a last date known by year or month means the end of it. Animals are not taken to live
-/// on, without a birth or a death, after the last entry of a keeper.
+/// Ends the view with the studbook: where the end of the period, or the day of the view, is open (today), it becomes
+/// the last date in the records; a last date known by year or month means the end of that year or month. Otherwise
+/// all animals would be assumed to live on, without births and deaths, after the keeper's last entry.
 void endWithStudbook();
 
-/// The gestation of the species in use in days; 0 when the life history does not tell it.
+/// The gestation of the species in use in days; 0 when the life history does not give it.
 double gestationDays();
 
 /// A number with its noun: "1 animal", "12 animals".

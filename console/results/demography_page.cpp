@@ -46,10 +46,10 @@ class Figures {
     return {{.name = "section", .title = "Section"},
             {.name = "figure",
              .title = "Figure",
-             .help = "lambda: growth factor a year, 1.02 is 2 % more every year; R0: offspring of its own sex that a "
-                     "newborn will have"},
+             .help = "lambda: growth factor per year, 1.02 is 2 % more a year; R0: expected offspring of its own "
+                     "sex of a newborn"},
             number("value", "Value", ""),
-            number("lower", "Lower", "interval of 95 %, where there is one"),
+            number("lower", "Lower", "95 % interval, where there is one"),
             number("upper", "Upper", "")};
   }
 
@@ -105,7 +105,7 @@ void addPopulation(Figures& to, const Presence& presence) {
   to.count("losses", now.losses);
 }
 
-// Of the females, unless the view takes males only.
+// Growth by the females, unless the view includes males only.
 void addGrowth(Figures& to, const life_tallies& data) {
   const bool males = View.sex == SEX::MALE;
   const SEX line = males ? SEX::MALE : SEX::FEMALE;

@@ -14,8 +14,8 @@ struct studbook_figure {
 };
 
 /// The counts and the genetic state of a studbook today: animals, living, founders of the living, their mean inbreeding
-/// and gene diversity. Loads it, without a word, and drops it. Throws Failure when it cannot be
-/// loaded or its parents form a cycle.
+/// and gene diversity. Loads it without messages, and drops it again. Throws Failure when it cannot
+/// be loaded or its parents form a cycle.
 std::vector<studbook_figure> figuresOf(const studbook_files& files);
 
 }  // namespace spx::console

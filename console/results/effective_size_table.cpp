@@ -13,7 +13,8 @@
 namespace spx::console {
 namespace {
 
-/// Pairs grow with the square: beyond so many animals every second, third, ... is taken.
+/// The number of pairs grows with the square of the animals; beyond this number only every second,
+/// third, ... animal is used.
 constexpr std::size_t MOST_FOR_PAIRS = 5000;
 constexpr double DAYS_OF_YEAR = 365.25;
 
@@ -42,13 +43,14 @@ breeders livingBreeders(const GeneticBasis& basis) {
   return found;
 }
 
-/// The families that are complete: of animals so old that they will hardly have more offspring.
+/// The range of births of animals whose families are complete: they are so old that they will
+/// hardly have more offspring.
 struct complete_families {
   double first_birth;
-  double last_birth;  ///< of the animals whose families they are
+  double last_birth;  ///< as day numbers, of these animals
 };
 
-/// From the first birth on to so long before the day of the view as 19 of 20 parents were old, or less, at a birth.
+/// From the first birth to the day of the view less the 95th percentile of the ages of parents at a birth.
 complete_families completeFamilies(const GeneticBasis& basis, const std::vector<double>& births) {
   std::vector<double> ages;
   double first = std::nan("");
@@ -67,7 +69,7 @@ complete_families completeFamilies(const GeneticBasis& basis, const std::vector<
   return {first, static_cast<double>(View.monitor_date) - *old};
 }
 
-/// How many of the living each of their parents has as offspring.
+/// By parent: the number of its offspring among the living; parents without any are left out.
 std::vector<std::size_t> familySizes(const GeneticBasis& basis) {
   std::vector<std::size_t> counts(basis.pedigree().size());
   for (const animal_number animal : basis.living()) {
@@ -83,7 +85,7 @@ std::string yearText(double day) {
   return std::to_string(qs_lib::civilFromDay(static_cast<qs_lib::day_number>(day)).year);
 }
 
-/// Sizes that nobody can tell from an infinite one are shown as such.
+/// A size that is not finite is shown as missing.
 Cell sizeCell(double size) {
   return std::isfinite(size) ? Cell(size) : Cell();
 }
@@ -98,12 +100,12 @@ Table effectiveSizeTable(const GeneticBasis& basis) {
       {{.name = "method", .title = "Method", .in_text = false},
        {.name = "title", .title = "Effective size by"},
        number("ne", "Ne",
-              "the number of animals of an ideal population that would lose diversity as fast; none where no loss is "
+              "the size of an ideal population that would lose diversity at the same rate; none where no loss is "
               "seen"),
        number("se", "SE", "standard error"),
        number("low", "Low", "lower end of the 95 % interval"),
-       number("high", "High", "its upper end; none where the data set no limit"),
-       {.name = "used", .title = "Used", .kind = COLUMN_KIND::INTEGER, .help = "animals that the number rests on"},
+       number("high", "High", "upper end of the interval; none where the data give no limit"),
+       {.name = "used", .title = "Used", .kind = COLUMN_KIND::INTEGER, .help = "animals that the number is based on"},
        {.name = "left_out",
         .title = "Left out",
         .kind = COLUMN_KIND::INTEGER,
@@ -124,12 +126,12 @@ Table effectiveSizeTable(const GeneticBasis& basis) {
   add("inbreeding", "increase in inbreeding",
       effectiveSizeByInbreeding(living, inbreeding, equivalent, INCREASE::SINCE_FIRST_OFFSPRING),
       "the living; F grew evenly over the generations after the founders' offspring (Gutiérrez et al. 2009)");
-  add("inbreeding_2008", "the same, from founders on",
+  add("inbreeding_2008", "the same, counted from the founders",
       effectiveSizeByInbreeding(living, inbreeding, equivalent, INCREASE::SINCE_FOUNDERS),
       "as before, with the exponent 1/t (Gutiérrez et al. 2008)");
   add("kinship", "increase in kinship",
       effectiveSizeByKinship(basis.pedigree(), basis.terms(), sample, equivalent, GeneticBasis::threads()),
-      "all pairs of the living; also right where mating avoids relatives (Cervantes et al. 2011)");
+      "all pairs of the living; also valid where mating avoids relatives (Cervantes et al. 2011)");
   add("trend", "trend of F over births", effectiveSizeByTrend(basis.animals(), inbreeding, facts.births, interval),
       "all animals of the view by birth date; ln(1 - F) falls by the same in every generation (Pérez-Enciso 1995)");
   add("sex_ratio", "sex ratio of breeders", effectiveSizeBySexRatio(breeding.males, breeding.females),
@@ -144,11 +146,11 @@ Table effectiveSizeTable(const GeneticBasis& basis) {
       "1979)");
   if (families.last_birth > families.first_birth) {
     table.notes.push_back("Lifetime families are those of animals born until " + yearText(families.last_birth) +
-                          ": 19 of 20 parents were not older at a birth than such animals are now.");
+                          ": 19 of 20 parents were at most as old at a birth as these animals are now.");
   }
   if (sample.size() < living.size()) {
     table.notes.push_back("Kinship: of " + std::to_string(living.size()) + " living animals " +
-                          std::to_string(sample.size()) + " were taken at even steps.");
+                          std::to_string(sample.size()) + " were taken at even intervals.");
   }
   if (!std::isnan(interval)) {
     table.notes.push_back("Generation interval " + qs_lib::realToString(interval / DAYS_OF_YEAR, 2) +

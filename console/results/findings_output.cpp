@@ -19,7 +19,7 @@ std::string counted(std::size_t count, const char* what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-/// Writes a text in lines that fit; those after the first are indented by two columns more.
+/// Writes a text wrapped to the width; lines after the first are indented by two more columns.
 void writeWrapped(std::ostream& out, const std::string& text, std::string indent, std::size_t width) {
   const std::vector<std::string> lines = wrapped(visibleText(text), width - indent.size() - 2);
   for (const std::string& line : lines) {

@@ -22,7 +22,7 @@ struct finding_counts {
 };
 
 /// Lists findings for people, by rules, in their order: the first ten of each rule, or all. The findings of a rule
-/// stand together. The last line has the totals.
+/// are adjacent. The last line has the totals.
 /// @param animals  how many animals were checked
 /// @param width    columns that a line may take
 void listFindings(std::ostream& out, const std::vector<finding>& findings, bool all, std::size_t animals,

@@ -46,8 +46,8 @@ std::vector<bool> hasDescendantsIn(const GeneticPedigree& pedigree, const std::v
   return has_descendants;
 }
 
-/// The founders that belong to some animals, or have descendants among them. What became of them is judged by the whole
-/// living population: a founder whose only descendants live in another zoo is not lost.
+/// The founders among some animals and their ancestors. Their states follow from the whole living population: a founder
+/// whose only descendants live in another zoo is not lost.
 std::vector<Founder> foundersOf(const GeneticBasis& basis, const std::vector<animal_number>& animals,
                                 UNKNOWN_PARENTS unknown) {
   const GeneticPedigree& pedigree = basis.pedigree();
@@ -87,13 +87,13 @@ void notePhantoms(Table& table, const founder_contributions& sources, UNKNOWN_PA
   table.notes.push_back(counted(sources.phantoms.size(), "missing parent") +
                         " of animals whose other parent is known: " + qs_lib::realToString(100 * share, 1) +
                         " % of the genes, " +
-                        (unknown == UNKNOWN_PARENTS::FOUNDER ? "each a founder of its own, not in the table."
+                        (unknown == UNKNOWN_PARENTS::FOUNDER ? "each counted as a separate founder, not in the table."
                                                              : "left out where they are not wild."));
 }
 
-/// Of a gene drop, what the keeper's way with unknown parents leaves: the sums over the founders that count.
+/// Sums of a gene drop over the founders that count under the chosen treatment of unknown parents.
 struct counted_genes {
-  double contribution = 0;  ///< of all genes: 1 unless some are left out
+  double contribution = 0;  ///< share of all genes: 1 unless founders are left out
   double genomes = 0;       ///< founder genomes surviving
 };
 
@@ -226,7 +226,7 @@ Table geneDropTable(const GeneticBasis& basis, const gene_drop_options& options)
   Table table({{.name = "statistic", .title = "Statistic", .in_text = false},
                {.name = "what", .title = "Of each run"},
                number("mean", "Mean"),
-               number("sd", "SD", "standard deviation between the runs: what chance makes of the same pedigree"),
+               number("sd", "SD", "standard deviation between the runs: the effect of chance on the same pedigree"),
                number("minimum", "Min"),
                number("low", "2.5 %", "19 of 20 runs lie between 2.5 % and 97.5 %"),
                number("median", "Median"),
@@ -242,7 +242,7 @@ Table geneDropTable(const GeneticBasis& basis, const gene_drop_options& options)
     const double mean = sumOf(values) / count;
     double squares = 0;
     for (const double value : values) squares += (value - mean) * (value - mean);
-    // The value below which that share of the runs lies, between two runs where it falls there.
+    // The quantile of the runs, interpolated linearly between two of them.
     const auto quantile = [&](double share) {
       const double place = share * (count - 1);
       const auto below = static_cast<std::size_t>(place);
@@ -270,8 +270,8 @@ Table geneDropTable(const GeneticBasis& basis, const gene_drop_options& options)
   table.notes.emplace_back(
       "Founder genomes: 1 / (2 sum f^2) over the frequencies f of the genes; their mean is Boichard's number (1997).");
   table.notes.push_back(
-      "Each founder has two genes that nobody else has; every animal gets one gene of each parent by "
-      "chance. The same seed gives the same result on any machine.");
+      "Each founder has two unique genes; every animal gets one gene from each parent at random. The same seed "
+      "gives the same result on any machine.");
   addNotes(table, basis.notes());
   table.notes.emplace_back("Unknown parents count as unrelated founders.");
   return table;

@@ -24,7 +24,7 @@
 namespace spx::console {
 namespace {
 
-/// Presence asks for dates. An animal that has none is there for as long as no event ended its stay.
+/// Presence requires dates. An animal without any date counts as there unless an event has ended its stay.
 bool isUndatedButThere(const master_data& animal, qs_lib::day_number day, const LocationSet& locations) {
   const auto has_date = [](const move_data& event) { return event.date != 0; };
   if (has_date(animal.birth) || std::any_of(animal.moves.begin(), animal.moves.end(), has_date)) return false;
@@ -37,7 +37,7 @@ bool isUndatedButThere(const master_data& animal, qs_lib::day_number day, const 
   return isLiving(animal, day) && locations.contains(currentDeme(animal, day));
 }
 
-/// Who of a view counts, by the records.
+/// The animals of a view that count.
 struct counted_animals {
   std::vector<position> ever;
   std::vector<position> living;
@@ -54,7 +54,7 @@ counted_animals countAnimals(const DataFilter& view, UNDATED treatment) {
     found.ever.push_back(life.animal);
     if (presence.isPresent(life, view.monitor_date)) found.living.push_back(life.animal);
   }
-  // Animals that died undated, or as stillbirths, have no stay, but they are of the view all the same.
+  // Animals without dates and stillbirths have no stays, but still belong to the view.
   std::vector<bool> is_found(Animals.records.size());
   for (const position record : found.ever) is_found[record] = true;
   for (position record = 0; record < Animals.records.size(); ++record) {
@@ -124,7 +124,7 @@ GeneticBasis::GeneticBasis(const basis_options& options) : options_(options) {
   traced_ = candidates.size();
   if (!studbook_.build(Animals, {parent_list, candidates})) {
     throw Failure(cycleText(studbook_.cycle()) +
-                  "; correct one of these parents, since nothing genetic can be computed before");
+                  "; correct one of these parents first: until then nothing genetic can be computed");
   }
   terms_ = inbreedingOf(pedigree(), threads());
   const auto numbersOf = [this](const std::vector<position>& records) {
@@ -191,7 +191,7 @@ animal_number GeneticBasis::number(const std::string& id) const {
     if (name == id) return stand_in;
   }
   if (found != Animals.records.size())
-    throw Failure(quotedText(id) + " stands for unknown parents; it is not an animal");
+    throw Failure(quotedText(id) + " stands for an unknown parent; it is not an animal");
   std::vector<std::string> ids;
   for (const master_data& animal : Animals.records) ids.push_back(animal.stud_id);
   throw Failure("there is no animal " + quotedText(id) + suggestion(id, ids));
@@ -228,7 +228,7 @@ void GeneticBasis::noteLiving(std::vector<std::string>& notes) const {
     const bool all = undated_ == without_birth;
     notes.push_back(countedAs(undated_, "has", "have") + (all ? " no other date either" : " no date at all") +
                     (undated_ == 1 ? " and counts" : " and count") +
-                    " as living, since no end is recorded; --undated exclude leaves " +
+                    " as living, because no end is recorded; --undated exclude leaves " +
                     (undated_ == 1 ? "it" : "them") + " out.");
   } else if (undated_ > 0) {
     notes.push_back(countedAs(undated_, "animal without any date is", "animals without any date are") +
@@ -244,9 +244,8 @@ std::vector<std::string> GeneticBasis::notes() const {
   std::vector<std::string> notes;
   if (options_.asks_living) noteLiving(notes);
   if (traced_ > 0) {
-    notes.push_back(
-        countedAs(traced_, "parent is the average of the animals", "parents are the average of the animals") +
-        " that could be it (--trace-parents).");
+    notes.push_back(countedAs(traced_, "unknown or group parent is", "unknown or group parents are") +
+                    " replaced by the average of the possible animals (--trace-parents).");
   }
   return notes;
 }

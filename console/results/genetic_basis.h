@@ -10,7 +10,7 @@
 
 #include "console/output/table.h"
 
-/// What every genetic result starts from: the pedigree of the loaded studbook, and the animals of the view.
+/// The basis of every genetic result: the pedigree of the loaded studbook, and the animals of the view.
 namespace spx::console {
 
 /// How genes of unknown origin enter a result.
@@ -29,17 +29,17 @@ enum class UNDATED : std::uint8_t { LIVING, EXCLUDE };
 /// The names of `--undated`.
 const char* getText(UNDATED treatment);
 
-/// How the basis is made.
+/// The options of a GeneticBasis.
 struct basis_options {
-  /// Unknown and group parents are the average of the animals that parent tracing finds for them; throws UsageError
-  /// while the life history has no reproductive ages.
+  /// Unknown and group parents become the average of the animals that parent tracing finds for them. The
+  /// constructor then throws UsageError when the life history has no reproductive ages.
   bool trace_parents = false;
   UNDATED undated = UNDATED::LIVING;
-  bool asks_living = true;  ///< else the result is about named animals, and its notes are silent about the living
+  bool asks_living = true;  ///< otherwise the result is about named animals, and notes() says nothing about the living
 };
 
-/// The pedigree of the studbook in use with its inbreeding, and who is asked about. Ancestors are always those of the
-/// whole studbook: the view decides who is counted, never who is an ancestor.
+/// The pedigree of the studbook in use with its inbreeding, and the animals that results are about. Ancestors are
+/// always those of the whole studbook: the view decides who is counted, never who is an ancestor.
 class GeneticBasis {
  public:
   /// Reads Animals and View. Throws Failure when animals are their own ancestors, with the cycle by IDs.
@@ -57,31 +57,32 @@ class GeneticBasis {
   const std::vector<animal_number>& wholeStudbook() const { return whole_studbook_; }
   /// The living animals of all locations, sexes and taxa on that day.
   const std::vector<animal_number>& wholePopulation() const { return whole_population_; }
-  /// Whether the view chooses among the living at all.
+  /// Whether the view includes all the living.
   bool isWholePopulation() const { return living_.size() == whole_population_.size(); }
 
   /// The animals of the view. Throws Failure when there is none, with what to do.
   const std::vector<animal_number>& needAnimals() const;
-  /// The living. Throws Failure when there is none, with what to do.
+  /// The living animals of the view. Throws Failure, which says what to do, when there are none.
   const std::vector<animal_number>& needLiving() const;
 
   const master_data& record(animal_number animal) const;
-  /// The ID as the studbook has it; of a parent without a record that by which its offspring name it.
+  /// The ID in the studbook; for a parent without a record, the ID by which its offspring name it.
   const std::string& id(animal_number animal) const;
 
-  /// The animal whose wild mate this is: "12" for "P12", which stands for its mate "WILD"; empty for others.
+  /// The ID of the animal whose wild mate this is: "12" for "P12", which stands for its mate "WILD"; empty
+  /// for other animals.
   std::string wildMateOf(animal_number animal) const;
 
   /// The number of an animal. Throws Failure for an ID that the studbook does not have, with the nearest one.
   animal_number number(const std::string& id) const;
   std::vector<animal_number> numbers(const std::vector<std::string>& ids) const;
 
-  /// The animals as people sort their IDs.
+  /// The animals in the natural order of their IDs: 2 before 10.
   std::vector<animal_number> sortedById(std::vector<animal_number> animals) const;
 
   /// The lines that say how undated animals, traced parents and unknown parents were treated.
   std::vector<std::string> notes(UNKNOWN_PARENTS treatment) const;
-  /// The same without the unknown parents, which some results do not depend on.
+  /// The same without the line about unknown parents, for results that do not depend on them.
   std::vector<std::string> notes() const;
   /// How many of the living have no birth date.
   std::size_t withoutBirthDate() const;
@@ -106,10 +107,10 @@ class GeneticBasis {
   std::size_t traced_ = 0;  ///< parents that stand for several candidates
 };
 
-/// Adds lines to those below a table.
+/// Appends lines to the notes below a table.
 void addNotes(Table& table, const std::vector<std::string>& notes);
 
-/// The middle of the days on which the animal can have been born; NaN when no date is known.
+/// The middle of the days on which the animal can have been born, as a day number; NaN when no date is known.
 double birthDay(const master_data& animal);
 
 /// The age in years on the view's day; NaN when the birth is not known.

@@ -69,7 +69,7 @@ void addFounders(FactList& facts, const GeneticBasis& basis, const genetic_subje
   facts.count("founders", "Founders", all ? found.founders : knownFounders(basis.pedigree(), subject.living),
               "animals without parents whose genes live on");
   facts.count("phantom_founders", "Missing parents", found.phantom_founders,
-              all ? "unknown mates; each a founder of its own" : "unknown mates; their genes are left out");
+              all ? "unknown mates; each a separate founder" : "unknown mates; their genes are left out");
   facts.count("living_founders", "Founders alive", states.living, "with living descendants");
   facts.count("potential_founders", "Potential founders", states.potential, "alive, no living descendants: breed them");
   facts.count("lost_founders", "Lost founders", states.lost, "gone, no living descendants anywhere");
@@ -83,11 +83,11 @@ void addDiversity(FactList& facts, const GeneticBasis& basis, const std::vector<
       by_known ? knownKinships(basis.pedigree(), living, GeneticBasis::threads()).mean : found.mean_kinship;
   const inbreeding_level level =
       by_known ? knownLevel(basis, living) : inbreeding_level{found.mean_inbreeding, found.highest_inbreeding};
-  facts.number("mean_f", "Mean inbreeding F", level.mean, 4, "of the living; 0.25: like offspring of sibs");
+  facts.number("mean_f", "Mean inbreeding F", level.mean, 4, "of the living; 0.25: offspring of full sibs");
   facts.number("highest_f", "Highest F", level.highest, 4, "of one animal");
-  facts.number("mean_kinship", "Mean kinship", kinship, 4, "the F to expect after mating at random");
-  facts.number("gene_diversity", "Gene diversity", 1 - kinship, 4, "kept of the founders' source; goal: 0.90");
-  facts.number("fg", "Founder genomes (fg)", 1 / (2 * kinship), 2, "founders that would hold it: 1 / (2 MK)");
+  facts.number("mean_kinship", "Mean kinship", kinship, 4, "expected F of offspring from random mating");
+  facts.number("gene_diversity", "Gene diversity", 1 - kinship, 4, "kept from the founders' source; goal: 0.90");
+  facts.number("fg", "Founder genomes (fg)", 1 / (2 * kinship), 2, "unrelated founders as diverse: 1 / (2 MK)");
   facts.number("fe", "Effective founders (fe)", by_known ? found.effective_known_founders : found.effective_founders, 2,
                "founders, if all contributed equally");
   facts.number("fe_known", "fe without unknown", found.effective_known_founders, 2,
@@ -101,28 +101,28 @@ void addAncestors(FactList& facts, const GeneticBasis& basis, const std::vector<
                               {.members_count = members_count, .known_only = unknown == UNKNOWN_PARENTS::EXCLUDE})
         .number;
   };
-  facts.number("fa", "Effective ancestors (fa)", number(false), 2, "far below fe: there were bottlenecks");
+  facts.number("fa", "Effective ancestors (fa)", number(false), 2, "far below fe: there have been bottlenecks");
   facts.number("fa_with_members", "fa with the living", number(true), 2, "if the living count as ancestors too");
 }
 
 void addGenerations(FactList& facts, const GeneticBasis& basis, const std::vector<animal_number>& living) {
   const generation_numbers generations = generationsOf(basis.pedigree());
   facts.number("equivalent_generations", "Equivalent generations", meanOf(living, generations.equivalent), 2,
-               "complete ones that known ancestors make");
+               "known ancestors, as complete generations");
   facts.number("generation", "Mean generation", meanOf(living, generations.genetic), 2,
                "founders are 0, offspring parents' mean + 1");
   facts.number("traced_generations", "Traced generations", meanOf(living, generations.traced), 2,
-               "back, with every ancestor known");
+               "generations back with all ancestors known");
   facts.number("maximum_generations", "Longest line", meanOf(living, generations.maximum), 2,
                "generations to the first ancestor");
   facts.number("completeness", "Completeness",
                meanOf(living, completenessIndex(basis.pedigree(), COMPLETENESS_GENERATIONS)), 3,
-               "of 5 generations, both sides; 1 is all");
+               "over 5 generations, both sides; 1: complete");
   facts.number("ne_inbreeding", "Ne by inbreeding",
                effectiveSizeByInbreeding(living, basis.terms().inbreeding, generations.equivalent,
                                          INCREASE::SINCE_FIRST_OFFSPRING)
                    .size,
-               1, "ideal herd in which F would rise as fast");
+               1, "ideal population in which F rises as fast");
 }
 
 Cell textCell(const genetic_fact& fact) {
@@ -143,7 +143,7 @@ std::vector<genetic_fact> geneticFacts(const GeneticBasis& basis, const genetic_
   const std::vector<animal_number>& living = subject.living;
   const genetic_diversity found = diversityOf(basis.pedigree(), basis.terms(), living);
   facts.count("animals", "Animals", subject.animals.size(), "living or not");
-  facts.count("living", "Living animals", living.size(), "what follows is about them");
+  facts.count("living", "Living animals", living.size(), "all figures below are about them");
   addFounders(facts, basis, subject, found, unknown);
   addDiversity(facts, basis, living, found, unknown);
   addAncestors(facts, basis, living, unknown);
@@ -170,8 +170,8 @@ Table geneticPage(const GeneticBasis& basis, UNKNOWN_PARENTS unknown) {
   }
   if (unknown == UNKNOWN_PARENTS::EXCLUDE) {
     table.notes.push_back(
-        "F, kinship, diversity, founders, fe and fa are over the known genes. Generations and completeness count known "
-        "ancestors in any case; Ne takes unknown parents as founders.");
+        "F, kinship, diversity, founders, fe and fa are over the known genes. Generations and completeness always "
+        "count known ancestors; Ne treats unknown parents as founders.");
   }
   addNotes(table, basis.notes(unknown));
   return table;

@@ -18,7 +18,7 @@
 namespace spx::console {
 namespace {
 
-/// Above so many animals the bootstrap draws random samples of them instead of each one.
+/// Above this number of animals the bootstrap draws random groups of animals instead of single ones.
 constexpr std::size_t MOST_SAMPLES = 2000;
 
 std::vector<table_column> growthColumns(const time_unit& unit) {
@@ -35,19 +35,19 @@ std::vector<table_column> growthColumns(const time_unit& unit) {
   };
   return {
       {.name = "line", .title = "Line", .help = "whose births and deaths: those of one sex, or all"},
-      real("r0", "Net reproductive rate R0", "offspring of its own sex that a newborn will have"),
+      real("r0", "Net reproductive rate R0", "expected offspring of its own sex of a newborn"),
       bound("r0_lower", "  from (95 %)"),
       bound("r0_upper", "  to"),
       real("generation_time", "Generation time", "mean age of parents at birth, " + in),
       bound("generation_time_lower", "  from (95 %)"),
       bound("generation_time_upper", "  to"),
-      real("r", "Intrinsic rate r", "growth of the logarithm of the numbers a year"),
+      real("r", "Intrinsic rate r", "growth of the logarithm of the numbers per year"),
       bound("r_lower", "  from (95 %)"),
       bound("r_upper", "  to"),
-      real("lambda", "Lambda", "growth factor a year by births and deaths; 1 means unchanged"),
+      real("lambda", "Lambda", "growth factor per year from births and deaths; 1 means unchanged"),
       bound("lambda_lower", "  from (95 %)"),
       bound("lambda_upper", "  to"),
-      real("lambda_leslie", "Lambda, Leslie matrix", "the same by the matrix that projection uses"),
+      real("lambda_leslie", "Lambda, Leslie matrix", "the same from the matrix that projection uses"),
       real("lambda_census", "Lambda, census", "growth factor of the counted numbers, entries and departures included"),
       real("generation_time_stable", "Generation time, stable", "in a population that grows by lambda, " + in),
       {.name = "runs", .title = "Bootstrap runs", .kind = COLUMN_KIND::INTEGER},
@@ -60,15 +60,14 @@ double deathsOf(const life_tallies& data) {
   return deaths;
 }
 
-// One sex of the view is the line; without one the option says which.
+// When the view is of one sex, that sex is the line; otherwise the option decides.
 SEX lineOf(const std::string& option) {
   if (View.sex == SEX::FEMALE || View.sex == SEX::MALE) return View.sex;
-  if (View.sex != SEX::ALL)
-    throw UsageError("growth needs females or males: leave --sex " + getEnumName(View.sex) + " away");
+  if (View.sex != SEX::ALL) throw UsageError("growth needs females or males: leave out --sex " + getEnumName(View.sex));
   return option == "female" ? SEX::FEMALE : option == "male" ? SEX::MALE : SEX::ALL;
 }
 
-// The matrix is that of the females.
+// The Leslie matrix is that of the females, so a view of males has no value.
 double lambdaByMatrix(const life_tallies& data) {
   if (View.sex == SEX::MALE) return NOT_KNOWN;
   const double lambda = leslieLambda(stepRates(data, View.same_sex));
@@ -77,10 +76,10 @@ double lambdaByMatrix(const life_tallies& data) {
 
 std::string intervalNote(const growth_intervals& bounds, const life_tallies& samples) {
   const std::string note = "Each interval holds 95 % of the results of " + counted(bounds.runs, "run") +
-                           " (bootstrap). A run draws as many animals at random, some of them more than once, and "
-                           "computes the rates from these";
+                           " (bootstrap). A run draws as many animals as there are at random, some of them more than "
+                           "once, and computes the rates from these";
   if (samples.samples == samples.counted) return note + ".";
-  return note + "; with so many animals it draws from " + std::to_string(samples.samples) +
+  return note + "; because there are so many animals, it draws from " + std::to_string(samples.samples) +
          " random groups of them, which gives the same spread.";
 }
 
@@ -106,10 +105,9 @@ Table growthTable(const growth_choice& options, const time_unit& unit) {
                 bounds.r.upper * DAYS_PER_YEAR, growth.lambda, bounds.lambda.lower, bounds.lambda.upper,
                 lambdaByMatrix(data), censusLambda(Presence(Animals.records, View, presenceSettings(View)), View),
                 growth.stable_generation / unit.days, bounds.runs, options.seed});
-  if (std::isnan(growth.lambda))
-    table.notes.push_back("No births by parents of known age: there is no rate of growth.");
+  if (std::isnan(growth.lambda)) table.notes.push_back("No births to parents of known age: there is no growth rate.");
   if (bounds.failed != 0) {
-    table.notes.push_back(counted(bounds.failed, "bootstrap run") + " without births gave no rate of growth.");
+    table.notes.push_back(counted(bounds.failed, "bootstrap run") + " without births gave no growth rate.");
   }
   if (bounds.runs > 0) table.notes.push_back(intervalNote(bounds, samples));
   if (data.counted > 0) addDeathNote(table, deathsOf(data));
@@ -125,7 +123,7 @@ Table emptyProjection(double fewer_than) {
         .name = name, .title = title, .kind = COLUMN_KIND::REAL, .decimals = 1, .help = std::move(help)};
   };
   return Table({{.name = "year", .title = "Year", .kind = COLUMN_KIND::REAL, .decimals = 0, .help = "from now"},
-                number("expected", "Expected", "numbers by the Leslie matrix, without chance"),
+                number("expected", "Expected", "numbers from the Leslie matrix, without chance"),
                 number("females", "Females", "of them"),
                 number("males", "Males", "of them"),
                 number("lower", "Lower", "with chance: 2.5 % of the runs have fewer"),
@@ -179,7 +177,7 @@ Table projectionTable(const projection_choice& options) {
                         ". The rates of the life table stay as they are; nothing enters or leaves.");
   const double births = birthsToKeep(start.total(), data) / step_years;
   if (!std::isnan(births)) {
-    table.notes.push_back("To keep " + qs_lib::realToString(start.total(), 0) + " animals takes " +
+    table.notes.push_back("Keeping " + qs_lib::realToString(start.total(), 0) + " animals takes " +
                           qs_lib::realToString(births, 1) + " births a year.");
   }
   addDeathNote(table, deathsOf(data));

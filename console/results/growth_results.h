@@ -21,7 +21,7 @@ struct growth_choice {
 /// R0, generation time, r and lambda of the view with their intervals: a record.
 Table growthTable(const growth_choice& options, const time_unit& unit);
 
-/// How a population is carried on.
+/// The options of a projection.
 struct projection_choice {
   int years = 20;
   std::size_t runs = 1000;
@@ -29,7 +29,7 @@ struct projection_choice {
   std::optional<double> fewer_than = {};  ///< half of the animals when it is not given
 };
 
-/// The numbers to expect after the view's end. Throws UsageError when the view takes one sex only.
+/// The expected numbers of animals after the view's end. Throws UsageError when the view is of one sex only.
 Table projectionTable(const projection_choice& options);
 
 }  // namespace spx::console

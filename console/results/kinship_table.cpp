@@ -13,7 +13,7 @@
 namespace spx::console {
 namespace {
 
-/// The kinships of a set of animals, as the keeper wants unknown parents treated.
+/// The kinships of a set of animals, with unknown parents treated as the option says.
 class Kinships {
  public:
   Kinships(const GeneticBasis& basis, const std::vector<animal_number>& animals, UNKNOWN_PARENTS unknown) {
@@ -41,8 +41,8 @@ class Kinships {
   [[noreturn]] static void refuse(std::size_t animals) {
     throw Failure("the kinships of " + std::to_string(animals) + " animals need " +
                   qs_lib::realToString(KinshipMatrix::bytesFor(animals) / (1U << 30U), 1) +
-                  " GiB of memory, more than there is; choose fewer with a view (--location, --sex, --taxon), or see "
-                  "spx mean-kinship");
+                  " GiB of memory, more than is available; choose fewer animals with a view (--location, --sex, "
+                  "--taxon), or see spx mean-kinship");
   }
 
   static void needMemory(std::size_t animals) {
@@ -88,7 +88,7 @@ Table kinshipTable(const GeneticBasis& basis, const std::vector<animal_number>& 
     if (column == 2) return kinships->at(first, second);
     return (*ids)[column == 0 ? first : second];
   });
-  table.if_empty = "There is only one animal, and kinship needs two; --self shows that of an animal with itself.";
+  table.if_empty = "There is only one animal, and kinship needs two; --self shows its kinship with itself.";
   addNotes(table, basis.notes(unknown));
   return table;
 }
@@ -109,7 +109,7 @@ Table kinshipMatrixTable(const GeneticBasis& basis, const std::vector<animal_num
     for (std::size_t column = 0; column < animals.size(); ++column) cells.emplace_back(kinships.at(row, column));
     table.addRow(std::move(cells));
   }
-  table.notes.push_back("On the diagonal stands the kinship of an animal with itself, (1 + F) / 2.");
+  table.notes.push_back("The diagonal shows the kinship of an animal with itself, (1 + F) / 2.");
   addNotes(table, basis.notes(unknown));
   return table;
 }

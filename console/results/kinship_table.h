@@ -8,9 +8,9 @@
 
 namespace spx::console {
 
-/// A row for every pair of animals, each pair once; an animal that is named twice with itself too. Animals that are
-/// not the living of the view are welcome. Throws Failure when there is not enough memory.
-/// @param with_self  every animal with itself as well
+/// A row for every pair of animals, each pair once; an animal that is named twice is also paired with itself. The
+/// animals need not be living or in the view. Throws Failure when there is not enough memory.
+/// @param with_self  whether every animal is also paired with itself
 Table kinshipTable(const GeneticBasis& basis, const std::vector<animal_number>& animals, UNKNOWN_PARENTS unknown,
                    bool with_self);
 

@@ -28,7 +28,7 @@ namespace {
 
 constexpr double MOST_PAIRS = 5'000'000;
 
-/// A value of a user field whose animals cannot breed, such as "neutered=yes".
+/// A value of a user-defined field that marks animals as unable to breed, such as "neutered=yes".
 struct unable_value {
   std::string text;
   std::size_t field;
@@ -56,7 +56,7 @@ std::vector<unable_value> unableValues(const std::vector<std::string>& texts) {
   return found;
 }
 
-/// Who was left out, by the reason.
+/// The IDs of the animals that were left out, by reason.
 using left_out_animals = std::map<std::string, std::set<std::string, natural_less>>;
 
 void note(Table& table, const left_out_animals& left_out) {
@@ -73,7 +73,7 @@ void note(Table& table, const left_out_animals& left_out) {
   }
 }
 
-/// The animals that can be the parent of one sex, and why the others cannot.
+/// The animals that can breed as a parent of one sex; the others are added to `left_out` with the reason.
 class Candidates {
  public:
   Candidates(const GeneticBasis& basis, const pair_choice& choice, SEX sex, left_out_animals& left_out)
@@ -132,7 +132,7 @@ std::vector<table_column> pairColumns(bool is_picked) {
       real("offspring_f", "Offspring F", 4, "inbreeding of their offspring: the kinship of the pair"),
       real("mean_mk", "Mean MK", 4, "mean of the two mean kinships: low pairs carry rare genes"),
       real("mk_difference", "MK diff.", 4,
-           "difference of the two mean kinships; small: no rare genes tied to common ones"),
+           "difference between the two mean kinships; small: rare genes are not joined to common ones"),
       {.name = "unknown",
        .title = "Unknown",
        .kind = COLUMN_KIND::PERCENT,
@@ -142,7 +142,7 @@ std::vector<table_column> pairColumns(bool is_picked) {
   if (is_picked) {
     columns.insert(columns.begin(), {.name = "rank", .title = "No.", .kind = COLUMN_KIND::INTEGER});
     columns.push_back(
-        real("gene_diversity", "GD then", 5, "gene diversity with an offspring of every pair up to this one"));
+        real("gene_diversity", "GD then", 5, "gene diversity with one offspring of every pair up to this one"));
   }
   return columns;
 }
@@ -231,8 +231,8 @@ Table pairsTable(const GeneticBasis& basis, const pair_choice& choice, UNKNOWN_P
       table.addRow(std::move(cells));
     }
     table.notes.push_back(choice.is_static
-                              ? "Picked by the ranking of today."
-                              : "Picked one after the other; each counts an offspring of the pairs before it.");
+                              ? "Picked by today's ranking."
+                              : "Picked one after the other, each counting one offspring of every pair before it.");
   }
   table.if_empty = "No pair meets the limits of " +
                    std::string(choice.same_location ? "--same-location" : "--max-kinship") +

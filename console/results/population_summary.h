@@ -13,21 +13,21 @@
 
 namespace spx::console {
 
-/// How many animals there are of a kind, and how many of them live on the day.
+/// The number of animals of a kind, and how many of them are living on the day.
 struct kind_count {
   std::size_t all = 0;
   std::size_t living = 0;
 };
 
-/// The animal that became oldest; no ID where no birth date is known.
+/// The animal that reached the greatest age; the ID is empty when no birth date is known.
 struct oldest_animal {
   std::string id;
-  double days = 0;
+  double days = 0;  ///< its age
 };
 
 /// A studbook, or the animals of a view, in numbers.
 struct population_summary {
-  qs_lib::day_number day = 0;             ///< for which animals count as living
+  qs_lib::day_number day = 0;             ///< the day on which animals count as living or not
   kind_count animals;                     ///< without placeholders
   std::array<std::size_t, 7> statuses{};  ///< by LIFE_STATUS
   std::size_t elsewhere = 0;              ///< living, but not in the locations of the view
@@ -40,7 +40,7 @@ struct population_summary {
   kind_count unknown_both;
   kind_count unknown_sire;  ///< the sire alone
   kind_count unknown_dam;   ///< the dam alone
-  kind_count group_sire;    ///< one of a group
+  kind_count group_sire;    ///< the sire is a group
   kind_count group_dam;
   kind_count breeders;  ///< have offspring in the studbook
   /// Founders have no known parent: both are wild or unknown.

@@ -69,7 +69,7 @@ Table locationTable() {
   }
   table.one_row = "location";
   table.many_rows = "locations";
-  table.if_empty = "the studbook names no locations";
+  table.if_empty = "the studbook has no locations";
   return table;
 }
 

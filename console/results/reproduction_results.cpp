@@ -68,7 +68,7 @@ class Measures {
         real("median", "Median", ""),
         real("min", "Least", ""),
         real("max", "Most", ""),
-        real("lower", "Lower", "interval of 95 % of the mean, or of the share (0.52 is 52 %)"),
+        real("lower", "Lower", "95 % interval of the mean, or of the share (0.52 is 52 %)"),
         real("upper", "Upper", "")};
   }
 
@@ -103,7 +103,7 @@ std::string seasonText(const reproduction_summary& summary) {
   constexpr qs_lib::day_number NEW_YEAR_2001 = 2451911;
   const auto date = qs_lib::civilFromDay(NEW_YEAR_2001 + static_cast<qs_lib::day_number>(summary.mean_day) - 1);
   return "Mean day of birth: " + std::to_string(date.day) + " " + MONTHS[date.month - 1] + "; concentration " +
-         qs_lib::realToString(summary.concentration, 2) + " (1: all on one day, 0: all the year round).";
+         qs_lib::realToString(summary.concentration, 2) + " (1: all on one day, 0: spread evenly over the year).";
 }
 
 std::string littersText(const reproduction_summary& summary) {
@@ -125,9 +125,9 @@ void addNotes(Table& table, const reproduction_summary& summary) {
   const std::string season = seasonText(summary);
   if (!season.empty()) table.notes.push_back(season);
   if (!summary.litter_sizes.empty()) table.notes.push_back(littersText(summary));
-  table.notes.push_back("Left out: of the litters " + counted(summary.dams_unknown, "birth") + " without a dam and " +
-                        std::to_string(summary.days_unknown) + " without a day; of the months " +
-                        counted(summary.months_unknown, "birth") + "; of the ages at birth " +
+  table.notes.push_back("Left out: from litters, " + counted(summary.dams_unknown, "birth") + " without a dam and " +
+                        std::to_string(summary.days_unknown) + " without a day; from months, " +
+                        counted(summary.months_unknown, "birth") + "; from ages at birth, " +
                         counted(summary.females.unknown_ages, "dam") + " and " +
                         counted(summary.males.unknown_ages, "sire") + " unknown or of unknown age.");
 }

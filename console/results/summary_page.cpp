@@ -25,7 +25,7 @@ class Page {
   void addRow(const std::string& what, const kind_count& kind) {
     table_.addRow({what, kind.all, shareOf(kind.all, summary_.animals.all), kind.living});
   }
-  /// Without a row when there are none and the keeper need not know that there could be.
+  /// Adds a row only when there are such animals, for kinds that most studbooks do not have.
   void rareRow(const std::string& what, const kind_count& kind) {
     if (kind.all != 0) {
       row(what, kind);

@@ -28,8 +28,9 @@ const std::map<std::string, SURVIVAL_GROUPS> GROUPINGS = {
     {"rearing", SURVIVAL_GROUPS::REARING}, {"location", SURVIVAL_GROUPS::LOCATION}, {"taxon", SURVIVAL_GROUPS::TAXON},
     {"period", SURVIVAL_GROUPS::PERIOD}};
 
-// The level whose places are compared: the one typed; the level of the locations of the view when there are several,
-// the one below when there is one; else the second, which holds the institutions of most studbooks.
+// The level whose locations are compared: the one typed; else the deepest level of the view's locations when there
+// are several, or the level below it when there is one; else the second level, which holds the institutions in most
+// studbooks.
 int levelOf(const std::string& typed) {
   const int levels = static_cast<int>(MetaPop.levels().size());
   if (!typed.empty()) {
@@ -70,7 +71,7 @@ std::string medianNote(const std::string& group, const survival_curve& curve, co
 }
 
 std::vector<table_column> curveColumns(const time_unit& unit, bool for_people) {
-  const std::string since = for_people ? ", since the row before" : "";
+  const std::string since = for_people ? ", since the previous row" : "";
   return {{.name = "group", .title = "Group"},
           {.name = "time",
            .title = "Age",
@@ -80,7 +81,7 @@ std::vector<table_column> curveColumns(const time_unit& unit, bool for_people) {
           {.name = "at_risk",
            .title = "At risk",
            .kind = COLUMN_KIND::INTEGER,
-           .help = "animals watched at that age; fewer than 5 say little"},
+           .help = "animals watched at that age; results from fewer than 5 are unreliable"},
           {.name = "deaths", .title = "Deaths", .kind = COLUMN_KIND::INTEGER, .help = "animals that died" + since},
           {.name = "censored",
            .title = "Last seen",
@@ -90,13 +91,13 @@ std::vector<table_column> curveColumns(const time_unit& unit, bool for_people) {
            .title = "Survival",
            .kind = COLUMN_KIND::REAL,
            .decimals = 3,
-           .help = "share that lives longer (Kaplan-Meier)"},
+           .help = "share that lives beyond that age (Kaplan-Meier)"},
           {.name = "std_error",
            .title = "Error",
            .kind = COLUMN_KIND::REAL,
            .decimals = 3,
            .help = "its standard error (Greenwood)"},
-          {.name = "lower", .title = "Lower", .kind = COLUMN_KIND::REAL, .decimals = 3, .help = "its interval of 95 %"},
+          {.name = "lower", .title = "Lower", .kind = COLUMN_KIND::REAL, .decimals = 3, .help = "its 95 % interval"},
           {.name = "upper", .title = "Upper", .kind = COLUMN_KIND::REAL, .decimals = 3}};
 }
 
@@ -106,7 +107,7 @@ void addStep(Table& table, const std::string& group, const survival_step& step, 
                 step.std_error, step.lower, step.upper});
 }
 
-// For people the curve is shown at the ends of the age classes, and after the first month.
+// For people the curve is shown after the first month and at the ends of the age classes.
 void addClasses(Table& table, const std::string& group, const survival_curve& curve, const survival_data& data,
                 std::uint32_t number, const time_unit& unit) {
   std::vector<double> ages = {30};
@@ -133,7 +134,7 @@ void addClasses(Table& table, const std::string& group, const survival_curve& cu
   }
 }
 
-// Animals of unknown sex mostly died young: they would tell nothing of the sexes.
+// Animals of unknown sex are left out of the test between the sexes: most of them died young.
 bool isTested(const std::string& group, SURVIVAL_GROUPS by) {
   return by != SURVIVAL_GROUPS::SEX || group == getEnumName(SEX::MALE) || group == getEnumName(SEX::FEMALE);
 }
@@ -154,8 +155,8 @@ void addTest(Table& table, const survival_data& data, SURVIVAL_GROUPS by) {
   }
   if (by == SURVIVAL_GROUPS::SEX) {
     table.notes.push_back(
-        "Young that die before their sex is known are in neither curve: both start too high. The curve "
-        "of all does not.");
+        "Young that die before their sex is known are in neither curve, so both start too high. The curve "
+        "of all animals does not.");
   }
 }
 
@@ -167,10 +168,10 @@ survival_settings settingsOf(const survival_choice& choice) {
   survival_settings settings;
   settings.by = GROUPINGS.at(choice.by);
   if (!choice.level.empty() && settings.by != SURVIVAL_GROUPS::LOCATION) {
-    throw UsageError("--level says which places are compared: it goes with --by location");
+    throw UsageError("--level chooses the places to compare; it can only be used with --by location");
   }
   if (choice.period_years && settings.by != SURVIVAL_GROUPS::PERIOD) {
-    throw UsageError("--period-years goes with --by period");
+    throw UsageError("--period-years can only be used with --by period");
   }
   settings.level = levelOf(choice.level);
   settings.period_years = choice.period_years.value_or(10);
@@ -193,9 +194,9 @@ Table emptySummary(const time_unit& unit) {
                  .kind = COLUMN_KIND::INTEGER,
                  .help = "times over which animals were watched"},
                 {.name = "deaths", .title = "Deaths", .kind = COLUMN_KIND::INTEGER},
-                real("expected", "Expected", 1, "deaths, if all groups had the same risk"),
-                real("median", "Median", unit.decimals, "age that half reach, " + in),
-                real("median_lower", "Lower", unit.decimals, "interval of 95 % of the median"),
+                real("expected", "Expected", 1, "deaths expected if all groups had the same risk"),
+                real("median", "Median", unit.decimals, "age that half of the animals reach, " + in),
+                real("median_lower", "Lower", unit.decimals, "95 % interval of the median"),
                 real("median_upper", "Upper", unit.decimals, ""),
                 real("mean", "Mean", unit.decimals, "time lived up to the last age watched, " + in),
                 real("mean_error", "Error", unit.decimals, "its standard error"),
@@ -262,14 +263,14 @@ std::vector<table_column> lifeColumns(const time_unit& unit) {
   };
   return {{.name = "sex", .title = "Sex"},
           real("age", "Age", std::fmod(View.class_width, unit.days) == 0 ? 0 : 2, "at the start of the class, " + in),
-          real("at_risk", "At risk", 1, "animals at risk; with prorating, parts of the class count as parts"),
+          real("at_risk", "At risk", 1, "animals at risk; with prorating, part of a class counts as that part"),
           real("deaths", "Deaths", 1, ""),
-          real("q", "q", 3, "chance to die in the class"),
-          real("p", "p", 3, "chance to live through it: 1 - q"),
+          real("q", "q", 3, "chance of dying in the class"),
+          real("p", "p", 3, "chance of surviving it: 1 - q"),
           real("l", "l", 3, "share of the newborn that reaches it: the product of p"),
-          real("e", "e", 1, "time that it can still expect to live, " + in),
+          real("e", "e", 1, "life expectancy at that age, " + in),
           real("births", "Births", 1, "offspring that count: of the parent's sex, or half of all (--same-sex no)"),
-          real("m", "m", 3, "offspring per animal in the time of a class"),
+          real("m", "m", 3, "offspring per animal over the width of a class"),
           hidden("q_lower"),
           hidden("q_upper"),
           hidden("l_lower"),
@@ -299,7 +300,7 @@ double deathsOf(const std::vector<life_table_row>& rows) {
   return deaths;
 }
 
-// The first year is told in two parts: what happens in the first month hides behind it.
+// Reports the first year in two parts, since deaths in the first month would be hidden in a yearly figure.
 std::string infantNote(const AnimalData& store) {
   const age_classes infants{{0, 30, DAYS_PER_YEAR}, DAYS_PER_YEAR};
   DataFilter view = View;
@@ -309,7 +310,7 @@ std::string infantNote(const AnimalData& store) {
   const auto part = [&rows](std::size_t at) {
     return at < rows.size() ? percentText(rows[at].q) + " (95 % " + percentText(rows[at].q_lower) + " to " +
                                   percentText(rows[at].q_upper) + ")"
-                            : std::string("nothing known");
+                            : std::string("not known");
   };
   return "Infant deaths, all sexes: in the first 30 days " + part(0) + ", from then to one year " + part(1) + ".";
 }
@@ -322,12 +323,12 @@ void addLifeNotes(Table& table, const life_tallies& data, const std::vector<life
     const bool ends_alive = !rows->empty() && rows->back().p > 0;
     if (ends_alive) {
       table.notes.push_back(std::string(rows == &females ? "Females" : "Males") +
-                            " live beyond the table: e counts the time in it only.");
+                            " live beyond the table: e counts only the time in it.");
     }
   }
-  table.notes.push_back("Values from fewer than " + qs_lib::realToString(FEW, 0) + " animals at risk say little.");
+  table.notes.push_back("Values from fewer than " + qs_lib::realToString(FEW, 0) + " animals at risk are unreliable.");
   table.notes.push_back(counted(data.placed_births, "birth") + " counted for a parent; " +
-                        std::to_string(data.unplaced_births) + " without a parent of known age that was there.");
+                        std::to_string(data.unplaced_births) + " without a parent of known age that was present.");
 }
 
 }  // namespace

@@ -8,20 +8,20 @@
 
 namespace spx::console {
 
-/// Which groups survival compares.
+/// The options that choose the groups to compare.
 struct survival_choice {
   std::string by = "none";               ///< none, sex, origin, rearing, location, taxon or period
   std::string level = {};                ///< location: the name of the level; empty: the one that suits the view
   std::optional<int> period_years = {};  ///< period: calendar years of each; 10 when not given
 };
 
-/// The survival curves of the view. Throws UsageError for an unknown level, and for a level or a length of periods that
-/// the groups do not need.
-/// @param for_people  the curve after a month and at the class ends; otherwise every step
+/// The survival curves of the view. Throws UsageError for an unknown level, and for a level or a period length with
+/// groups that do not use it.
+/// @param for_people  whether to show the curve only after a month and at the class ends; otherwise every step
 Table survivalTable(const survival_choice& choice, const time_unit& unit, bool for_people);
 
-/// Each group in a row: deaths, those to expect if all groups had the same risk, median, mean and the log-rank test of
-/// the groups, the same in every row. Throws UsageError as survivalTable does.
+/// A row for each group: deaths, the deaths expected if all groups had the same risk, median and mean; and the
+/// log-rank test of all groups, repeated in every row. Throws UsageError as survivalTable does.
 Table survivalSummary(const survival_choice& choice, const time_unit& unit);
 
 /// The life tables of the females, the males and all animals of the view.

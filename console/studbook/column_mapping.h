@@ -10,8 +10,8 @@ namespace spx::console {
 /// A key file that keeps how tables were understood: which column holds which field,
 /// and the order of day and month, the footer, the sheet and the encoding where they were given.
 
-/// Completes what the command line says by what the file says. Throws Failure when it is not such a
-/// file.
+/// Adds the settings of the file to those of the command line, which take precedence. Throws
+/// Failure when it is not a mapping file.
 void readMapping(const std::string& path, studbook_files& files);
 
 /// Writes the file. Throws Failure.

@@ -52,7 +52,7 @@ class CopyingRows : public RowSource {
       return false;
     }
     cells_ = rows_->row();
-    // The reader tells what is wrong with rows of other lengths.
+    // Rows of other lengths are not stored; the reader of these rows reports them.
     if (cells_.size() == titles_.size()) {
       store();
     }
@@ -62,16 +62,17 @@ class CopyingRows : public RowSource {
   std::size_t line() const override { return rows_->line(); }
 
  private:
-  /// Beside the fields every table has the number of the row, and events that of the animal.
+  /// Two of SQLite's columns are reserved: every table has the number of the row, and events have that of the animal.
   void checkNumber(std::size_t columns) {
     const auto most = static_cast<std::size_t>(sqlite3_limit(database_.getHandle(), SQLITE_LIMIT_COLUMN, -1)) - 2;
     if (columns > most) {
       throw TableError(1, "has " + std::to_string(titles_.size()) + " columns: a studbook file holds " +
-                              std::to_string(most) + ", counting the fields that the table does not have");
+                              std::to_string(most) + ", including the fields that the table does not have");
     }
   }
 
-  /// An event of an animal that is not in the studbook is left out here: the reader refuses it.
+  /// An event of an animal that is not in the studbook is silently skipped here (INSERT OR IGNORE),
+  /// since the reader reports it.
   void prepare(const std::vector<std::string>& names) {
     std::string columns;
     std::string values;
@@ -93,7 +94,7 @@ class CopyingRows : public RowSource {
 
   void store() {
     for (std::size_t cell = 0; cell < cells_.size(); ++cell) {
-      // An empty view may point nowhere, which SQLite would take as NULL.
+      // The data pointer of an empty view may be null, which SQLite would store as NULL.
       const char* text = cells_[cell].empty() ? "" : cells_[cell].data();
       if (sqlite3_bind_text64(insert_.get(), static_cast<int>(cell) + 1, text, cells_[cell].size(), SQLITE_STATIC,
                               SQLITE_UTF8) != SQLITE_OK) {

@@ -11,9 +11,9 @@ class Database;
 
 namespace spx::console {
 
-/// The same rows, each stored in that table of a new studbook file when it is read. What cannot be
-/// stored is a Failure of the file.
-/// @param path  the place that the file will have
+/// The same rows, each of which is stored in a table of a new studbook file when it is read. next()
+/// throws Failure when a row cannot be stored.
+/// @param path  the final path of the file, for messages
 std::unique_ptr<RowSource> copyRows(std::unique_ptr<RowSource> rows, SQLite::Database& database,
                                     const std::string& table, const std::string& path);
 

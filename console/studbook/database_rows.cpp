@@ -12,15 +12,15 @@
 namespace spx::console {
 namespace {
 
-/// The sums are kept in files, so their seed never changes.
+/// The sums are stored in files, so this seed must never change.
 constexpr qs_lib::hash_seed SUM_SEED = {0x9E3779B97F4A7C15, 0xD1B54A32D192ED03};
 
-/// An event has the row of its animal; its table shows the ID.
+/// Events store the row of their animal; reading them gives its ID.
 std::string expression(const std::string& table, const std::string& field) {
   if (table == "events" && field == "id") {
     return "(SELECT id FROM animals WHERE animals.\"row\" = events.animal)";
   }
-  // Without the table's name an unknown column would be taken as a text.
+  // Without the table's name SQLite would take an unknown column name in quotes as a text.
   return table + "." + quotedName(field);
 }
 
@@ -72,7 +72,7 @@ std::size_t DatabaseRows::animalRow() const {
   return static_cast<std::size_t>(std::upper_bound(animals_.begin(), animals_.end(), animal) - animals_.begin());
 }
 
-/// Animals that were removed leave gaps in the numbers of the rows.
+/// Removed animals leave gaps in the row numbers; reads the numbers when there are any.
 void DatabaseRows::findGaps() {
   try {
     if (database_.execAndGet("SELECT count(*) = coalesce(max(\"row\"), 0) FROM animals").getInt() != 0) {
@@ -109,8 +109,8 @@ void DatabaseRows::prepare(const std::string& query) {
   }
 }
 
-/// The bytes where SQLite has them; as text it would copy those without a final NUL. The value may
-/// be asked itself, since the connection belongs to one thread.
+/// The bytes of a cell, without a copy: asking for text would copy values that have no final NUL.
+/// Using the unprotected value is safe, since the connection belongs to one thread.
 std::string_view DatabaseRows::read(std::size_t cell) const {
   sqlite3_value* value = sqlite3_column_value(rows_.get(), static_cast<int>(cell) + (has_animal_ ? 2 : 1));
   const void* bytes = sqlite3_value_blob(value);

@@ -15,8 +15,8 @@ class Database;
 
 namespace spx::console {
 
-/// How many rows a table has, and a sum over its titles, fields and cells in their order, by which
-/// a table is known to be the one that was stored.
+/// The number of rows of a table, and a checksum over its titles, fields and cells in their order,
+/// which shows whether the table is still the one that was stored.
 struct table_sum {
   std::int64_t rows = 0;
   std::uint64_t sum = 0;
@@ -36,7 +36,7 @@ class DatabaseRows : public RowSource {
   std::size_t line() const override;
   std::size_t animalRow() const override;
 
-  /// Of the rows so far.
+  /// The sum of the rows read so far.
   const table_sum& sum() const { return sum_; }
 
  private:

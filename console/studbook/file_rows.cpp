@@ -10,7 +10,7 @@
 namespace spx::console {
 namespace {
 
-/// The rows of a file that is open for reading end with a look at their sum.
+/// Rows that compare their sum with the stored one at the end, for a file that is open for reading.
 class CheckedRows : public RowSource {
  public:
   CheckedRows(std::shared_ptr<StudbookFile> file, const std::string& table)

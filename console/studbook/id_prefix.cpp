@@ -18,12 +18,12 @@ namespace {
 
 using id_set = std::unordered_set<std::string>;
 
-/// The IDs in the table that would be placeholders.
+/// The IDs in the table of animals that count as placeholders.
 id_set placeholdersIn(const studbook_tables& tables) {
   id_set ids;
   try {
     constexpr std::size_t ID_CELL = 0;
-    Faults faults;  // reported when the table is read in earnest
+    Faults faults;  // ignored here: reported when the table is loaded
     FieldTable table(tables.animals, animalFields(), ID_CELL, faults);
     while (table.next()) {
       std::string id(table[ID_CELL]);

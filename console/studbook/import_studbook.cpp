@@ -31,7 +31,7 @@ table_source copied(const table_source& source, SQLite::Database& database, cons
 }  // namespace
 
 NewStudbook::NewStudbook(const std::string& path)
-    // What a symbolic link names is replaced, and not the link.
+    // The target of a symbolic link is replaced, not the link.
     : path_(fs::weakly_canonical(fs::absolute(path)).string()), stage_(path_) {
   checkTarget();
   errno = 0;
@@ -60,8 +60,8 @@ void NewStudbook::checkTarget() const {
 void NewStudbook::create() {
   database_ = std::make_unique<SQLite::Database>(databaseName(stage_.writePath()),
                                                  SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
-  // Nobody sees the file before it is complete and synced as a whole.
-  database_->exec("PRAGMA page_size = 16384");  // less to do per row for the whole that is read
+  // No journal and no syncs are needed: nobody sees the file before it is complete and has been synced as a whole.
+  database_->exec("PRAGMA page_size = 16384");  // makes reading the whole file cheaper per row
   database_->exec("PRAGMA journal_mode = OFF");
   database_->exec("PRAGMA synchronous = OFF");
   database_->exec("PRAGMA locking_mode = EXCLUSIVE");
@@ -96,9 +96,9 @@ bool NewStudbook::finish(const change_note& note) {
   }
 }
 
-/// The existing file is held against writers until it is replaced: one that comes later finds that
-/// the file under its hands is another one, and fails. A journal would be taken for that of the new
-/// file: opening applies it to the existing one, and without that it is dropped.
+/// The existing file is locked against writers until it is replaced; a writer that comes later notices that the file
+/// has been replaced, and fails. A leftover journal must not be applied to the new file: opening the existing file
+/// applies it to that one, and without an existing file it is removed.
 bool NewStudbook::replace() {
   checkTarget();
   std::unique_ptr<StudbookFile> replaced;

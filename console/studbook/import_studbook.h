@@ -15,29 +15,29 @@ class Database;
 
 namespace spx::console {
 
-/// A studbook file in the making, beside the place that it takes as a whole in the end. Until then,
-/// and when anything fails, what is in that place stays as it is.
+/// A new studbook file, written under a temporary name in the same directory and moved into place
+/// as a whole by finish(). Until then, and when anything fails, an existing file is unchanged.
 ///
 ///     NewStudbook book(path);
 ///     loadStudbook(book.copying(openTables(files)));
 ///     book.finish({IMPORT_CHANGE, "import animals.csv"});
 class NewStudbook {
  public:
-  /// Begins a file that will be at that path. Throws Failure when it cannot be written there, or
-  /// when something is there that is not a studbook file, or a damaged one: it is not replaced.
+  /// Begins a file for that path. Throws Failure when it cannot be written there, or when the path
+  /// names something that is not a studbook file, or a damaged one; these are not replaced.
   explicit NewStudbook(const std::string& path);
   ~NewStudbook();
   NewStudbook(const NewStudbook&) = delete;
   NewStudbook& operator=(const NewStudbook&) = delete;
 
-  /// The same tables, of which every row is stored when it is read; reading them throws Failure when
-  /// that cannot be done. The object must outlive them.
+  /// The same tables, each row of which is stored when it is read; reading throws Failure when a row
+  /// cannot be stored. The object must outlive them.
   studbook_tables copying(const studbook_tables& tables);
 
-  /// Completes the file, brings it to the disk and puts it in its place. An existing studbook file
-  /// is kept as backup(). Throws Failure.
+  /// Completes the file, writes it to disk and moves it into place. An existing studbook file is
+  /// kept as backup(). Throws Failure.
   /// @param note  the first change of its history
-  /// @return whether there was one
+  /// @return whether there was an existing file
   bool finish(const change_note& note);
 
   /// The path of the file, without symbolic links, and that of the studbook that it has replaced.

@@ -17,7 +17,7 @@ namespace {
 constexpr char JOURNAL_TABLES[] =
     "CREATE TABLE changes (change INTEGER PRIMARY KEY, time TEXT NOT NULL, author TEXT NOT NULL, "
     "kind TEXT NOT NULL, action TEXT NOT NULL, message TEXT NOT NULL, undoes INTEGER REFERENCES changes) STRICT;"
-    // The triggers look for the change that is open with every cell.
+    // For every cell the triggers look up the open change.
     "CREATE INDEX changes_open ON changes (change) WHERE time = '';"
     "CREATE TABLE change_cells (step INTEGER PRIMARY KEY, change INTEGER REFERENCES changes, "
     "of_table TEXT NOT NULL, \"row\" INTEGER NOT NULL, animal TEXT NOT NULL, field TEXT NOT NULL, "
@@ -67,7 +67,7 @@ class TriggerWriter {
   }
 
   /// The statement that notes one cell.
-  /// @param row  "old" or "new": where the animal stands
+  /// @param row  "old" or "new": the row that names the animal
   std::string entry(const std::string& row, const std::string& field, const std::string& before,
                     const std::string& after, const std::string& condition) const {
     return std::string("INSERT INTO change_cells (change, of_table, \"row\", animal, field, before, after) SELECT ") +
@@ -92,7 +92,7 @@ std::string userName() {
   return name == nullptr || *name == '\0' ? "user " + std::to_string(::geteuid()) : name;
 }
 
-/// Entries without a change were made by a program that does not open one.
+/// Entries without a change were made by other programs; they become a change of their own.
 void adoptOutsideChanges(SQLite::Database& database) {
   if (database.execAndGet("SELECT NOT EXISTS (SELECT 1 FROM change_cells WHERE change IS NULL)").getInt() != 0) {
     return;
@@ -127,8 +127,8 @@ std::vector<journal_cell> selectCells(SQLite::Statement& query) {
 constexpr char SELECT_CELLS[] =
     "SELECT coalesce(change, 0), of_table, \"row\", animal, field, before, after FROM change_cells ";
 
-/// A change is taken back by the last one that undoes it, unless that was taken back itself. Later
-/// changes undo earlier ones, so the last are settled first.
+/// Sets `undone_by`: the last change that undoes a change counts, unless it was itself undone. A
+/// change can only be undone by a later one, so the list is processed from its end.
 void settleUndone(std::vector<journal_change>& changes) {
   for (std::size_t next = changes.size(); next-- > 0;) {
     const journal_change& change = changes[next];

@@ -74,13 +74,13 @@ std::string sheetList(const Workbook& workbook) {
   return list;
 }
 
-/// Puts the layers between the cells of a file and those that the fields expect.
+/// Adds the layers that convert the cells of a file to what the fields expect.
 class TableOpener {
  public:
   TableOpener(const studbook_files& files, std::shared_ptr<ReadingNotes> notes)
       : files_(files), notes_(std::move(notes)) {}
 
-  /// The table in a file; not given when the name is empty.
+  /// The table in a file; a source without a table when the name is empty.
   table_source open(const std::string& file, const table_kind& kind) const {
     if (file.empty()) {
       return {};
@@ -135,7 +135,7 @@ std::size_t animalsSheet(const std::string& file, const Workbook& workbook, cons
   }
   const auto sheet = sheetOf(workbook, animalsKind());
   if (!sheet && workbook.sheetNames().size() > 1) {
-    notes.add("the first sheet is read of " + sheetList(workbook) + "; --sheet NAME chooses another");
+    notes.add("read the first of the sheets " + sheetList(workbook) + "; --sheet NAME chooses another");
   }
   return sheet.value_or(0);
 }
@@ -172,7 +172,7 @@ studbook_tables keeperTables(const studbook_files& files) {
     tables.format = "workbook";
     openWorkbook(files, opener, tables);
   } else if (!files.reading.sheet.empty()) {
-    throw UsageError("--sheet goes with a workbook; " + files.animals + " is not one");
+    throw UsageError("--sheet can only be used with a workbook; " + files.animals + " is not one");
   } else {
     tables.animals = opener.open(files.animals, animalsKind());
   }

@@ -34,9 +34,9 @@
 namespace spx::console {
 namespace {
 
-/// Makes room for the records of a table that is about to be read, and a quarter more for the
-/// pseudo founders: a sequence that outgrows its room is held twice while it moves. The number is a
-/// guess, so where memory does not hold so many, the sequence grows.
+/// Reserves memory for the records of a table that is about to be read, and a quarter more for the
+/// pseudo founders: a vector that grows is held twice while it moves. The number is an estimate, so
+/// when the memory cannot be reserved the vector grows as needed.
 void reserveRecords(const table_source& animals) {
   const std::size_t rows = animals.estimate_rows ? animals.estimate_rows() : 0;
   try {
@@ -46,7 +46,7 @@ void reserveRecords(const table_source& animals) {
   Animals.initialize(0);
 }
 
-/// Reads one table; what is wrong with it as a whole is one more fault. @return whether nothing is
+/// Reads one table; an error in the table as a whole becomes a fault. @return whether nothing is
 bool readTable(const table_source& table, Faults& faults, const std::function<void()>& read) {
   if (!table.open) {
     return true;
@@ -117,8 +117,8 @@ void completeRecords(const std::string& file, const std::string& format, loading
   Book.format = format;
 }
 
-/// Animals whose IDs count as those of pseudo individuals, and parents without a record. A studbook file has said so
-/// when it was imported, and `check` repeats it.
+/// Reports on standard error the animals that are placeholders by their IDs, and the parents without a record. A
+/// studbook file has said so when it was imported, and `check` repeats it.
 void report(const loading_notes& notes) {
   std::vector<std::string> names;
   for (const position animal : notes.placeholders) {
@@ -137,7 +137,7 @@ void report(const loading_notes& notes) {
       continue;  // an unknown parent by another name, such as "UNK 7"
     }
     if (isMultiParent(parent.id)) {
-      continue;  // a group of animals has no record
+      continue;  // a group of animals is not expected to have a record
     }
     names.push_back(parent.id);
     references += parent.offspring.size();
@@ -159,16 +159,16 @@ void listGroups() {
             << nameList(groups.unlisted) << "\n";
 }
 
-/// No lookup: no command searches for more than a few animals by their IDs.
+/// Does not build the lookup: no command searches for more than a few animals by ID.
 void buildDerived() {
-  // In birth order at once: the keys are given in it.
+  // Sorted by birth at once, the order in which keys are assigned.
   Animals.createIndex(SORT_FIELD::BIRTH);
   Animals.assignIdKeys();
   Animals.populationPedigree();
   Animals.flagBreeders();
 }
 
-/// What was not taken literally.
+/// Reports on standard error the cells that were not taken literally.
 void tellReadings(const studbook_tables& tables) {
   std::istringstream lines(tables.notes ? tables.notes->text() : std::string());
   for (std::string line; std::getline(lines, line);) {
@@ -198,7 +198,7 @@ void dropStudbook() {
   Animals.clearStudbook();
   MetaPop = MetaPopulation();
   Management = BreedingProgram();
-  View.clearView();  // before the taxa, of which it may hold some
+  View.clearView();  // before Subspecies, since the view may hold handles of taxa
   Subspecies = SubTaxa();
   user_field_list.clear();
   parent_list.clear();

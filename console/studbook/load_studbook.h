@@ -15,10 +15,10 @@ namespace spx::console {
 ///
 /// Throws Failure when a table has faults, with the text of the faults, and UsageError; either way
 /// the objects are empty afterwards.
-/// @return where the rows stand, and what else was found
+/// @return the lines of the rows, and other findings
 loading_notes loadStudbook(const studbook_files& files);
 
-/// The same from tables that are open; they are let go once they are read.
+/// The same from open tables, which are closed once they have been read.
 /// @param refused  what does not come about because of faults
 loading_notes loadStudbook(studbook_tables tables, const char* refused = "nothing was loaded");
 

@@ -12,7 +12,7 @@ namespace spx::console {
 /// parents without a record, which Animals.missing_parents holds.
 class LoadingOutput {
  public:
-  /// @param what  shown at a terminal when it takes long
+  /// @param what  text of the progress line, shown at a terminal when loading takes long
   explicit LoadingOutput(const std::string& what = "Loading the studbook");
   ~LoadingOutput();
   LoadingOutput(const LoadingOutput&) = delete;

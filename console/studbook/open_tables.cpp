@@ -15,7 +15,7 @@ void refuseOtherFiles(const studbook_files& files) {
   }
   throw UsageError(files.animals +
                    " is a studbook file with all its tables: --events, --locations, --programs "
-                   "and --map go with tables");
+                   "and --map can only be used with tables");
 }
 
 studbook_tables openAsTheyAre(const studbook_files& files) {

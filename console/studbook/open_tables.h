@@ -5,10 +5,10 @@
 
 namespace spx::console {
 
-/// The tables that the files hold: CSV files, or a studbook file, which holds all of them. Of the
-/// latter all is read as it was at the first look, whatever is written meanwhile; writers wait
-/// while one of these sources lives. Throws Failure when a file is not a studbook file or damaged, and
-/// UsageError when other files or titles are given for a studbook file.
+/// The tables that the files hold: CSV files, or a studbook file, which holds all of them. A studbook
+/// file is read in the state that it has at the first access, and writers wait while one of these
+/// sources exists. Throws Failure when a file is not a studbook file or damaged, and UsageError when
+/// other files or titles are given for a studbook file.
 studbook_tables openTables(const studbook_files& files);
 
 }  // namespace spx::console

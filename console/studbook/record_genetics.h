@@ -6,7 +6,7 @@
 namespace spx::console {
 
 /// Fills the inbreeding, the generation numbers and the founder lineages of the records in use, for commands that show
-/// them or choose by them. What the tables give stays. Nothing is computed again while every record has its numbers.
+/// them or choose by them. Values that the tables give are kept. Does nothing when every record has its numbers.
 /// While animals are their own ancestors nothing can be computed: a note on standard error says so.
 void computeRecordGenetics();
 

@@ -10,10 +10,10 @@
 namespace spx::console {
 namespace {
 
-/// Some rows of a table with texts of their own.
+/// A batch of rows of a table, with copies of their texts.
 class RowCopies {
  public:
-  /// Takes rows until there are enough; what goes wrong with the next one is kept for its turn.
+  /// Takes rows until the batch is full; an error in the next row is kept and thrown when that row's turn comes.
   explicit RowCopies(RowSource& source) {
     try {
       while (rows_.size() < MOST_ROWS && texts_.size() < MOST_TEXT && !is_last_) {
@@ -65,7 +65,7 @@ class RowCopies {
     }
   }
 
-  /// The texts stay where they are from now on, also when the batch is moved.
+  /// Makes the views of the cells. The texts do not move any more, even when the batch is moved.
   void settle() {
     cells_.reserve(ends_.size());
     std::size_t begin = 0;

@@ -6,9 +6,9 @@
 
 namespace spx::console {
 
-/// The same rows, read some thousand ahead by a second thread: a database takes as long to step
-/// from row to row as it takes to understand them. From the first next() on, what the rows come
-/// from belongs to that thread.
+/// The same rows, read some thousands ahead by a second thread: stepping through the rows of a
+/// database takes as long as parsing them. After the first next() only that thread may use the
+/// source of the rows.
 std::unique_ptr<RowSource> readAhead(std::unique_ptr<RowSource> rows);
 
 }  // namespace spx::console

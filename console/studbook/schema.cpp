@@ -17,7 +17,7 @@ constexpr char COLUMNS_TABLE[] =
     "position INTEGER NOT NULL DEFAULT 0, title TEXT NOT NULL DEFAULT '', field TEXT NOT NULL DEFAULT '', "
     "UNIQUE (of_table, position), UNIQUE (of_table, field)) STRICT";
 
-// An event has the row of its animal instead of the ID.
+// Events store the row of their animal instead of the ID.
 std::string columnText(const stored_table& table, const table_field& field) {
   if (table.name == std::string("events") && field.name == ID_FIELD.name) {
     return ", animal INTEGER NOT NULL REFERENCES animals (\"row\")";
@@ -25,7 +25,7 @@ std::string columnText(const stored_table& table, const table_field& field) {
   return ", " + quotedName(field.name) + " TEXT NOT NULL DEFAULT ''";
 }
 
-/// The number after all columns that the table has or had: undoing puts those back.
+/// The number after those of all existing and removed columns, since undo may restore the latter.
 std::int64_t freePosition(SQLite::Database& database, const std::string& table) {
   SQLite::Statement last(database,
                          "SELECT 1 + max(coalesce((SELECT max(position) FROM columns WHERE of_table = ?1), 0), "
@@ -36,8 +36,8 @@ std::int64_t freePosition(SQLite::Database& database, const std::string& table) 
   return last.getColumn(0).getInt64();
 }
 
-/// A place for a column that is not a field: the first from that number on which is free. A column
-/// that was removed keeps its place, where the journal can put its cells back.
+/// Adds a database column for a user-defined field, with the first free number from `number` on.
+/// The column of a removed field stays, so that the journal can restore its cells.
 std::string addPlace(SQLite::Database& database, const std::string& table, std::int64_t number) {
   const std::vector<std::string> taken = databaseColumns(database, table);
   std::string name;

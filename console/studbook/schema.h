@@ -19,14 +19,14 @@ namespace spx::console {
 /// Marks a database as a studbook file: "spxb".
 inline constexpr std::int32_t APPLICATION_ID = 0x73707862;
 
-/// The version of the schema that is written; docs/studbook-file.md tells what raises it.
+/// The version of the schema that is written; docs/studbook-file.md says what raises it.
 inline constexpr int SCHEMA_VERSION = 2;
 
-/// The oldest version that can be read, and brought up to date.
+/// The oldest version that can be read and upgraded.
 inline constexpr int OLDEST_VERSION = 1;
 
 /// A table of a studbook: its name in a studbook file, which is also that of its CSV file, its
-/// fields, and where it stands among the files and sources of a studbook.
+/// fields, and the members of studbook_files and studbook_tables that hold it.
 struct stored_table {
   const char* name;
   std::span<const table_field> fields;
@@ -57,18 +57,18 @@ void createTables(SQLite::Database& database);
 /// Brings the tables of version 1 up to date.
 void upgradeTables(SQLite::Database& database);
 
-// Indexes of full tables: to keep them up to date while the tables are filled takes longer.
+// Indexes are created when the tables are full: updating them while the tables are filled takes longer.
 
-void createAnimalIndex(SQLite::Database& database);  ///< unless it is there
+void createAnimalIndex(SQLite::Database& database);  ///< unless it exists
 void createEventIndex(SQLite::Database& database);
 
 /// Gives a table one more column at its end. A column that is not a field gets a place of its own.
-/// Triggers of the journal do not know it until createTriggers is called again.
+/// The triggers of the journal ignore it until createTriggers() is called again.
 /// @return its name in the database
 std::string addColumn(SQLite::Database& database, const std::string& table, const std::string& title,
                       const std::string& field);
 
-/// A name as SQL has it: in double quotes.
+/// A name as an SQL identifier, in double quotes.
 std::string quotedName(std::string_view name);
 
 }  // namespace spx::console

@@ -27,7 +27,7 @@ studbook_files resolveFiles(studbook_files files) {
     takeFromDirectory(directory, std::string(table.name) + ".csv", files.*table.file);
   }
   if (files.animals.empty()) {
-    throw Failure(directory.string() + ": there is no animals.csv in it");
+    throw Failure(directory.string() + ": contains no animals.csv");
   }
   return files;
 }

@@ -21,15 +21,15 @@ namespace {
 
 constexpr int READER_WAIT_MS = 5000;
 constexpr int WRITER_WAIT_MS = 60000;
-constexpr int ONE_THREAD = SQLITE_OPEN_NOMUTEX;  // else every cell takes a lock
+constexpr int ONE_THREAD = SQLITE_OPEN_NOMUTEX;  // otherwise SQLite locks a mutex for every cell
 constexpr std::string_view FIRST_BYTES("SQLite format 3\0", 16);
 
 int pragma(SQLite::Database& database, const char* name) {
   return database.execAndGet(std::string("PRAGMA ") + name).getInt();
 }
 
-/// A reader may not undo what a killed writer left half done; any program that may write does so at
-/// its first look.
+/// A read-only connection cannot roll back what a killed writer has left half done; opening the
+/// file for writing and reading from it does.
 void undoHalfDone(const std::string& path) {
   SQLite::Database database(databaseName(path), SQLite::OPEN_READWRITE, READER_WAIT_MS);
   database.exec("SELECT 1 FROM sqlite_schema LIMIT 1");
@@ -37,7 +37,7 @@ void undoHalfDone(const std::string& path) {
 
 std::string reasonOf(const SQLite::Exception& error) {
   if (error.getExtendedErrorCode() == SQLITE_READONLY_DBMOVED) {
-    return "was replaced by another program meanwhile; nothing was changed";
+    return "was replaced by another program in the meantime; nothing was changed";
   }
   switch (error.getErrorCode()) {
     case SQLITE_BUSY:
@@ -53,14 +53,14 @@ std::string reasonOf(const SQLite::Exception& error) {
   }
 }
 
-/// The name for a file that is about to take the place of another.
+/// The temporary name of a file that is about to replace another.
 std::string nameBeside(const std::string& kept) {
   const std::string beside = kept + ".new";
   std::filesystem::remove(beside);
   return beside;
 }
 
-/// Copies a file that will be written to. A former copy is replaced as a whole.
+/// Copies a file that will be written to. An existing copy is replaced as a whole.
 void copyAs(const std::string& path, const std::string& kept) {
   const std::string beside = nameBeside(kept);
   std::filesystem::copy_file(path, beside);
@@ -77,7 +77,8 @@ void keepFile(const std::string& path, const std::string& kept) {
     return copyAs(path, kept);
   }
   std::filesystem::rename(beside, kept);
-  std::filesystem::remove(beside);  // still there where both were names of one file, as a killed import leaves them
+  std::filesystem::remove(beside);  // rename() does nothing when both names are links to one file, which a killed
+                                    // import can leave behind
 }
 
 bool isStudbookFile(const std::string& file) {
@@ -116,11 +117,11 @@ void StudbookFile::open() {
   database_ = std::make_unique<SQLite::Database>(databaseName(path_),
                                                  (write ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | ONE_THREAD,
                                                  write ? WRITER_WAIT_MS : READER_WAIT_MS);
-  // A view in the place of a table could be endless.
+  // A view in place of a table could produce rows without end.
   sqlite3_db_config(database_->getHandle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
   database_->exec("PRAGMA trusted_schema = OFF");
   database_->exec("PRAGMA foreign_keys = ON");
-  // Another program may have given the file a log of its own, which would outlive a replaced file.
+  // Another program may have switched the file to a write-ahead log, which would remain when the file is replaced.
   if (write) {
     database_->exec("PRAGMA journal_mode = DELETE");
   }
@@ -141,14 +142,14 @@ int StudbookFile::checkKind() {
   const int version = pragma(*database_, "user_version");
   if (version < OLDEST_VERSION || version > SCHEMA_VERSION) {
     throw Failure(path_ + ": is a studbook file of version " + std::to_string(version) +
-                  "; this program knows the versions " + std::to_string(OLDEST_VERSION) + " to " +
+                  "; this program reads versions " + std::to_string(OLDEST_VERSION) + " to " +
                   std::to_string(SCHEMA_VERSION));
   }
   return version;
 }
 
 void StudbookFile::upgrade() {
-  database_->exec("PRAGMA cache_spill = OFF");  // until commit() has kept it, the file on the disk stays the former one
+  database_->exec("PRAGMA cache_spill = OFF");  // the file on disk must not change before commit() has made the backup
   dropTriggers(*database_);
   upgradeTables(*database_);
   createJournal(*database_);
@@ -200,11 +201,11 @@ void StudbookFile::commit() {
   } catch (const TableError& error) {
     throw Failure(path_ + ": cannot be written: " + error.what());
   } catch (const std::filesystem::filesystem_error& error) {
-    throw Failure(kept + ": the former studbook cannot be kept: " + error.code().message());
+    throw Failure(kept + ": the previous studbook cannot be kept: " + error.code().message());
   }
   if (former_version_ != 0) {
-    std::cerr << "spx: " << path_ << " has a history from now on (format version " << SCHEMA_VERSION
-              << "); the former file is kept as " << kept << "\n";
+    std::cerr << "spx: " << path_ << " now has a history (format version " << SCHEMA_VERSION
+              << "); the previous file is kept as " << kept << "\n";
     former_version_ = 0;
   }
 }

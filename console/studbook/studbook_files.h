@@ -8,7 +8,7 @@
 
 namespace spx::console {
 
-/// The files of a studbook, as the command line gives them. Empty names are files not given.
+/// The files of a studbook, as the command line gives them; an empty name means that the file is not given.
 struct studbook_files {
   std::string animals;
   std::string events;

@@ -18,7 +18,8 @@ bool hasSums(SQLite::Database& database) {
   return database.tableExists("sums");
 }
 
-/// The sums with the triggers that drop them when any program changes a table: damage does not.
+/// Creates the table of sums, and triggers that delete all sums when any program changes a table.
+/// Damage to the file does not run triggers.
 void createSums(SQLite::Database& database) {
   database.exec(
       "CREATE TABLE IF NOT EXISTS sums (of_table TEXT PRIMARY KEY, \"rows\" INTEGER NOT NULL, sum INTEGER NOT NULL) "
@@ -83,8 +84,8 @@ void quickCheck(SQLite::Database& database) {
   }
 }
 
-/// Throws for cells in a column that `columns` does not list: nothing would read them. A column that the
-/// keeper removed stays, but is empty.
+/// Throws when a column that `columns` does not list has values, since nothing would read them. The
+/// column of a removed field stays in the table, but is empty.
 void checkColumnsListed(SQLite::Database& database, const std::string& table) {
   std::vector<std::string> listed;
   for (const stored_column& column : storedColumns(database, table)) {
@@ -100,7 +101,7 @@ void checkColumnsListed(SQLite::Database& database, const std::string& table) {
   }
 }
 
-/// What SQLite finds wrong is damage, too.
+/// Runs a check; an error from SQLite counts as damage too.
 template <class Check>
 void reporting(Check check) {
   try {
@@ -166,9 +167,9 @@ void checkSum(SQLite::Database& database, const std::string& table, const table_
       return;
     }
     const std::string what = stored->rows == found.rows
-                                 ? "its content is not what was stored"
+                                 ? "its content differs from what was stored"
                                  : std::to_string(stored->rows) + " rows of " + table + " were stored, " +
-                                       std::to_string(found.rows) + " are there";
+                                       std::to_string(found.rows) + " were found";
     throw TableError(0, what);
   });
 }

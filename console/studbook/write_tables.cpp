@@ -25,7 +25,7 @@ std::vector<std::string> tableNames(StudbookFile& file) {
   return names;
 }
 
-/// Takes the prefix from the IDs of rows.
+/// Removes the prefix from the IDs in rows.
 class PrefixCutter {
  public:
   PrefixCutter(const RowSource& rows, std::string prefix) : prefix_(std::move(prefix)) {
@@ -56,7 +56,7 @@ class PrefixCutter {
   std::vector<std::string_view> row_;
 };
 
-/// Gives every row of a table to a writer; `begin` hears of the columns before.
+/// Passes every row of a table to `add`, after calling `begin` with its columns.
 template <typename Begin, typename Add>
 void copyTable(const std::shared_ptr<StudbookFile>& file, const std::string& table, const std::string& id_prefix,
                Begin begin, Add add) {
@@ -82,7 +82,7 @@ void writeCsv(const std::shared_ptr<StudbookFile>& file, const std::string& tabl
   writer.finish();
 }
 
-/// IDs, places and words are texts; columns of the user may hold numbers.
+/// IDs, locations and words are texts; user-defined columns may hold numbers.
 SHEET_COLUMN sheetColumn(std::string_view field) {
   if (field.ends_with("date")) {
     return SHEET_COLUMN::DATE;

@@ -109,7 +109,7 @@ constexpr table_field ANIMAL_FIELDS[] = {
     {"g_average"},
 };
 
-// What a refused text should have been.
+// What was expected in place of a refused text, for messages.
 constexpr char REARING_WORDS[] = "kind of rearing (parent, hand, foster, colony, supplemental, peer, none, unknown)";
 
 constexpr event_fields BIRTH_FIELDS = {BIRTH_DATE, BIRTH_ACCURACY, BIRTH_RANGE, BIRTH_LOCATION};
@@ -159,8 +159,8 @@ class AnimalsReader {
   }
 
  private:
-  /// Columns without a title, as some programs write them for row numbers, and titles that occur
-  /// twice get a name of their own: no column is lost.
+  /// Columns without a title, which some programs write for row numbers, and titles that occur
+  /// twice get generated names, so that no column is lost.
   void addUserField(std::size_t column) {
     const std::string& title = table_.title(column);
     const std::string name = title.empty() ? "column " + std::to_string(column + 1) : title;
@@ -171,7 +171,7 @@ class AnimalsReader {
     user_field_list.push_back({free_name, qs_lib::FIELD_TYPE::TEXT});
   }
 
-  /// Columns without a title and a value, as spreadsheets append them, are not fields.
+  /// Columns with neither a title nor a value, which spreadsheets append, are not fields.
   void dropBlankFields() {
     std::vector<std::size_t> kept;
     for (std::size_t field = 0; field < guesses_.size(); ++field) {
@@ -236,7 +236,7 @@ class AnimalsReader {
     animal.birth.number = unknown.number;
   }
 
-  /// A date of 0 means alive, so an end event without a date would make the dead live.
+  /// A death date of 0 means alive, so an end event without a date would make a dead animal alive.
   void readEnd(master_data& animal) {
     readEventCells(table_, DEATH_FIELDS, locations_, animal.death);
     const bool ended = animal.death.date != 0;
@@ -284,7 +284,7 @@ class AnimalsReader {
   bool has_wild_mates_ = false;
   std::vector<TypeGuess> guesses_;
   std::unordered_set<std::string, qs_lib::text_hash> field_names_;
-  std::unordered_map<std::string, int, qs_lib::text_hash> copies_;  ///< how many columns have a title
+  std::unordered_map<std::string, int, qs_lib::text_hash> copies_;  ///< by title: how many columns have it
   RememberedWords<SEX> sexes_{parseSex};
   RememberedWords<BIRTH_TYPE> origins_{parseOrigin};
   RememberedWords<REARING> rearings_{parseRearing};

@@ -17,13 +17,13 @@ inline constexpr char SEX_WORDS[] = "sex (male, female, hermaphrodite, abnormal,
 /// Reads the table of animals and adds a record for each row to the store, with taxa and
 /// user-defined fields (every column that is not a known field); wild mates of known parents get
 /// identities. Throws TableError and UsageError.
-/// @param notes  takes the name of the table and the lines of the rows
+/// @param notes  receives the name of the table and the lines of the rows
 void readAnimals(const table_source& source, LocationRegistry& locations, Faults& faults, loading_notes& notes);
 
 /// The fields of the table, in the order in which the documentation lists them.
 std::span<const table_field> animalFields();
 
-/// The titles under which the tables give an animal's ID.
+/// The field of an animal's ID and the titles that its column can have.
 inline constexpr table_field ID_FIELD = {"id",
                                          {"stud_id",
                                           "studbook",

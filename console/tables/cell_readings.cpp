@@ -21,11 +21,11 @@ constexpr std::size_t SAMPLED_ROWS = 1000;
 constexpr reading_kind SEXES = {"sex in other words", "sexes in other words"};
 constexpr reading_kind WORDS = {"word of another language", "words of other languages"};
 constexpr reading_kind MARKED = {"text marked with an apostrophe", "texts marked with an apostrophe"};
-constexpr reading_kind LIVING = {"unknown date of death, taken for a living animal",
-                                 "unknown dates of death, taken for living animals"};
+constexpr reading_kind LIVING = {"unknown date of death, read as a living animal",
+                                 "unknown dates of death, read as living animals"};
 constexpr reading_kind DECIMALS = {"number with a decimal comma", "numbers with a decimal comma"};
 
-/// Null for a date that is taken as it is, or not at all.
+/// How a date was read; null for a form that is taken literally or refused.
 const reading_kind* kindOf(DATE_FORM form) {
   static constexpr reading_kind KINDS[] = {
       {"date with the year first", "dates with the year first"},
@@ -33,10 +33,10 @@ const reading_kind* kindOf(DATE_FORM form) {
       {"date with the month first", "dates with the month first"},
       {"date with the name of the month", "dates with the name of the month"},
       {"month with its year", "months with their year"},
-      {"date with 00 for what is not known", "dates with 00 for what is not known"},
+      {"date with 00 for unknown parts", "dates with 00 for unknown parts"},
       {"approximate date", "approximate dates"},
       {"decade", "decades"},
-      {"day number of a spreadsheet", "day numbers of a spreadsheet"},
+      {"spreadsheet day number", "spreadsheet day numbers"},
       {"unknown date", "unknown dates"},
   };
   const auto number = static_cast<std::size_t>(form);
@@ -56,7 +56,7 @@ COLUMN columnOf(std::string_view field) {
   return is_number ? COLUMN::NUMBER : hasOtherWords(field) ? COLUMN::WORD : COLUMN::TEXT;
 }
 
-/// YYYY-MM-DD or YYYY at a glance: nearly all dates are, and they need no reading.
+/// A quick test for YYYY-MM-DD and YYYY: nearly all dates have these forms, which need no conversion.
 bool looksPlain(std::string_view text) {
   return text.empty() || (text.size() == 10 && text[4] == '-' && text[7] == '-' && text[8] != '0') || text.size() == 4;
 }
@@ -73,7 +73,7 @@ bool isDecimalComma(std::string_view text) {
          text.find_first_not_of(DIGITS, comma + 1) == std::string_view::npos;
 }
 
-/// What all values of a column say together.
+/// What the values of a whole column prove.
 class ColumnFacts {
  public:
   void add(std::string_view text) {
@@ -92,7 +92,7 @@ class ColumnFacts {
     }
   }
 
-  /// UNKNOWN when the dates prove nothing, or contradict each other.
+  /// The proven order of day and month; UNKNOWN when the dates prove nothing or contradict each other.
   DATE_ORDER order() const {
     if (day_first_ == month_first_) {
       return DATE_ORDER::UNKNOWN;
@@ -101,7 +101,7 @@ class ColumnFacts {
   }
   bool isContradictory() const { return day_first_ && month_first_; }
   std::size_t ambiguous() const { return ambiguous_; }
-  /// Whether its commas are decimal ones: "1,234" alone may be a thousand.
+  /// Whether its commas are decimal commas; "1,234" alone proves nothing, since it may mean a thousand.
   bool hasDecimalCommas() const { return only_numbers_ && has_decimals_; }
 
  private:
@@ -210,7 +210,7 @@ class CellReadings : public RowSource {
     const ColumnFacts& facts = factsOf(column);
     const std::string which = "column " + quotedText(titles_[column]) + ": ";
     const std::string example = "dates such as " + quotedText(text);
-    const std::string remedy = "; say --dates day-first or --dates month-first";
+    const std::string remedy = "; use --dates day-first or --dates month-first";
     if (facts.isContradictory()) {
       throw TableError(line(), which + "some dates have the day first, others the month, so " + example +
                                    " could be either; correct them");
@@ -235,7 +235,7 @@ class CellReadings : public RowSource {
     if (proven != DATE_ORDER::UNKNOWN && proven != options_.dates) {
       const bool day_first = options_.dates == DATE_ORDER::DAY_FIRST;
       throw TableError(line(), "column " + quotedText(titles_[column]) + ": " + quotedText(text) + " has the " +
-                                   (day_first ? "month" : "day") + " first, against --dates " +
+                                   (day_first ? "month" : "day") + " first, contrary to --dates " +
                                    (day_first ? "day-first" : "month-first"));
     }
   }
@@ -281,7 +281,7 @@ class CellReadings : public RowSource {
     }
   }
 
-  /// Looks at the whole table when it is first asked. Without a second look nothing is proven.
+  /// Reads the whole table at the first call. If the table cannot be opened again, nothing is proven.
   const ColumnFacts& factsOf(std::size_t column) {
     if (facts_.empty()) {
       facts_.resize(titles_.size());
@@ -308,8 +308,8 @@ class CellReadings : public RowSource {
   std::vector<ColumnFacts> facts_;
   std::size_t sampled_ = 0;
   bool changed_ = false;
-  std::vector<std::string_view> row_;  ///< the cells, when some of them were read otherwise
-  std::deque<std::string> texts_;      ///< theirs
+  std::vector<std::string_view> row_;  ///< the cells, when some of them were converted
+  std::deque<std::string> texts_;      ///< the converted texts
 };
 
 }  // namespace

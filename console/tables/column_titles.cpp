@@ -14,7 +14,7 @@
 namespace spx::console {
 namespace {
 
-/// The fields by the words of all their titles.
+/// The index of each field by the folded words of all its titles.
 std::unordered_map<std::string, std::size_t> titleWords(std::span<const table_field> fields) {
   std::unordered_map<std::string, std::size_t> words;
   for (std::size_t field = 0; field < fields.size(); ++field) {
@@ -32,7 +32,7 @@ bool isSameTitle(std::string_view a, std::string_view b) {
   return titleWord(a) == titleWord(b);
 }
 
-/// The title that comes nearest to one of a field's own, in at most two letters; else empty.
+/// The title nearest to one of the field's own titles; empty when none is within two letters.
 std::string nearestTitle(const table_field& field, const std::vector<std::string>& titles) {
   constexpr std::size_t LONGEST = 40;
   constexpr std::size_t SHORTEST = 3;
@@ -54,7 +54,7 @@ std::string nearestTitle(const table_field& field, const std::vector<std::string
   return nearest;
 }
 
-/// The first titles, as a message shows them.
+/// The first few titles, for messages.
 std::string listed(const std::vector<std::string>& titles) {
   constexpr std::size_t SHOWN = 12;
   std::string list;
@@ -81,7 +81,7 @@ std::size_t findField(std::span<const table_field> fields, const std::string& na
   return static_cast<std::size_t>(found - fields.begin());
 }
 
-/// The column of exactly that title, else of the same word.
+/// The column with exactly that title, or else with the same title word.
 std::size_t findTitle(const std::string& file, const std::vector<std::string>& titles, const std::string& title) {
   auto found = std::find(titles.begin(), titles.end(), title);
   if (found == titles.end()) {
@@ -97,7 +97,7 @@ std::size_t findTitle(const std::string& file, const std::vector<std::string>& t
 [[noreturn]] void failClaimedTwice(const std::string& file, const std::string& field, const std::string& first,
                                    const std::string& second) {
   throw UsageError(file + ": the columns " + quotedText(first) + " and " + quotedText(second) +
-                   " both claim the field " + field + "; choose one with --map " + field + "=TITLE");
+                   " both match the field " + field + "; choose one with --map " + field + "=TITLE");
 }
 
 constexpr const char* TABLES[] = {"animals", "events", "locations", "programs"};
@@ -211,7 +211,7 @@ void ColumnTitles::checkRequired(std::span<const table_field> fields, const std:
     const std::string name(fields[field].name);
     const std::string nearest = nearestTitle(fields[field], titles);
     throw TableError(1, "there is no column " + quotedText(name) + "; the columns are " + listed(titles) +
-                            ". Say which one it is, such as --map " + prefix + name + "=" +
+                            ". Choose one of them, for example --map " + prefix + name + "=" +
                             quotedText(nearest.empty() ? "TITLE" : nearest));
   }
 }

@@ -26,7 +26,7 @@ title_choice parseTitleChoice(const std::string& text);
 /// @param table  "animals", "events", "locations" or "programs"
 title_choices choicesOf(const std::vector<title_choice>& choices, const std::string& table);
 
-/// How many of the titles are those of fields; 0 when the first required field is not among them.
+/// How many of the titles belong to fields; 0 when the first required field is missing.
 std::size_t knownTitles(const std::vector<std::string>& titles, std::span<const table_field> fields,
                         std::span<const title_choice> choices);
 
@@ -36,13 +36,14 @@ class ColumnTitles {
   static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
 
   /// Finds the columns of the fields. Titles are compared by titleWord(): in any case, without
-  /// accents, blanks and punctuation. A chosen title takes the field from all other titles. Throws UsageError, naming
-  /// both titles, when two columns claim one field, and when a choice names no field or no column;
-  /// TableError when a required field has no column.
+  /// accents, blanks and punctuation. A chosen title overrides all other titles of its field. Throws UsageError,
+  /// naming both titles, when two columns claim one field, and when a choice names no field or no column; TableError
+  /// when a required field has no column.
   ColumnTitles(const std::string& file, const std::vector<std::string>& titles, std::span<const table_field> fields,
                const title_choices& choices);
 
-  /// Takes the fields that the columns hold as settled. Throws TableError likewise.
+  /// Takes the field of each column by name, without looking at titles. Throws TableError when a
+  /// required field has no column.
   ColumnTitles(const std::vector<std::string>& column_fields, std::span<const table_field> fields);
 
   /// The column of a field; NONE when the table does not have it.

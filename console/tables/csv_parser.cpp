@@ -45,8 +45,8 @@ CsvRows CsvParser::nextRows() {
   return std::exchange(rows_, CsvRows());
 }
 
-// What the last piece holds of a row comes before the next piece. Of a long row each piece is as
-// long as what there is of it, so that it is not gone through again and again.
+// The incomplete row at the end of one piece is put in front of the next. For a long row each piece
+// is as long as the part read so far, so that the time stays linear.
 void CsvParser::readPiece() {
   std::vector<char>& text = rows_.text_;
   text.assign(begun_.begin(), begun_.end());
@@ -72,7 +72,7 @@ void CsvParser::begin(std::string_view& text) {
   }
 }
 
-/// The line `sep=;` before all others, by which spreadsheets tell each other.
+/// The line `sep=;` before all others, with which spreadsheets name the separator.
 bool CsvParser::takeSeparatorLine(std::string_view& text) {
   constexpr std::size_t SIZE = 5;
   const bool is_one = text.size() > SIZE && (text.starts_with("sep=") || text.starts_with("SEP=")) &&
@@ -91,7 +91,7 @@ void CsvParser::parse(std::string_view text) {
   const std::size_t nul = text.find('\0');
   at_end_ = rows_.is_last_ && nul == std::string_view::npos;
   std::string_view rest = text.substr(0, nul);
-  std::size_t left_at_quote = std::string_view::npos;  // how much was left where the next quote is
+  std::size_t left_at_quote = std::string_view::npos;  // size of the rest from the next quote on
   while (!rest.empty() && !rows_.failure_) {
     if (left_at_quote > rest.size()) {
       const std::size_t quote = rest.find('"');
@@ -105,7 +105,7 @@ void CsvParser::parse(std::string_view text) {
     return;
   }
   if (nul != std::string_view::npos) {
-    return fail("holds a NUL byte: it is not a text table");
+    return fail("contains a NUL byte: it is not a text table");
   }
   if (rest.size() > LONGEST_ROW) {
     return fail(TOO_LONG);
@@ -125,7 +125,7 @@ bool CsvParser::readPlainLine(std::string_view& text, std::size_t quote) {
     line.remove_suffix(1);
   }
   if (line.find('\r') != std::string_view::npos) {
-    return false;  // a line end, too
+    return false;  // a lone CR also ends a line
   }
   addPlainCells(line);
   endRow();
@@ -156,8 +156,8 @@ void CsvParser::addPlainCells(std::string_view line) {
   }
 }
 
-// Takes a row, with its line end, cell by cell. @return false, with the text as it is, when the
-// piece holds but a part of it, or when it cannot be read
+// Takes a row, with its line end, cell by cell. @return false, with the text unchanged, when the
+// piece holds only a part of the row or the row cannot be read
 bool CsvParser::readRow(std::string_view& text) {
   const std::size_t first_cell = rows_.cells_.size();
   std::string_view rest = text;
@@ -191,8 +191,8 @@ bool CsvParser::readRow(std::string_view& text) {
   return true;
 }
 
-// Takes a cell up to the separator or the line end. @return false when there is no end of it in the
-// piece, or when it cannot be read
+// Takes a cell up to the separator or the line end. @return false when the piece does not hold its
+// end, or when it cannot be read
 bool CsvParser::readCell(std::string_view& rest) {
   const auto isEnd = [this](char letter) {
     return letter == separator_ || letter == '\r' || letter == '\n' || letter == '"';
@@ -243,7 +243,7 @@ bool CsvParser::readQuotedCell(std::string_view& rest) {
   return true;
 }
 
-// Of a complete row, whose text is not needed any more. Only quoted cells have quotes in them.
+// Only for complete rows: changes the text in place. Only quoted cells contain quotes.
 void CsvParser::makeQuotesSingle(std::string_view& cell) {
   std::size_t quote = cell.find('"');
   if (quote == std::string_view::npos) {

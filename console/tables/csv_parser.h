@@ -23,7 +23,7 @@ class CsvRows {
     return {cells_.data() + rows_[row].first_cell, rows_[row].cells};
   }
 
-  /// What is wrong with the row that would come next; it and what follows are not read.
+  /// What is wrong with the next row; that row and those after it are not read.
   const std::optional<TableError>& failure() const { return failure_; }
   /// Whether no rows follow.
   bool isLast() const { return is_last_ || failure_; }
@@ -38,24 +38,24 @@ class CsvRows {
   };
 
   std::vector<char> text_;               ///< doubled quotes are made single in place
-  std::vector<std::string_view> cells_;  ///< those after the last row belong to a begun one
+  std::vector<std::string_view> cells_;  ///< those after the last row belong to an incomplete one
   std::vector<row_place> rows_;
   std::optional<TableError> failure_;
   bool is_last_ = false;
 };
 
-/// Takes a CSV file apart, a piece at a time. What it understands is said at CsvTable.
+/// Parses a CSV file piece by piece. CsvTable describes what it accepts.
 class CsvParser {
  public:
   /// Throws TableError when the file cannot be opened.
   explicit CsvParser(const std::string& file, const text_encoding& encoding = {});
 
-  /// The separator that a text which begins with the header line has, or with lines of a single cell
-  /// before it: that of the first line that has any.
+  /// The separator of a text that begins with the header line: that of the first line that has any,
+  /// so lines of a single cell may stand before the header.
   static char separatorOf(std::string_view text);
 
-  /// The rows that the next piece completes; none only at the end. Not to be called after the last.
-  /// Throws TableError when the file cannot be read.
+  /// The rows that the next piece completes; empty only at the end. Not to be called after
+  /// isLast(). Throws TableError when the file cannot be read.
   CsvRows nextRows();
 
  private:

@@ -14,9 +14,9 @@ namespace {
 constexpr std::size_t SAMPLES = 8;
 constexpr std::size_t SAMPLE_SIZE = std::size_t{64} << 10;
 
-/// The number of rows by the line ends or the separators in some parts of the file, whichever are
-/// fewer: quoted texts can hold many of either. 0 for a file that can be read only once, which is not
-/// opened: who writes into a pipe would lose what it has written by then.
+/// Estimates the number of rows from the line ends or the separators in some parts of the file,
+/// whichever suggest fewer: quoted texts can hold many of either. 0 for a file that can be read only
+/// once, which is not opened: closing a pipe would lose what its writer has written so far.
 std::size_t estimateRows(const std::string& file) {
   std::error_code failed;
   const std::uintmax_t size = std::filesystem::file_size(file, failed);

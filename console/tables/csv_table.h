@@ -16,7 +16,7 @@ namespace spx::console {
 /// quotes, or the one that a first line such as `sep=;` names. Encodings: see TextReader. A byte-order
 /// mark, CRLF, empty lines and rows of empty cells are tolerated; blanks
 /// around a cell that is not quoted are dropped. A quote inside a cell must be doubled, and the
-/// cell quoted: a table with stray quotes is refused, because all that follows would be guessed.
+/// cell quoted: a table with stray quotes is refused, because everything after them would be a guess.
 class CsvTable : public RowSource {
  public:
   /// Opens the file and reads its header line. Throws TableError.
@@ -34,7 +34,7 @@ class CsvTable : public RowSource {
   std::optional<ReadAhead<CsvRows>> ahead_;
 };
 
-/// The table in a CSV file; not given when the name is empty.
+/// The table in a CSV file; a source without a table when the name is empty.
 table_source csvSource(const std::string& file, const text_encoding& encoding = {});
 
 }  // namespace spx::console

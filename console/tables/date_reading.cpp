@@ -19,7 +19,7 @@ constexpr std::size_t LONGEST = 64;
 constexpr int NO_NUMBER = -1;
 constexpr std::string_view YEAR_ZERO = "0000";
 
-// Folded, as they begin: a longer word is the same month when a name begins with it.
+// Folded, and as short as they may be: a longer word names the month when a full name begins with it.
 constexpr std::array<std::array<std::string_view, 4>, 12> MONTHS = {{
     {"january", "januar", "janvier", "enero"},
     {"february", "februar", "fevrier", "febrero"},
@@ -76,8 +76,8 @@ bool isOneOf(std::string_view word, const Words& words) {
   return std::find(std::begin(words), std::end(words), word) != std::end(words);
 }
 
-/// The month that a folded word names; 0 for none. Three letters are enough but where two months
-/// share them: French "jui" may be June or July.
+/// The month that a folded word names; 0 for none. Three letters are enough unless two months share
+/// them: French "jui" may be June or July.
 int monthOf(std::string_view word) {
   for (const auto& [name, month] : OTHER_MONTHS) {
     if (word == name) {
@@ -112,7 +112,7 @@ struct token {
 struct date_tokens {
   std::vector<token> tokens;
   bool rough = false;
-  bool understood = true;  ///< every word was
+  bool understood = true;  ///< whether every word was understood
 };
 
 bool isDigit(char letter) {
@@ -171,7 +171,7 @@ std::string digitsOf(int number, std::size_t width) {
   return std::string(width - std::min(width, text.size()), '0') + text;
 }
 
-/// YYYY-MM-DD, or as much of it as is not 0; empty when there is no such day.
+/// YYYY-MM-DD, or YYYY-MM or YYYY when the rest is 0; empty when there is no such day.
 std::string dateText(int year, int month, int day) {
   if (year <= 0 || month > 12 || (month == 0 && day != 0)) {
     return {};
@@ -337,7 +337,7 @@ std::string_view withoutMidnight(std::string_view text) {
   return text;
 }
 
-/// A day that dateToJulian() takes, or nothing: what is in no need of a reading.
+/// Whether the text needs no conversion: it stands for a missing date, or dateToJulian() accepts it.
 bool isPlain(std::string_view text) {
   constexpr std::string_view NO_DATE[] = {"", ".", "na", "n/a", "unknown"};
   constexpr std::size_t LONGEST_NO_DATE = 7;
@@ -401,7 +401,7 @@ std::string dateFault(std::string_view text) {
     case DATE_FORM::YEAR_ZERO:
       return quotedText(text) + " is not a date: there is no year 0; leave the cell empty when the date is not known";
     case DATE_FORM::SHORT_YEAR:
-      return quotedText(text) + " has a year of two digits; write all four";
+      return quotedText(text) + " has a two-digit year; write all four digits";
     default:
       return quotedText(text) + " is not a date (write YYYY-MM-DD, YYYY-MM or YYYY)";
   }

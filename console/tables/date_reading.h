@@ -30,18 +30,18 @@ enum class DATE_FORM : std::uint8_t {
   NOT_A_DATE,
 };
 
-/// A date as a text that parseDate() takes without knowing the order of day and month.
+/// A date as a text that parseDate() accepts without knowing the order of day and month.
 struct date_reading {
   DATE_FORM form = DATE_FORM::NOT_A_DATE;
   std::string text;  ///< YYYY-MM-DD, YYYY-MM, YYYY, after "~" when rough; "1990s"; empty for no date
 };
 
 /// Reads a date of a table. Month names may be English, German, French or Spanish, in full or
-/// shortened. A text that gives no date, from AMBIGUOUS on, is returned as it is.
+/// shortened. A text that is not a date (forms from AMBIGUOUS on) is returned unchanged.
 /// @param order  of the column: decides 04/05/1998 and refuses what contradicts it
 date_reading readDate(std::string_view text, DATE_ORDER order);
 
-/// The order that a text such as 25/12/1998 proves; UNKNOWN for all that prove nothing.
+/// The order that a text such as 25/12/1998 proves; UNKNOWN when it proves nothing.
 DATE_ORDER provenOrder(std::string_view text);
 
 /// Why a text is not a date, for messages: `"12/05/98" has a year of two digits; write all four`.

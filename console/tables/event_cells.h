@@ -9,12 +9,12 @@
 
 namespace spx::console {
 
-/// What the text of an event should have been when it is refused.
+/// What was expected in place of a refused event, for messages.
 inline constexpr char KIND_OF_EVENT[] =
     "kind of event (from wild, arrival, released, lost-to-follow-up, death, surplus; population, "
     "social or management, each with in or out)";
 
-/// The fields that tell when and where an event was.
+/// The fields that say when and where an event happened.
 struct event_fields {
   std::size_t date;
   std::size_t accuracy;
@@ -23,8 +23,8 @@ struct event_fields {
 };
 
 /// Fills date, accuracy, range, location and number of an event from the row. The accuracy follows
-/// from the form of the date unless its column, or a range, says otherwise; it is "unknown" without
-/// a date. Location and number stay 0 when no location is given.
+/// from the form of the date unless its column, or a range, gives another one; without a date it is
+/// "unknown". Location and number stay 0 when no location is given.
 void readEventCells(FieldTable& table, const event_fields& fields, LocationRegistry& locations, move_data& event);
 
 }  // namespace spx::console

@@ -69,7 +69,8 @@ class EventsReader {
         {static_cast<std::uint32_t>(animal - Animals.records.data()), static_cast<std::uint32_t>(table_.line())});
   }
 
-  /// By its row, where that is known; nothing is indexed then.
+  /// Finds the animal by its row where that is known, and otherwise by ID; the index of IDs is
+  /// built only when it is needed.
   master_data* findAnimal(std::string_view id) {
     const std::size_t row = table_.animalRow();
     if (row != 0 && row <= rows_.size() && rows_[row - 1]->stud_id == id) {
@@ -101,7 +102,7 @@ class EventsReader {
   FieldTable table_;
   LocationRegistry& locations_;
   loading_notes& notes_;
-  // The records do not move while events are read, so the texts may be theirs.
+  // The records do not move while events are read, so pointers to them and views of their IDs stay valid.
   std::vector<master_data*> rows_;
   std::unordered_map<std::string_view, master_data*, qs_lib::text_hash> animals_;
 };

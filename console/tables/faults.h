@@ -6,7 +6,7 @@
 
 namespace spx::console {
 
-/// One thing in a table that cannot be taken. Parts that do not apply are empty or 0.
+/// One thing in a table that cannot be accepted. Parts that do not apply are empty or 0.
 struct fault {
   std::string file;
   std::size_t line = 0;
@@ -16,7 +16,7 @@ struct fault {
   const char* row_kind = "animal";  ///< what the rows of the table are
 };
 
-/// Collects what is wrong with the tables, so that all of it is told at once.
+/// Collects the faults of all tables, so that they are reported together.
 class Faults {
  public:
   static constexpr std::size_t SHOWN = 20;
@@ -25,7 +25,7 @@ class Faults {
   bool empty() const { return count_ == 0; }
   std::size_t count() const { return count_; }
 
-  /// The first faults, a line each, and how many there are more.
+  /// The first faults, one per line, and the number of the remaining ones.
   std::string text() const;
 
  private:

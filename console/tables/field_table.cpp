@@ -6,7 +6,7 @@ namespace spx::console {
 
 namespace {
 
-constexpr std::size_t MOST_COLUMNS = 16384;  // of a spreadsheet's sheet
+constexpr std::size_t MOST_COLUMNS = 16384;  // the limit of a spreadsheet's sheet
 
 ColumnTitles findColumns(const table_source& source, const RowSource& rows, std::span<const table_field> fields) {
   if (rows.titles().size() > MOST_COLUMNS) {

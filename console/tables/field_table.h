@@ -15,8 +15,8 @@
 
 namespace spx::console {
 
-/// A table whose columns are known by their fields. What is wrong in a row goes to the faults,
-/// with file, line, title and animal; what is wrong with the table as a whole is thrown.
+/// A table whose columns are identified by their fields. Errors in a row are added to the faults,
+/// with file, line, title and animal; errors in the table as a whole are thrown.
 class FieldTable {
  public:
   /// Opens the table. Throws TableError and UsageError; see ColumnTitles.
@@ -44,7 +44,7 @@ class FieldTable {
   const std::string& title(std::size_t column) const { return rows_->titles()[column]; }
   const std::vector<std::size_t>& otherColumns() const { return columns_.others(); }
 
-  /// Reads the cell of a field; a text that the reader does not take becomes the fault "... is not a valid
+  /// Reads the cell of a field; a text that the reader refuses becomes the fault "... is not a valid
   /// `what`", and the value a default one.
   template <typename Reader>
   auto read(std::size_t field, Reader reader, const char* what) {
@@ -57,7 +57,7 @@ class FieldTable {
 
   void addFault(std::size_t field, const std::string& reason);
 
-  /// What messages call a row, with its name; at first an animal.
+  /// Sets what messages call a row, before its name; "animal" at first.
   void callRows(const char* kind) { row_kind_ = kind; }
 
  private:

@@ -5,8 +5,8 @@
 namespace spx::console {
 namespace {
 
-// What the second bytes 0xA0 to 0xBF of the letters from U+00E0 to U+00FF stand for; U+00C0 to
-// U+00DF are their capitals.
+// The plain letters for U+00E0 to U+00FF, indexed by the second byte (0xA0 to 0xBF) of their UTF-8
+// form; U+00C0 to U+00DF are their capitals.
 constexpr std::string_view PLAIN_LETTERS = "aaaaaa\1ceeeeiiiidnooooo\1ouuuuyty";
 
 std::string_view withoutAccent(unsigned char second) {

@@ -5,8 +5,8 @@
 
 namespace spx::console {
 
-/// The text in lower case and without accents, for words that people write in many ways: "Père" is
-/// "pere", "MÄNNCHEN" is "mannchen", "Größe" is "grosse". Knows the letters of Western Europe.
+/// The text in lower case and without accents, to compare words that people write in many ways: "Père" is "pere",
+/// "MÄNNCHEN" is "mannchen", "Größe" is "grosse". Knows the letters of Western Europe.
 std::string foldedText(std::string_view text);
 
 /// A column title for comparison: folded, without blanks and punctuation, but with "#" and "%".

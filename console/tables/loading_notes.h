@@ -9,20 +9,22 @@
 
 namespace spx::console {
 
-/// The animal of an event, a record, and the line of the event's row.
+/// The animal of an event (the position of its record) and the line of the event's row.
 struct event_row {
   std::uint32_t animal;
   std::uint32_t line;
 };
 
-/// What is known of a studbook in use beside its records. The parents without a record are in
+/// What is known about the loaded studbook besides its records. The parents without a record are in
 /// Animals.missing_parents, the user-defined columns in user_field_list.
 struct loading_notes {
   std::string animals_table;               ///< the table of animals, as messages name it: a file, or "FILE (animals)"
-  std::vector<std::uint32_t> lines;        ///< by record: the line of its row; 0, or none at the end: it has no row
+  std::vector<std::uint32_t> lines;        ///< by record: the line of its row; records with 0, or beyond the end,
+                                           ///< have no row
   std::string events_table;                ///< the table of events, likewise
   std::vector<event_row> events;           ///< its rows, in their order
-  std::vector<std::string> new_locations;  ///< names of locations that no locations table lists, as they were met
+  std::vector<std::string> new_locations;  ///< names of locations that no locations table lists, in the order of
+                                           ///< their first use
   std::vector<position> placeholders;      ///< animals with a row whose IDs are those of pseudo individuals
 
   /// The line of the animal's row in the table, or its row number in a studbook file; 0 for a record
@@ -36,8 +38,8 @@ struct loading_notes {
   }
 };
 
-/// Whether a record has a row in the table of animals: only such animals have a place of birth, the
-/// pseudo individuals that stand in for parents live nowhere.
+/// Whether a record has a row in the table of animals: only such animals have a birth location; the
+/// pseudo individuals that stand in for parents have none.
 inline bool hasRow(const master_data& animal) {
   return animal.birth.location != 0;
 }

@@ -9,7 +9,8 @@ namespace spx::console {
 namespace {
 
 constexpr std::uint32_t LAST_NUMBER = 255;
-// Names met in the tables take the free top-level numbers below this one, and then lie within it.
+// Names met in the tables get the free top-level numbers below this one; when those are used up,
+// they get numbers within this deme.
 constexpr std::uint32_t OVERFLOW_DEME = 254;
 
 DemeID topDeme(std::uint32_t number) {
@@ -76,7 +77,7 @@ place LocationRegistry::findIdentifier(std::string_view text, std::string& reaso
     return {};
   }
   if (!complete_ && by_name_) {
-    reason = quotedText(text) + " is an identifier among names of locations: give a locations table";
+    reason = quotedText(text) + " is an identifier, but other locations are given by name: give a locations table";
     return {};
   }
   if (!isKnown(*deme)) {
@@ -109,7 +110,7 @@ void LocationRegistry::needLevels(int level) {
 
 place LocationRegistry::findName(std::string_view text, std::string& reason) {
   if (by_identifier_) {
-    reason = quotedText(text) + " is a name among identifiers of locations: give a locations table";
+    reason = quotedText(text) + " is a name, but other locations are given by identifier: give a locations table";
     return {};
   }
   const DemeID deme = freeDeme();
@@ -144,7 +145,7 @@ place LocationRegistry::unknown() {
     return unknown_;
   }
   needLevels(0);
-  // From the top: the free numbers at the bottom are those that a keeper would give next.
+  // From the highest number down, since a keeper would give the lowest free numbers next.
   for (std::uint32_t number = LAST_NUMBER; number > 0; --number) {
     const DemeID deme = topDeme(number);
     if (isKnown(deme)) {

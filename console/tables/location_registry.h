@@ -21,11 +21,11 @@ struct place {
 };
 
 /// Registers the demes of a studbook in the metapopulation while its tables are read, and finds
-/// them by what the tables call them.
+/// them by the names or identifiers in the tables.
 class LocationRegistry {
  public:
-  /// Says that a locations table lists the demes: identifiers that it does not list are faults from
-  /// now on. Otherwise they are registered where they occur, with the demes above them.
+  /// Declares that a locations table has listed all demes: from now on other identifiers are faults. Without this call
+  /// they are registered when they first occur, with the demes above them.
   void setComplete() { complete_ = true; }
 
   void addLevel(const std::string& name);
@@ -35,14 +35,14 @@ class LocationRegistry {
 
   /// The place that a cell means, by name or by identifier. A new name is registered as a deme of
   /// the top level. Expected constant time.
-  /// @param reason  set where there is no place, to what is wrong with the text
+  /// @param reason  set to what is wrong with the text when there is no such place; otherwise unchanged
   /// @return the place; deme 0 when there is none
   place find(std::string_view text, std::string& reason);
 
   /// The names of the demes that find() has registered, in that order.
   const std::vector<std::string>& metNames() const { return met_names_; }
 
-  /// The deme of the animals whose location is not known, "unknown"; registered at the first call.
+  /// The deme "unknown", for animals whose location is not known; registered at the first call.
   place unknown();
 
  private:
@@ -70,7 +70,7 @@ class LocationRegistry {
   place unknown_;
   std::unordered_map<packed_deme, std::uint64_t> numbers_;
   text_map<named_place> names_;
-  text_map<place> found_;  ///< texts that were looked up once
+  text_map<place> found_;  ///< results of earlier look-ups, by text
 };
 
 }  // namespace spx::console

@@ -56,7 +56,7 @@ class LocationsReader {
  private:
   void readRow() {
     location row;
-    row.deme = table_.read(DEME, parseDeme, "deme identifier (numbers from 1 to 255)");
+    row.deme = table_.read(DEME, parseDeme, "location identifier (numbers from 1 to 255)");
     row.name = table_[NAME].empty() ? table_[DEME] : table_[NAME];
     row.point = {readDegrees(LATITUDE, 90), readDegrees(LONGITUDE, 180)};
     if (row.deme.getLevel() < 0) {
@@ -72,8 +72,8 @@ class LocationsReader {
   double readDegrees(std::size_t field, double limit) {
     const double degrees = table_.read(field, parseReal<double>, "number of degrees");
     if (std::abs(degrees) > limit) {
-      table_.addFault(
-          field, quotedText(table_[field]) + " lies beyond " + std::to_string(static_cast<int>(limit)) + " degrees");
+      table_.addFault(field,
+                      quotedText(table_[field]) + " is beyond " + std::to_string(static_cast<int>(limit)) + " degrees");
     }
     return degrees;
   }

@@ -10,8 +10,8 @@
 namespace spx::console {
 
 /// Reads the table of locations (level, id, name, latitude, longitude) and registers levels and
-/// demes. The level named with an identifier of depth n is the n-th one; depths without a name are
-/// "Level n". Throws TableError and UsageError.
+/// demes. The level named in a row whose identifier has depth n is the n-th one; levels without a
+/// name are called "Level n". Throws TableError and UsageError.
 void readLocations(const table_source& source, LocationRegistry& locations, Faults& faults);
 
 /// Reads the table of breeding programmes (name) and registers them; likewise.

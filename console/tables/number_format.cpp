@@ -20,7 +20,7 @@ std::string formatLetters(std::string_view code) {
   for (std::size_t at = 0; at < code.size() && code[at] != ';'; ++at) {
     const char letter = code[at];
     if (letter == '\\' || letter == '_' || letter == '*') {
-      ++at;  // the next character is shown as it is, or gives a width
+      ++at;  // the next character is literal, or gives a width
     } else if (letter == '"' || letter == '[') {
       at = std::min(code.find(letter == '"' ? '"' : ']', at + 1), code.size());
     } else {
@@ -39,7 +39,7 @@ day_number originOf(double serial, bool origin_is_1904) {
   if (origin_is_1904) {
     return qs_lib::msToDay(qs_lib::dateToJulian("1904-01-01"));
   }
-  // The 29 February 1900, serial number 60, did not exist.
+  // Spreadsheets count 29 February 1900 as serial number 60, but that day did not exist.
   return qs_lib::msToDay(qs_lib::dateToJulian(serial < 61 ? "1899-12-31" : "1899-12-30"));
 }
 
@@ -83,7 +83,7 @@ number_format readNumberFormat(std::string_view code) {
   if (has('y')) {
     return {has('d') ? NUMBER_FORM::DAY : has('m') ? NUMBER_FORM::MONTH : NUMBER_FORM::YEAR};
   }
-  // Months and minutes share a letter.
+  // "m" stands for months and for minutes.
   if (has('d') || (has('m') && !has('h') && !has('s'))) {
     return {NUMBER_FORM::DAY};
   }
@@ -99,7 +99,7 @@ number_format builtInNumberFormat(std::size_t identifier) {
     return {NUMBER_FORM::MONTH};
   }
   const auto lies = [&](std::size_t first, std::size_t last) { return identifier >= first && identifier <= last; };
-  // The last two groups are dates of East Asia.
+  // The last two ranges are East Asian date formats.
   const bool is_date = lies(14, 16) || identifier == 22 || lies(27, 31) || lies(50, 54) || lies(57, 58);
   return {is_date ? NUMBER_FORM::DAY : NUMBER_FORM::NUMBER};
 }

@@ -22,7 +22,7 @@ struct number_format {
 };
 
 /// The meaning of a format code such as `dd/mm/yyyy`, `[$-409]mmm yyyy` or `0000`. Literal text,
-/// colours and locales in it are ignored; of several sections the first counts.
+/// colours and locales in it are ignored, and only the first of several sections counts.
 number_format readNumberFormat(std::string_view code);
 
 /// The meaning of a format that spreadsheets know by its number alone; NUMBER for all others.

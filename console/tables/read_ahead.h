@@ -13,13 +13,13 @@
 
 namespace spx::console {
 
-/// Makes the parts of something in a second thread, some parts ahead of who takes them, or at once
-/// where no thread can be had. A new thread for every part would mostly wait for its turn.
+/// Produces parts in a second thread, a few ahead of the consumer; in take() itself when no thread
+/// can be started. One thread makes all parts: starting one for each would cost more than it saves.
 /// @tparam Part  has isLast(), true where no other part follows
 template <class Part>
 class ReadAhead {
  public:
-  /// @param make  called in the other thread, part after part; what it uses must outlive this
+  /// @param make  called in the other thread, once per part; whatever it uses must outlive this object
   explicit ReadAhead(std::function<Part()> make) : make_(std::move(make)) {
     try {
       thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
@@ -40,7 +40,7 @@ class ReadAhead {
     changed_.notify_all();
     lock.unlock();
     if (auto* failure = std::get_if<std::exception_ptr>(&part)) {
-      thread_ = {};  // it has ended
+      thread_ = {};  // the thread has ended by itself
       std::rethrow_exception(*failure);
     }
     return std::get<Part>(std::move(part));
@@ -74,7 +74,7 @@ class ReadAhead {
   std::mutex mutex_;
   std::condition_variable_any changed_;
   std::deque<made_part> made_;  ///< in their order
-  std::jthread thread_;         ///< ends before what it uses does
+  std::jthread thread_;         ///< declared last: joined before the members that it uses are destroyed
 };
 
 }  // namespace spx::console

@@ -16,7 +16,7 @@ struct reading_kind {
   const char* many;
 };
 
-/// A column of a table: what it was taken for, and some of its values.
+/// How a column of a table was understood, with some of its values.
 struct column_note {
   std::string title;
   std::string field;  ///< empty for a user-defined field
@@ -53,7 +53,7 @@ class TableNotes {
   };
 
   std::string name_;
-  mutable std::mutex mutex_;  ///< of the remarks
+  mutable std::mutex mutex_;  ///< guards the remarks
   std::vector<std::string> remarks_;
   std::vector<counted> counts_;
 };
@@ -61,7 +61,7 @@ class TableNotes {
 /// How the tables of a studbook were read, in the order in which they were opened.
 class ReadingNotes {
  public:
-  /// The notes of a table, which stay where they are.
+  /// The notes of a table; the reference stays valid while this object lives.
   TableNotes& of(const std::string& name);
 
   const std::deque<TableNotes>& tables() const { return tables_; }

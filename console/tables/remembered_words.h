@@ -9,7 +9,7 @@
 
 namespace spx::console {
 
-/// Remembers what the few words of a column mean: to read one takes longer than to find it again.
+/// Caches the meanings of the few different words of a column, since parsing a word takes longer than looking it up.
 template <typename Value>
 class RememberedWords {
  public:

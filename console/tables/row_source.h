@@ -16,11 +16,11 @@ namespace spx::console {
 struct table_field;
 class ColumnTitles;
 
-/// A table that cannot be read on: unreadable, no text, or with broken quotes.
+/// A table that cannot be read any further: the file is unreadable, is not text, or has broken quotes.
 class TableError : public std::runtime_error {
  public:
   TableError(std::size_t line, const std::string& reason) : std::runtime_error(reason), line_(line) {}
-  /// The line, from 1, in which the row begins; 0 when it is the table as a whole.
+  /// The line, from 1, in which the row begins; 0 when the fault is in the table as a whole.
   std::size_t line() const { return line_; }
 
  private:
@@ -36,22 +36,21 @@ class RowSource {
 
   const std::vector<std::string>& titles() const { return titles_; }
 
-  /// For each column the name of the field that it holds, where that was settled when the table was
-  /// stored; a name that does not belong to a field stands for another column. Empty where the titles have to
-  /// tell.
+  /// For each column the name of its field, when the table was stored with that information; other names mean
+  /// columns that are not fields. Empty when the fields must be found by the titles.
   const std::vector<std::string>& fields() const { return fields_; }
 
-  /// Hears, before the first row, which columns hold which fields.
+  /// Called before the first row, with the fields that the columns hold. Does nothing unless overridden.
   virtual void settleColumns(std::span<const table_field> /*fields*/, const ColumnTitles& /*columns*/) {}
 
   /// Goes to the next row. @return false at the end. Throws TableError.
   virtual bool next() = 0;
 
-  /// Where the row stands, from 1: the line in which it begins, or its row number.
+  /// The position of the row, from 1: the line in which it begins, or its row number.
   virtual std::size_t line() const = 0;
 
-  /// Of an event: the number of its animal among the rows of the animals table, from 1, where that
-  /// was found out when the event was stored; else 0.
+  /// For events: the number of the animal among the rows of the animals table, from 1, where it is
+  /// stored with the event; else 0.
   virtual std::size_t animalRow() const { return 0; }
 
   // The cells of the row, valid until next().
@@ -68,7 +67,7 @@ class RowSource {
   std::span<const std::string_view> cells_;
 };
 
-/// One table of a studbook, which may not be given.
+/// One table of a studbook; `open` is null when the table is not given.
 struct table_source {
   using opener = std::function<std::unique_ptr<RowSource>()>;
 

@@ -21,7 +21,8 @@ constexpr std::string_view FOOTER_WORDS[] = {"total",   "totals", "grand total",
                                              "somme",   "suma",   "note",        "notes",  "source",    "printed",
                                              "end of",  "quelle", "stand"};
 
-/// One of the words, alone or before a blank, a colon or an equals sign; or a remark to a star.
+/// Whether the text is one of the words, alone or before a blank, a colon or an equals sign, or a
+/// footnote that begins with a star.
 bool isFooter(std::string_view text) {
   constexpr std::size_t LONGEST_WORD = 12;
   constexpr std::string_view ENDS = " :=";
@@ -54,7 +55,7 @@ class TableLayout : public RowSource {
     fields_ = rows_->fields();
     const std::vector<std::string_view> first(titles_.begin(), titles_.end());
     const std::size_t known = knownTitles(titles_, fields, choices);
-    // One known title alone may be the name of the whole.
+    // A single known title may be the heading of the whole sheet.
     if (fields_.empty() && (known == 0 || filledCells(first) == 1)) {
       findTitles(known, fields, choices);
     }
@@ -82,7 +83,7 @@ class TableLayout : public RowSource {
       }
       if (footer_ == FOOTER::ASK) {
         throw TableError(line(), quotedText(footerText()) +
-                                     " looks like a footer; say --footer skip to leave such lines out, or --footer "
+                                     " looks like a footer; use --footer skip to leave such lines out, or --footer "
                                      "keep to read them as animals");
       }
       notes_.add("line " + std::to_string(line()) + " is skipped: " + quotedText(footerText()));
@@ -119,12 +120,12 @@ class TableLayout : public RowSource {
     for (std::string& title : titles_) {
       title = qs_lib::allTrim(title);
     }
-    notes_.add("the titles are in line " + std::to_string(kept_[best - 1].line) + "; what stands above is not read");
+    notes_.add("the titles are in line " + std::to_string(kept_[best - 1].line) + "; the lines above are ignored");
     kept_.erase(kept_.begin(), kept_.begin() + static_cast<std::ptrdiff_t>(best));
     has_moved_ = true;
   }
 
-  /// A row that was looked at while the titles were searched, or the next one.
+  /// Goes to the next row, first through those that were read during the search for the titles.
   bool nextRow() {
     if (replayed_) {
       kept_.pop_front();
@@ -148,7 +149,7 @@ class TableLayout : public RowSource {
     return true;
   }
 
-  /// Rows were as wide as the first line; empty cells make the difference.
+  /// Rows are as wide as the first line of the file; adds or removes empty cells to fit the titles.
   void fitRow() {
     while (row_.size() > titles_.size() && row_.back().empty()) {
       row_.pop_back();
@@ -181,9 +182,9 @@ class TableLayout : public RowSource {
   std::unique_ptr<RowSource> rows_;
   FOOTER footer_;
   TableNotes& notes_;
-  std::deque<kept_row> kept_;  ///< the rows below the titles that were looked at
-  bool replayed_ = false;      ///< the row is the first of them
-  bool has_moved_ = false;     ///< the titles are not those of the first line
+  std::deque<kept_row> kept_;  ///< rows below the titles that have already been read
+  bool replayed_ = false;      ///< whether the current row is the first of them
+  bool has_moved_ = false;     ///< whether the titles are not in the first line
   std::vector<std::string_view> row_;
   std::size_t id_ = ColumnTitles::NONE;
   std::vector<std::size_t> other_fields_;  ///< their columns

@@ -14,7 +14,7 @@
 namespace spx::console {
 namespace {
 
-constexpr std::string_view SEPARATORS = ";\t|";  // readers count them in titles
+constexpr std::string_view SEPARATORS = ";\t|";  // readers would count them in titles
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 bool isNumber(std::string_view text) {

@@ -8,10 +8,10 @@
 
 namespace spx::console {
 
-/// What a CSV table looks like.
+/// The form of a CSV table.
 struct csv_form {
   char separator = ',';
-  /// With a byte-order mark, and an apostrophe before what a spreadsheet would take for a formula.
+  /// Writes a byte-order mark, and an apostrophe before texts that a spreadsheet would take for a formula.
   bool for_spreadsheet = false;
 };
 
@@ -20,8 +20,8 @@ struct csv_form {
 /// of them, and writers add one.
 bool looksLikeFormula(std::string_view text);
 
-/// Writes a CSV table that reads as the same cells: commas, line feeds, quotes only where a cell
-/// needs them. A former file is replaced as a whole by finish(), and otherwise stays.
+/// Writes a CSV table that is read back as the same cells: commas, line feeds, quotes only where a cell needs them.
+/// finish() replaces an existing file as a whole; without it that file is unchanged.
 class TableWriter {
  public:
   /// Throws Failure when the file cannot be written.

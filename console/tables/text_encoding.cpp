@@ -22,7 +22,7 @@ bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char letter) { return static_cast<signed char>(letter) >= 0; });
 }
 
-/// How many bytes a character of UTF-8 has by its first one; 0 for a byte that begins none.
+/// The length in bytes of the UTF-8 character that begins with this byte; 0 for a byte that cannot begin one.
 std::size_t characterSize(unsigned char first) {
   if (first < 0x80) {
     return 1;
@@ -33,8 +33,8 @@ std::size_t characterSize(unsigned char first) {
   return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
 }
 
-/// Whether a text is UTF-8, at least in part; it may end within a character. What is something else never
-/// happens to have a character of UTF-8 beyond ASCII. Where both are mixed, each cell is shown as what it is.
+/// Whether a text is UTF-8, at least in part; it may end within a character. Text in other encodings practically never
+/// contains a UTF-8 character beyond ASCII. In a mixed file each cell is shown in its own encoding.
 bool hasUtf8(std::string_view text) {
   bool is_all = true;
   for (std::size_t at = 0; at < text.size();) {
@@ -51,7 +51,7 @@ bool hasUtf8(std::string_view text) {
   return is_all;
 }
 
-/// The kind of UTF-16 that a text begins like; empty for none.
+/// The kind of UTF-16 that the beginning of a text suggests; empty for none.
 std::string utf16Of(std::string_view text) {
   if (text.starts_with("\xFF\xFE")) {
     return "UTF-16LE";
@@ -91,7 +91,7 @@ class EncodingConverter {
 
   bool isOpen() const { return state_ != reinterpret_cast<iconv_t>(-1); }
 
-  /// Converts what is complete; the rest stays in the text.
+  /// Converts the complete characters; the rest stays in `from`.
   void convert(std::string& from, std::string& to, bool is_end) {
     char* in = from.data();
     std::size_t in_left = from.size();
@@ -204,7 +204,7 @@ void TextReader::setEncoding(const std::string& name) {
 
 void TextReader::report(const std::string& name) const {
   if (encoding_.tell) {
-    encoding_.tell("read as " + shownName(name) + "; --encoding NAME says otherwise");
+    encoding_.tell("read as " + shownName(name) + "; --encoding NAME overrides this");
   }
 }
 

@@ -8,20 +8,20 @@
 
 namespace spx::console {
 
-/// How the bytes of a text file are to be understood.
+/// The encoding of a text file.
 struct text_encoding {
-  std::string name;                              ///< as iconv knows it; empty: found out
-  std::function<void(const std::string&)> tell;  ///< hears what was found out, when it is not UTF-8; or null
+  std::string name;                              ///< a name that iconv knows; empty: detected
+  std::function<void(const std::string&)> tell;  ///< called with the detected encoding unless it is UTF-8; may be null
 };
 
 class EncodingConverter;
 
-/// A file whose bytes come as UTF-8, whatever it is written in.
+/// Reads a text file as UTF-8, whatever its encoding is.
 ///
-/// UTF-16 is known by its byte-order mark or the NUL bytes of its first characters. A text is UTF-8
-/// when any of its first characters beyond ASCII is; otherwise it is Windows-1252, of which Latin-1
-/// is a part. A byte-order mark of UTF-8 comes as it is. Bytes that the encoding does not have become
-/// U+FFFD; in UTF-8 all bytes come as they are.
+/// UTF-16 is recognised by its byte-order mark or the NUL bytes of its first characters. A text is
+/// taken as UTF-8 when any of its first characters beyond ASCII is valid UTF-8, and otherwise as
+/// Windows-1252, which includes Latin-1. Bytes that the encoding does not define become U+FFFD;
+/// UTF-8 text is passed on unchanged, with its byte-order mark and invalid bytes.
 class TextReader {
  public:
   /// Throws TableError when the file cannot be opened.

@@ -14,7 +14,7 @@ bool isDigit(char letter) {
   return letter >= '0' && letter <= '9';
 }
 
-/// The value of that display name, up to the last one that a record can have.
+/// The value with that display name, among those that a record can have.
 template <typename Enum>
 std::optional<Enum> parseUpTo(std::string_view text, Enum last) {
   const auto value = parseName<Enum>(text);
@@ -58,7 +58,7 @@ bool hasLeadingZero(std::string_view text) {
   return text.size() > 1 && text[0] == '0' && isDigit(text[1]);
 }
 
-/// A plain date, which "~" may precede.
+/// A plain date, with or without "~" before it.
 dated_text datedText(std::string_view text) {
   constexpr std::size_t YEAR = 4;
   constexpr std::size_t YEAR_AND_MONTH = 7;
@@ -80,7 +80,7 @@ dated_text decade(const std::string& text) {
   return {qs_lib::msToDay(qs_lib::dateToJulian(middle)), DATE_ACCURACY::DATE_RANGE, DAYS};
 }
 
-/// Sexes in other words than the display names.
+/// Words for sexes other than the display names.
 std::optional<SEX> parseSexWord(std::string_view text) {
   // Folded, between blanks.
   static constexpr std::string_view MALE =

@@ -16,7 +16,7 @@
 
 #include "console/base/words.h"
 
-/// The texts of the cells. A reader gives nothing for a text that it cannot take.
+/// Parsers for the texts of cells. They return nothing for a text that they do not accept.
 namespace spx::console {
 
 /// yes or no in the words that key files and tables have: true, t, yes, y, 1, on and their opposites.
@@ -47,8 +47,8 @@ struct dated_text {
 qs_lib::day_number lastDayOf(const dated_text& date);
 
 /// A day, a month (its first day, accurate by month) or a year (1 January, by year); with "~" a day
-/// is accurate by day, "1990s" is the middle of a range of ten years; missing is day 0 of unknown accuracy. Takes
-/// all that readDate() understands without knowing the order of day and month.
+/// is accurate by day, "1990s" is the middle of a range of ten years; missing is day 0 of unknown accuracy.
+/// Accepts whatever readDate() understands without knowing the order of day and month.
 std::optional<dated_text> parseDate(std::string_view text);
 
 std::optional<DATE_ACCURACY> parseAccuracy(std::string_view text);
@@ -81,17 +81,17 @@ std::optional<Real> parseReal(std::string_view text) {
 }
 
 /// Whether a text means a deme by its identifier: numbers joined by dots. A single number above 255
-/// is none and so a name, such as an institution's code.
+/// is not an identifier but a name, such as an institution's code.
 bool isDemeText(std::string_view text);
 
 /// "2.1.2": an identifier without the levels that it does not use; empty for the root.
 std::string shortDemeText(const DemeID& deme);
 
 /// Reads an identifier strictly: up to eight numbers from 1 to 255, after which zeros may follow.
-/// Nothing for one that the packed form cannot hold: such a deme would not be found again.
+/// Returns nothing for one that does not survive packing, since such a deme could not be found again.
 std::optional<DemeID> parseDeme(std::string_view text);
 
-/// Finds out the type of a user-defined field from its values.
+/// Infers the type of a user-defined field from its values.
 class TypeGuess {
  public:
   void add(std::string_view value);

@@ -19,13 +19,13 @@ constexpr std::size_t MIB = std::size_t{1} << 20;
 constexpr std::string_view ZIP_BEGIN = "PK\x03\x04";
 constexpr std::string_view OLD_BEGIN = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
 
-/// Large tables shrink to a tenth in a workbook; what grows far more was not made by a keeper.
+/// A workbook compresses large tables to about a tenth; a file that expands far more than that is not a real studbook.
 run_limits limitsFor(std::size_t file_size) {
   const std::size_t memory = std::min(256 * MIB + 100 * file_size, 8192 * MIB);
   return {memory, 10 + file_size / (MIB / 4), std::min(64 * MIB + 50 * file_size, 2048 * MIB)};
 }
 
-/// Takes the bytes of writeWorkbookCells apart.
+/// Parses the bytes that writeWorkbookCells writes.
 class CellBytes {
  public:
   CellBytes(std::string_view bytes, std::size_t at) : bytes_(bytes), at_(at) {}
@@ -51,7 +51,7 @@ class CellBytes {
   std::size_t at_;
 };
 
-/// Spreadsheets show blanks around a text as little as line breaks at its end.
+/// The text without the blanks around it and the line breaks at its end, neither of which a spreadsheet shows.
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view BLANKS = " \t\r\n";
   const std::size_t first = std::min(text.find_first_not_of(BLANKS), text.size());
@@ -146,7 +146,7 @@ Workbook::Workbook(std::string bytes) : bytes_(std::move(bytes)) {
 
 std::shared_ptr<const Workbook> Workbook::read(const std::string& file) {
   if (firstBytes(file) == OLD_BEGIN) {
-    throw TableError(0, "is a workbook of the old .xls kind, or has a password; save it as .xlsx or .ods without one");
+    throw TableError(0, "is an old .xls workbook, or has a password; save it as .xlsx or .ods without a password");
   }
   const std::string content = contentOf(file);
   try {

@@ -15,8 +15,8 @@ namespace spx::console {
 /// their last results. Numbers that are shown with leading zeros keep them, and every cell of
 /// vertically merged cells has the value of the first.
 ///
-/// The file is read in a process of its own with limits of memory and time that follow from its
-/// size, so that a damaged or hostile file ends with a message.
+/// The file is read in a separate process, with limits of memory and time that depend on its size,
+/// so that a damaged or hostile file only leads to a message.
 class Workbook {
  public:
   /// Throws TableError.
@@ -37,7 +37,7 @@ class Workbook {
   std::vector<std::size_t> first_rows_;  ///< where the rows of each sheet begin
 };
 
-/// Whether the file begins as an .xlsx or .ods workbook does, or as an old .xls file does.
+/// Whether the file begins like an .xlsx or .ods workbook, or like an .xls file.
 bool isWorkbook(const std::string& file);
 
 }  // namespace spx::console

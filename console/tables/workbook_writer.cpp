@@ -22,7 +22,7 @@ constexpr std::size_t MOST_COLUMNS = 16384;
 constexpr std::size_t NARROWEST = 6;
 constexpr std::size_t WIDEST = 40;
 
-/// The day number that spreadsheets count for a day from March 1900 on; 0 for others.
+/// The serial number of a day in spreadsheets, for days from March 1900 on; 0 for earlier days.
 double serialOf(qs_lib::day_number day) {
   constexpr qs_lib::day_number ORIGIN = 2415019;  // 1899-12-30
   constexpr double MARCH_1900 = 61;
@@ -30,8 +30,8 @@ double serialOf(qs_lib::day_number day) {
   return serial < MARCH_1900 ? 0 : serial;
 }
 
-/// A text that reads the same when it comes back as a number: no needless zeros, no "+", not too
-/// many digits.
+/// Whether a text survives being stored as a number: no unnecessary zeros, no "+", not too many
+/// digits.
 bool isPlainNumber(std::string_view text, double& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size() && std::isfinite(number) &&
@@ -112,7 +112,7 @@ void WorkbookWriter::endSheet() {
   }
   for (std::size_t column = 0; column < widths_.size(); ++column) {
     const auto number = static_cast<lxw_col_t>(column);
-    // What is typed into a column of texts stays text: an ID keeps its zeros.
+    // Formats the column as text, so that values typed into it later stay text and an ID keeps its zeros.
     lxw_format* format = columns_[column] == SHEET_COLUMN::TEXT ? book_->text : nullptr;
     ::worksheet_set_column(book_->sheet, number, number, static_cast<double>(widths_[column]), format);
   }
@@ -147,7 +147,7 @@ bool WorkbookWriter::addDate(std::size_t column, std::string_view text) {
   constexpr NUMBER_FORM FORMS[] = {NUMBER_FORM::YEAR, NUMBER_FORM::MONTH, NUMBER_FORM::DAY};
   const std::size_t form = text.size() == 4 ? 0 : text.size() == 7 ? 1 : 2;
   const double serial = serialOf(qs_lib::msToDay(qs_lib::dateToJulian(std::string(text))));
-  // Only what reads as the same text again: a time of day would be lost.
+  // Only a date that is read back as the same text; a time of day would be lost.
   if (serial == 0 || numberText(serial, {FORMS[form]}, false) != text) {
     return false;
   }

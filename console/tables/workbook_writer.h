@@ -12,16 +12,16 @@
 
 namespace spx::console {
 
-/// How the cells of a column go into a workbook.
+/// How the cells of a column are stored in a workbook.
 enum class SHEET_COLUMN : std::uint8_t {
-  TEXT,    ///< as they are: IDs keep their zeros
-  DATE,    ///< a day, a month or a year as a date that is shown so; all else as text
-  NUMBER,  ///< a decimal number as a number when it reads the same again; all else as text
+  TEXT,    ///< unchanged: IDs keep their zeros
+  DATE,    ///< a day, a month or a year as a date with that format; everything else as text
+  NUMBER,  ///< a decimal number as a number when it is read back unchanged; everything else as text
 };
 
-/// Writes an .xlsx workbook that Workbook::read() reads as the same cells. The titles are bold, stay
-/// in sight and have filters. No cell is a formula, whatever it begins with. A former file is
-/// replaced as a whole by finish(), and otherwise stays.
+/// Writes an .xlsx workbook that Workbook::read() reads as the same cells. The titles are bold,
+/// frozen and have filters. No cell is a formula, whatever it begins with. finish() replaces an
+/// existing file as a whole; without it that file is unchanged.
 class WorkbookWriter {
  public:
   /// Throws Failure when the file cannot be written.

@@ -42,11 +42,10 @@ class SPX_EXPORT Analysis {
 
   /// The title of the report; "Population analyses results" unless set.
   void setTitle(const std::string& title) { title_ = title; }
-  /// Restricts to some records what an export writes, and whose parents are traced; each takes them by its own rules
-  /// as well. Nothing restricts them at first.
-  /// @param chosen  true for the records to take, by their positions; those beyond it are not taken
+  /// Limits exports and parent tracing to some records; their own rules still apply. There is no limit at first.
+  /// @param chosen  by record: whether to take it; records beyond its end are left out
   void chooseRecords(std::vector<bool> chosen);
-  /// Whether the record is taken as far as chooseRecords() says.
+  /// Whether chooseRecords() admits the record; true when it was never called.
   bool isChosen(position record) const { return !has_choice_ || (record < chosen_.size() && chosen_[record]); }
 
   /// The start of the report file's name; report() forms the rest.

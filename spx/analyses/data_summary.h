@@ -36,7 +36,7 @@ class SPX_EXPORT DataSummary {
   bool initialize();
 
   /// Counts the records; always true. Linear. A second call adds to the counts of the first, except
-  /// that `records` is counted anew: use a fresh object for each summary.
+  /// `records`, which is set again: use a new object for each summary.
   bool analyse();
 
   /// Shows the summary in one call of the console.

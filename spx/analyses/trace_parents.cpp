@@ -110,7 +110,7 @@ bool TraceParents::trace() {
   report_writer_.setTitle(title());
   report_writer_.setDirectory(reportDirectory());
   report_writer_.setName(fileStem() + "-" + getEnumName(View.sex));
-  // Without a report everything below is counted all the same; isReportWritten() is false then.
+  // If the report cannot be created, everything is still counted; isReportWritten() is then false.
   static_cast<void>(report_writer_.beginReport());
   timer_.restart();
   qs_lib::ProgressBar bar(Animals.records.size(), "");

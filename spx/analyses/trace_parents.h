@@ -36,8 +36,8 @@ class SPX_EXPORT TraceParents : public Analysis {
 
   /// Writes the report: file stem, "-" and the sex of the view as its name, in the report
   /// directory. Leaves the index sorted by studbook ID, and the pedigree rebuilt if there was one.
-  /// Always true: without a report everything is counted all the same; see isReportWritten(). Costs
-  /// a binary search per traced animal, and a line of text per candidate.
+  /// Always true: if the report cannot be written, everything is still counted; see
+  /// isReportWritten(). Costs a binary search per traced animal, and a line of text per candidate.
   /// Requires: initialize() returned true.
   bool trace();
 
@@ -45,8 +45,8 @@ class SPX_EXPORT TraceParents : public Analysis {
   /// Requires: initialize() returned true.
   std::uint64_t countCandidates();
 
-  /// Writes at most so many candidates of each sex for an animal, the oldest first; the element SIRES_OMITTED or
-  /// DAMS_OMITTED says how many more there are. 0, the default: all.
+  /// Writes at most `most` candidates of each sex for an animal, the oldest first; the element SIRES_OMITTED or
+  /// DAMS_OMITTED gives the number of the others. 0, the default, writes all.
   void setMostCandidates(std::uint64_t most) { most_candidates_ = most; }
 
   /// Whether the report of the last trace() was written completely.
@@ -77,7 +77,7 @@ class SPX_EXPORT TraceParents : public Analysis {
   std::uint64_t multi_dam = 0;     ///< animals whose dam is a group
 
  private:
-  /// The candidates of one sex in birth order: all of them, and those that ever were at a location.
+  /// The candidates of one sex in birth order: all of them, and by location those that were ever there.
   struct candidate_list {
     std::vector<position> all;
     std::unordered_map<packed_deme, std::vector<position>> at_location;
@@ -90,7 +90,7 @@ class SPX_EXPORT TraceParents : public Analysis {
     const char* element;
     const char* omitted;  ///< element for the number beyond the limit
     const candidate_list& candidates;
-    double day;  ///< on which the candidate lives; NaN admits none
+    double day;  ///< on which the candidate must be alive; NaN admits none
     qs_lib::DataRange<double> age_days;
   };
 

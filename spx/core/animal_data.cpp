@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::size_t PSEUDO_PARENTS = 5;
 
-// The orders of the index: a number per record, and for texts also the text that it begins.
+// The sort keys of the index: a number per record. For text fields it holds the first bytes, and
+// text() gives the whole text for numbers that are equal.
 struct compare_birth {
   static std::uint64_t number(const master_data& animal) { return animal.birth.date; }
 };

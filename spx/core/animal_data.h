@@ -36,17 +36,17 @@ class SPX_EXPORT AnimalData {
  public:
   // Storing
 
-  /// Reserves room for so many animals and the five pseudo parents, and adds the pseudo parents.
-  /// @return false after "Cannot reserve room for animals" when there is no such room
+  /// Reserves memory for that many animals and the five pseudo parents, and adds the pseudo parents.
+  /// @return false after "Cannot reserve room for animals" when that much memory cannot be reserved
   bool initialize(std::size_t expected);
 
   /// Appends a record. The index then counts as unordered; nothing else is updated.
   bool addMaster(master_data animal);
 
-  /// Removes the records, and what holds positions into them; the reserved room is kept.
+  /// Removes the records, and everything that holds positions into them; the reserved memory is kept.
   bool clearList();
 
-  /// Empties the store; the reserved room is kept.
+  /// Empties the store; the reserved memory is kept.
   bool clearStudbook();
 
   /// Prints on standard output the number of records that are allocated, used and possible. Always
@@ -121,7 +121,7 @@ class SPX_EXPORT AnimalData {
   /// Gives the wild mates of known parents identities: does for every record what checkPseudoFounder
   /// does for one, unless the other parent is a pseudo individual, whose offspring would all share
   /// one wild parent. The founders are appended in the order of their first offspring; a record of
-  /// that ID stands in for one. One pass, expected constant time a record.
+  /// that ID stands in for one. One pass, expected constant time per record.
   /// @return how many founders were added
   std::size_t nameWildMates();
 
@@ -155,20 +155,20 @@ class SPX_EXPORT AnimalData {
   /// one text, the sire's or dam's ID followed by the animal's birth date, so that IDs of different
   /// lengths mix with the dates. The numbers are those of sortList, one step off the names; kept on
   /// purpose.
-  /// @return false, with the order as it was, for every other field but the recorded one, which is
-  ///         NO_ORDER after building
+  /// @return false, with the order unchanged, for every other field except the recorded one, which
+  ///         is NO_ORDER after building
   bool sortPedigree(SORT_FIELD field);
 
   /// Sets `breeder` on every record that the pedigree names as a parent, pseudo parents included,
   /// and clears it on all others. Builds the pedigree if it is empty.
   bool flagBreeders();
 
-  /// Selects an animal and its ancestors, and nothing else; leaves the pedigree in birth order. One
-  /// pass from the youngest to the oldest: unknown birth dates (0) come first, so beyond a parent
-  /// that was born after its offspring by the records, whose offspring has no birth date, or that
-  /// is its own descendant, ancestors are missed. Kept on purpose; selectAncestors finds them all.
-  /// Builds the pedigree if it is empty. Reports "Animal does not exist" for an unknown ID. A pseudo
-  /// founder that building the pedigree has added has no entry: nothing is selected.
+  /// Selects an animal and its ancestors, and nothing else; leaves the pedigree in birth order. One pass from the
+  /// youngest to the oldest, in which an animal without a birth date (0) counts as the oldest. So the ancestors of a
+  /// parent are missed when the records make it younger than its offspring, when the offspring has no birth date, and
+  /// when it is its own descendant. Kept on purpose; selectAncestors finds them all. Builds the pedigree if it is
+  /// empty. Reports "Animal does not exist" for an unknown ID. A pseudo founder that building the pedigree has added
+  /// has no entry: nothing is selected.
   bool individualPedigree(const std::string& id);
 
   /// Selects an animal and all its ancestors, and nothing else, by the parents alone: dates play no
@@ -200,7 +200,7 @@ class SPX_EXPORT AnimalData {
   bool records_changed = true;                  ///< for the host; set by addMaster and clearStudbook
   bool derived_changed = true;                  ///< for the host; set likewise
   std::vector<inconsistency> inconsistencies;   ///< the findings of the last validate
-  std::vector<missing_parent> missing_parents;  ///< those met by the last validate, in that order
+  std::vector<missing_parent> missing_parents;  ///< those found by the last validate, in the order of their first use
 
  private:
   template <class Order>

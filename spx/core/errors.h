@@ -13,7 +13,7 @@ namespace spx {
 /// Reports "#" followed by the code in decimal, a minus sign for negative codes. Always true.
 SPX_EXPORT bool spxError(std::int32_t code);
 
-/// Reports the text as it stands, the empty text too. Always true.
+/// Reports the text unchanged, even when it is empty. Always true.
 SPX_EXPORT bool spxError(const std::string& message);
 
 /// Does nothing: the messages of this library exist in one language. Always true. For hosts that

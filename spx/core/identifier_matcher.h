@@ -7,10 +7,10 @@ namespace spx {
 
 /// The kinds of pseudo identifiers; identifiers.cpp has the same ones as regular expressions.
 enum class IDENTIFIER_KIND : std::uint32_t {
-  PSEUDO_ANIMAL,   ///< any beginning, then anything
-  MULTI_PARENT,    ///< a group's beginning, then at least one character
-  SAME_LITTER,     ///< any beginning, white space or none, digits
-  PSEUDO_FOUNDER,  ///< P or WILD, white space or none, digits
+  PSEUDO_ANIMAL,   ///< any of the prefixes, then anything
+  MULTI_PARENT,    ///< a group's prefix, then at least one character
+  SAME_LITTER,     ///< any of the prefixes, optional white space, digits
+  PSEUDO_FOUNDER,  ///< P or WILD, optional white space, digits
 };
 
 /// Whether the first letter can begin an identifier of the kind: a fast test for numbered animals.

@@ -18,11 +18,10 @@ SPX_EXPORT bool isPseudoIndividual(const std::string& id);
 /// of parents.
 SPX_EXPORT bool isMultiParent(const std::string& id);
 
-/// One of the beginnings of a pseudo individual, white space or none, and digits: "WILD 12",
-/// "unk3".
+/// One of the prefixes of a pseudo individual, optional white space, and digits: "WILD 12", "unk3".
 SPX_EXPORT bool isSameLitterParent(const std::string& id);
 
-/// P or WILD, white space or none, and digits.
+/// P or WILD, optional white space, and digits.
 SPX_EXPORT bool isPseudoFounder(const std::string& id);
 
 }  // namespace spx

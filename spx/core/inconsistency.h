@@ -11,9 +11,9 @@ namespace spx {
 enum class INCONSISTENCY : std::uint32_t {
   DUPLICATE_ID,    ///< more than one record has the animal's ID
   SIRE_NOT_MALE,   ///< the sire's sex is not male; unknown counts as not male
-  SIRE_NOT_OLDER,  ///< the animal was not born later than its sire
+  SIRE_NOT_OLDER,  ///< the animal was born on the sire's birth day or earlier
   DAM_NOT_FEMALE,  ///< unknown counts as not female
-  DAM_NOT_OLDER    ///< the animal was not born later than its dam
+  DAM_NOT_OLDER    ///< the animal was born on the dam's birth day or earlier
 };
 
 /// One finding of AnimalData::validate.

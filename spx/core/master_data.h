@@ -50,10 +50,10 @@ enum GENERATION : std::size_t { G_CITES, G_GENETIC, G_MATERNAL, G_AVERAGE };
 
 /// One animal of the studbook.
 struct master_data {
-  static constexpr std::size_t LINEAGES = 256;  ///< founder lineages that can be told apart
+  static constexpr std::size_t LINEAGES = 256;  ///< number of founder lineages that can be distinguished
 
   std::uint64_t id_key = 0;                                ///< numeric key given by the store; all bits set: none yet
-  std::string stud_id;                                     ///< any bytes, compared as they are
+  std::string stud_id;                                     ///< any bytes, compared byte for byte
   std::string sire_id;                                     ///< a studbook ID or the identifier of a pseudo individual
   std::string dam_id;                                      ///< likewise
   taxon_handle taxon;                                      ///< an entry of Subspecies
@@ -113,7 +113,7 @@ SPX_EXPORT bool setFounderLineage(master_data& animal, std::uint64_t lineage);
 
 /// Where the animal is on a day: its birth location, or the location of the last move in recorded
 /// order that is not after the day, even where an earlier entry has a later date. The end event is
-/// not asked. Linear in the moves.
+/// not considered. Linear in the moves.
 SPX_EXPORT packed_deme currentDeme(const master_data& animal, qs_lib::day_number day);
 
 }  // namespace spx

@@ -24,12 +24,12 @@ struct deme_member {
   packed_deme id = 0;    ///< unique in the registry
   std::string name;      ///< for listings; several demes may share it
   gis_point point;       ///< where it is
-  bool selected = true;  ///< whether the current view takes the deme
+  bool selected = true;  ///< whether the current view includes the deme
 };
 
 /// One level of the hierarchy, such as region, institution or enclosure.
 struct deme_level {
-  std::string name;                  ///< of several levels of one name the first is found
+  std::string name;                  ///< when several levels share a name, lookups find the first
   std::vector<deme_member> members;  ///< in the order of insertion until sorted
 };
 
@@ -88,7 +88,7 @@ class SPX_EXPORT MetaPopulation {
   std::size_t getNumberOfMembers(const std::string& level) const;
   /// @}
 
-  /// Sorts the members of a level by identifier; nothing beyond the last level. Sorting cost.
+  /// Sorts the members of a level by identifier; does nothing beyond the last level. n log n.
   void sortMembers(unsigned long level);
 
   /// @{
@@ -112,7 +112,7 @@ class SPX_EXPORT MetaPopulation {
   const std::vector<deme_level>& levels() const { return levels_; }
 
  private:
-  /// Where the members of one level are, by identifier and by name (the first member of a name).
+  /// The positions of the members of one level, by identifier and by name (the first member with that name).
   struct level_index {
     std::unordered_map<packed_deme, std::size_t> by_id;
     std::unordered_map<std::string, std::size_t, qs_lib::text_hash> by_name;
@@ -124,7 +124,7 @@ class SPX_EXPORT MetaPopulation {
   const deme_member* find(packed_deme id) const;
 
   std::vector<deme_level> levels_;
-  std::vector<level_index> indexes_;  ///< one per level, kept right while members are added and sorted
+  std::vector<level_index> indexes_;  ///< one per level, updated whenever members are added or sorted
 };
 
 /// The demes of the studbook in use.

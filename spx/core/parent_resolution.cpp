@@ -144,7 +144,7 @@ bool AnimalData::checkPseudoFounder(master_data& animal) {
 
 std::size_t AnimalData::nameWildMates() {
   const std::size_t loaded = records.size();
-  std::unordered_set<std::string, qs_lib::text_hash> taken;  // of the IDs that a founder could have
+  std::unordered_set<std::string, qs_lib::text_hash> taken;  // existing IDs that begin like a founder's
   for (const master_data& animal : records) {
     if (animal.stud_id.starts_with(PSEUDO_FOUNDER_PREFIX)) {
       taken.insert(animal.stud_id);
@@ -173,7 +173,7 @@ position AnimalData::findParent(const std::string& id, SEX sex) {
   return found != records.size() ? found : assumeParent(std::string(id), sex, nullptr);
 }
 
-// Uses the index of IDs of a pass over the whole studbook; a single findParent() scans the records.
+// Like findParent(), but looks IDs up in the index of a pass over the whole studbook instead of scanning the records.
 position AnimalData::parentOf(position record, SEX sex, RecordIndex& known) {
   const bool is_sire = sex == SEX::MALE;
   const position found = is_sire ? known.findSire(record) : known.findDam(record);

@@ -24,7 +24,7 @@ class ParentsAndBirths {
     constexpr std::size_t FETCH_AHEAD = 16;
     constexpr std::size_t USUAL = 20;
     qs_lib::day_number day = 0;
-    std::string date;  // neighbours are often of one day
+    std::string date;  // reused, since neighbouring entries often share a day
     all_.reserve(pedigree.size() * USUAL);
     ends_.reserve(pedigree.size());
     for (std::size_t i = 0; i < pedigree.size(); ++i) {
@@ -289,7 +289,7 @@ bool AnimalData::selectAncestors(const std::string& id) {
   if (!preparePedigreeOf(wanted)) {
     return false;
   }
-  std::vector<position> waiting;  // selected, and their parents not yet
+  std::vector<position> waiting;  // selected animals whose parents are still to be selected
   const auto select = [&](position record) {
     if (!records[record].selected) {
       records[record].selected = true;

@@ -7,8 +7,8 @@
 namespace spx {
 
 /// A member that is default-constructed in most records: a null pointer while it equals Value{}, so
-/// that such records need no memory for it. Copies are deep. It compares, and where Value can it also
-/// concatenates and answers empty(), like the value.
+/// that such records need no memory for it. Copies are deep. Supports == and, where Value does, + and
+/// empty(), like the value itself.
 template <class Value>
 class Rare {
  public:

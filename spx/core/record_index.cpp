@@ -79,7 +79,7 @@ std::size_t RecordIndex::hashOf(const id_words& words) const {
   return qs_lib::hashWords(hash, seed_[0], seed_);
 }
 
-// Numbers that are much larger than the studbook are taken for other IDs.
+// IDs whose number is at least twice the number of records plus FIRST_SLOTS are treated as texts.
 void RecordIndex::makeRoom() {
   first_text_ = 2 * records_.size() + FIRST_SLOTS;
   first_records_.reserve(first_text_ + records_.size());

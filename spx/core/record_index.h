@@ -14,12 +14,12 @@
 
 namespace spx {
 
-/// A studbook ID in two words, of bytes in little-endian order, the only one that the index is
-/// compiled for: it reads several bytes, and digits, as one number. Up to fifteen bytes are the ID itself; of a longer
-/// one they hold a hash, and two of them that are equal have to be compared by their texts.
+/// A studbook ID in two words of bytes. An ID of up to fifteen bytes is stored whole; of a longer one the words hold a
+/// hash, so two longer IDs with equal words must still be compared as texts. Little-endian only (asserted in the
+/// source file): several bytes, or digits, are read as one number.
 struct id_words {
   std::uint64_t low;   ///< the first eight bytes, or the hash
-  std::uint64_t high;  ///< the bytes after these; above seven of them the size, or 255 for a hash
+  std::uint64_t high;  ///< bytes 9 to 15; its highest byte holds the size, or 255 for a hash
 
   explicit id_words(const std::string& id);
 
@@ -28,8 +28,8 @@ struct id_words {
   /// Whether equal words mean equal IDs.
   bool isExact() const { return high >> 56 != 0xFF; }
 
-  /// The number that the ID is, of at most eight digits and written without zeros before it; the
-  /// largest value for other IDs.
+  /// The value of an ID that is a number of at most eight digits without leading zeros; the largest
+  /// 64-bit value for every other ID.
   std::uint64_t number() const;
 };
 
@@ -46,8 +46,8 @@ struct id_words {
 /// their texts.
 class SPX_EXPORT RecordIndex {
  public:
-  /// How many records before its turn a pass prefetches what leads to a record's parents, and then
-  /// what it leads to, half way: each needs the one before it in the cache.
+  /// How many records ahead a pass should prefetch: at FETCH_FIRST the numbers of a record's parents, and at FETCH_NEXT
+  /// the memory that these numbers lead to, which can be found only once the numbers are in the cache.
   static constexpr position FETCH_FIRST = 16;
   static constexpr position FETCH_NEXT = 8;
 

@@ -6,7 +6,7 @@
 namespace spx {
 namespace {
 
-// An element and its number, side by side: what is compared lies in the order in which it is read.
+// An element next to its number, so that comparisons read memory in sequence.
 struct entry {
   std::uint64_t number;
   std::size_t element;

@@ -11,7 +11,7 @@
 /// Stable sorts over numbers and texts: n log n, with the numbers computed once.
 namespace spx {
 
-/// A number as which signed 64-bit order becomes unsigned order.
+/// Maps the bits of a signed 64-bit key to a number whose unsigned order is the signed order of the keys.
 inline std::uint64_t signedOrder(std::uint64_t key) {
   return key ^ (std::uint64_t{1} << 63);
 }
@@ -23,18 +23,18 @@ std::uint64_t beginningOf(std::string_view text);
 /// The numbers from 0 to the number of elements less one.
 std::vector<std::size_t> placesOf(std::size_t elements);
 
-/// Sorts elements by their numbers; those of equal numbers keep their order. Where room fails, the
-/// elements are as they were.
+/// Sorts elements by their numbers, stably. When memory runs out, std::bad_alloc leaves the
+/// elements unchanged.
 /// @param numbers  by element
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& numbers);
 
 /// Sorts elements by the bytes of their texts, likewise.
 /// @param beginnings  the beginning of each text, by element
-/// @param textOf      gives the text of an element; asked only where beginnings do not tell
+/// @param textOf      gives the text of an element; called only for equal beginnings
 void sortAscending(std::vector<std::size_t>& elements, const std::vector<std::uint64_t>& beginnings,
                    const std::function<std::string_view(std::size_t)>& textOf);
 
-/// The elements in that order of their places.
+/// The elements rearranged: `order` lists the places from which they are taken.
 template <class Element>
 std::vector<Element> reordered(const std::vector<Element>& elements, const std::vector<std::size_t>& order) {
   std::vector<Element> sorted;
@@ -45,8 +45,8 @@ std::vector<Element> reordered(const std::vector<Element>& elements, const std::
   return sorted;
 }
 
-/// What a sort asks of every record, by record. The records of a large studbook fit no cache and
-/// are cheapest read in their order; the elements to be sorted point all over them.
+/// The sort key of every record, read in record order: the records of a large studbook do not fit
+/// into a cache, and the elements to be sorted refer to them in no particular order.
 template <class Fact>
 std::vector<std::uint64_t> factsOf(const std::vector<master_data>& records, Fact fact) {
   std::vector<std::uint64_t> facts;

@@ -23,7 +23,7 @@ struct birth_record {
 
 /// The dated births of a studbook, in the order of its pedigree. Wild-born animals and pseudo
 /// individuals have none; parents that are pseudo individuals are not known. Stillbirths and
-/// neonates that the settings take out are no births either.
+/// neonates that the settings exclude are left out too.
 /// @param store  with its pedigree (AnimalData::populationPedigree); without it there are no births
 SPX_EXPORT std::vector<birth_record> birthsOf(const AnimalData& store, const presence_settings& settings);
 

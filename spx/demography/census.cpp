@@ -83,11 +83,11 @@ class Changes {
     ++(time.start == STAY_START::BORN ? rows_[begin].births : rows_[begin].entries);
     const std::size_t end = time.end == STAY_END::PRESENT ? rows_.size() : rowOf(time.to);
     if (end == rows_.size()) return;
-    --rows_[end].present.of(sex);  // wraps; the sums over the rows do not
+    --rows_[end].present.of(sex);  // may wrap below 0; rows() adds the changes up to valid numbers
     ++counted(rows_[end], time.end);
   }
 
-  // Turns the changes of the numbers into numbers.
+  // Adds up the changes, which turns them into the numbers of animals.
   std::vector<census_row> rows() {
     for (std::size_t row = 1; row < rows_.size(); ++row) {
       rows_[row].present.males += rows_[row - 1].present.males;

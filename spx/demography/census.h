@@ -7,7 +7,7 @@
 #include "spx/support/export.h"
 #include "spx/views/data_filter.h"
 
-/// How many animals there were, and what changed their number.
+/// Numbers of animals over time, and what changed them.
 namespace spx {
 
 /// Numbers of animals by sex.
@@ -33,8 +33,8 @@ struct census_row {
 
 /// The census days of a view from start to end date: every census interval, on the census day and
 /// month (a day beyond its month means the month's last one). Days and weeks count from the first
-/// such day; months and quarters run from the census month; every second and fifth year are those
-/// divisible by 2 and 5. Empty where there is none.
+/// such day; months and quarters run from the census month; intervals of two and five years take
+/// the years divisible by 2 and 5. Empty when there are no such days.
 /// @param first  the day on which the first animal came: the series starts with the last census day
 ///               before it, when that is in the period; 0: with the start of the period
 SPX_EXPORT std::vector<qs_lib::day_number> censusDays(const DataFilter& view, qs_lib::day_number first);
@@ -44,15 +44,15 @@ SPX_EXPORT qs_lib::day_number firstDay(const Presence& presence);
 
 /// Counts the animals on each day.
 ///
-/// The sums close: the total of a row is that of the row before plus births and entries less
-/// deaths, departures and losses. What happened up to the first day counts in the first row, so
-/// that row closes from nothing; the total of all places is that of the population.
+/// The rows balance: the total of a row is that of the row before plus births and entries less
+/// deaths, departures and losses. The first row counts everything up to its day, starting from no
+/// animals. The totals of all places add up to that of the population.
 /// @param days  ascending
 /// Linear in the stays, times the logarithm of the days.
 SPX_EXPORT std::vector<census_row> census(const Presence& presence, const std::vector<qs_lib::day_number>& days);
 
 /// The yearly growth rate of the census: the slope of the logarithm of the numbers over time in
-/// years, as a factor (1 is no change); NaN for fewer than two rows with animals.
+/// years, as a factor (1 where the numbers stay the same); NaN for fewer than two rows with animals.
 SPX_EXPORT double censusLambda(const std::vector<census_row>& rows);
 
 /// The same of the censuses of a view: those that censusDays gives from the first animal on.

@@ -32,7 +32,7 @@ struct ranged_event {
   const move_data* event;
 };
 
-// Whether days can be chosen from the ranges that never go back.
+// Whether one day can be chosen from each range so that the days never decrease.
 bool inOrder(const std::vector<ranged_event>& events) {
   std::int64_t reached = 0;
   for (const ranged_event& one : events) {
@@ -61,7 +61,7 @@ void settleOrder(std::vector<ranged_event>& moves, life_findings& findings) {
   });
 }
 
-// Cuts each range to what comes later, then gives out the days from the first event on.
+// Trims each range by the events after it, then assigns the days, starting with the first event.
 void giveDays(std::vector<ranged_event>& events, std::vector<life_event>& life) {
   std::int64_t latest = LAST_DAY;
   for (auto event = events.rbegin(); event != events.rend(); ++event) {

@@ -29,7 +29,7 @@ struct life_event {
   bool is_end = false;               ///< the record's death or loss
 };
 
-/// What was wrong with the events of animals, and how it was resolved.
+/// What was wrong with the events of animals and how it was resolved: numbers of cases.
 struct life_findings {
   std::size_t undated_events = 0;         ///< events without a date: ignored
   std::size_t events_before_birth = 0;    ///< events that cannot be after the birth: ignored
@@ -40,7 +40,7 @@ struct life_findings {
   std::size_t events_while_away = 0;      ///< other events of an animal that was gone: ignored
   std::size_t ends_while_away = 0;        ///< deaths and losses after a departure: not counted
   std::size_t assumed_entries = 0;        ///< wild-born animals without an entry: from their birth
-  std::size_t presumed_lost = 0;          ///< open lives longer than any: lost at their last event
+  std::size_t presumed_lost = 0;          ///< open lives above the greatest longevity: lost at their last event
 };
 
 /// The dated events of an animal in the order in which they happened: birth, moves, end.

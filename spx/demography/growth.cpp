@@ -9,7 +9,7 @@
 namespace spx {
 namespace {
 
-/// What a newborn bears at an age.
+/// The offspring that a newborn can expect to have at an age.
 struct bearing {
   double age;
   double offspring;
@@ -25,7 +25,7 @@ std::vector<bearing> bearingsOf(const std::vector<life_table_row>& table, PARENT
   return result;
 }
 
-// Euler's sum less 1, with r a year; it falls as r grows.
+// Euler's sum less 1, for r per year; it decreases as r grows.
 double eulerSum(const std::vector<bearing>& bearings, double r) {
   double sum = -1;
   for (const bearing& one : bearings) {
@@ -34,7 +34,7 @@ double eulerSum(const std::vector<bearing>& bearings, double r) {
   return sum;
 }
 
-// The root, a year. Births at age 0 alone leave no root: NaN.
+// The root r, per year; NaN when all births are at age 0, which leaves no root.
 double solveEuler(const std::vector<bearing>& bearings) {
   constexpr double STEEPEST = 500;
   double low = -1;

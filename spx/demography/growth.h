@@ -29,14 +29,14 @@ struct growth_rates {
 };
 
 /// R0 = sum w (Lotka 1939), T = sum a w / R0, r from Euler's equation sum w exp(-r a) = 1 (Euler
-/// 1760; Lotka 1907) solved to 1e-12 a year, lambda = exp(r); the stable population's T weighs the
+/// 1760; Lotka 1907) solved to 1e-12 per year, lambda = exp(r); the stable population's T weighs the
 /// ages by exp(-r a). w is what a newborn can expect to bear in a class: L m by the middle of the
 /// classes, l m by their starts; a is that age. c = exp(-r (age + width/2)) L over its sum;
 /// V = exp(r age) / l times the sum of w exp(-r a) from the class on (Fisher 1930). Without any
 /// offspring R0 is 0 and the rest is NaN; an empty table has NaN only.
 SPX_EXPORT growth_rates growthRates(const std::vector<life_table_row>& table, PARENT_AGE parents);
 
-/// An interval of 95 percent from random samples.
+/// Intervals of 95 percent from random samples, in the units of growth_rates.
 struct growth_intervals {
   qs_lib::DataRange<double> r0{NOT_KNOWN, NOT_KNOWN};
   qs_lib::DataRange<double> generation_time{NOT_KNOWN, NOT_KNOWN};

@@ -63,7 +63,7 @@ double timeOfHalf(const std::vector<survival_step>& steps, double survival_step:
 void setRestrictedMean(survival_curve& curve) {
   double area = 0;
   double variance = 0;
-  // From the last step back: the area to the right of each death weighs its variance.
+  // From the last step backwards: the variance of each death is weighted by the area under the curve to its right.
   for (std::size_t at = curve.steps.size(); at-- > 0;) {
     const survival_step& step = curve.steps[at];
     const double alive = step.at_risk - step.deaths;
@@ -119,8 +119,8 @@ survival_step stepAt(const survival_curve& curve, double time) {
 
 namespace {
 
-// Solves A x = b for a symmetric positive matrix by elimination; a row whose pivot vanishes says
-// nothing new and is left out of the count.
+// Solves A x = b for a symmetric positive matrix by elimination; a row whose pivot vanishes depends
+// on the others and is not counted in `rank`.
 double quadraticForm(std::vector<double> matrix, std::vector<double> vector, std::size_t size, std::size_t& rank) {
   double form = 0;
   rank = 0;

@@ -11,18 +11,18 @@
 /// Survival curves from times under observation: vectors in, tables out.
 namespace spx {
 
-/// A time during which an animal was watched: at risk at every time t with entry < t <= exit.
+/// An interval during which an animal was watched. It is at risk at every time t with entry < t <= exit.
 struct observed_time {
   double entry = 0;         ///< age at the start, in any unit
   double exit = 0;          ///< age at the end, above entry
   bool died = false;        ///< whether it died at the exit; otherwise it is censored there
   std::uint32_t group = 0;  ///< which group it belongs to
-  std::size_t animal = 0;   ///< whose it is; the curves do not ask
+  std::size_t animal = 0;   ///< the animal; not used by the curves
 };
 
 /// One time at which animals died or were last seen.
 struct survival_step {
-  double time = 0;
+  double time = 0;           ///< in the unit of the observed times
   double at_risk = 0;        ///< animals at risk at that time
   double deaths = 0;         ///< of them
   double censored = 0;       ///< last seen alive at that time
@@ -51,7 +51,7 @@ struct survival_curve {
 SPX_EXPORT survival_curve kaplanMeier(std::span<const observed_time> times);
 
 /// The curve at a time: the last step up to it; before the first one a step at time 0 with survival 1. Beyond the last
-/// step nobody was watched: survival is NaN there, but for a curve that has reached 0.
+/// step nobody was watched: survival is NaN there, except for a curve that has reached 0.
 SPX_EXPORT survival_step stepAt(const survival_curve& curve, double time);
 
 /// One group of a log-rank test.

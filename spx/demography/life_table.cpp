@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint32_t NOWHERE = std::numeric_limits<std::uint32_t>::max();
 
-/// What an animal counts as.
+/// The shares with which an animal counts as female and as male.
 struct sex_weights {
   double female;
   double male;
@@ -106,7 +106,7 @@ class Parents {
     }
   }
 
-  // The age of a parent that was watched on the day, or up to so many days before it; else NaN.
+  // The age of a parent that was watched on the day, or at most `days_before` days before it; else NaN.
   double ageAt(position parent, qs_lib::day_number day, double days_before) const {
     if (parent == birth_record::NO_PARENT || ranges_[parent].first == NOWHERE) return NOT_KNOWN;
     const double age = double{1} * day - births_[parent];

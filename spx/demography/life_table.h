@@ -69,13 +69,13 @@ struct life_tallies {
 ///
 /// The animals are watched as for survival curves (survivalData). With prorating an animal is at
 /// risk for the part of a class over which it was watched, and for the rest of the class too when it
-/// dies in it; without, every animal seen in a class counts as a whole. A death at the very end of a
-/// class belongs to it. Unknown sexes are left out, halved or shared in the ratio of the others, as
-/// the view's handle_unknown says, for animals and offspring alike. A birth counts for a parent that
-/// is watched on that day, at its age then; a sire may be gone since the conception.
-/// @param gestation  days before a birth in which the sire may have gone
-/// @param samples    into how many random samples of equal size the animals are divided; they share
-///                   out by the seed, the same for equal seeds
+/// dies in it; without prorating every animal seen in a class counts as one. A death at the very end
+/// of a class belongs to it. Unknown sexes are left out, halved or shared in the ratio of the
+/// others, as the view's handle_unknown says, for animals and offspring alike. A birth counts for a
+/// parent that is watched on that day, at its age then; a sire may have gone since the conception.
+/// @param gestation  how many days before a birth the sire may have gone
+/// @param samples    number of random samples of equal size into which the animals are divided;
+///                   equal seeds give equal samples
 SPX_EXPORT life_tallies lifeTallies(const AnimalData& store, const DataFilter& view, const presence_settings& presence,
                                     const age_classes& classes, double gestation, std::size_t samples = 1,
                                     std::uint32_t seed = 1);
@@ -107,9 +107,9 @@ struct life_table_row {
 /// e = T / l, m = births / days lived x width.
 ///
 /// The table ends with the last class in which an animal was at risk. The class without an end has
-/// q = 1 where an animal died in it, and L by the rate of death in it. Where no animal was at risk
-/// between others, none is taken to die. When some live beyond the table, e counts the time in the
-/// table only.
+/// q = 1 where an animal died in it, and L by the rate of death in it. In a class between others in
+/// which no animal was at risk, none is assumed to die. When some live beyond the table, e counts
+/// the time in the table only.
 /// @param same_sex  offspring of the sex of the parents counts; otherwise half of all
 SPX_EXPORT std::vector<life_table_row> lifeTable(std::span<const class_tally> tallies, const age_classes& classes,
                                                  SEX sex, bool same_sex);

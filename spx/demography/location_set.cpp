@@ -7,8 +7,8 @@ namespace {
 
 constexpr std::uint64_t BLOCK = 0xFF;
 
-// All bits of the blocks down to the deepest one that is not 0: what two demes share when one lies
-// within the other.
+// A mask of the blocks down to the deepest one that is not 0. A location lies within a choice when
+// the location, masked with the choice's mask, equals the choice.
 std::uint64_t usedBlocks(std::uint64_t deme) {
   std::uint64_t mask = 0;
   for (int block = 0; block < DemeID::LEVELS; ++block) {

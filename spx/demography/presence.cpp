@@ -57,7 +57,7 @@ class Follower {
   }
 
  private:
-  // An animal from the wild is there from its first event, unless that takes it away.
+  // A wild-born animal is there from its first event, unless that event is a departure.
   void beBorn(day_number day, const std::vector<life_event>& life) {
     location_ = animal_.birth.location;
     const auto first = std::find_if(life.begin() + 1, life.end(),
@@ -79,7 +79,7 @@ class Follower {
       findings_.entries_while_present += isEntry(move.event);
       return change(move.location, day);
     }
-    // Social and management events bring no animal back, but are as good as an entry at first.
+    // Social and management events do not bring an animal back, but as its first event they count as an entry.
     if (!stays_.empty() && !isEntry(move.event) && move.event != MOVE_TYPE::ARRIVAL) {
       ++findings_.events_while_away;
       return;
@@ -128,7 +128,7 @@ bool hasDiedBy(const master_data& animal, const life_event& end) {
   return end.is_end && endBy(animal.death.event) == STAY_END::DIED;
 }
 
-// Animals are not seen before they emerge: what they do until then is not counted.
+// Animals count from the day on which they emerge; earlier stays are cut or dropped.
 bool emerge(life_course& course, double days) {
   if (!(days > 0) || course.birth == 0) return true;
   const double first = course.birth + days;

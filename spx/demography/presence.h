@@ -14,8 +14,8 @@
 #include "spx/support/export.h"
 #include "spx/views/data_filter.h"
 
-/// Where animals were, and when. Everything that demography counts is counted from these stays, so
-/// a zoo, a region and the whole population are the same computation.
+/// Where animals were, and when. All demographic counts are made from these stays, so a zoo, a
+/// region and the whole population are computed in the same way.
 namespace spx {
 
 /// The end of a stay that has not ended.
@@ -53,12 +53,12 @@ inline bool isDuring(const stay& time, qs_lib::day_number day) {
   return time.from <= day && day < time.to;
 }
 
-/// What the calculation of stays needs to know beside the records.
+/// What the calculation of stays needs besides the records.
 struct presence_settings {
   bool use_neonate = true;     ///< take animals that died as neonates
   bool use_stillbirth = true;  ///< take animals that died on the day of their birth
-  double neonatal_days = 30;   ///< a death at up to so many days of age is a neonate's
-  double emerge_days = 0;      ///< animals count from so many days after birth
+  double neonatal_days = 30;   ///< a death at up to this age in days is a neonate's
+  double emerge_days = 0;      ///< animals count from this many days after birth
   /// @{
   /// Animals without an end that would be older than this, in days, at the end of the period are
   /// lost at their last event; 0: no such limit. Where the sex is unknown both limits must be passed.
@@ -75,21 +75,21 @@ SPX_EXPORT presence_settings presenceSettings(const DataFilter& view);
 enum class LEFT_OUT : std::uint8_t {
   NO_DATES,           ///< neither birth nor entry has a date
   ENDS_BEFORE_BIRTH,  ///< its death or loss lies before its birth
-  STILLBIRTH,         ///< and the view takes none
-  NEONATE,            ///< died as a neonate, and the view takes none
+  STILLBIRTH,         ///< died on the day of its birth, and the view excludes stillbirths
+  NEONATE,            ///< died as a neonate, and the view excludes neonates
   BEFORE_EMERGENCE,   ///< died or left before it could emerge from the den
   NEVER_THERE,        ///< never in the locations of the view
   OUTSIDE_PERIOD,     ///< there, but not in the period
-  UNKNOWN_SEX,        ///< and unknown sexes are ignored
+  UNKNOWN_SEX,        ///< its sex is unknown, and such animals are ignored
   UNKNOWN_AGE,        ///< its birth is not known to within a class
-  UNKNOWN_ENTRY,      ///< wild-born, and nobody knows since when it is there
+  UNKNOWN_ENTRY,      ///< wild-born, and the day of its arrival is unknown
   NOT_DEAD,           ///< no death is known, and the view takes completed lives only
-  NO_GROUP,           ///< what groups are made by is not known of it
+  NO_GROUP,           ///< the property that defines the groups is unknown
   NOT_BORN,           ///< not born in the locations and the period
   COUNT               ///< the number of reasons
 };
 
-/// A reason in words, to follow "5 animals: ".
+/// A reason in words, worded to follow "5 animals: ".
 SPX_EXPORT const char* getText(LEFT_OUT reason);
 
 /// Numbers of animals by LEFT_OUT.
@@ -97,7 +97,7 @@ struct left_out_counts {
   std::array<std::size_t, static_cast<std::size_t>(LEFT_OUT::COUNT)> counts{};
   std::size_t& operator[](LEFT_OUT reason) { return counts[static_cast<std::size_t>(reason)]; }
   std::size_t operator[](LEFT_OUT reason) const { return counts[static_cast<std::size_t>(reason)]; }
-  /// Of all reasons.
+  /// The sum over all reasons.
   SPX_EXPORT std::size_t total() const;
 };
 
@@ -105,7 +105,7 @@ struct left_out_counts {
 struct life_course {
   qs_lib::day_number birth = 0;        ///< the day that ages are counted from; 0: unknown
   qs_lib::day_number birth_error = 0;  ///< days to either side that the birth may be off
-  bool assumed_entry = false;          ///< wild-born, there since birth for want of an entry
+  bool assumed_entry = false;          ///< wild-born without an entry: assumed to be there from birth
   std::vector<stay> stays;             ///< in order of time, never overlapping
 };
 
@@ -138,9 +138,9 @@ SPX_EXPORT void joinStays(const LocationSet& locations, std::vector<stay>& stays
 /// Drops the stays elsewhere.
 SPX_EXPORT void keepStays(const LocationSet& locations, std::vector<stay>& stays);
 
-/// Whether an animal is of the view by what its record says of it: not a pseudo individual; origin,
-/// sex, rearing, generation, inbreeding, accuracy of the dates (those it has), taxon and user
-/// filters as set. Periods, locations and ages are not asked.
+/// Whether the view includes an animal by its record alone: not a pseudo individual; origin, sex,
+/// rearing, generation, inbreeding, accuracy of the dates (those it has), taxon and user filters as
+/// set. Periods, locations and ages are not considered.
 SPX_EXPORT bool isInViewRecord(const master_data& animal, const DataFilter& view);
 
 /// Whether an animal was alive and present in the locations of the view on a day, by the rules
@@ -151,7 +151,7 @@ SPX_EXPORT bool isPresent(const master_data& animal, qs_lib::day_number day, con
 /// Whether stays that follow each other within the chosen locations are joined into one.
 enum class STAYS : std::uint8_t { JOINED, BY_LOCATION };
 
-/// The stays of all animals of a view in its locations: one pass over the records.
+/// The stays of all animals of a view in its locations.
 class SPX_EXPORT Presence {
  public:
   /// An animal that was there at some time.
@@ -165,8 +165,8 @@ class SPX_EXPORT Presence {
     bool assumed_entry = false;          ///< see life_course
   };
 
-  /// Follows the records that are of the view (isInViewRecord). The view's period does not cut the
-  /// stays. Linear in records and events.
+  /// Follows the records that the view includes (isInViewRecord). The view's period does not cut
+  /// the stays. Linear in records and events.
   Presence(const std::vector<master_data>& records, const DataFilter& view, const presence_settings& settings,
            STAYS join = STAYS::JOINED);
 

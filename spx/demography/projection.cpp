@@ -19,7 +19,7 @@ std::vector<double> survivalOf(const std::vector<life_table_row>& table) {
   return survival;
 }
 
-// Offspring of one sex that a dam of each class has alive at the end of the step.
+// By class of the dam: her offspring of one sex that are alive at the end of the step.
 std::vector<double> fecundityOf(const std::vector<double>& m, const std::vector<double>& survival, double newborn) {
   std::vector<double> fecundity;
   for (std::size_t at = 0; at < m.size(); ++at) {
@@ -146,7 +146,7 @@ std::vector<class_counts> projectExpected(const class_counts& start, const step_
 
 namespace {
 
-/// One population of whole animals.
+/// One run: a population of whole animals.
 class ChanceRun {
  public:
   ChanceRun(const class_counts& start, const step_rates& rates, std::mt19937_64& random)

@@ -31,7 +31,7 @@ SPX_EXPORT step_rates stepRates(const life_tallies& data, bool same_sex);
 /// matrix. 0 when no female bears.
 SPX_EXPORT double leslieLambda(const step_rates& rates);
 
-/// Animals by class.
+/// Numbers of animals by class; fractions in expected numbers.
 struct class_counts {
   std::vector<double> females;
   std::vector<double> males;
@@ -48,17 +48,17 @@ SPX_EXPORT std::vector<class_counts> projectExpected(const class_counts& start, 
 
 /// The spread of many runs at the end of one step.
 struct projection_step {
-  double mean = 0;
+  double mean = 0;                                                           ///< mean number of animals
   double lower = 0, quarter = 0, median = 0, three_quarters = 0, upper = 0;  ///< 2.5 to 97.5 percent
   double extinct = 0;  ///< share of the runs in which no animal is left, or one sex only
-  double below = 0;    ///< share of the runs with fewer animals than asked for
+  double below = 0;    ///< share of the runs below chance_settings::fewer_than
 };
 
-/// What chance runs need.
+/// The settings of projectChance().
 struct chance_settings {
   std::size_t runs = 1000;
   std::uint32_t seed = 1;
-  double fewer_than = 0;  ///< the number of projection_step::below
+  double fewer_than = 0;  ///< the limit of projection_step::below
 };
 
 /// Runs with chance for every animal: each lives on with the chance of its class, each dam bears a
@@ -69,8 +69,8 @@ struct chance_settings {
 SPX_EXPORT std::vector<projection_step> projectChance(const class_counts& start, const step_rates& rates,
                                                       std::size_t steps, const chance_settings& settings);
 
-/// The number of births in a step that keeps a population at a size: the size over the time that a
-/// newborn can expect to live, in steps, of both sexes by their share at birth. NaN without deaths.
+/// The number of births in a step that keeps a population at a size: the size divided by the life expectancy at birth,
+/// in steps, averaged over both sexes by their share at birth. NaN without deaths.
 SPX_EXPORT double birthsToKeep(double size, const life_tallies& data);
 
 }  // namespace spx

@@ -24,8 +24,8 @@ struct parent_summary {
   qs_lib::basic_stat all;        ///< age at every birth in the view
   std::size_t unknown_ages = 0;  ///< births in the view whose parent is not known, or its age
   double adult_age = 0;          ///< youngest age at reproduction, NaN when none is known
-  std::size_t adults = 0;        ///< animals of the view that old, there on the day
-  std::size_t breeders = 0;      ///< of them, those with offspring by then
+  std::size_t adults = 0;        ///< animals of the view of at least that age that are there on `date`
+  std::size_t breeders = 0;      ///< those of them with offspring by then
   qs_lib::basic_stat lifetime;   ///< offspring in a lifetime, of dead animals that reached that age
 };
 
@@ -51,14 +51,15 @@ struct reproduction_summary {
   life_findings findings;    ///< contradictions in their events
 };
 
-/// What reproduction needs beside the view.
+/// What reproductionOf() needs besides the view.
 struct reproduction_settings {
-  double litter_days = 0;            ///< births of a dam within so many days are one litter
+  double litter_days = 0;            ///< births of a dam within this many days are one litter
   double youngest_dam = NOT_KNOWN;   ///< age in days; NaN: the youngest that is recorded
   double youngest_sire = NOT_KNOWN;  ///< likewise
 };
 
-/// The settings of the life history of the species in use; litters of a week where it does not tell.
+/// The settings of the life history of the species in use (LifeHistory); litter_days is 7 when it
+/// gives no range of birth dates.
 SPX_EXPORT reproduction_settings reproductionSettings();
 
 /// Summarises the births of a view: those of its animals (of any sex) that were born in its

@@ -14,7 +14,7 @@ namespace spx {
 /// The normal deviate of intervals of 95 percent.
 inline constexpr double NORMAL_95 = 1.959963984540054;
 
-/// The value of what cannot be computed.
+/// The value of a result that cannot be computed.
 inline constexpr double NOT_KNOWN = std::numeric_limits<double>::quiet_NaN();
 
 /// The interval of a share (Wilson 1927): it stays within 0 and 1, and is right for few animals.
@@ -22,7 +22,7 @@ inline constexpr double NOT_KNOWN = std::numeric_limits<double>::quiet_NaN();
 /// @return NaN for a total of 0
 SPX_EXPORT qs_lib::DataRange<double> wilsonInterval(double successes, double total);
 
-/// The chance that a chi-square variable with so many degrees of freedom is at least the value:
+/// The chance that a chi-square variable with `degrees` degrees of freedom is at least the value:
 /// the upper regularised incomplete gamma function.
 SPX_EXPORT double chiSquareTail(double value, std::size_t degrees);
 

@@ -81,7 +81,7 @@ class Watch {
     for (const stay& time : stays) {
       const auto watched = watchedDuring(life, time, reached);
       if (!watched) continue;
-      reached = 0;  // what lies before the first stay is watched once only
+      reached = 0;  // the time before the first stay is watched only once
       if (add(animal, *watched))
         reason = LEFT_OUT::COUNT;
       else if (reason != LEFT_OUT::COUNT)
@@ -91,7 +91,7 @@ class Watch {
   }
 
  private:
-  // What the period leaves of a stay.
+  // The part of a stay within the period of the view.
   std::optional<watched_days> watchedDuring(const Presence::life& life, const stay& time, day_number from_birth) const {
     const day_number last = std::min(time.to, view_.end_date);
     if (time.from > view_.end_date || time.to < view_.start_date) return std::nullopt;
@@ -114,7 +114,7 @@ class Watch {
     return true;
   }
 
-  // Cuts a time where the periods of the calendar meet.
+  // Splits a time at the boundaries of the calendar periods.
   void addPeriods(const watched_days& watched) {
     const std::int64_t years = std::max(settings_.period_years, 1);
     double entry = watched.entry;

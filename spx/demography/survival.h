@@ -17,7 +17,7 @@ namespace spx {
 /// By what animals are compared.
 enum class SURVIVAL_GROUPS : std::uint8_t { NONE, SEX, ORIGIN, REARING, LOCATION, TAXON, PERIOD };
 
-/// What a comparison needs beside the view.
+/// What a comparison needs besides the view.
 struct survival_settings {
   SURVIVAL_GROUPS by = SURVIVAL_GROUPS::NONE;
   int level = 0;          ///< LOCATION: places are compared at this depth, counted from 0
@@ -50,7 +50,7 @@ SPX_EXPORT survival_data survivalData(const std::vector<master_data>& records, c
 /// The curve of one group.
 SPX_EXPORT survival_curve survivalOf(const survival_data& data, std::uint32_t group);
 
-/// Whether the age of an animal is known well enough for classes of so many days.
+/// Whether the age of an animal is known to within classes of `class_width` days.
 SPX_EXPORT bool isAgeKnown(const Presence::life& life, double class_width);
 
 }  // namespace spx

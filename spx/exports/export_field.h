@@ -18,8 +18,8 @@ class SPX_EXPORT ExportField : public Analysis {
 
   /// Whether the animal is exported: it passes origin, sex, date accuracies, taxon and user fields
   /// of the view, and died or was lost within the view's dates, both included. So the living, whose
-  /// death date is 0, are left out unless the period starts at 0. Generation, inbreeding and demes
-  /// of the view do not count.
+  /// death date is 0, are left out unless the period starts at 0. The view's generation, inbreeding
+  /// and demes are ignored.
   bool inAnalysis(const master_data& animal) const;
 
   /// Writes the file; an existing one is replaced as a whole. When no animal qualifies it is empty.

@@ -78,8 +78,8 @@ int wholeGenerations(float generation) {
 }
 
 // Writes the rows. The pedigree list may be in any order, and the records of a large studbook do not
-// fit into a cache: the memory of a row is prefetched some rows ahead, and one pass over the records
-// finds the pseudo individuals before.
+// fit into a cache: the memory of a row is prefetched some rows ahead, and the pseudo individuals
+// are found beforehand, in one pass over the records.
 class PedigreeRows {
  public:
   explicit PedigreeRows(char separator) : separator_(separator) {

@@ -37,7 +37,8 @@ void PackedAncestors::pack() {
   highest_word_ = 0;
 }
 
-// Parents have lower numbers than their offspring, maybe in the same word: it is read again.
+// Parents have lower numbers than their offspring. Their bits may lie in the word being scanned, so
+// it is read again after each animal.
 void PackedAncestors::closeUpwards() {
   for (std::size_t word = highest_word_ + 1; word-- > 0;) {
     std::uint64_t rest = wanted_[word];

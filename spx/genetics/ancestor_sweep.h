@@ -7,11 +7,11 @@
 
 #include "spx/genetics/genetic_pedigree.h"
 
-/// Products with the relationship matrix over a few animals and their ancestors alone.
+/// Products with the relationship matrix, restricted to a few animals and their ancestors.
 namespace spx {
 
-/// Some animals and all their ancestors, side by side in the order of their numbers. Made again and
-/// again: what it holds is reused.
+/// Some animals and all their ancestors, packed without gaps in the order of their numbers. Meant
+/// to be packed many times: the memory is reused.
 class PackedAncestors {
  public:
   using slot_number = std::uint32_t;
@@ -26,11 +26,11 @@ class PackedAncestors {
 
   explicit PackedAncestors(const GeneticPedigree& pedigree);
 
-  /// Asks for an animal at the next pack().
+  /// Requests an animal for the next pack().
   void add(animal_number animal);
 
-  /// Packs the animals asked for and their ancestors, and forgets the former ones. Slot 0 stands for
-  /// every parent that is not a node.
+  /// Packs the requested animals and their ancestors; the previous ones are dropped. Slot 0 stands
+  /// for every parent that is not a node.
   void pack();
 
   /// The number of slots, slot 0 included.

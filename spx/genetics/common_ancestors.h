@@ -8,10 +8,10 @@
 
 namespace spx {
 
-/// An ancestor of two animals and its part in their kinship.
+/// A common ancestor of two animals and its part in their kinship.
 struct common_ancestor {
   animal_number animal;
-  double kinship;  ///< what it adds by itself, beyond what its own ancestors have passed through it
+  double kinship;  ///< what it adds itself, without the parts of its own ancestors
 };
 
 /// The animals that both animals descend from, or that one of them is and the other descends from;

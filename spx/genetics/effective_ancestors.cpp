@@ -46,10 +46,10 @@ std::vector<std::uint32_t> levelsOf(const GeneticPedigree& pedigree) {
 }
 
 /// Marginal contributions only shrink: an ancestor that is chosen takes from its own ancestors and
-/// explains its descendants. So a candidate is looked at again when it leads the queue, and not before.
+/// explains its descendants. So a candidate is recomputed only when it reaches the head of the queue.
 class AncestorSearch {
  public:
-  /// @param explained  by node: the share of its genes that nobody is to explain
+  /// @param explained  by node: the share of its genes that counts as explained from the start
   AncestorSearch(const GeneticPedigree& pedigree, const std::vector<phantom_founder>& phantoms,
                  std::vector<double> weights, std::vector<double> explained, const std::vector<bool>& is_barred)
       : pedigree_(pedigree),
@@ -92,9 +92,9 @@ class AncestorSearch {
   }
 
  private:
-  /// What is left after rounding is not a contribution.
+  /// Smaller shares are rounding errors, not contributions.
   static constexpr double LEAST_SHARE = 1e-13;
-  /// Shares that differ by less than this part are equal but for rounding.
+  /// Shares whose relative difference is smaller than this count as equal.
   static constexpr double ROUNDING = 1e-9;
 
   struct candidate {
@@ -121,11 +121,11 @@ class AncestorSearch {
     if (share > LEAST_SHARE) queue_.push({share, who});
   }
 
-  /// A phantom is a founder, whatever the level of its offspring.
+  /// The level of a candidate; a phantom is a founder, whatever the level of its offspring.
   std::uint32_t levelOf(candidate who) const { return who.phantom != 0 ? 0 : levels_[who.node]; }
 
-  /// The candidate with the largest share, as it is now; with all others of that share and of the lowest level among
-  /// these. No animal of a level descends from another, so choosing one of them leaves the shares of the others.
+  /// Of the candidates with the largest current share, those of the lowest level. Animals of one level do not
+  /// descend from each other, so choosing one of them does not change the shares of the others.
   std::vector<candidate> oldestOfTheLargest() {
     std::vector<candidate> equal;
     double least = 0;

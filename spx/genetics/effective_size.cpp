@@ -62,7 +62,7 @@ double familySize(double animals, double sum, double squares) {
   return (sum - 1) / (mean - 1 + variance / mean);
 }
 
-/// Numbers of sons and daughters of some parents.
+/// Moments of the numbers of sons and daughters of some parents.
 struct FamilyMoments {
   double parents = 0;
   std::array<double, 2> sums{};
@@ -81,7 +81,7 @@ struct FamilyMoments {
   double covariance() const { return (products - sums[0] * sums[1] / parents) / (parents - 1); }
 };
 
-/// By node: its sons and daughters.
+/// By node: the numbers of its sons and daughters.
 std::vector<std::array<double, 2>> sonsAndDaughters(const GeneticPedigree& pedigree, std::span<const SEX> sexes) {
   std::vector<std::array<double, 2>> counts(pedigree.size());
   for (animal_number animal = 0; animal < pedigree.size(); ++animal) {

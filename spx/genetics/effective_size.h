@@ -60,10 +60,10 @@ SPX_EXPORT effective_size effectiveSizeByTrend(std::span<const animal_number> se
 /// Effective size with overlapping generations from life-time families (Hill 1979):
 /// 1/Ne = [2 + Vmm + 2 (M/F) Cmm,mf + (M/F)^2 Vmf] / (16 M L) + [2 + (F/M)^2 Vfm + 2 (F/M) Cfm,ff + Vff] / (16 F L),
 /// where M males and F females are born in a unit of time, V are the variances and C the covariances of
-/// the numbers of sons (m) and daughters (f) of a male (first letter) or a female. Counted are the
-/// males and females of a set that were born from one day to another, with all their offspring;
-/// offspring of unknown sex are half a son and half a daughter. Assumes a stable population. No
-/// interval. NaN unless two animals of each sex count.
+/// the numbers of sons (m) and daughters (f) of a male (first letter) or a female. The males and
+/// females of a set that were born from `first_birth` to `last_birth` count, with all their
+/// offspring; an offspring of unknown sex counts as half a son and half a daughter. Assumes a
+/// stable population. No interval. NaN when fewer than two animals of a sex count.
 /// @param births  by node, in the unit of the generation interval L and of the days
 /// @param sexes   by node
 SPX_EXPORT effective_size effectiveSizeByLifetimeFamilies(const GeneticPedigree& pedigree,

@@ -12,7 +12,8 @@ namespace {
 
 using gene = std::uint32_t;
 
-/// Bits of one run. The engine and the seeding are the standard's, and give the same everywhere.
+/// The random numbers of one run. The C++ standard defines the engine and its seeding, so they are
+/// the same on every platform.
 class Lots {
  public:
   Lots(std::uint64_t seed, std::size_t run) {
@@ -118,7 +119,7 @@ class GeneDropper {
       if (lot < share) return candidate;
       lot -= share;
     }
-    // Shares that add up to 1 may lack a little of it by rounding.
+    // Rounding can leave a sum of shares slightly below 1.
     constexpr double ROUNDING = 1e-12;
     return lot < ROUNDING ? part_.candidates(group).back().animal : UNKNOWN_SOURCE;
   }

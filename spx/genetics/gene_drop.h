@@ -9,15 +9,15 @@
 #include "spx/genetics/genetic_pedigree.h"
 #include "spx/support/export.h"
 
-/// Gene dropping (MacCluer et al. 1986): every founder gets two genes that nobody else has, every
-/// animal one gene of each parent by chance, and what reaches a set of animals is counted; many times.
+/// Gene dropping (MacCluer et al. 1986): every founder gets two genes of its own, every animal one random gene of each
+/// parent, and the genes that reach a set of animals are counted. This is repeated many times.
 namespace spx {
 
 /// How geneDrop() works.
 struct gene_drop_options {
   std::size_t runs = 10'000;
   std::uint64_t seed = 1;  ///< equal seeds give equal results, on any machine and with any threads
-  unsigned threads = 1;    ///< how many may work at a time
+  unsigned threads = 1;    ///< the maximum number of threads
 };
 
 /// What was counted. A missing parent passes on one gene of two: it can keep half its genes at most.
@@ -33,16 +33,16 @@ struct gene_drop_result {
   std::vector<std::uint32_t> genes;       ///< by run: the number of different genes present
 };
 
-/// Drops genes through the ancestors of a set; runs x ancestors steps. No runs or an empty set give
-/// a result without numbers.
+/// Drops genes through the ancestors of a set; runs x ancestors steps. Without runs or with an
+/// empty set the result is empty.
 SPX_EXPORT gene_drop_result geneDrop(const GeneticPedigree& pedigree, std::span<const animal_number> set,
                                      const gene_drop_options& options = {});
 
 /// Founder genomes that survive: the sum of the retentions, phantoms included.
 SPX_EXPORT double genomesSurviving(const gene_drop_result& drop);
 
-/// Founder genome equivalents by retention: 1 / sum (p^2 / r) (Lacy 1989). Another number than
-/// 1 / (2 mean kinship), with which it shares its name elsewhere.
+/// Founder genome equivalents by retention: 1 / sum (p^2 / r) (Lacy 1989). Not the same
+/// number as 1 / (2 mean kinship), which is often given the same name.
 SPX_EXPORT double founderGenomesByRetention(const gene_drop_result& drop);
 
 /// Founder genome equivalents by gene frequencies: the mean over the runs of 1 / (2 sum f^2)

@@ -8,7 +8,7 @@
 #include "spx/genetics/genetic_pedigree.h"
 #include "spx/support/export.h"
 
-/// Generation intervals: how old parents are when the offspring are born that breed in their turn.
+/// Generation intervals: the age of parents at the birth of the offspring that later breed themselves.
 namespace spx {
 
 /// The mean age of parents on one path from parent to offspring.
@@ -27,22 +27,22 @@ struct generation_intervals {
   double mean;  ///< of the paths that have births; NaN when none has
 };
 
-/// Computes the intervals over the births of offspring that have bred themselves, whatever the set is
-/// that they belong to later. Recent births are rare among them: their offspring are still to come.
-/// A parent that is younger than its offspring by the dates counts age 0.
+/// Computes the intervals over all births of offspring that have bred themselves. Recent births are
+/// underrepresented: most of those animals have not bred yet. A parent that is younger than its
+/// offspring according to the dates counts with age 0.
 /// @param births  by node, in any unit; NaN for an unknown date
 /// @param sexes   by node; only males and females count as offspring
 SPX_EXPORT generation_intervals generationIntervals(const GeneticPedigree& pedigree, std::span<const double> births,
                                                     std::span<const SEX> sexes);
 
 /// The same over some offspring alone.
-/// @param offspring  who counts, if it has bred
+/// @param offspring  the offspring to count; those that have not bred are skipped
 SPX_EXPORT generation_intervals generationIntervals(const GeneticPedigree& pedigree, std::span<const double> births,
                                                     std::span<const SEX> sexes,
                                                     std::span<const animal_number> offspring);
 
-/// By node: how many offspring name it as their sire or dam; a group's are its candidates' by share
-/// and count for nobody.
+/// By node: how many offspring name it as their sire or dam. Offspring of a group count for the
+/// group's node, not for its candidates.
 SPX_EXPORT std::vector<std::size_t> offspringCounts(const GeneticPedigree& pedigree);
 
 }  // namespace spx

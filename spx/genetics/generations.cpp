@@ -62,8 +62,8 @@ class GenerationCounter {
     }
   }
 
-  /// The candidates' share of the known ancestors adds up; -1 for what is missing, so that the
-  /// offspring's step of one generation leaves nothing of it.
+  /// Averages the candidates by their shares. `equivalent` becomes the sum of share x (candidate + 1), less 1:
+  /// offspring add 1 for the step to a parent, which leaves nothing for a missing share.
   void averageCandidates(animal_number group) {
     double total = 0;
     double lowest = std::numeric_limits<double>::infinity();
@@ -89,8 +89,8 @@ class GenerationCounter {
   generation_numbers found_;
 };
 
-/// The share of ancestors known one generation further back, from that of the parents. A group passes
-/// on its candidates' own generation: it is no step back.
+/// The share of ancestors known one generation further back, computed from the shares of the parents.
+/// A group is not a generation of its own: it passes on the values of its candidates.
 std::vector<double> oneGenerationBack(const GeneticPedigree& pedigree, const std::vector<double>& parents_known,
                                       bool is_first) {
   std::vector<double> known(pedigree.size());
@@ -107,7 +107,7 @@ std::vector<double> oneGenerationBack(const GeneticPedigree& pedigree, const std
   return known;
 }
 
-/// Puts the mean of the candidates where the offspring of a group look for their parent.
+/// Sets the value of each group, which its offspring read as a parent's, to the mean of its candidates.
 void fillGroups(const GeneticPedigree& pedigree, std::vector<double>& known) {
   for (animal_number node = 0; node < pedigree.size(); ++node) {
     if (!pedigree.isGroup(node)) continue;
@@ -137,8 +137,8 @@ std::vector<std::vector<double>> completenessByGeneration(const GeneticPedigree&
 std::vector<double> completenessIndex(const GeneticPedigree& pedigree, std::size_t generations) {
   std::vector<double> index(pedigree.size());
   if (generations == 0) return index;
-  // Of each animal: the sum over the generations of the share of its own ancestors known, itself
-  // being generation 0. Half of it is what it is worth as a side of its offspring.
+  // By animal: the sum over the generations of the share of its ancestors that is known, the animal itself being
+  // generation 0. As a parent it adds half of this to its side of the offspring's pedigree.
   std::vector<double> sums(pedigree.size(), 1.0);
   std::vector<double> known(pedigree.size(), 1.0);
   for (std::size_t generation = 1; generation < generations; ++generation) {

@@ -47,7 +47,7 @@ struct pedigree_rows {
 /// whose parents have lower levels, and in a level the order of the rows. Dates play no part.
 ///
 /// A group parent is a node with a number of its own, which stands for the average of its candidates.
-/// It has no row, and belongs to no set of animals that statistics are asked about.
+/// It has no row, and must not be in the sets of animals that are passed to statistics.
 ///
 /// The values are immutable once assigned, and safe to read from several threads.
 class SPX_EXPORT GeneticPedigree {
@@ -107,7 +107,7 @@ class SPX_EXPORT GeneticPedigree {
   std::size_t row(animal_number animal) const { return rows_[animal]; }
 
   /// Where each level begins, and the end of the last: nodes of a level are not related as ancestor
-  /// and descendant. Two entries at least, unless the pedigree is empty.
+  /// and descendant. At least two entries, unless the pedigree is empty.
   const std::vector<animal_number>& levels() const { return level_begins_; }
 
   /// The animals and all their ancestors as a pedigree of its own, whose rows are the numbers in this

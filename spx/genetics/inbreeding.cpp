@@ -9,7 +9,7 @@ namespace spx {
 namespace {
 
 constexpr std::size_t LANES = RelationshipSweep::LANES;
-/// Fewer sweeps are not worth the start of a thread.
+/// Below this number of sweeps starting a thread does not pay.
 constexpr std::size_t SWEEPS_PER_THREAD = 8;
 
 /// Offspring of two nodes, listed by the parent whose row of A serves all of them.

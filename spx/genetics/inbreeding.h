@@ -6,7 +6,7 @@
 #include "spx/genetics/genetic_pedigree.h"
 #include "spx/support/export.h"
 
-/// Inbreeding coefficients, and what products with the relationship matrix need of them.
+/// Inbreeding coefficients, and the terms that products with the relationship matrix need.
 namespace spx {
 
 /// The terms of A = T D T' (Henderson 1976; Quaas 1976), by node.
@@ -26,7 +26,7 @@ struct relationship_terms {
 /// D = 1 - sum p_c p_c' A_cc' / 4 - (1 + F_d) / 4 (Henderson 1988; Famula 1992). For the node of
 /// the group itself, 1 + F stands for sum p_c p_c' A_cc'.
 ///
-/// @param threads  how many may work at a time; the result is the same to the bit
+/// @param threads  the maximum number of threads; the result is bitwise the same for any number
 SPX_EXPORT relationship_terms inbreedingOf(const GeneticPedigree& pedigree, unsigned threads = 1);
 
 /// The same for the genes of some sources alone: F is the probability that both genes of an animal

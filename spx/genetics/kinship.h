@@ -47,10 +47,10 @@ SPX_EXPORT std::vector<double> kinshipBlock(const GeneticPedigree& pedigree, con
 /// The kinships of a set of animals: a lower triangle.
 class SPX_EXPORT KinshipMatrix {
  public:
-  /// The bytes that a matrix of so many animals takes.
+  /// The memory that a matrix of that many animals takes, in bytes.
   static double bytesFor(std::size_t animals);
 
-  /// Computes the matrix. @return false, with nothing computed, when there is no memory for it
+  /// Computes the matrix. @return false, with nothing computed, when there is not enough memory for it
   bool compute(const GeneticPedigree& pedigree, const relationship_terms& terms, std::span<const animal_number> animals,
                unsigned threads = 1);
 

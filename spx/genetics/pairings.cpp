@@ -12,8 +12,8 @@ namespace spx {
 namespace {
 
 /// A population to which offspring are added: its size, the sum of all its kinships, and the sum of
-/// every animal's kinships with it. Where a part of the genes counts alone, an animal is as large as
-/// that part of its own.
+/// every animal's kinships with it. When only part of the genes counts, the size of an animal is its
+/// share of these genes.
 class GrowingPopulation {
  public:
   GrowingPopulation(const GeneticPedigree& pedigree, const relationship_terms& terms,
@@ -60,7 +60,7 @@ class GrowingPopulation {
   double total_ = 0;
 };
 
-/// What the population and the kinships are computed from.
+/// The terms from which the population and the kinships are computed.
 struct Basis {
   Basis(const GeneticPedigree& of_pedigree, const relationship_terms& of_all, GENES genes, unsigned threads)
       : pedigree(of_pedigree), known(knownShares(of_pedigree)), is_known(genes == GENES::KNOWN) {
@@ -137,7 +137,7 @@ class PairPicker {
     return both > 0 ? kinshipOf(male, female) / both : std::numeric_limits<double>::quiet_NaN();
   }
 
-  // A static ranking would name the same pair for ever; a dynamic one may want it twice.
+  // Without this test a static ranking would pick the same pair every time, and a dynamic one could pick it twice.
   bool isTaken(std::size_t male, std::size_t female) const {
     const std::size_t pair = male * females_.size() + female;
     return std::find(is_picked_.begin(), is_picked_.end(), pair) != is_picked_.end();

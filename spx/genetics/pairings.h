@@ -17,7 +17,7 @@ namespace spx {
 struct breeding_pair {
   animal_number sire;
   animal_number dam;
-  double offspring_inbreeding;  ///< the kinship of the pair; NaN over known genes where one has none
+  double offspring_inbreeding;  ///< the kinship of the pair; over known genes NaN when one of them has none
   double mean_kinship;          ///< the mean of the two animals' mean kinships with the population
   double kinship_difference;    ///< of their mean kinships, not negative
   double unknown;               ///< the share of the offspring's genes that is of unknown origin
@@ -27,16 +27,16 @@ struct breeding_pair {
 /// Which genes count.
 enum class GENES {
   ALL,   ///< unknown parents are unrelated founders
-  KNOWN  ///< those of known founders, see knownKinships()
+  KNOWN  ///< only those of known founders, see knownKinships()
 };
 
-/// The pairs of all males with all females, the one first that keeps gene diversity highest. The
-/// diversity with one offspring more is 1 - [N^2 MK + N (MK_s + MK_d) + (1 + k_sd) / 2] / (N + 1)^2.
+/// The pairs of all males with all females, sorted by the gene diversity that they keep, highest first.
+/// The diversity with one offspring more is 1 - [N^2 MK + N (MK_s + MK_d) + (1 + k_sd) / 2] / (N + 1)^2.
 /// Over known genes an animal counts as much as its known share u, an offspring (u_s + u_d) / 2:
 /// 1 - [S + S_s + S_d + ((u_s + u_d) / 2 + k_sd) / 2] / (U + (u_s + u_d) / 2)^2 with sums S of known
 /// kinships and U of known shares. An animal is not paired with itself. Empty for an empty population.
-/// @param terms       of all genes
-/// @param population  whose diversity counts
+/// @param terms       for all genes, also with GENES::KNOWN
+/// @param population  the animals whose gene diversity is computed
 SPX_EXPORT std::vector<breeding_pair> rankPairs(const GeneticPedigree& pedigree, const relationship_terms& terms,
                                                 std::span<const animal_number> population,
                                                 std::span<const animal_number> males,
@@ -63,7 +63,7 @@ struct picked_pair {
 
 /// Picks pairs one after the other, each time the one that keeps gene diversity highest. Dynamically,
 /// the offspring of the pairs before belong to the population; else the ranking is that of the start.
-/// Fewer pairs come back when no more are allowed.
+/// Returns fewer pairs when no more are allowed.
 SPX_EXPORT std::vector<picked_pair> pickPairs(const GeneticPedigree& pedigree, const relationship_terms& terms,
                                               std::span<const animal_number> population,
                                               std::span<const animal_number> males,

@@ -8,9 +8,9 @@
 
 namespace spx {
 
-/// Calls work(worker, task) for every task from 0 on, with so many workers, each in a thread of its
-/// own. The tasks are handed out as workers become free, so a task may not depend on another and has
-/// to write where no other does; then the result is the same for any number of workers.
+/// Calls work(worker, task) for every task from 0 to `tasks` - 1 with that many workers, each in a thread of its own.
+/// The tasks are handed out as workers become free, so a task may not depend on another and has to write where no other
+/// does; then the result is the same for any number of workers.
 template <class Work>
 void forEachTask(std::size_t tasks, std::size_t workers, const Work& work) {
   std::atomic<std::size_t> next = 0;

@@ -40,7 +40,7 @@ class StudbookPedigree::Reader {
     return isMultiParent(id) || isSubstituteOfGroup(id) ? KIND::GROUP : KIND::ANIMAL;
   }
 
-  // A group without a record gets one when parents are looked up: "PMULT3". It is not an animal.
+  // A group without a record gets one ("PMULT3") when parents are looked up, but it is not an animal.
   static bool isSubstituteOfGroup(const std::string& id) {
     return id.starts_with(PSEUDO_FOUNDER_PREFIX) && isMultiParent(id.substr(std::size(PSEUDO_FOUNDER_PREFIX) - 1));
   }
@@ -58,7 +58,7 @@ class StudbookPedigree::Reader {
   void numberRows(const std::vector<pedigree_record>& entries) {
     result_.row_of_.assign(store_.records.size(), UNKNOWN_SOURCE);
     for (const pedigree_record& entry : entries) numberRow(entry.animal);
-    // Founders that the building of the list has added have no entry of their own.
+    // Founders that were added while the list was built have no entry of their own.
     for (const pedigree_record& entry : entries) {
       numberRow(entry.sire);
       numberRow(entry.dam);

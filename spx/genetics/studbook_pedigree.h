@@ -18,7 +18,7 @@ struct parent_candidates {
   std::vector<position> candidates;  ///< each as likely as the others
 };
 
-/// What buildStudbookPedigree() is told besides the studbook.
+/// What StudbookPedigree::build() can be given besides the studbook.
 struct parent_choices {
   std::span<const multi_parent> groups;           ///< the candidates of group parents, such as parent_list
   std::span<const parent_candidates> candidates;  ///< of single animals' parents
@@ -35,7 +35,7 @@ struct parent_choices {
 /// records.
 class SPX_EXPORT StudbookPedigree {
  public:
-  /// Builds it from the store's records and its pedigree list, which is left as it is; without a list
+  /// Builds it from the store's records and its pedigree list, which does not change; without a list
   /// (see AnimalData::populationPedigree) there are no animals. n log n if the list is not in the order
   /// in which it was made, else linear.
   /// @return false when the parents form a cycle: see cycle(); there are no animals then

@@ -36,8 +36,8 @@ class SPX_EXPORT Project : public qs_lib::Configuration {
   ///         not be written also returns true: the host checks the key file.
   bool create(const std::string& name, const std::string& directory);
 
-  /// Announces the removal and deletes nothing, on purpose: the host decides about the files of the
-  /// user. Always true.
+  /// Announces the removal but deletes nothing, on purpose: the host decides what happens to the
+  /// user's files. Always true.
   bool remove();
 
   /// The name of the project; empty while it has none.

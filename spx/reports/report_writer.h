@@ -19,8 +19,8 @@ namespace spx {
 class SPX_EXPORT ReportWriter : public qs_lib::XmlReport {
  public:
   ReportWriter();
-  /// Discards a report that is open, that is one without endReport(). A staged file then leaves an
-  /// existing report unchanged, also in a forked child and at the exit of the process.
+  /// Discards a report that is still open, that is, one without endReport(). A staged file then
+  /// leaves an existing report unchanged, also in a forked child and at the exit of the process.
   ~ReportWriter() override;
 
   /// The file name of the XSL style sheet, linked when it is not empty. Empty by default.

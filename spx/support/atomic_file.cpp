@@ -34,8 +34,8 @@ std::string followLinks(const std::string& path) {
 constexpr char TEMPORARY_PREFIX[] = ".spx-";
 constexpr char TEMPORARY_EXTENSION[] = "tmp";
 
-/// A name beside the target that is unique to this process and this call. It does not contain the
-/// target's name, which may already have the greatest length.
+/// A name in the target's directory that is unique to this process and this call. It does not
+/// contain the target's name, which may already have the greatest length.
 std::string temporaryName(const std::string& target) {
   static std::atomic<unsigned> count{0};
   const std::string name = TEMPORARY_PREFIX + std::to_string(getpid()) + "-" + std::to_string(++count);
@@ -138,7 +138,8 @@ bool AtomicFile::createBeside(unsigned mode, bool keep_mode) {
 
 /// @return false when another process has removed the file before it was locked
 bool AtomicFile::lock(int file) {
-  flock(file, LOCK_EX | LOCK_NB);  // a file system without locks has no other process that tries
+  flock(file, LOCK_EX | LOCK_NB);  // the result does not matter: without locks in the file system
+                                   // nobody else gets one either
   struct stat status {};
   if (fstat(file, &status) != 0 || status.st_nlink == 0) {
     close(file);

@@ -5,15 +5,15 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// Replaces a file as a whole: the new content goes to a temporary file beside it, and commit()
-/// renames that to the target. A reader of the target finds the old content or the new one, also
-/// after a crash. Without commit() the target is unchanged.
+/// Replaces a file as a whole: the new content goes to a temporary file in the same directory, and
+/// commit() renames that to the target. A reader of the target finds the old content or the new
+/// one, also after a crash. Without commit() the target is unchanged.
 ///
 ///     AtomicFile file(path);
 ///     if (file.create() && writeEverything(file.writePath())) return file.commit();
 ///
-/// A temporary file is locked while it is written. One that is not, because its process was killed,
-/// is removed by the next create() in that directory.
+/// A temporary file is locked while it is written. One that is no longer locked, because its
+/// process was killed, is removed by the next create() in that directory.
 ///
 /// A target that is not a regular file (a device, a pipe) is written directly. A symbolic link
 /// stays; the file that it names is replaced. A forked child can neither commit nor discard the file

@@ -21,17 +21,17 @@ SPX_EXPORT void errorMessage(const std::string& text);
 SPX_EXPORT void pauseKey();
 
 /// @{
-/// Whether progress is to be shown; false at first. Progress bars obey it, messages do not.
+/// Whether progress bars are shown; false at first. Messages are shown regardless.
 SPX_EXPORT bool isVerbose();
 SPX_EXPORT void setVerbose(bool verbose);
 /// @}
 
-/// Sets what pauseKey() does instead of waiting; an empty handler restores the waiting. A handler
-/// may replace or remove itself while it runs.
+/// Sets what pauseKey() does instead of waiting; an empty handler restores waiting. A handler may
+/// replace or remove itself while it runs.
 SPX_EXPORT void setPauseHandler(std::function<void()> handler);
 
 /// Sets what takes the texts of display() and message() instead of standard output, for a host
 /// that collects them; an empty handler restores the output. A handler may replace or remove itself
-/// while it runs. Progress bars are drawn on standard output whatever is set.
+/// while it runs. Progress bars are always drawn on standard output.
 SPX_EXPORT void setDisplayHandler(std::function<void(const std::string&)> handler);
 }  // namespace qs_lib

@@ -9,7 +9,7 @@ struct DataRange {
   T lower{};  ///< the lower bound
   T upper{};  ///< the upper bound
 
-  /// Tells whether the value lies between the bounds.
+  /// Whether the value lies between the bounds.
   /// @param bracket  "()", "(]", "[)" or "[]": a square bracket includes the bound; with any other
   ///                 text nothing is in range
   bool isInRange(const T& value, std::string_view bracket) const {

@@ -7,28 +7,28 @@
 namespace qs_lib {
 /// The parts of a file name.
 struct name_of_file {
-  std::string directory;  ///< without "/" at its end
+  std::string directory;  ///< without a final "/"
   std::string name;       ///< the base name
-  std::string extension;  ///< without its point
+  std::string extension;  ///< without its dot
 };
 
 /// Splits a path: the directory ends before the last "/", the extension follows the last "." of
-/// the rest. A point at the very end belongs to the name; "/x" lies in the directory "/".
+/// the rest. A dot at the very end belongs to the name; "/x" lies in the directory "/".
 SPX_EXPORT name_of_file splitFileName(const std::string& path);
 
-/// Joins directory, "/", name, "." and extension, leaving out "/" and "." beside an empty
-/// directory or extension. splitFileName() undoes it, unless a name with a point has no extension.
+/// Joins directory, "/", name, "." and extension, leaving out "/" for an empty directory and "."
+/// for an empty extension. splitFileName() undoes it, unless the name contains a dot and the extension is empty.
 SPX_EXPORT std::string createFileName(const std::string& directory, const std::string& name,
                                       const std::string& extension);
 
-/// Replaces a "~" at the start of the path by the environment's HOME. The path stays as it is
-/// when HOME is unset or empty.
+/// Replaces a "~" at the start of the path by the environment's HOME. The path is unchanged when
+/// HOME is unset or empty.
 SPX_EXPORT void checkHomePath(std::string& path);
 
 /// The path with its "~" replaced; see checkHomePath().
 SPX_EXPORT std::string homePath(std::string path);
 
-/// Whether the system accepts the text as a path: not empty and without NUL, where it would end.
+/// Whether the system accepts the text as a path: not empty, and without NUL, at which the system would cut it.
 SPX_EXPORT bool isPath(const std::string& path);
 
 /// Whether a file of this name stays in its directory: not empty, not "." or "..", and without "/"

@@ -14,7 +14,7 @@ constexpr std::uint64_t DAYS_PER_ERA = 146097;  // 400 years, after which the ca
 constexpr std::int64_t YEARS_PER_ERA = 400;
 
 // Day 0 lies in the year -4713. The eras are counted from 1 March of the year -4800, so that
-// everything is positive and a leap day ends its year.
+// all numbers are positive and the leap day is the last day of its year.
 constexpr std::uint64_t DAYS_BEFORE_ZERO = 32044;
 constexpr std::int64_t FIRST_YEAR = -4800;
 
@@ -211,7 +211,7 @@ civil_date civilFromDay(std::uint64_t day) {
 }
 
 std::optional<day_number> dayFromCivil(const civil_date& date) {
-  constexpr std::int64_t LAST_YEAR = 12000000;  // well behind the last day number
+  constexpr std::int64_t LAST_YEAR = 12000000;  // well beyond the last day number
   if (date.year <= FIRST_YEAR || date.year > LAST_YEAR || date.day < 1 ||
       date.day > daysInMonth(date.year, date.month)) {
     return std::nullopt;

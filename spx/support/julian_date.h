@@ -7,7 +7,7 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// A civil day as its Julian Day Number in the Gregorian calendar, extended to all times:
+/// A civil day as its Julian Day Number, in the Gregorian calendar extended to all years:
 /// 1970-01-01 is 2440588, 2000-01-01 is 2451545. 0 means that no date is known.
 using day_number = std::uint32_t;
 
@@ -45,8 +45,8 @@ SPX_EXPORT std::optional<day_number> dayFromCivil(const civil_date& date);
 /// The number of days of a month from 1 to 12; 0 for any other month.
 SPX_EXPORT unsigned daysInMonth(std::int64_t year, unsigned month);
 
-/// A calendar breakdown of a moment. Years that 16 bits cannot hold come out modulo 65536;
-/// civilFromDay gives them whole.
+/// A calendar breakdown of a moment. Years that do not fit into 16 bits are taken modulo 65536;
+/// civilFromDay() gives the full year.
 struct date_time_record {
   /// @{
   /// A part of the date, counted from 1, or of the time of day, counted from 0; all are 0 for no

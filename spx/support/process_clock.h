@@ -5,10 +5,10 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// Measures the processor time that the process uses, in ticks of a millionth of a second.
+/// Measures the processor time that the process uses, in ticks of one microsecond.
 struct SPX_EXPORT process_timer {
   std::uint64_t start = 0;  ///< when it began
-  std::uint64_t end = 0;    ///< when it stopped last; the start until then
+  std::uint64_t end = 0;    ///< when it last stopped; equal to start before that
   double excluded = 0;      ///< ticks that do not count
 
   /// Begins a new measurement, with nothing excluded; seconds() is 0 until stop().

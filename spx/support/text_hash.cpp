@@ -11,7 +11,7 @@ std::uint64_t randomOddNumber() {
   return std::uint64_t{random()} << 32 | random() | 1;
 }
 
-/// Where the system has no random numbers, the seed is fixed: hashing still works.
+/// The seed is fixed where the system has no source of random numbers; hashing still works.
 hash_seed drawSeed() {
   try {
     return {randomOddNumber(), randomOddNumber()};

@@ -37,7 +37,7 @@ inline std::uint64_t hashText(std::string_view text, const hash_seed& seed) {
   return hashWords(hash, seed[0], seed);
 }
 
-/// The hash of the standard library's containers for texts from tables: of this process's seed.
+/// A hash with the seed of this process, for standard containers keyed by texts from tables.
 struct text_hash {
   using is_transparent = void;
   std::size_t operator()(std::string_view text) const { return hashText(text, processSeed()); }

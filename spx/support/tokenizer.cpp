@@ -8,7 +8,7 @@ Tokenizer::Tokenizer(const std::string& text, const std::string& delimiters) {
 }
 
 void Tokenizer::split(const std::string& text, const std::string& delimiters) {
-  std::vector<std::string> tokens;  // the arguments may be tokens of before
+  std::vector<std::string> tokens;  // the arguments may refer to the current tokens
   std::size_t start = 0;
   while (start < text.size()) {
     const std::size_t found = text.find_first_of(delimiters, start);

@@ -8,8 +8,8 @@
 #include "spx/support/export.h"
 
 namespace qs_lib {
-/// Splits a text into tokens. Leading and inner empty tokens are kept, an empty one after a final
-/// delimiter is not; the empty text has no token.
+/// Splits a text into tokens. Empty tokens at the start and between delimiters are kept; an empty
+/// one after the last delimiter is dropped, and the empty text has no tokens.
 class SPX_EXPORT Tokenizer {
  public:
   /// Splits the text at once; see split().

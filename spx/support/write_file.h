@@ -29,11 +29,11 @@ class SPX_EXPORT WriteFile : public FileName {
   /// @return false when it cannot be opened
   [[nodiscard]] bool fileOpen();
 
-  /// Closes the file; a staged one takes its place now.
+  /// Closes the file; a staged one is moved into place now.
   /// @return false when anything written was lost; true for a file that is not open
   [[nodiscard]] bool fileClose();
 
-  /// Closes the file and, when it is staged, leaves the target as it was before fileOpen().
+  /// Closes the file and, when it is staged, leaves the target unchanged.
   void fileDiscard();
 
   /// Whether a file is open.
@@ -42,7 +42,7 @@ class SPX_EXPORT WriteFile : public FileName {
   /// Writes the text and a line feed.
   void writeLine(const std::string& line);
 
-  /// Writes the text as it is, faster than through the stream; both may be mixed freely.
+  /// Writes the text unchanged and faster than through stream(); both may be mixed freely.
   void write(std::string_view text) {
     if (isOpen()) {
       put(text);
@@ -58,9 +58,9 @@ class SPX_EXPORT WriteFile : public FileName {
   bool isAppend() const { return append_; }
   /// @}
 
-  /// When set, a file opened without the append flag is written beside its final place and moved
-  /// there by a successful fileClose(): after a full disk or a killed process the old file is still
-  /// there. Off at first; takes effect with the next fileOpen().
+  /// When set, a file opened without the append flag is written under a temporary name in the same
+  /// directory and moved into place by a successful fileClose(): after a full disk or a killed
+  /// process the old file is still there. Off at first; takes effect with the next fileOpen().
   void setStaged(bool staged) { staged_ = staged; }
 
  protected:

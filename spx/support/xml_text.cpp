@@ -58,7 +58,7 @@ void appendSingle(std::string& out, char character, bool in_attribute) {
       out += in_attribute ? "&#10;" : "\n";
       return;
     case '\r':
-      out += "&#13;";  // as it is, readers would make it a line feed
+      out += "&#13;";  // readers would turn an unescaped CR into a line feed
       return;
     case '\t':
       out += in_attribute ? "&#9;" : "\t";
@@ -80,7 +80,7 @@ void appendXmlText(std::string& out, std::string_view text, bool in_attribute) {
       appendLatin1(out, text[0]);
     } else if (length == 1) {
       appendSingle(out, text[0], in_attribute);
-    } else if (sequence != "\xEF\xBF\xBE" && sequence != "\xEF\xBF\xBF") {  // no characters
+    } else if (sequence != "\xEF\xBF\xBE" && sequence != "\xEF\xBF\xBF") {  // U+FFFE and U+FFFF are not characters
       out += sequence;
     }
     text.remove_prefix(sequence.size());

@@ -23,7 +23,7 @@ struct user_filter {
 ///
 /// Demes are selected in the metapopulation MetaPop, which all views share; `demes` only lists them.
 /// So assigning a view, emptying `demes` or a load() that fails halfway leaves the selection of
-/// MetaPop as it is. clearView() selects all demes again, addDeme() the given ones.
+/// MetaPop unchanged. clearView() selects all demes again, addDeme() the given ones.
 class SPX_EXPORT DataFilter {
  public:
   /// Empty lists, then the defaults of clearView(): constructing a view selects all demes of the
@@ -53,10 +53,10 @@ class SPX_EXPORT DataFilter {
   qs_lib::TIME_INTERVAL census_interval = qs_lib::TIME_INTERVAL::ANNUAL;  ///< between two censuses
   std::vector<taxon_handle> taxa;                                         ///< empty: all taxa; see SubTaxa::clear()
   std::set<packed_deme> demes;                                            ///< empty: all demes
-  std::vector<MOVE_TYPE> events;          ///< reports show "all" whatever it holds; clearView leaves it
+  std::vector<MOVE_TYPE> events;          ///< not used by reports, which show "all"; kept by clearView
   std::vector<user_filter> user_filters;  ///< all of them must match
   int filter_id = 0;                      ///< the number of the view; 0 if it has none
-  bool generic_parents = false;           ///< assume generic unknown parents; clearView leaves it
+  bool generic_parents = false;           ///< assume generic unknown parents; kept by clearView
   double class_width = 0;                 ///< of age classes, in days
   unsigned long number_of_classes = 0;    ///< of age
   int census_day = 1;                     ///< 1 to 31
@@ -66,7 +66,7 @@ class SPX_EXPORT DataFilter {
   bool use_emerge = false;                ///< count from the day when animals emerge from the den
   bool left_truncated = true;             ///< left truncation of life tables
   bool right_censored = true;             ///< right censoring of life tables
-  bool prorating = false;                 ///< the host's; stored, listed and written for R
+  bool prorating = false;                 ///< life tables count part of an age class as a part
   bool same_sex = true;                   ///< count same-sex offspring
   std::string path;                       ///< directory of view files and deme files; the host sets it
 
@@ -118,8 +118,8 @@ class SPX_EXPORT DataFilter {
   bool extractDemeString(const std::string& text);
 
   /// Adds the demes named in `file`.fed in `path`, one name per line. Empty lines, lines that contain
-  /// "#" and unknown names are skipped; the first 1023 characters of a line count. Each name scans the
-  /// metapopulation.
+  /// "#" and unknown names are skipped; only the first 1023 characters of a line are read. Each name
+  /// scans the metapopulation.
   /// @return false, after "Could not open " and the file name on standard error, when the file cannot
   ///         be opened or lies outside `path`
   bool loadDemeFile(const std::string& file, const std::string& level);

@@ -87,7 +87,7 @@ bool isInFcoef(double value, double low, double high) {
   if (std::isnan(value) || (std::isnan(low) && std::isnan(high))) {
     return true;
   }
-  // A lower bound of NaN with an upper bound fails here, as every comparison with NaN does.
+  // With an upper bound alone, `low` is NaN and this comparison is false: no known value passes.
   if (!(value >= low)) {
     return false;
   }

@@ -9,17 +9,17 @@
 #include "spx/support/julian_date.h"
 
 /// @file
-/// Questions about one record. They change nothing; those named after the view read View, MetaPop and
+/// Tests of one record. They change nothing; those named after the view read View, MetaPop and
 /// user_field_list. Dates are day numbers.
 ///
 /// Spans of days are unsigned 32-bit differences, on purpose: a negative difference wraps to a huge
-/// number and so fails a test of "at most so many days". An unknown death (0) never ends a life; an
+/// number and so fails a test of "at most n days". An unknown death (0) never ends a life; an
 /// unknown birth (0) lies before every day.
 namespace spx {
 
 // Records
 
-/// Whether the animal has exactly that dam and was born at most so many days after the date.
+/// Whether the animal has exactly that dam and was born at most `days` days after the date.
 SPX_EXPORT bool isSameLitter(const master_data& animal, const std::string& dam, qs_lib::day_number date, double days);
 
 /// Born by the date and neither dead nor lost to follow-up by it. An animal is not alive on its
@@ -45,10 +45,10 @@ SPX_EXPORT bool isPotentialFounder(const master_data& animal, qs_lib::day_number
 /// Pseudo individuals count, unlike in the other questions about founders; kept on purpose.
 SPX_EXPORT bool isLostFounder(const master_data& animal, qs_lib::day_number date);
 
-/// A parent is a numbered "WILD", such as "WILD 3"; "WILD" alone makes no litter.
+/// Whether a parent is a numbered "WILD", such as "WILD 3"; "WILD" alone does not count.
 SPX_EXPORT bool isWildLitter(const master_data& animal);
 
-/// Died within so many days of its birth; animals lost to follow-up did not die.
+/// Died within `days` days of its birth; animals lost to follow-up did not die.
 SPX_EXPORT bool isNeonatalDeath(const master_data& animal, double days);
 
 /// Died on the day of its birth.
@@ -71,32 +71,33 @@ SPX_EXPORT bool isNotWorse(DATE_ACCURACY accuracy, DATE_ACCURACY worst);
 /// Whether the list holds the sex or ALL; never for an empty list.
 SPX_EXPORT bool isInSex(SEX sex, const std::vector<SEX>& list);
 
-/// Whether b is a partner's sex for a: the other one of male and female, or ALL.
+/// Whether an animal of sex a can have a partner of sex b: male and female pair with each other,
+/// and b may be ALL for every a.
 SPX_EXPORT bool isOppositeSex(SEX a, SEX b);
 
-/// Whether a date lies in a span, by the four bracket texts "()", "(]", "[)" and "[]"; never by
-/// another text.
+/// Whether a date lies in a span. The brackets are "()", "(]", "[)" or "[]": a square bracket
+/// includes the bound. False for any other text.
 SPX_EXPORT bool isInDates(qs_lib::day_number date, qs_lib::DateSpan span, const std::string& brackets);
 
 // The view
 
-/// Whether the view takes the animal's taxon; a view without taxa takes all.
+/// Whether the view accepts the animal's taxon; a view without taxa accepts all.
 SPX_EXPORT bool isInTaxonView(const master_data& animal);
 
 /// Whether the animal's user-defined fields equal all user filters of the view. A value that the
-/// record lacks reads as the empty text. True when there are no fields or no filters.
+/// record lacks counts as the empty text. True when there are no fields or no filters.
 SPX_EXPORT bool isInUserView(const master_data& animal);
 
 /// Whether the animal moved to a selected deme within [start, end). Its birth location does not
 /// count.
 SPX_EXPORT bool movedToDemeView(const master_data& animal, qs_lib::DateSpan span);
 
-/// The day of the move into a selected deme that was recorded first; 0 when there is none or its
-/// date is unknown. A day, not a truth value.
+/// The day of the first recorded move into a selected deme; 0 when there is no such move or its
+/// date is unknown. A day number, not a truth value.
 SPX_EXPORT qs_lib::day_number arrivalDemeView(const master_data& animal);
 
-/// The day of the move out of the selected demes that was recorded first; 0 when the animal never
-/// was in them or never left, or the date is unknown. A day, not a truth value.
+/// The day of the first recorded move out of the selected demes; 0 when the animal was never in
+/// them or never left, or when the date is unknown. A day number, not a truth value.
 SPX_EXPORT qs_lib::day_number removalDemeView(const master_data& animal);
 
 /// Writes the answers for every record of the store into "filter_test.csv" in the working

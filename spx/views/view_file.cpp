@@ -29,7 +29,7 @@ class ViewWriter {
   void number(const char* key, long value, const char* description) {
     file_.set(key, "INTEGER", std::to_string(value), description);
   }
-  // Signed, as it is read: values beyond the enumeration are restored too.
+  // Written as a signed number, the way it is read, so that values beyond the enumeration survive too.
   template <class Enumeration>
   void choice(const char* key, Enumeration value, const char* description) {
     number(key, static_cast<std::int32_t>(value), description);

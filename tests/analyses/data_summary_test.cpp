@@ -18,7 +18,7 @@ class Summaries : public StoreTest {
     View.end_date = dayOf("2020-01-01");
   }
 
-  // Adds an animal born so many days before the end of the view; it lives for ever at the age 0.
+  // Adds an animal born `days` days before the end of the view; an age of 0 means that it is alive.
   static master_data& add(const char* id, const char* sire, const char* dam, SEX sex, int days, int age = 0) {
     const int birth = static_cast<int>(View.end_date) - days;
     Animals.addMaster(animalOf(id, sire, dam, sex, birth, age == 0 ? 0 : birth + age));

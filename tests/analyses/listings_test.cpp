@@ -84,7 +84,7 @@ TEST_F(Listing, FollowsTheView) {
   EXPECT_EQ(idsOf(isPrinted), "7 ") << "the offspring of a sire";
 }
 
-TEST_F(Listing, TellsWhatIsMissing) {
+TEST_F(Listing, ReportsWhatIsMissing) {
   const std::string empty = "No animals in list\n";
   const std::tuple<bool (*)(), std::string, const char*> cases[] = {
       {[] { return listStudbookData(true); }, empty, ""},
@@ -104,7 +104,7 @@ TEST_F(Listing, TellsWhatIsMissing) {
   Animals.pedigree.clear();
   Animals.records[7].sire_id = "no record";
   Animals.records.shrink_to_fit();
-  EXPECT_TRUE(listPedigree(Animals.records[7].stud_id));  // which moves
+  EXPECT_TRUE(listPedigree(Animals.records[7].stud_id));  // the record, and so this ID, moves meanwhile
   takeOutput();
   Animals.index.clear();
   EXPECT_TRUE(listStudbookData(true));

@@ -43,7 +43,7 @@ TEST_F(Tracing, ReportsGroupsAndUnknownParentsAndFallsBackToAnyPlace) {
   expectFile(masked(report, qs_lib::getTodayAsISO()), "analyses/expected/parents.xml");
 }
 
-TEST_F(Tracing, AsksForAgesAtBirthAndForLifeAtConception) {
+TEST_F(Tracing, ChecksTheAgeAtBirthAndLifeAtConception) {
   const master_data child = add("child", "UNK", "UNK", SEX::MALE, "2001-01-01", berlin);
   add("sire", "WILD", "WILD", SEX::MALE, "2000-01-01", berlin);  // 366 days before
   add("dam", "WILD", "WILD", SEX::FEMALE, "2000-01-01", berlin);
@@ -65,14 +65,14 @@ TEST_F(Tracing, AsksForAgesAtBirthAndForLifeAtConception) {
     setAges(lower, upper);
     Animals.records[1].death.date = dayFrom(death);
     Animals.createIndex(SORT_FIELD::BIRTH);
-    Animals.index.clear();  // is made anew, in birth order
+    Animals.index.clear();  // is built again, in birth order
     ASSERT_TRUE(analysis.initialize());
     EXPECT_EQ(analysis.trackSire(child, true), sires) << why;
     EXPECT_EQ(analysis.trackDam(child, true), dams) << why;
   }
 }
 
-// The IDs of the candidates of one sex that a scan of all animals in birth order finds.
+// The IDs of the candidates of one sex, found by a scan of all animals in birth order.
 std::string scanned(const std::vector<master_data>& born, const master_data& animal, SEX sex, bool same) {
   const double gestation = sex == SEX::MALE ? LifeHistory.getGestation() : 0;
   const auto day = static_cast<qs_lib::day_number>(animal.birth.date - 1.0625 * gestation);

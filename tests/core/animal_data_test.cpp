@@ -29,7 +29,7 @@ TEST_F(StoreTest, ReportsThatItIsEmpty) {
   EXPECT_EQ(takeErrors(), "No index created\n");
 }
 
-TEST_F(StoreTest, ReservesRoomOrSaysThatThereIsNone) {
+TEST_F(StoreTest, ReservesMemoryOrReportsThatThereIsNone) {
   AnimalData store;
   EXPECT_FALSE(store.initialize(SIZE_MAX));
   EXPECT_EQ(takeErrors(), "Cannot reserve room for animals\n");
@@ -50,7 +50,7 @@ TEST_F(Store, OrdersFollowTheNumbersOfTheFields) {
                                 "30 31 40 20 21 21 12 9 ", "12 9 20 21 21 30 31 40 ", "12 9 20 21 21 30 31 40 ",
                                 "12 9 20 21 21 30 31 40 "};
   Animals.assignIdKeys();
-  Animals.records[6].id_key = UINT64_MAX;  // as a signed number before all others
+  Animals.records[6].id_key = UINT64_MAX;  // -1 as a signed number, so it comes first
   for (std::uint32_t field = 0; field < std::size(orders); ++field) {
     Animals.resetOrder();
     Animals.createIndex(SORT_FIELD::NO_ORDER);
@@ -66,7 +66,7 @@ TEST_F(Store, OrdersFollowTheNumbersOfTheFields) {
   EXPECT_EQ(idsOf(Animals.index), orders[2]) << "adding forgets the order";
 }
 
-TEST_F(Store, OfTwoAnimalsTheLookupKeepsTheLaterAndTheScanTheEarlier) {
+TEST_F(Store, TheLookupFindsTheLastDuplicateAndTheScanTheFirst) {
   EXPECT_TRUE(Animals.createLookup());
   EXPECT_EQ(Animals.lookup.at("21"), 4U);
   EXPECT_EQ(Animals.findMaster("21"), 3U);
@@ -81,9 +81,9 @@ TEST_F(Store, OfTwoAnimalsTheLookupKeepsTheLaterAndTheScanTheEarlier) {
   EXPECT_EQ(Animals.sortField(), SORT_FIELD::STUDBOOK_ID);
 }
 
-// Numbers with and without zeros before them, short texts and texts of a megabyte, with zeros, line
-// breaks and bytes beyond ASCII, most of them several times: the index of IDs, which grows with
-// them, must find what a scan finds.
+// Numbers with and without leading zeros, short texts and texts of a megabyte, with NULs, line
+// breaks and bytes beyond ASCII, most of them several times: the growing index of IDs must find the
+// same records as a scan.
 TEST_F(StoreTest, SearchesAndOrdersTakeAnyBytes) {
   std::mt19937 random(7);
   RecordIndex known(Animals.records);

@@ -10,7 +10,7 @@ namespace {
 
 struct form_case {
   const char* text;      ///< as a studbook writes it
-  const char* full;      ///< as it is written back
+  const char* full;      ///< the text that text() returns
   std::uint64_t packed;  ///< the bits
   int level;
   const char* unpacked;  ///< what the packed number gives; null: the same

@@ -8,7 +8,7 @@
 namespace spx {
 namespace {
 
-// All names of an enumeration, each behind a comma, up to the first value without one.
+// All names of an enumeration, each after a comma, up to the first value without a name.
 template <class Enum>
 std::string namesOf() {
   std::string names;

@@ -9,7 +9,7 @@ namespace {
 
 using Errors = TemporaryHome;
 
-TEST_F(Errors, ShowCodesBehindANumberSignAndTextsAsTheyAre) {
+TEST_F(Errors, ShowCodesAfterANumberSignAndTextsUnchanged) {
   EXPECT_TRUE(spxError(0));
   EXPECT_TRUE(spxError(std::numeric_limits<std::int32_t>::min()));
   EXPECT_TRUE(spxError(""));

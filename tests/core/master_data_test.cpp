@@ -57,7 +57,7 @@ TEST(MasterData, ResetLeavesWhatTheLoaderHasSet) {
   EXPECT_EQ(animal.lineages.count(), 1U);
 }
 
-TEST(MasterData, IsWhereTheLastRecordedMoveOfTheDayTookIt) {
+TEST(MasterData, IsWhereTheLastRecordedMoveByThatDayTookIt) {
   master_data animal = animalOf("7", "1", "2", SEX::MALE, 100, 150);
   animal.birth.location = -1;
   for (const auto& [date, location] : {std::pair{300U, 3}, {200U, 2}, {4294967295U, 4}}) {
@@ -70,7 +70,7 @@ TEST(MasterData, IsWhereTheLastRecordedMoveOfTheDayTookIt) {
   }
 }
 
-TEST(MasterMap, HoldsTwelveFieldsAndTellsOfDeathsOnly) {
+TEST(MasterMap, HoldsTwelveFieldsAndOmitsLosses) {
   MetaPop.addLevel("zoo");
   master_data animal = animalOf("7", "S|1", "D\n2", SEX::HERMAPHRODITE, dayOf("2000"));
   animal.birth.location = MetaPop.addMember("3", "Old <zoo>");

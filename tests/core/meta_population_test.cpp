@@ -63,7 +63,7 @@ TEST_F(Registries, AnswerNeutrallyAboutWhatTheyDoNotHold) {
 }
 
 TEST_F(Registries, SelectWhatLiesWithinADeme) {
-  // The flags of Asia, Europe, Tokyo, the enclosure and Berlin, of which the deme is deselected.
+  // The flags of Asia, Europe, Tokyo, the enclosure and Berlin after the deme was deselected.
   const std::pair<const char*, const char*> cases[] = {{"1", "+-+--"},     {"2", "-+-++"},   {"1.2", "+++--"},
                                                        {"1.2.3", "+++-+"}, {"1.7", "+++++"}, {"0", "++---"}};
   for (const auto& [deme, flags] : cases) {

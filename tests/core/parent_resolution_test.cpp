@@ -68,7 +68,7 @@ TEST_F(Parents, WildMatesOfAStudbookAreNamedAtOnce) {
   EXPECT_EQ(Animals.nameWildMates(), 0U);
 }
 
-TEST_F(Parents, AMissingParentBecomesAPseudoFounderAndIsWarnedOfEachTime) {
+TEST_F(Parents, AMissingParentBecomesAPseudoFounderWithAWarningEachTime) {
   const std::string lines = "two\nlines", huge(1 << 20, '7');
   const std::tuple<std::string, SEX, std::string> cases[] = {
       {"1234", SEX::MALE, "P1234"},   {"1234", SEX::FEMALE, "P1234"}, {"P1234", SEX::MALE, "P1234"},
@@ -91,7 +91,7 @@ TEST_F(Validation, WritesWhatItFindsInTheOrderOfTheRecords) {
   Animals.addMaster(animalOf("8", "9", "40", SEX::MALE, 1));
   Animals.addMaster(animalOf("50", "Pat", "Pat", SEX::MALE, 1));
   Animals.addMaster(animalOf("Pat", "UNK", "UNK", SEX::MALE, 1));
-  Animals.records[16].taxon = Subspecies.add("north");  // which a pseudo individual does not pass on
+  Animals.records[16].taxon = Subspecies.add("north");  // not passed on, since it is a pseudo individual's
   Animals.records[2].taxon = Animals.records[7].taxon = Subspecies.add("north");
   Animals.records[0].taxon = Animals.records[1].taxon = Subspecies.add("south");
   EXPECT_TRUE(Animals.validate());

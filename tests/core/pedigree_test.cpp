@@ -72,8 +72,8 @@ TEST_F(Pedigree, AnIndividualIsSelectedWithAllItsAncestors) {
   EXPECT_FALSE(Animals.initializeLineages(256));
 }
 
-// Studbooks without any date. The parents of an animal have a lower rank, but their records and IDs
-// stand in any order.
+// Studbooks without any date. The parents of an animal have a lower rank, but records and IDs are
+// in random order.
 class Undated : public StoreTest {
  protected:
   static void add(const std::string& id, const std::string& sire, const std::string& dam) {
@@ -133,13 +133,13 @@ TEST_F(Undated, AHundredThousandGenerationsAreWalked) {
   EXPECT_EQ(flagged(&master_data::selected).size(), 100000U);
 }
 
-// One animal has no date, and the oldest names the youngest as its sire: the walk by dates stops
-// early.
+// One animal has no date, and the oldest names the youngest as its sire, so that a walk by dates
+// would stop early.
 TEST_F(StoreTest, AncestorsAreCompleteWhateverTheDates) {
   EXPECT_FALSE(Animals.selectAncestors("c"));
   EXPECT_EQ(takeErrors(), "No animals in list\n");
   const std::pair<const char*, qs_lib::day_number> births[] = {{"e", 9}, {"d", 5000}, {"c", 0}, {"b", 100}, {"a", 50}};
-  std::string offspring = "a";  // the oldest is said to be the offspring of the youngest
+  std::string offspring = "a";  // recorded as the sire of the oldest, which is a cycle
   for (const auto& [id, birth] : births) {
     Animals.addMaster(animalOf(id, offspring, std::string("missing ") + id, SEX::MALE, birth));
     offspring = id;

@@ -102,7 +102,7 @@ TEST(Census, DaysFollowTheView) {
   }
 }
 
-TEST(Census, ClosesForRandomStudbooks) {
+TEST(Census, BalancesForRandomStudbooks) {
   for (const unsigned seed : {1U, 2U, 3U}) {
     const std::vector<master_data> records = randomLives(seed, 2000);
     DataFilter view = viewOf("1999-01-01", "2026-01-01");

@@ -9,7 +9,7 @@
 #include "spx/demography/presence.h"
 #include "spx/support/number_text.h"
 
-/// Lives written as lines of text, and what became of them.
+/// Lives written as lines of text, and their stays as text.
 namespace spx {
 
 inline qs_lib::day_number dayOf(const char* date) {

@@ -113,7 +113,7 @@ TEST_F(HerdTest, ObeysTheView) {
   EXPECT_EQ(female(1).offspring, 1);    // 3, on the mother's day 366
   EXPECT_EQ(female(2).offspring, 2);    // 4, and 6 on day 731
   EXPECT_EQ(tallies().counted, 7U);
-  view.start_date = dayOf("2002-07-01");  // nobody is watched before
+  view.start_date = dayOf("2002-07-01");  // nobody is watched before that day
   EXPECT_EQ(female(1).deaths, 0);
   EXPECT_EQ(tallies().left_out[LEFT_OUT::OUTSIDE_PERIOD], 2U);  // 3, and 1, which dies on the first day
 }
@@ -143,7 +143,7 @@ TEST_F(HerdTest, HoldsTheIdentities) {
       EXPECT_NEAR(growth.reproductive_value[0], 1, 1e-10);
     }
   }
-  // Samples share the animals out: together they are the whole.
+  // The samples divide the animals: together they equal the whole.
   const life_tallies parts = tallies(3);
   EXPECT_EQ(parts.samples, 3U);
   EXPECT_NEAR(joinSamples(parts).of(0, SEX::FEMALE)[0].exposure, data.of(0, SEX::FEMALE)[0].exposure, 1e-9);
@@ -172,7 +172,7 @@ TEST(Growth, GivesThePublishedValues) {
   EXPECT_NEAR(growth.r0, 2.9, 1e-12);
   EXPECT_NEAR(growth.generation_time / YEAR, 1.483, 5e-4);
   EXPECT_NEAR(growth.r * YEAR, 0.776, 5e-4);
-  EXPECT_NEAR(growth.reproductive_value[3], 1, 1e-9);  // an animal that bears once more
+  EXPECT_NEAR(growth.reproductive_value[3], 1, 1e-9);  // an animal that has one more offspring to expect
 }
 
 TEST(Growth, WithoutOffspringThereIsNone) {

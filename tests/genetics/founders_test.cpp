@@ -25,9 +25,10 @@ GeneticPedigree numberedPedigree(const pedigree_rows& rows) {
   return pedigree;
 }
 
-/// fa as it is written down: every share computed anew for every ancestor, over an explicit pedigree
-/// in which missing parents are rows.
-/// @param known_only  what comes from missing parents and from founders of unknown origin is explained beforehand
+/// fa directly by its definition: every share is recomputed for every ancestor, over an explicit
+/// pedigree in which missing parents are rows.
+/// @param known_only  whether genes from missing parents and from founders of unknown origin count as explained
+///                    from the start
 double slowAncestors(pedigree_rows rows, std::size_t animals, std::vector<bool> in_set, bool members_count,
                      bool known_only = false) {
   std::vector<bool> is_unknown = rows.of_unknown_origin;
@@ -42,7 +43,7 @@ double slowAncestors(pedigree_rows rows, std::size_t animals, std::vector<bool> 
     rows.dams.push_back(NONE);
   }
   in_set.resize(rows.sires.size());
-  // Missing parents stand at the end: they come first from the oldest to the youngest.
+  // Missing parents are the last rows, but come first in the order from oldest to youngest.
   std::vector<std::size_t> order(rows.sires.size() - animals + animals);
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::rotate(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(animals), order.end());
@@ -123,7 +124,7 @@ TEST(Founders, CountTheMissingHalfOfAnAnimal) {
   EXPECT_DOUBLE_EQ(knownShares(pedigree)[pedigree.number(4)], 1);
 }
 
-// Small herds are full of equal shares, of animals that descend from each other too.
+// Small herds have many equal shares, also of animals that descend from each other.
 TEST(EffectiveAncestors, DoNotDependOnTheOrderOfTheAnimals) {
   for (std::uint32_t seed = 1; seed <= 1500; ++seed) {
     SCOPED_TRACE(seed);
@@ -222,7 +223,7 @@ TEST(GeneDrop, KeepsWhatIsExpected) {
   double mean = 0;
   for (const double diversity : drop.diversity) mean += diversity / 10'000;
   EXPECT_NEAR(mean, diversityOf(pedigree, inbreedingOf(pedigree), set).gene_diversity, 2e-3);
-  // Of an only child half the genes are unique; the other half has nine more chances of a copy.
+  // Of an only child's genes the half from its own parent is unique; the other half has nine more chances of a copy.
   EXPECT_NEAR(drop.uniqueness[0], 0.5 + 0.5 * std::pow(0.5, 9), 4 * std::sqrt(0.25 / 10'000));
 }
 
@@ -282,7 +283,7 @@ TEST(Diversity, OfNobodyIsNotANumber) {
   EXPECT_DOUBLE_EQ(diversityOf(pedigree, inbreedingOf(pedigree), one).founder_genomes, 1);
 }
 
-// A zoo's own animals keep their ancestors; what others hold without being related changes nothing.
+// The ancestors of a zoo's animals count for it; unrelated animals elsewhere change nothing.
 TEST(Diversity, KeepsTheAncestorsOfAView) {
   const pedigree_rows zoo = randomRows({60, 0.05, 0}, 21);
   pedigree_rows world = zoo;

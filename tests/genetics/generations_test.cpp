@@ -119,7 +119,7 @@ TEST(EffectiveSize, ByCountsIsThatOfTheFormulas) {
   EXPECT_TRUE(std::isnan(effectiveSizeByFamilySize(nobody).size));
 }
 
-TEST(EffectiveSize, ByLifetimeFamiliesIsHills) {
+TEST(EffectiveSize, ByLifetimeFamiliesFollowsHill) {
   const struct {
     const char* what;
     animal_number second_sire;

@@ -131,7 +131,7 @@ TEST(Kinship, OfTwoSetsIsTheMeanOfTheirPairs) {
   EXPECT_TRUE(std::isnan(meanKinshipBetween(drawn.pedigree, drawn.terms, all, {})));
 }
 
-TEST(Kinship, KnownPartIsAllOfAWhollyKnownPedigree) {
+TEST(Kinship, KnownPartEqualsTheWholeOfAKnownPedigree) {
   const numbered whole({200, 0, 0}, 4);
   const known_kinships known = knownKinships(whole.pedigree, whole.numbers);
   const std::vector<double> means = meanKinships(whole.pedigree, whole.terms, whole.numbers);
@@ -161,7 +161,7 @@ const worked_example EXAMPLES[] = {
      {NONE, NONE, NONE, NONE, 0, 0, 2, 2, 4, 5, 8},
      {NONE, NONE, NONE, NONE, 1, 1, 3, 3, 6, 7, 9},
      {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.125}},
-    // The example that Mrode (2005) takes from Henderson 1976.
+    // The example of Henderson (1976), as Mrode (2005) quotes it.
     {"half-known parents", {NONE, NONE, 0, 0, 3, 4}, {NONE, NONE, 1, NONE, 2, 1}, {0, 0, 0, 0, 0.125, 0.125}},
 };
 
@@ -206,8 +206,8 @@ TEST(Inbreeding, ClosedFormsOverGenerations) {
     using pair = std::pair<animal_number, animal_number>;
     EXPECT_NEAR(inbreedingAfter(generation, 2, [](animal_number) { return pair{0, 1}; }), sibs, TOLERANCE);
   }
-  // Circular mating, each animal with its two neighbours: every animal has the kinship with the others
-  // that depends on their distance alone.
+  // Circular mating, each animal with its two neighbours: the kinship of two animals depends only on
+  // their distance.
   constexpr std::size_t WIDTH = 6;
   std::vector<double> by_distance(WIDTH);
   by_distance[0] = 0.5;
@@ -274,7 +274,7 @@ TEST(GeneticPedigree, SurvivesAHundredThousandGenerations) {
   EXPECT_EQ(inbreedingOf(pedigree).inbreeding[pedigree.number(0)], 0);
 }
 
-TEST(GeneticPedigree, PartKeepsWhatItsAnimalsHaveToThemselves) {
+TEST(GeneticPedigree, AncestorsOfKeepsTheInbreedingOfItsAnimals) {
   const numbered drawn({300, 0.1, 0.1}, 12);
   const std::vector<animal_number> chosen(drawn.numbers.end() - 12, drawn.numbers.end());
   const GeneticPedigree part = drawn.pedigree.ancestorsOf(chosen);

@@ -28,7 +28,7 @@ struct Herd {
     }
   }
 
-  /// What becomes of the population when these pairs really have an offspring each.
+  /// The gene diversity of the population after each of these pairs has had an offspring.
   double diversityWith(const std::vector<picked_pair>& picks, double* last_inbreeding = nullptr) const {
     pedigree_rows grown = rows;
     for (const picked_pair& pick : picks) {
@@ -60,8 +60,8 @@ TEST(Pairings, SayWhatAnOffspringWouldChange) {
   EXPECT_TRUE(rankPairs(herd.pedigree, herd.terms, {}, herd.males, herd.females).empty());
 }
 
-// An offspring over the known genes is one more row of the definition.
-TEST(Pairings, OverKnownGenesAreThoseOfTheGrownPopulation) {
+// Over known genes, an offspring adds one more row to the definition.
+TEST(Pairings, OverKnownGenesMatchTheGrownPopulation) {
   const Herd herd;
   const double now = 1 - knownKinships(herd.pedigree, herd.population).mean;
   const auto pairs = rankPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females, 1, GENES::KNOWN);
@@ -88,7 +88,7 @@ TEST(Pairings, OverKnownGenesAreThoseOfTheGrownPopulation) {
   EXPECT_NE(all.front().diversity_change, pairs.front().diversity_change);
 }
 
-TEST(Pairings, PicksKeepTheirPromiseAndTheLimits) {
+TEST(Pairings, PicksReachTheirDiversityWithinTheLimits) {
   const Herd herd;
   const auto pick = [&](const pick_options& options) {
     return pickPairs(herd.pedigree, herd.terms, herd.population, herd.males, herd.females, options);

@@ -7,13 +7,13 @@
 
 #include "spx/genetics/genetic_pedigree.h"
 
-/// Pedigrees for the tests, and the tabular method (Emik & Terrill 1949): slow, and written apart from
-/// what it checks.
+/// Pedigrees for the tests, and the tabular method (Emik & Terrill 1949): slow, and independent of the
+/// code that it checks.
 namespace spx::genetics_test {
 
 using matrix = std::vector<std::vector<double>>;
 
-/// What animals a random pedigree holds.
+/// The options of a random pedigree.
 struct pedigree_kind {
   std::size_t animals;
   double unknown = 0.1;  ///< the probability that a parent is missing
@@ -67,7 +67,7 @@ inline pedigree_rows shuffled(const pedigree_rows& rows, std::uint32_t seed, std
   return mixed;
 }
 
-/// The rows that one parent may be, with their probabilities.
+/// The rows that a parent can stand for, with their probabilities.
 inline std::vector<possible_parent> candidatesOf(const pedigree_rows& rows, animal_number parent) {
   if (parent < rows.sires.size()) return {{parent, 1.0}};
   if (parent >= FIRST_GROUP && parent - FIRST_GROUP < rows.groups.size()) {
@@ -76,7 +76,7 @@ inline std::vector<possible_parent> candidatesOf(const pedigree_rows& rows, anim
   return {};
 }
 
-/// The parts of an animal's genes that come from other rows.
+/// The shares of an animal's genes that come from other rows.
 inline std::vector<possible_parent> partsOf(const pedigree_rows& rows, std::size_t row) {
   std::vector<possible_parent> parts;
   for (const animal_number parent : {rows.sires[row], rows.dams[row]}) {

@@ -84,7 +84,7 @@ TEST_F(StudbookGenetics, GroupsAndCandidatesShareAParent) {
   const parent_candidates of_six{Animals.findMaster("6"), true, {0 + Animals.findMaster("2")}};
   ASSERT_TRUE(book.build(Animals, {std::span(&herd, 1), std::span(&of_six, 1)}));
   const std::vector<double> f = inbreedingOf(book.pedigree()).inbreeding;
-  // 4 is the offspring of 1 with probability 1/2: a mating of its with 1 gives F = 1/2 x 1/4.
+  // 4 is the offspring of 1 with probability 1/2, so an offspring of 4 and 1 has F = 1/2 x 1/4.
   EXPECT_DOUBLE_EQ(f[numberOf("5")], 0.125);
   EXPECT_DOUBLE_EQ(f[numberOf("6")], 0.125);
   EXPECT_DOUBLE_EQ(knownById()["4"], 1);

@@ -81,7 +81,7 @@ TEST_F(Projects, ThatExistAreLeftAlone) {
 }
 
 TEST_F(Projects, SaveThemselvesWhenAsked) {
-  // Named or not, with the flag or without, and the files that are there afterwards.
+  // Named or not, with the flag or without, and the files that were found afterwards.
   const std::tuple<const char*, bool, std::ptrdiff_t> cases[] = {{"", true, 0}, {"herd", false, 0}, {"herd", true, 1}};
   for (const auto& [name, save, files] : cases) {
     {

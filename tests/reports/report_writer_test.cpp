@@ -70,7 +70,7 @@ TEST_F(Reporting, StaysWellFormedWhateverNamesHold) {
   EXPECT_NE(content().find(">" + HOSTILE_AS_XML + "</STUDBOOK>"), std::string::npos);
 }
 
-TEST_F(Reporting, TellsWhenItCannotBeWritten) {
+TEST_F(Reporting, ReportsWhenItCannotBeWritten) {
   std::filesystem::create_directory(at("directory.xml"));
   std::filesystem::create_symlink("/dev/full", at("full.xml"));
   const std::string no_footer = "Cannot re-open report file to write footer\n";
@@ -99,7 +99,7 @@ TEST_F(Reporting, IsDiscardedWithoutItsEnd) {
   EXPECT_EQ(contentOf(at("whole.xml")), "whole");
 }
 
-// A static writer is destroyed by exit(), in a forked child too; the child's copy is not its own.
+// A static writer is destroyed by exit(), in a forked child too; the copy in the child belongs to the parent.
 TEST_F(Reporting, IsDiscardedAtExitAndLeftToItsParentByAForkedChild) {
   writeContent(at("whole.xml"), "whole");
   const auto begin = [this](ReportWriter& writer) {

@@ -28,7 +28,7 @@ inline qs_lib::day_number dayFrom(const std::string& date) {
   return qs_lib::msToDay(qs_lib::dateToJulian(date));
 }
 
-/// Empty process-wide objects, two demes and a view that takes all.
+/// Empty process-wide objects, two demes and a view that includes everything.
 class BookTest : public TemporaryHome {
  protected:
   BookTest() {
@@ -79,7 +79,7 @@ class BookTest : public TemporaryHome {
   //   UNK x 3   MULTI 3 x 3    4 x UNKF
   //      5 (f, d. 2003)  "O'Hara #6" (?)  7 (m)
   //
-  // The pseudo parents stand before them, at the positions 0 to 4.
+  // The pseudo parents come first, at the positions 0 to 4.
   void drawFamily() {
     Animals.initialize(20);
     user_field_list = {{"Chip", qs_lib::FIELD_TYPE::TEXT}, {"Colour", qs_lib::FIELD_TYPE::TEXT}};

@@ -25,7 +25,7 @@ class KeyFile : public TemporaryHome {
     return file_;
   }
 
-  /// Loads what was written into a configuration of its own.
+  /// Writes the content to a file and loads it into a new configuration.
   bool loads(const std::string& content) {
     writeContent(at("test.project"), content);
     return file_.load();
@@ -96,7 +96,7 @@ TEST_F(KeyFile, WhatPeopleWriteIsTolerated) {
   EXPECT_EQ(dump(file_), "A|REAL|1.5|The nearest\nB|TEXT|A\\q\\xZZ|\n");
 }
 
-TEST_F(KeyFile, WhatIsNoWholeKeyFileLeavesTheEntries) {
+TEST_F(KeyFile, IncompleteKeyFilesLeaveTheEntriesUnchanged) {
   file_.set("A", "TEXT", "one", "first");
   file_.set("B", "TEXT", "two", "second");
   ASSERT_TRUE(file_.save());
@@ -137,7 +137,7 @@ TEST_F(KeyFile, SectionMattersOnlyWhileItMustMatch) {
   EXPECT_EQ(file_.get("A").value.real(), 1);
 }
 
-TEST_F(KeyFile, FullDiskIsToldAndTheDeviceKept) {
+TEST_F(KeyFile, FullDiskIsReportedAndTheDeviceKept) {
   EXPECT_FALSE(move("/dev", "full").save());
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }

@@ -67,7 +67,7 @@ TEST_F(Console, TextsGoWhereTheyBelong) {
   EXPECT_EQ(collected + takeOutput(), "ab\nc");
   setDisplayHandler([&collected, kept = std::string(100, 'x')](const std::string& text) {
     setDisplayHandler({});
-    collected = text + kept;  // the handler still exists
+    collected = text + kept;  // the running handler must still exist
   });
   display("d");
   display("e");

@@ -78,7 +78,7 @@ TEST_F(Files, WritingReplacesOrAppendsInOrder) {
   EXPECT_TRUE(file.fileClose()) << "closing twice";
 }
 
-TEST_F(Files, LossIsToldWhenClosing) {
+TEST_F(Files, LostDataIsReportedWhenClosing) {
   for (const std::size_t size : {std::size_t{1}, std::size_t{1} << 22}) {
     for (const bool staged : {false, true}) {
       WriteFile file;
@@ -95,7 +95,7 @@ TEST_F(Files, LossIsToldWhenClosing) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
-TEST_F(Files, WhatCannotBeOpened) {
+TEST_F(Files, UnusablePathsCannotBeOpened) {
   WriteFile out;
   ReadFile in;
   for (const std::string& path : {home, at("missing/file"), std::string(), home + std::string("/a\0b", 4)}) {
@@ -110,7 +110,7 @@ TEST_F(Files, WhatCannotBeOpened) {
   EXPECT_TRUE(filesAtHome().empty());
 }
 
-TEST_F(Files, StagedFileReplacesTheOldOneWhenWhole) {
+TEST_F(Files, StagedFileReplacesTheOldOneWhenComplete) {
   const std::string long_name(255, 'n');
   writeContent(at(long_name), "old");
   chmod(at(long_name).c_str(), 0604);
@@ -147,7 +147,7 @@ TEST_F(Files, WhatAKilledWriterLeftIsRemovedByTheNext) {
   EXPECT_EQ(filesAtHome(), (std::vector<std::string>{".spx-notes.txt", "a", "b"}));
 }
 
-TEST_F(Files, AnExceptionLeavesTheFileThatWasWhole) {
+TEST_F(Files, AnExceptionKeepsTheCompleteFile) {
   writeContent(at("file"), "old");
   try {
     CsvReport report;

@@ -20,7 +20,7 @@ namespace qs_lib {
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 constexpr double INFINITE = std::numeric_limits<double>::infinity();
 
-/// A stream gives the required texts, so it is the model for everything but negative NaN.
+/// The expected text: that of a stream, except for negative NaN.
 std::string streamed(double value, int decimals) {
   std::ostringstream stream;
   stream.imbue(std::locale::classic());
@@ -76,7 +76,7 @@ TEST(NumberText, Percentages) {
   EXPECT_EQ(percentString(NOT_A_NUMBER, 2, 1), "nan%");
 }
 
-TEST(StringText, RealReadsWhatStandsInFront) {
+TEST(StringText, RealReadsTheLeadingNumber) {
   EXPECT_EQ(String("12.50").real(), 12.5);
   EXPECT_EQ(String(" -3 animals").real(), -3);
   for (const char* text : {"", "abc", "-", " ", ",5"}) {
@@ -152,7 +152,7 @@ TEST(RandomText, SequenceBelongsToTheSeedAndStaysBelowOne) {
   }
 }
 
-// Texts that were chosen to fall into one slot of a table fall into many with another seed.
+// Texts chosen to collide in one slot of a table are spread over many slots with another seed.
 TEST(TextHash, CollidingTextsCannotBeChosenWithoutTheSeed) {
   constexpr std::uint64_t SLOTS = 256;
   const hash_seed known = {0x9E3779B97F4A7C15, 0xD1B54A32D192ED03};

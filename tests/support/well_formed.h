@@ -25,7 +25,7 @@ inline std::string xmlFault(const std::string& xml) {
   return open.empty() ? "" : open.back();
 }
 
-/// Reads a report as its users do: with xmllint too, where it is installed.
+/// Requires that a report is well-formed: by xmlFault(), and by xmllint where it is installed.
 inline void expectWellFormed(const std::string& file, const std::string& xml) {
   EXPECT_EQ(xmlFault(xml), "") << xml;
   if (std::system("command -v xmllint >/dev/null") == 0) {

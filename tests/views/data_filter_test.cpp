@@ -16,7 +16,7 @@ using qs_lib::day_number;
 
 class Editing : public TemporaryHome {
  protected:
-  // Eight levels, so that demes of the last level have small packed identifiers.
+  // Eight levels, since only demes of the last level have small packed identifiers.
   Editing() {
     MetaPop = MetaPopulation();
     for (int level = 1; level <= 8; ++level) {

@@ -24,7 +24,7 @@ using qs_lib::day_number;
 
 constexpr day_number LAST_DAY = 0xFFFFFFFF;
 
-// A letter for each truth, "-" for each falsehood.
+// One character per answer: its letter for true, "-" for false.
 std::string answers(const char* letters, std::initializer_list<bool> truths) {
   std::string text;
   for (const bool truth : truths) {
@@ -59,8 +59,8 @@ TEST(Identifiers, BelongToTheirKinds) {
   }
 }
 
-// Identifiers longer than 256 characters are matched in another way than shorter ones: both must
-// agree with the expressions of the language.
+// Identifiers longer than 256 characters are matched by different code than shorter ones; both must
+// agree with the regular expressions.
 TEST(Identifiers, AgreeWithTheExpressionsAtEveryLength) {
   std::vector<std::regex> expressions;
   for (const char* text : {R"((COLONY|GROUP|HERD|MULTI?|UNK[NMF]?|WILD|P).*)", R"((COLONY|GROUP|HERD|MULTI?).+)",

@@ -132,7 +132,7 @@ TEST_F(ViewFiles, StayInTheirDirectory) {
   EXPECT_TRUE(std::filesystem::is_empty("views"));
 }
 
-TEST_F(ViewFiles, AreOldOrNewWhenSavingFails) {
+TEST_F(ViewFiles, KeepTheOldContentWhenSavingFails) {
   view.save("v");
   const std::string old = contentOf("v.view");
   view.filter_id = 7;

@@ -24,7 +24,8 @@ std::size_t count(const std::string& text, const std::string& part) {
   return found;
 }
 
-// Quotes of gnuplot and Graphviz, a command to substitute, markup, a line break and a mark that turns the text.
+// Quotes of gnuplot and Graphviz, a command to substitute, markup, a line break and a mark that reverses the
+// direction of writing.
 const std::string HOSTILE = "O'Neil `touch pwned` $(id) \"x\\\" </svg><script>\n\xE2\x80\xAE";
 
 class Charts : public ConsoleTest {
@@ -103,7 +104,7 @@ TEST_F(Charts, CountsAreStackedInTheOrderOfTheKey) {
   census.addRow({known_date{2451911}, 2, 2, 1, 5});
   const chart drawing = censusChart(census, "whose");
   EXPECT_EQ(drawing.x_names, (std::vector<std::string>{"2000", "2001"}));
-  EXPECT_EQ(drawing.description, "The number of animals goes from 3 (2000) to 5 (2001).");
+  EXPECT_EQ(drawing.description, "The number of animals changes from 3 (2000) to 5 (2001).");
   ASSERT_EQ(drawing.series.size(), 3U);
   EXPECT_EQ(drawing.series[0].y, (std::vector<double>{1, 2}));
   EXPECT_EQ(drawing.series[1].y, (std::vector<double>{2, 2}));
@@ -136,7 +137,7 @@ TEST_F(Charts, FoundersStandByTheirContributionUpToAsManyAsFit) {
   EXPECT_EQ(all.series[1].x, (std::vector<double>{90, 75, 50}));
   const chart two = foundersChart(founders, "whose", 2);
   EXPECT_EQ(two.y_names, (std::vector<std::string>{"middle", "large"}));
-  EXPECT_EQ(two.description, "3 founders, of whom the 2 largest are shown.");
+  EXPECT_EQ(two.description, "3 founders; the 2 largest are shown.");
   expectPicture(drawChart(two));
 }
 
@@ -156,7 +157,7 @@ TEST_F(Charts, LinesAndBandsRunThroughTheirYears) {
   EXPECT_EQ(projection.series[2].y, (std::vector<double>{10, 11}));
   const chart inbreeding = inbreedingChart(years, "whose");
   EXPECT_EQ(inbreeding.series[0].x, (std::vector<double>{2000, 2001}));
-  EXPECT_EQ(inbreeding.description, "Mean inbreeding goes from 0 (2000) to 0.13 (2001).");
+  EXPECT_EQ(inbreeding.description, "Mean inbreeding changes from 0 (2000) to 0.13 (2001).");
   const chart diversity = diversityChart(years, "whose");
   EXPECT_DOUBLE_EQ(diversity.y_from, 0.8) << "the scale begins at the tenth below the least";
   EXPECT_EQ(diversity.y_to, 1);
@@ -231,15 +232,15 @@ TEST_F(Charts, AMissingProgramIsNamedWithItsPackage) {
     ADD_FAILURE() << "drawn without Graphviz";
   } catch (const Failure& failure) {
     EXPECT_STREQ(failure.what(),
-                 "this picture needs the program dot; install the package that holds it: apt install graphviz");
+                 "this picture needs the program dot; install the package that contains it: apt install graphviz");
   }
   setenv("PATH", path.c_str(), 1);
 }
 
 class Pedigrees : public Charts {
  protected:
-  /// 5 is inbred: its parents 3 and 4 are full sibs. 9 is the mate of 5; nothing of 8 is drawn. Dates are inverted on
-  /// purpose: they play no part.
+  /// 5 is inbred: its parents 3 and 4 are full sibs. 9 is the mate of 5; 8 is not drawn. Dates are inverted on
+  /// purpose: they must not matter.
   void SetUp() override {
     const std::string animals = table("animals.csv",
                                       "id,sire,dam,sex,birth_date,death_date\n"

@@ -1,4 +1,4 @@
-// Where the rules begin and end: places, life history, names, and records that no keeper would write.
+// The limits of the rules: places, life history, names, and records that no keeper would write.
 #include <functional>
 #include <limits>
 #include <random>
@@ -22,7 +22,7 @@ TEST_F(CheckTest, ParentsAreApartOnlyWhereTheRecordsSaySo) {
     const char* found;
     std::string locations = ZOOS;
   } cases[] = {
-      {"no event tells of moves", family, "", ""},
+      {"no event records a move", family, "", ""},
       {"both stayed where they were born", family + other, moved, "parents-apart "},
       {"he came in time", family + other, moved + "1,2000-01-01,arrival,2\n", ""},
       {"he came too late", family + other, moved + "1,2000-06-01,arrival,2\n", "parents-apart "},
@@ -154,7 +154,7 @@ TEST_F(CheckTest, EventsAreComparedAsExactlyAsTheyAreKnown) {
   }
 }
 
-// Values as damaged files hold them, and every parent: nothing may be undefined, and findings stay the same.
+// Values as in damaged files, and arbitrary parents: behaviour must be defined, and findings reproducible.
 TEST_F(CheckTest, AnyRecordsCanBeChecked) {
   findingsIn("id,birth_location\n1,North\n2,South\n");
   std::mt19937 random(7);
@@ -204,7 +204,7 @@ TEST_F(CheckTest, TextIsGroupedByRules) {
             "  a.csv:7: 1l has no record, but is the sire of 5\n"
             "    -> Did you mean 1?\n"
             "\n"
-            "What the dates leave open: 1 (note, undecided)\n"
+            "Births that cannot be compared: 1 (note, undecided)\n"
             "  2 births cannot be compared with that of a parent: dates are missing or too\n"
             "    rough\n"
             "\n"

@@ -21,13 +21,13 @@ void setGestation() {
 struct rule_case {
   CHECK check;
   std::string animals;
-  const char* also = "";  ///< codes of what else is found there
+  const char* also = "";  ///< codes of other findings in the example
   const char* events = "";
   const char* locations = "";
   std::function<void()> set_life_history = {};
 };
 
-// The message is that of the documentation.
+// The message must equal the documented one.
 TEST_F(CheckTest, EveryRuleFindsItsExample) {
   const std::string base = PARENTS;
   const std::string places = PLACES;
@@ -174,7 +174,7 @@ TEST_F(CheckTest, AChangeAddsAndCuresFindings) {
   EXPECT_EQ(codesOf(addedFindings(after, before)), "own-parent ");
 }
 
-// Cycles that share animals are one, others are named each; a long one is cut in its sentence only.
+// Cycles that share animals are reported as one, others each; a long one is shortened only in its message.
 TEST_F(CheckTest, CyclesAreNamedOnce) {
   std::string animals = "id,sire,dam,sex\n";
   for (int id = 1; id <= 50000; ++id) {

@@ -15,7 +15,7 @@ class CommandLineTest : public ConsoleTest {
   /// Runs the built program through the shell. @return its exit code
   static int shell(const std::string& words) { return piped("true", words); }
 
-  /// The same behind a pipe.
+  /// The same, reading the output of `writer` through a pipe.
   static int piped(const std::string& writer, const std::string& words) {
     const int status = std::system((writer + " | " SPX_PROGRAM " " + words).c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -24,7 +24,7 @@ class CommandLineTest : public ConsoleTest {
   const std::string small = "id,sire,sex,Name\n1,,f,Ada\n2,1,m,Bo\n";
 };
 
-TEST_F(CommandLineTest, ExitCodesTellWhatHappened) {
+TEST_F(CommandLineTest, ExitCodesSayWhatHappened) {
   const std::string faulty = table("faulty.csv", small);
   const std::string sound = table("sound.csv", "id,sire,dob\n1,,1990\n2,1,1995\n");
   const std::string broken = table("broken.csv", "id,sex\n1,x\n");
@@ -73,7 +73,7 @@ TEST_F(CommandLineTest, CommandsPrintTheirResultsAlone) {
   EXPECT_EQ(run({"--studbook", file, "taxa"}), 0);
   EXPECT_EQ(takeOutput(), "Taxon    Animals\n-------  -------\ngeneric        2\n");
   EXPECT_EQ(run({"--studbook", file, "locations"}), 0);
-  EXPECT_EQ(takeOutput(), "the studbook names no locations\n");
+  EXPECT_EQ(takeOutput(), "the studbook has no locations\n");
   EXPECT_EQ(run({"--studbook", file, "info"}), 0);
   EXPECT_NE(takeOutput().find("Used records            : 7 ("), std::string::npos);
   EXPECT_EQ(run({"--studbook", file, "summary"}), 0);
@@ -88,11 +88,11 @@ TEST_F(CommandLineTest, ADirectoryGivesAllItsTables) {
   EXPECT_NE(takeOutput().find("\nRescue\n"), std::string::npos);
   EXPECT_EQ(run({"--studbook", home, "locations"}), 0);
   EXPECT_NE(takeOutput().find("\n7       Far   zoo "), std::string::npos);
-  EXPECT_EQ(run({"--studbook", file, "locations"}), 0);  // what lies beside a table is not taken
+  EXPECT_EQ(run({"--studbook", file, "locations"}), 0);  // other tables in the directory of a named table are not used
   EXPECT_NE(takeOutput().find("\n1       Far   Location "), std::string::npos);
 }
 
-TEST_F(CommandLineTest, TheExampleHasTheMistakesThatItsTextTells) {
+TEST_F(CommandLineTest, TheExampleHasTheMistakesThatItDescribes) {
   EXPECT_EQ(run({"--studbook", SPX_SOURCE_DIR "/examples/studbook", "check"}), 3);
   const std::string found = takeOutput();
   for (const char* mistake :

@@ -37,7 +37,7 @@ class DemographyTest : public ConsoleTest {
     table("locations.csv", "level,id,name\nplace,1,Wild\nplace,2,Zoo A\nplace,3,Zoo B\nplace,4,Elsewhere\n");
   }
 
-  /// The standard output of a command that has to work.
+  /// The standard output of a command, which must succeed.
   std::string shown(const std::string& words) {
     std::vector<std::string> all = {"--studbook", home};
     std::istringstream text(words);
@@ -50,7 +50,7 @@ class DemographyTest : public ConsoleTest {
   std::string errors;
 };
 
-TEST_F(DemographyTest, CensusClosesInAZoo) {
+TEST_F(DemographyTest, CensusBalancesInAZoo) {
   EXPECT_EQ(shown("census --location A --until 2004-01-01 --format csv"),
             "date,males,females,unknown,total,births,deaths,entries,departures,losses\n"
             "2000-01-01,0,0,0,0,0,0,0,0,0\n"
@@ -97,7 +97,7 @@ TEST_F(DemographyTest, LifeTableAndGrowthAgree) {
   EXPECT_EQ(shown("growth --until 2004-01-01 --format json --runs 10"), growth);
   EXPECT_EQ(run({"--studbook", home, "projection", "--sex", "male"}), 2);
   takeErrors();
-  // A table of males has its growth by males.
+  // In a view of males, growth is that of the males.
   const std::string males = shown("growth --until 2004-01-01 --sex male --format json --runs 0");
   EXPECT_NE(males.find("\"line\":\"male\""), std::string::npos) << males;
   const std::string page = shown("demography --until 2004-01-01 --sex male");

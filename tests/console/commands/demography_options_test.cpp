@@ -26,7 +26,7 @@ std::vector<std::string> linesOf(const std::string& text) {
   return lines;
 }
 
-/// The first animals of an example, and some with everything that can be wrong with an animal.
+/// The first animals of an example, and some animals with everything that can be wrong.
 class MessyBook : public ConsoleTest {
  protected:
   static constexpr std::size_t SOUND = 100;
@@ -68,7 +68,7 @@ class MessyBook : public ConsoleTest {
     table("locations.csv", contentOf(zoos + "locations.csv"));
   }
 
-  /// Both outputs of a command that has to work.
+  /// Standard output and error of a command, which must succeed.
   std::string answered(const std::string& words) {
     std::vector<std::string> all = {"--studbook", home};
     for (const std::string& word : wordsOf(words)) all.push_back(word);
@@ -76,7 +76,7 @@ class MessyBook : public ConsoleTest {
     return takeOutput() + takeErrors();
   }
 
-  /// The command on a day with many animals, with few runs where it has some.
+  /// The command for a day with many animals, with few runs where it makes runs.
   static std::string quick(const std::string& name, const std::string& options = "") {
     const bool has_runs = (name == "growth" || name == "projection") && options.find("--runs") == std::string::npos;
     return name + (name == "age-pyramid" ? " --on" : " --until") + " 1985-01-01" + (has_runs ? " --runs 5 " : " ") +
@@ -84,7 +84,7 @@ class MessyBook : public ConsoleTest {
   }
 };
 
-/// An option and what offers it: each of these commands answers otherwise with it, no other command has it.
+/// An option and the commands that offer it: it changes the result of each of them, and no other command has it.
 struct option_case {
   const char* option;
   const char* commands;
@@ -160,8 +160,8 @@ TEST_F(MessyBook, EveryOptionIsObeyedOrNotOffered) {
 
 TEST_F(MessyBook, OptionsThatExcludeEachOtherSaySo) {
   const std::pair<const char*, const char*> ROWS[] = {
-      {"survival --level region", "--level says which places are compared: it goes with --by location"},
-      {"survival --by sex --period-years 5", "--period-years goes with --by period"},
+      {"survival --level region", "--level chooses the places to compare; it can only be used with --by location"},
+      {"survival --by sex --period-years 5", "--period-years can only be used with --by period"},
       {"survival --summary --classes 5", "--summary"},
       {"growth --line male --sex female", "--line"},
       {"growth --sex unknown", "growth needs females or males"},
@@ -176,7 +176,7 @@ TEST_F(MessyBook, OptionsThatExcludeEachOtherSaySo) {
   }
 }
 
-/// "120 of 159 animals counted; left out: 3 stillborn, 2 age unknown." taken apart.
+/// The numbers in "120 of 159 animals counted; left out: 3 stillborn, 2 age unknown."
 struct counted_animals {
   std::size_t counted = 0;
   std::size_t in_view = 0;
@@ -192,8 +192,8 @@ counted_animals countedIn(const std::string& line) {
   return found;
 }
 
-TEST_F(MessyBook, CountedAndLeftOutAreTheView) {
-  // What a record says of itself chooses the view; places, periods and early deaths leave animals out.
+TEST_F(MessyBook, CountedAndLeftOutAddUpToTheView) {
+  // The records alone decide which animals are in the view; places, periods and early deaths leave some of them out.
   const std::pair<const char*, const char*> VIEWS[] = {
       {"", ""},
       {"--sex female", ""},
@@ -238,7 +238,7 @@ TEST_F(MessyBook, ReasonsAreNamed) {
       {"survival --by location --level region --from 1984-01-01", " not there in the period"},
       {"life-table --handle-unknown ignore", " sex unknown, "},
       {"census", "1 event before birth ignored, 1 departure of animals already gone"},
-      {"age-pyramid --den-emerge yes", "Nobody knows when the young leave the den"},
+      {"age-pyramid --den-emerge yes", "It is not set when the young leave the den"},
   };
   for (const auto& [words, reason] : ROWS) {
     const std::string answer = answered(std::string(words) + " --format csv");
@@ -326,7 +326,7 @@ TEST_F(MessyBook, UnitsAreYearsOrDays) {
   }
 }
 
-/// Books that are as good as empty.
+/// Studbooks with hardly any data.
 struct small_book {
   const char* animals;
   const char* command;
@@ -341,7 +341,7 @@ constexpr char BY_YEAR[] = "1,,,f,2001,\n2,,1,m,2003,\n";
 constexpr char STILLBORN[] = "1,,,f,2001-01-05,2001-01-05\n";
 
 constexpr small_book SMALL_BOOKS[] = {
-    {NOBODY, "census", "No animals of the view were ever there.\n\n0 of 0 animals counted."},
+    {NOBODY, "census", "No animals of the view were ever present.\n\n0 of 0 animals counted."},
     {NOBODY, "age-pyramid", "No animals are present on that day."},
     {NOBODY, "survival", "No animal was watched at a known age.\n\n0 of 0 animals counted."},
     {NOBODY, "life-table", "No animal was watched at a known age.\n\n0 of 0 animals counted."},
@@ -354,20 +354,20 @@ constexpr small_book SMALL_BOOKS[] = {
     {ONE, "census", "0 of 1 animal counted; left out: 1 not there in the period."},
     {ONE, "age-pyramid", "1 animal present on 2001-05-01."},
     {ONE, "demography", "survival to 1 year                         -"},
-    {ONE, "reproduction", "1 birth without a dam and 0 without a day; of the"},
+    {ONE, "reproduction", "1 birth without a dam and 0 without a day; from months"},
     {STILLBORN, "survival", "all: 1 watched, 1 death; median 0.00 (95 % not reached to not reached)"},
     {STILLBORN, "life-table", "first 30 days 100.0 %"},
     {STILLBORN, "projection", "No animals are present on 2001-01-05: there is nothing to project."},
     {BY_YEAR, "age-pyramid", "2 animals present on 2003-12-31."},
     {BY_YEAR, "demography", "all animals, until 2003-12-31"},
     {DEATHLESS, "survival", "median not reached; mean up to the last age 4.42;\nfirst year 100.0 % survive."},
-    {DEATHLESS, "survival", "No death is recorded: every animal is taken to live on."},
-    {DEATHLESS, "growth", "No death is recorded: every animal is taken to live on."},
+    {DEATHLESS, "survival", "No death is recorded: every animal counts as alive."},
+    {DEATHLESS, "growth", "No death is recorded: every animal counts as alive."},
     {DEATHLESS, "census", "3 of 4 animals counted; left out: 1 not there in the period."},
     {DEATHLESS, "reproduction", "Adults that have bred  female       1  1.00"},
 };
 
-TEST_F(ConsoleTest, SmallBooksAreToldAsTheyAre) {
+TEST_F(ConsoleTest, SmallBooksAreReportedAsTheyAre) {
   for (const auto& [animals, name, text] : SMALL_BOOKS) {
     SCOPED_TRACE(std::string(name) + " of\n" + animals);
     const std::string book = table("book.csv", std::string("id,sire,dam,sex,birth_date,death_date\n") + animals);

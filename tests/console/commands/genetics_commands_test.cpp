@@ -180,7 +180,7 @@ TEST_F(GeneticsCommands, NamesForScriptsStay) {
   }
 }
 
-// What stands for unknown parents, by what the table says.
+// Every kind of placeholder for an unknown parent, as tables name it.
 constexpr char PLACEHOLDERS[] =
     "id,sire,dam,sex,birth_date,origin\n"
     "A,WILD,WILD,m,1990,wild\n"

@@ -9,8 +9,8 @@
 namespace spx::console {
 namespace {
 
-// A sheet that says the same in other words must not look like a change, and one that says something
-// else must.
+// A sheet with the same meaning in other words must not count as a change, and one with another
+// meaning must.
 TEST(CellMeaning, ComparesWhatCellsSay) {
   const struct {
     const char* field;
@@ -41,7 +41,7 @@ TEST(CellMeaning, ComparesWhatCellsSay) {
       {"birth_range", "30", "030", true},
       {"house name", "Ada", "ada", false},
       {"house name", "NA", "", true},
-      {"house name", "unknown", "", false},  // of a field of the keeper's own it is a value
+      {"house name", "unknown", "", false},  // in a user-defined field this is a value
   };
   for (const auto& [field, a, b, same] : cases) {
     EXPECT_EQ(sameMeaning(field, a, b), same) << field << ": " << a << ", " << b;

@@ -50,7 +50,8 @@ class EditionsTest : public ConsoleTest {
 
 TEST_F(EditionsTest, AnImportUpdatesAsOneChange) {
   const std::string before = tables();
-  // Another order of columns, other words for the same, one animal less, one more, a new column and no "dam".
+  // Columns in another order, other words with the same meaning, one animal removed and one added, a new
+  // column and no "dam".
   writeContent(events, "id,date,event,location\n1,1992,arrival,C\n3,1998,ARRIVAL,A\n5,2001,arrival,A\n");
   ASSERT_EQ(update("Name,id,sex,sire,birth_date,Tag\nAda,1,male,NA,1990,x\nEve,2,F,,1991,\nCy,3,f,1,1995-03,\n"
                    "Dan,5,m,3,2000,\n"),
@@ -65,7 +66,7 @@ TEST_F(EditionsTest, AnImportUpdatesAsOneChange) {
   EXPECT_EQ(shown.find("3: "), std::string::npos) << shown;
   const std::string told = takeErrors();
   EXPECT_NE(told.find("animals: 1 added, 2 changed, 1 removed"), std::string::npos) << told;
-  EXPECT_NE(told.find("stays: dam"), std::string::npos) << told;
+  EXPECT_NE(told.find("only in the studbook, kept: dam"), std::string::npos) << told;
   ASSERT_EQ(on({"undo"}), 0) << takeErrors();
   EXPECT_EQ(tables(), before);
   ASSERT_EQ(on({"import", file}), 0);
@@ -92,7 +93,7 @@ TEST_F(EditionsTest, HandEditsAreNotTakenBackUnasked) {
   }
   EXPECT_EQ(told.find("Bea"), std::string::npos);
   EXPECT_EQ(tables(), edited);
-  // What the sheet changes elsewhere is taken either way; hand edits stay as long as they are preferred.
+  // Changes of the sheet elsewhere are always taken; hand edits are kept as long as --ours is given.
   const std::string changed = former + "7,,2,f,2001,Gil\n";
   for (int twice = 0; twice < 2; ++twice) {
     ASSERT_EQ(update(changed, {"--ours"}), 0) << takeErrors();
@@ -200,7 +201,7 @@ TEST_F(EditionsTest, AnAnimalThatWasRenamedAndChangedByHandStays) {
   EXPECT_EQ(tables(), edited);
   ASSERT_EQ(update(shorter, {"--theirs"}), 0) << takeErrors();
   EXPECT_EQ(update(shorter), 0);
-  EXPECT_NE(takeErrors().find("it says so already; nothing was changed"), std::string::npos);
+  EXPECT_NE(takeErrors().find("the studbook already has these values; nothing was changed"), std::string::npos);
 }
 
 TEST_F(EditionsTest, WorkbooksAreComparedAndUpdateAStudbook) {
@@ -208,7 +209,7 @@ TEST_F(EditionsTest, WorkbooksAreComparedAndUpdateAStudbook) {
   const std::string workbook = at("t.xlsx");
   EXPECT_EQ(run({"diff", workbook, file}), 0) << takeOutput();
   EXPECT_EQ(on({"import", workbook}), 0);
-  EXPECT_NE(takeErrors().find("it says so already; nothing was changed"), std::string::npos);
+  EXPECT_NE(takeErrors().find("the studbook already has these values; nothing was changed"), std::string::npos);
   const auto cell = [](const std::string& text) {
     return "<table:table-cell office:value-type='string'><text:p>" + text + "</text:p></table:table-cell>";
   };
@@ -249,7 +250,7 @@ TEST_F(EditionsTest, AnUpdateKnowsThePlacesOfTheStudbook) {
   ASSERT_EQ(run({"import", home_sheet, "--locations", places, "--studbook", file, "--replace"}), 0) << takeErrors();
   writeContent(home_sheet, "id,birth_location\n1,Old Barn\n2,1.1\n3,Yard\n");
   ASSERT_EQ(on({"import", home_sheet}), 0) << takeErrors();
-  EXPECT_NE(takeErrors().find("a table that the studbook alone has, and stays: locations"), std::string::npos);
+  EXPECT_NE(takeErrors().find("only in the studbook, kept: locations"), std::string::npos);
   EXPECT_NE(tables().find("\nzoo,1,Old Barn\nyard,1.1,Yard\n"), std::string::npos);
   writeContent(home_sheet, "id,birth_location\n1,1.2\n");
   EXPECT_EQ(on({"import", home_sheet}), 1);

@@ -109,8 +109,8 @@ const edit_case EDITS[] = {
     {{"loss", "3", "--on", "1999"}, "3: death_event (empty) -> lost-to-follow-up\n"},
 };
 
-// What each command shows is what it did; undo brings the tables back byte for byte and redo
-// repeats the change; a dry run leaves the file as it is.
+// Each command shows what it did; undo restores the tables byte for byte and redo repeats the
+// change; a dry run does not change the file.
 TEST_F(EditsTest, EveryChangeIsShownUndoneAndRedone) {
   for (const edit_case& each : EDITS) {
     const auto& [words, shows] = each;
@@ -172,9 +172,9 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
       {{"location", "add", "A", "--in", "1"}, 1, "there is already a location 1.1"},
       {{"location", "merge", "A", "West"}, 1, "1 contains 2 locations"},
       {{"location", "set", "Wes", "name=E"}, 1, "did you mean \"West\"?"},
-      {{"field", "remove", "sire"}, 2, "a field of the program"},
+      {{"field", "remove", "sire"}, 2, "is a built-in field"},
       {{"field", "remove", "Nam"}, 2, "did you mean \"Name\"?"},
-      {{"field", "add", "father"}, 2, "a field of the program"},
+      {{"field", "add", "father"}, 2, "is a built-in field"},
       {{"death", "2", "--on", "2006"}, 1, "already has an end: death on 2005"},
       {{"animal", "set", "3", "sire=3"}, 1, "3 is its own sire"},
       {{"animal", "set", "1", "sire=3"}, 1, "cannot be true"},
@@ -186,7 +186,7 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
       {{"undo", "1"}, 1, "made the studbook"},
       {{"undo", "77"}, 1, "there is no change 77"},
       {{"redo"}, 1, "nothing to redo"},
-      {{"restore", "--at", "1999-01-01", "-o", at("r.studbook")}, 1, "was made later"},
+      {{"restore", "--at", "1999-01-01", "-o", at("r.studbook")}, 1, "was not created until after"},
       {{"restore", "--at", "May", "-o", at("r.studbook")}, 2, "is not a time"},
   };
   const std::string bytes = contentOf(file);
@@ -201,11 +201,11 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
 TEST_F(EditsTest, ShowsWhatCheckFindsBeforeAndAfter) {
   ASSERT_EQ(edit({"animal", "set", "3", "sire=2", "--anyway"}), 0);
   EXPECT_NE(takeOutput().find("adds error parent-sex: "), std::string::npos);
-  // An error that was there before hinders nothing, also under another name.
+  // An error that existed before does not block a change, even when the animal is renamed.
   ASSERT_EQ(edit({"animal", "rename", "2", "02"}), 0);
   EXPECT_EQ(takeOutput().find("parent-sex"), std::string::npos);
   ASSERT_EQ(edit({"animal", "set", "3", "sire=1"}), 0);
-  EXPECT_NE(takeOutput().find("cures error parent-sex: "), std::string::npos);
+  EXPECT_NE(takeOutput().find("fixes error parent-sex: "), std::string::npos);
 }
 
 TEST_F(EditsTest, CheckCuresWhatTheKeeperAgreesTo) {
@@ -223,7 +223,7 @@ TEST_F(EditsTest, CheckCuresWhatTheKeeperAgreesTo) {
   EXPECT_EQ(answer("n\\ny\\n"), 0);
   EXPECT_EQ(query("SELECT id FROM animals WHERE sire = id"), "3\n");
   EXPECT_EQ(edit({"check", "--yes", "own-parent"}), 0) << takeErrors();
-  EXPECT_EQ(takeOutput(), "3: sire 3 -> (empty)\ncures error own-parent: 3 is its own sire\n");
+  EXPECT_EQ(takeOutput(), "3: sire 3 -> (empty)\nfixes error own-parent: 3 is its own sire\n");
   EXPECT_EQ(edit({"undo"}), 0);
   EXPECT_EQ(edit({"check", "--yes", "own-paren"}), 2);
 }
@@ -238,9 +238,9 @@ TEST_F(EditsTest, AnEarlierChangeIsUndoneUnlessALaterOneBuildsOnIt) {
   const struct {
     const char* change;
     const char* later;
-  } refused[] = {{"2", "events of \"6\" were added again by change 4"},
-                 {"3", "Name of \"3\" was changed again by change 5"},
-                 {"6", "\"Tattoo\" were entered again by change 7"}};
+  } refused[] = {{"2", "events of \"6\" were added later, by change 4"},
+                 {"3", "Name of \"3\" was changed later, by change 5"},
+                 {"6", "\"Tattoo\" were entered later, by change 7"}};
   for (const auto& [change, later] : refused) {
     EXPECT_EQ(edit({"undo", change}), 1);
     EXPECT_NE(takeErrors().find(later), std::string::npos) << later;
@@ -274,7 +274,7 @@ TEST_F(EditsTest, RestoresEveryMoment) {
   }
 }
 
-TEST_F(EditsTest, TheHistoryIsReadBySqlAndTellsOfOtherPrograms) {
+TEST_F(EditsTest, TheHistoryIsReadableBySqlAndRecordsOtherPrograms) {
   ASSERT_EQ(edit({"animal", "set", "3", "Name=Cy", "--as", "Ann", "-m", "from the card"}), 0);
   query("UPDATE animals SET sex = 'm' WHERE id = '3'");
   EXPECT_EQ(edit({"undo"}), 0) << takeErrors();
@@ -283,7 +283,7 @@ TEST_F(EditsTest, TheHistoryIsReadBySqlAndTellsOfOtherPrograms) {
   EXPECT_EQ(query("SELECT kind, animal, field, before, after FROM history WHERE change = 4"), "undo|3|sex|m|f\n");
 }
 
-TEST_F(EditsTest, TheLogTellsWhatHappenedToWhom) {
+TEST_F(EditsTest, TheLogShowsWhatHappenedToWhichAnimal) {
   ASSERT_EQ(edit({"animal", "set", "3", "Name=Cy", "--as", "Ann", "-m", "from the card"}), 0);
   ASSERT_EQ(edit({"transfer", "3", "--to", "A", "--on", "1998"}), 0);
   ASSERT_EQ(edit({"animal", "rename", "3", "03"}), 0);

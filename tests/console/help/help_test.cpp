@@ -14,7 +14,7 @@ namespace {
 
 class HelpTest : public ConsoleTest {
  protected:
-  /// What a shell command prints.
+  /// The output of a shell command.
   std::string shell(const std::string& line) {
     std::system((line + " >" + at("out") + " 2>&1").c_str());
     return contentOf(at("out"));
@@ -43,7 +43,7 @@ TEST_F(HelpTest, EveryExampleWorks) {
     std::istringstream lines(page.example);
     for (std::string line; std::getline(lines, line);) {
       const int code = run(wordsOf(line, home));
-      const int found = page.words == std::string("diff") ? 1 : 3;  // what the example shows
+      const int found = page.words == std::string("diff") ? 1 : 3;  // the exit code of the example
       EXPECT_TRUE(code == 0 || (code == found && (found == 1 || page.words == std::string("check")))) << line << "\n"
                                                                                                       << takeErrors();
       EXPECT_NE(line.find(page.words), std::string::npos);
@@ -80,7 +80,7 @@ TEST_F(HelpTest, WrongWordsSuggestTheNearest) {
       {{"list", "--studbok=x"}, "\"--studbok\"; did you mean \"--studbook\"?"},
       {{"list", "--format", "jsn"}, "\"jsn\" must be one of: text, csv, json; did you mean \"json\"?"},
       {{"list", "--prorating", "yes"}, "spx list has no option \"--prorating\""},
-      {{"show", "--", "1", "--format", "csv"}, "\"--format\" is an unexpected argument; options stand before --"},
+      {{"show", "--", "1", "--format", "csv"}, "\"--format\" is an unexpected argument; options must come before --"},
       {{"taxa", "x"}, "unexpected argument \"x\"; see spx taxa --help"},
       {{"help", "veiw"}, "did you mean \"view\"?"},
       {{"--completion", "fihs"}, "did you mean \"fish\"?"},

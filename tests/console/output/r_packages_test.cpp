@@ -13,7 +13,7 @@ namespace {
 
 class RPackagesTest : public ConsoleTest {
  protected:
-  /// The files for a package of a studbook of which all animals are flagged, without the script.
+  /// The files that a package gets for a studbook with all animals flagged, without the script.
   std::string exported(const std::string& animals, const std::string& package) {
     studbook_files files;
     files.animals = table("a.csv", animals);
@@ -33,7 +33,7 @@ class RPackagesTest : public ConsoleTest {
   }
 };
 
-// 3 and its unknown dam, 4 with its ancestors, 5 that is not wanted; offspring stand first.
+// 3 with an unknown dam, 4 with its ancestors, and 5, which is not exported; offspring come first.
 constexpr char FAMILY[] =
     "id,sire,dam,sex,birth_date,death_date\n4,3,2,f,2004,\n3,1,,u,2003,2009\n2,,,f,,\n1,,,m,1999,\n5,1,2,m,,\n";
 

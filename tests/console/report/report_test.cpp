@@ -12,7 +12,7 @@ namespace {
 
 const std::string ZOOS = SPX_SOURCE_DIR "/examples/zoos";
 
-/// What stands between two texts, each time that they follow each other.
+/// The texts between each pair of `begin` and `end`, in order.
 std::vector<std::string> between(const std::string& text, const std::string& begin, const std::string& end) {
   std::vector<std::string> found;
   for (std::size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
@@ -58,7 +58,7 @@ std::string shown(double value, int decimals) {
   return text;
 }
 
-/// The cells of the table with a caption, row by row, as a reader sees them; the head is the first row.
+/// The cells of the table with a caption, row by row, as a reader sees them; the first row holds the titles.
 std::vector<std::vector<std::string>> tableOf(const std::string& page, const std::string& caption) {
   const std::string start = "<caption>" + caption + "</caption>";
   EXPECT_NE(page.find(start), std::string::npos) << caption;
@@ -144,7 +144,7 @@ TEST_F(Report, EveryFigureIsThatOfItsCommand) {
     EXPECT_EQ(shown_pairs[row + 1][2], pairs[row]["dam"].get<std::string>());
   }
 
-  // The summary answers what a reader asks first.
+  // The summary answers the first questions of a reader.
   const std::string summary = between(page, "<section id=\"summary\">", "</section>").at(0);
   const nlohmann::json founders = answer({"founders", "--on", "2015-12-31", "--runs", "20"});
   std::size_t nearly_lost = 0;
@@ -260,7 +260,7 @@ TEST_F(Report, CardsShowTheAncestorsOfAnAnimal) {
             "3 1994|1 1990|wild|\nunknown|\n2 1991|unknown|\nunknown|\n"
             "4 1995|1 1990|wild|\nunknown|\n2 1991|unknown|\nunknown|\n");
   EXPECT_EQ(rowsOf("6"), "P5|||\n|\n||\n|\n5 1999|3 1994|1 1990|\n2 1991|\n4 1995|1 1990|\n2 1991|\n");
-  EXPECT_NE(page.find("where they are is not recorded"), std::string::npos);
+  EXPECT_NE(page.find("their locations are not recorded"), std::string::npos);
   EXPECT_NE(page.find("The studbook records no deaths"), std::string::npos);
 }
 

@@ -57,7 +57,7 @@ class DamageTest : public ConsoleTest {
   std::string sound;
 };
 
-// Most bytes of the file are zeros that nobody reads: half of the damages hit others.
+// Most bytes of the file are zeros that nothing reads, so half of the damage is aimed at other bytes.
 TEST_F(DamageTest, NoDamagedByteIsReadAsAnotherStudbook) {
   const std::string expected = cells();
   ASSERT_NE(expected.find("1,2001,arrival,1.2,"), std::string::npos) << expected;
@@ -82,7 +82,7 @@ TEST_F(DamageTest, NoDamagedByteIsReadAsAnotherStudbook) {
   EXPECT_GT(refused, 500U);
 }
 
-TEST_F(DamageTest, CommandsRefuseWhatOtherProgramsOrDamageTookAway) {
+TEST_F(DamageTest, CommandsRefuseFilesThatLackTablesOrColumns) {
   struct damage_case {
     const char* sql;
     const char* reason;  ///< null where the change is accepted
@@ -117,12 +117,12 @@ TEST_F(DamageTest, CommandsRefuseWhatOtherProgramsOrDamageTookAway) {
       EXPECT_TRUE(reason == nullptr || errors.find(reason) != std::string::npos) << errors;
     }
   }
-  // A change without the triggers looks like damage.
+  // A change after the triggers were removed looks like damage.
   writeContent(file, sound);
   change("DROP TRIGGER spx_sums_animals_DELETE; DELETE FROM animals WHERE id = '3'; PRAGMA foreign_keys = OFF");
   takeErrors();
   EXPECT_EQ(run({"--studbook", file, "check"}), 1);
-  EXPECT_NE(takeErrors().find("3 rows of animals were stored, 2 are there"), std::string::npos);
+  EXPECT_NE(takeErrors().find("3 rows of animals were stored, 2 were found"), std::string::npos);
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ TEST_F(IdPrefixTest, AnimalsThatNoListWouldShowAreNamed) {
   }
 }
 
-// Parents without a row stay what they are; what was imported with a prefix comes back without it.
+// Parents without a row are unchanged; IDs imported with a prefix are exported without it.
 TEST_F(IdPrefixTest, APrefixMakesThemAnimalsAndIsDroppedAgain) {
   EXPECT_EQ(run({"--studbook", book, "import", home, "--id-prefix", "Z-"}), 0);
   EXPECT_EQ(run({"--studbook", book, "export", "tables", "--to", home, "--overwrite"}), 0);

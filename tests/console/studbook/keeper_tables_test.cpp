@@ -23,7 +23,7 @@ constexpr char MESSY[] =
 
 class KeeperTablesTest : public ConsoleTest {
  protected:
-  /// The rows of the animals and the notes on them; or the reason for which they are refused.
+  /// The rows of the animals and the notes on them; or the reason why they are refused.
   static std::string read(const studbook_files& files) {
     try {
       const studbook_tables tables = openTables(files);
@@ -58,14 +58,14 @@ TEST_F(KeeperTablesTest, ReadsATableAsAKeeperWroteIt) {
       "0003||0001|female|1993-06-04|~1999||\n";
   const std::string name = at("a.csv") + ": ";
   const std::string notes =
-      name + "the titles are in line 3; what stands above is not read\n" + name + "line 8 is skipped: \"Total\"\n" +
+      name + "the titles are in line 3; the lines above are ignored\n" + name + "line 8 is skipped: \"Total\"\n" +
       name + "2 dates with the day first: \"25.12.1988\" is 1988-12-25\n" + name +
       "2 numbers with a decimal comma: \"45,5\" is 45.5\n" + name + "2 sexes in other words: \"W\" is female\n" + name +
-      "1 date with 00 for what is not known: \"1990-07-00\" is 1990-07\n" + name +
-      "1 unknown date of death, taken for a living animal: \"?\" is not known\n" + name +
+      "1 date with 00 for unknown parts: \"1990-07-00\" is 1990-07\n" + name +
+      "1 unknown date of death, read as a living animal: \"?\" is not known\n" + name +
       "1 approximate date: \"ca. 1999\" is ~1999\n";
   EXPECT_EQ(read(csv(MESSY, {.footer = FOOTER::SKIP})), cells + notes);
-  EXPECT_NE(read(csv(MESSY)).find("\"Total\" looks like a footer; say --footer skip"), std::string::npos);
+  EXPECT_NE(read(csv(MESSY)).find("\"Total\" looks like a footer; use --footer skip"), std::string::npos);
   EXPECT_NE(read(csv(MESSY, {.footer = FOOTER::KEEP})).find("Total|3|"), std::string::npos);
 }
 
@@ -78,16 +78,16 @@ TEST_F(KeeperTablesTest, AColumnDecidesTheOrderOfDayAndMonthOrIsRefused) {
       {"id,born\n1,04/05/1998\n2,25/05/1998\n", DATE_ORDER::UNKNOWN, "1|1998-05-04|\n2|1998-05-25|\n"},
       {"id,born\n1,04/05/1998\n2,05/25/1998\n", DATE_ORDER::UNKNOWN, "1|1998-04-05|\n2|1998-05-25|\n"},
       {"id,born\n1,04/05/1998\n2,05/05/1998\n", DATE_ORDER::UNKNOWN,
-       "column \"born\": dates such as \"04/05/1998\" could have the day or the month first; say --dates day-first or "
+       "column \"born\": dates such as \"04/05/1998\" could have the day or the month first; use --dates day-first or "
        "--dates month-first"},
       {"id,born,died\n1,04/05/1998,31/12/1999\n", DATE_ORDER::UNKNOWN,
        "column \"born\": dates such as \"04/05/1998\" could have the day or the month first (column \"died\" has the "
-       "day first); say --dates day-first or --dates month-first"},
+       "day first); use --dates day-first or --dates month-first"},
       {"id,born\n1,04/05/1998\n2,05/25/1998\n3,25/05/1998\n", DATE_ORDER::UNKNOWN,
        "column \"born\": some dates have the day first, others the month"},
       {"id,born\n1,04/05/1998\n", DATE_ORDER::MONTH_FIRST, "1|1998-04-05|\n"},
       {"id,born\n1,25/05/1998\n", DATE_ORDER::MONTH_FIRST,
-       "column \"born\": \"25/05/1998\" has the day first, against --dates month-first"},
+       "column \"born\": \"25/05/1998\" has the day first, contrary to --dates month-first"},
   };
   for (const auto& [content, order, expected] : cases) {
     SCOPED_TRACE(content);
@@ -107,10 +107,10 @@ TEST_F(KeeperTablesTest, EncodingsAreFoundOutOrGiven) {
       "\xFF\xFEi\0d\0;\0n\0\n\0"
       "1\0;\0\xE9\0\n\0",
       20);
-  EXPECT_EQ(read(csv(utf16)), "1|\xC3\xA9|\n" + at("a.csv") + ": read as UTF-16LE; --encoding NAME says otherwise\n");
+  EXPECT_EQ(read(csv(utf16)), "1|\xC3\xA9|\n" + at("a.csv") + ": read as UTF-16LE; --encoding NAME overrides this\n");
   EXPECT_EQ(read(csv(utf16.substr(2))).substr(0, 6), "1|\xC3\xA9|\n");
   EXPECT_EQ(read(csv("id;n\n1;\x80\n")), "1|\xE2\x82\xAC|\n" + at("a.csv") +
-                                             ": read as Windows-1252 (or Latin-1); --encoding NAME says otherwise\n");
+                                             ": read as Windows-1252 (or Latin-1); --encoding NAME overrides this\n");
   EXPECT_EQ(read(csv("id;n\n1;\xC3\xA9\n")), "1|\xC3\xA9|\n");
   EXPECT_EQ(read(csv("id;n\n1;\x8E\n", {.encoding = "cp850"})), "1|\xC3\x84|\n");
   EXPECT_NE(read(csv("id\n", {.encoding = "latin 99"})).find("--encoding: \"latin 99\" is not known"),

@@ -14,7 +14,7 @@ namespace {
 
 class KilledTest : public ConsoleTest {
  protected:
-  /// Runs the program, and kills it after so many milliseconds. @return whether it came to its end
+  /// Runs the program, and kills it after that many milliseconds. @return whether it had finished
   static bool runFor(int milliseconds, const std::vector<std::string>& words) {
     std::string line = "timeout -s KILL " + std::to_string(milliseconds / 1000.0) + " " SPX_PROGRAM;
     for (const std::string& word : words) {
@@ -34,8 +34,8 @@ class KilledTest : public ConsoleTest {
   }
 };
 
-// What a command writes is what was there before or what it was to become, never a mixture.
-TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
+// After a kill at any moment the files hold the old state or the new one, never a mixture.
+TEST_F(KilledTest, AtAnyMomentTheOldOrTheNewStateIsWhole) {
   std::string texts[] = {"id,sex,rearing\n", "id,sex,rearing\n"};
   for (int animal = 1; animal <= 400; ++animal) {
     texts[0] += std::to_string(animal) + ",m,hand\n";
@@ -52,7 +52,7 @@ TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
     return command;
   };
   const struct {
-    words to[2];  ///< the words that bring about the one state and the other
+    words to[2];  ///< commands that lead to the one state and to the other
     std::function<std::string()> state;
   } cases[] = {
       {{{"import", a, "--studbook", imported}, {"import", b, "--studbook", imported}},
@@ -96,7 +96,7 @@ TEST_F(KilledTest, AtAnyMomentThereIsTheFormerStateOrTheNewOne) {
     int longest = 10;
     std::size_t now = 0;
     for (int round = 0; round < 16; ++round) {
-      // Until one has come to its end the time is doubled.
+      // The time is doubled until a command has finished.
       const int wait = round < 4 ? longest : std::uniform_int_distribution(1, longest)(random);
       const bool ended = runFor(wait, to[1 - now]);
       if (!ended && wait == longest) {

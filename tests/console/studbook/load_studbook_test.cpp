@@ -30,7 +30,7 @@ class LoaderTest : public ConsoleTest, public testing::WithParamInterface<bool> 
     return MetaPop.getMemberName(event.location) + "#" + std::to_string(event.number);
   }
 
-  /// Loads tables of these texts, of which empty ones are not given. @return the faults
+  /// Loads tables with these texts; an empty text means that the table is not given. @return the faults
   std::string load(const std::string& animals, const std::string& events = "", const std::string& locations = "",
                    const std::string& programs = "") {
     const auto write = [&](const char* name, const std::string& text) { return text.empty() ? "" : table(name, text); };
@@ -149,7 +149,7 @@ TEST_P(LoaderTest, ParentsBecomeResolvable) {
   EXPECT_EQ(animal("3").sire_id + animal("4").sire_id, "P2P2");
   EXPECT_EQ(animal("5").sire_id + animal("5").dam_id, "WILDUNKF");
   EXPECT_EQ(animal("P99").sex, SEX::MALE);
-  // Nine rows, five pseudo parents, and P2, P99, P98, PMULT3; the room was reserved at once.
+  // Nine rows, five pseudo parents, and P2, P99, P98, PMULT3; the memory was reserved at once.
   EXPECT_EQ(Animals.records.size(), 18U);
   EXPECT_EQ(takeOutput(), "");
   const std::string errors = takeErrors();
@@ -189,7 +189,8 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
        "a.csv:2: column \"id\", animal \"0\": \"0\" means an unknown parent and cannot be an ID"},
       {"id,sex\n1\n", "", "", "a.csv:2: animal \"1\": the row has 1 cells, the header line has 2"},
       {"name\nx\n", "", "",
-       "a.csv:1: there is no column \"id\"; the columns are \"name\". Say which one it is, such as --map id=\"TITLE\""},
+       "a.csv:1: there is no column \"id\"; the columns are \"name\". Choose one of them, for example --map "
+       "id=\"TITLE\""},
       {"id,YOB\n\"1\n\",1\n2,1976-31\n", "", "",
        "a.csv:2: column \"YOB\", animal \"1\\n\": \"1\" is not a date (write YYYY-MM-DD, YYYY-MM or YYYY)"},
       {"id,death_event\n1,death\n", "", "", "a.csv:2: column \"death_event\", animal \"1\": \"death\" needs a date"},
@@ -202,13 +203,13 @@ TEST_P(LoaderTest, FaultsNameThePlace) {
        "a.csv:2: column \"location\", animal \"1\": the location \"3.1\" is not in the locations "
        "table"},
       {"id,location\n1,Zoo\n2,1\n", "", "",
-       "a.csv:3: column \"location\", animal \"2\": \"1\" is an identifier among names of "
-       "locations: give a locations table"},
+       "a.csv:3: column \"location\", animal \"2\": \"1\" is an identifier, but other locations are given by name: "
+       "give a locations table"},
       {"id,location\n1,x\n", "", "id,name\n1,x\n2,x\n",
        "a.csv:2: column \"location\", animal \"1\": \"x\" is the name of several locations: give "
        "the identifier"},
       {"id\n1\n", "", "level,id,name,lat\nzoo,1,x,91\n",
-       "l.csv:2: column \"lat\", location \"1\": \"91\" lies beyond 90 degrees"},
+       "l.csv:2: column \"lat\", location \"1\": \"91\" is beyond 90 degrees"},
       {"id\n1\n", "", "level,id,name\nzoo,1,x\npen,2,y\n",
        "l.csv:3: column \"level\", location \"2\": identifiers of this depth belong to the level "
        "\"zoo\", not \"pen\""},

@@ -24,7 +24,7 @@ class OddFilesTest : public ConsoleTest {
   const std::string studbook = at("s");
 };
 
-TEST_F(OddFilesTest, NamesAreOfFilesWhateverSqliteReadsInThem) {
+TEST_F(OddFilesTest, NamesMeanFilesWhateverSqliteReadsIntoThem) {
   for (const std::string name : {"file:u.studbook", ":memory:", "a b?mode=ro.studbook", "-x.studbook"}) {
     const std::string option = "'--studbook=" + name + "' ";
     for (const char* words : {"import a.csv", "import a.csv --replace", "animal set 1 rearing=hand", "check"}) {
@@ -58,7 +58,7 @@ TEST_F(OddFilesTest, BackupsOfLinkedAndHalfReplacedStudbooks) {
   EXPECT_EQ(run({"import", animals, "--replace", "--studbook", at("link")}), 0);
   EXPECT_NE(takeErrors().find("is kept as " + std::filesystem::canonical(at("d")).string() + "/s.bak\n"),
             std::string::npos);
-  // A kill between two renames leaves both names to one file.
+  // A kill between two renames leaves both names linked to one file.
   std::filesystem::remove(at("d/s.bak"));
   std::filesystem::create_hard_link(at("d/s"), at("d/s.bak"));
   EXPECT_EQ(run({"import", animals, "--replace", "--studbook", at("d/s")}), 0);
@@ -97,7 +97,7 @@ TEST_F(OddFilesTest, WideTablesAreReadOrRefusedWithTheReason) {
   EXPECT_FALSE(std::filesystem::exists(studbook));
 }
 
-TEST_F(OddFilesTest, ALimitOfTheSizeOfFilesIsAFailureWithAReason) {
+TEST_F(OddFilesTest, AFileSizeLimitIsAFailureWithAReason) {
   std::string rows = "id,sex\n";
   for (int animal = 1; animal < 20000; ++animal) {
     rows += std::to_string(animal) + ",m\n";

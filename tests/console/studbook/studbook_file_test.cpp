@@ -26,7 +26,7 @@ class StudbookFileTest : public ConsoleTest {
     return takeOutput();
   }
 
-  /// The tables that are in the file.
+  /// The contents of all tables in the file.
   std::string tables() {
     std::filesystem::create_directory(at("out"));
     writeTables(file, at("out"));
@@ -89,7 +89,7 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
       {{"event", "add", "N1", "date=2024-02", "event=arrival", "location=2.1.3"}, 0, "\nN1,2024-02,arrival,2.1.3,,\n"},
       {{"event", "add", "N1", "event=arrival"}, 1, "the date is missing"},
       {{"--map", "sex=sex", "animal", "set", "0055", "sex=m"}, 0, ""},
-      {{"--map", "sex=sex", "check"}, 2, "--map go with tables"},
+      {{"--map", "sex=sex", "check"}, 2, "--map can only be used with tables"},
       {{"--studbook", table, "animal", "set", "0055", "sex=m"}, 1, "not a studbook file"},
       {{"--studbook", table, "export", "tables", "--to", home}, 1, "not a studbook file; spx import makes one"},
       {{"--studbook", EXAMPLE, "export", "tables", "--to", home}, 1, "not a studbook file; spx import makes one"},
@@ -108,7 +108,7 @@ TEST_F(StudbookFileTest, ChangesAreMadeAsAWholeOrNotAtAll) {
   }
 }
 
-TEST_F(StudbookFileTest, RefusesWhatIsNoSoundStudbookFile) {
+TEST_F(StudbookFileTest, RefusesDamagedAndForeignFiles) {
   import(EXAMPLE);
   const std::string sound = contentOf(file);
   const auto with = [&](std::size_t at, const std::string& bytes) {
@@ -118,7 +118,7 @@ TEST_F(StudbookFileTest, RefusesWhatIsNoSoundStudbookFile) {
       {sound.substr(0, 16), "is damaged"},
       {sound.substr(0, sound.size() / 2), "is damaged"},
       {with(100, std::string(20000, '\x7F')), "is damaged"},
-      {with(63, "\x09"), "is a studbook file of version 9; this program knows the versions 1 to 2"},
+      {with(63, "\x09"), "is a studbook file of version 9; this program reads versions 1 to 2"},
       {with(68, "mine"), "is an SQLite database, but not a studbook file"},
   };
   for (const auto& [content, reason] : cases) {
@@ -139,7 +139,7 @@ TEST_F(StudbookFileTest, UndoesWhatAKilledWriterLeft) {
     if (fork() == 0) {
       SQLite::Database writer(file, SQLite::OPEN_READWRITE);
       writer.exec("PRAGMA cache_size = 1; BEGIN; UPDATE animals SET rearing = 'hand'");
-      _exit(0);  // without closing: its pages are in the file, and the journal beside it
+      _exit(0);  // without closing: its pages are in the file, and the rollback journal exists
     }
     wait(nullptr);
     ASSERT_NE(contentOf(file), former);

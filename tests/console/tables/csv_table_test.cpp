@@ -7,7 +7,7 @@ namespace {
 
 class CsvTableTest : public TemporaryHome {
  protected:
-  /// The rows as "line:cell/cell ", the titles first; what is thrown as "!line reason".
+  /// The rows as "line:cell/cell ", the titles first; an exception as "!line reason".
   std::string rows(const std::string& content) {
     writeContent(at("t.csv"), content);
     return rowsOf(at("t.csv"));
@@ -63,7 +63,7 @@ TEST_F(CsvTableTest, ReadsWhatProgramsWrite) {
   }
 }
 
-TEST_F(CsvTableTest, RefusesWhatIsNoTableAfterTheRowsBeforeIt) {
+TEST_F(CsvTableTest, RefusesABrokenRowAfterReadingThoseBefore) {
   using namespace std::string_literals;
   const table_case cases[] = {
       {"", " !0 is empty: a header line is needed"},
@@ -71,7 +71,7 @@ TEST_F(CsvTableTest, RefusesWhatIsNoTableAfterTheRowsBeforeIt) {
       {"a,b\n1,2\n3,\"4\n5,6\n", "a/b/ 2:1/2/ !3 has a quote that is not closed"},
       {"a,b\n1,2\n3,4\"5\n", "a/b/ 2:1/2/ !3 has a stray quote (quote the whole cell and double the quotes in it)"},
       {"a,b\n1,\"2\"x\n", "a/b/ !2 has a stray quote (quote the whole cell and double the quotes in it)"},
-      {"a,b\n1,2\n\0,3\n"s, "a/b/ 2:1/2/ !3 holds a NUL byte: it is not a text table"},
+      {"a,b\n1,2\n\0,3\n"s, "a/b/ 2:1/2/ !3 contains a NUL byte: it is not a text table"},
   };
   for (const auto& [content, expected] : cases) {
     SCOPED_TRACE(content);

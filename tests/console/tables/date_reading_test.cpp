@@ -76,7 +76,7 @@ TEST(DateReading, OnlyImpossibleMonthsProveAnOrder) {
 }
 
 TEST(DateReading, FaultsSayWhatToWrite) {
-  EXPECT_EQ(dateFault("12/05/98"), "\"12/05/98\" has a year of two digits; write all four");
+  EXPECT_EQ(dateFault("12/05/98"), "\"12/05/98\" has a two-digit year; write all four digits");
   EXPECT_NE(dateFault("0000-01-01").find("there is no year 0"), std::string::npos);
   EXPECT_NE(dateFault("04/05/1998").find("day first or month first"), std::string::npos);
   EXPECT_NE(dateFault("x").find("is not a date"), std::string::npos);

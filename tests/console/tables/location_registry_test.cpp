@@ -36,7 +36,7 @@ TEST_F(LocationRegistryTest, NamesAreNumberedAsTheyAreMet) {
   EXPECT_EQ(find("South"), "2");
   EXPECT_EQ(find("North"), "1");
   EXPECT_EQ(find("north"), "3") << "another name";
-  EXPECT_NE(find("2.1").find("is an identifier among names of locations"), std::string::npos);
+  EXPECT_NE(find("2.1").find("is an identifier, but other locations are given by name"), std::string::npos);
   EXPECT_EQ(find("300"), "4") << "no identifier has such a number: the code of an institution";
   EXPECT_EQ(locations.metNames(), (std::vector<std::string>{"North", "South", "north", "300"}));
   DemeID unknown;
@@ -48,7 +48,7 @@ TEST_F(LocationRegistryTest, IdentifiersBringWhatIsAboveThem) {
   EXPECT_EQ(find("2.1.3"), "2.1.3");
   EXPECT_EQ(find("2.1"), "2.1");
   EXPECT_EQ(MetaPop.levels().size(), 3U);
-  EXPECT_NE(find("North").find("is a name among identifiers of locations"), std::string::npos);
+  EXPECT_NE(find("North").find("is a name, but other locations are given by identifier"), std::string::npos);
   EXPECT_NE(find("2.0.1").find("not a location identifier"), std::string::npos);
   EXPECT_NE(find("1.256").find("not a location identifier"), std::string::npos);
 }

@@ -85,7 +85,7 @@ TEST(ValueText, DemeIdentifiersAreStrict) {
     EXPECT_TRUE(isDemeText(text)) << text;
     EXPECT_TRUE(parseDeme(text)) << text;
   }
-  // The last two are too deep for a packed form that comes back as it was.
+  // The last two are too deep to survive packing.
   for (const char* text :
        {"0", "3..1", ".3", "3.", "3.256", "3.0.1", "1.2.3.4.5.6.7.8.9", "1.2.3.4.5.6.7.8", "200.1.1.1.1.1.1.1"}) {
     EXPECT_TRUE(isDemeText(text)) << text;
@@ -121,7 +121,7 @@ TEST(ValueText, TypeOfAFieldFitsAllItsValues) {
 
 constexpr table_field FIELDS[] = {{"id", {"stud_id"}, true}, {"birth_date", {"yob"}}, {"f"}};
 
-/// The titles of id, birth_date and f, and how many columns are left; or what is thrown.
+/// The titles of id, birth_date and f, and the number of other columns; or the text of the exception.
 std::string claims(const std::vector<std::string>& titles, const std::vector<std::string>& choices = {}) {
   try {
     title_choices chosen;
@@ -146,15 +146,15 @@ TEST(ColumnTitles, FieldsAreFoundByAnyOfTheirTitles) {
   EXPECT_EQ(claims({"Birth Date", "x", "ID"}), "ID Birth Date - 1");
   EXPECT_EQ(claims({"F", "YOB", "Stud-ID"}), "Stud-ID YOB F 0");
   EXPECT_EQ(claims({"name", "x"}),
-            "table: there is no column \"id\"; the columns are \"name\", \"x\". Say which one it is, such as --map "
+            "table: there is no column \"id\"; the columns are \"name\", \"x\". Choose one of them, for example --map "
             "id=\"TITLE\"");
   EXPECT_EQ(claims({"Stdu-ID", "x"}),
-            "table: there is no column \"id\"; the columns are \"Stdu-ID\", \"x\". Say which one it is, such as "
+            "table: there is no column \"id\"; the columns are \"Stdu-ID\", \"x\". Choose one of them, for example "
             "--map id=\"Stdu-ID\"");
   EXPECT_EQ(claims({"STUD ID", "Y.O.B."}), "STUD ID Y.O.B. - 0");
   EXPECT_EQ(claims({"id", "", "", "x", "x"}), "id - - 4");
   EXPECT_EQ(claims({"id", "x", "stud_id"}),
-            "usage: t.csv: the columns \"id\" and \"stud_id\" both claim the field id; choose one "
+            "usage: t.csv: the columns \"id\" and \"stud_id\" both match the field id; choose one "
             "with --map id=TITLE");
 }
 
@@ -165,7 +165,7 @@ TEST(ColumnTitles, AChosenTitleWins) {
   EXPECT_EQ(claims({"id"}, {"id=y"}), "usage: --map: t.csv has no column \"y\"; its columns are \"id\"");
   EXPECT_EQ(claims({"id"}, {"age=id"}), "usage: --map: no field \"age\"; there are id, birth_date, f");
   EXPECT_EQ(claims({"id", "x"}, {"id=x", "f=x"}), "usage: --map: the column \"x\" is given to two fields");
-  EXPECT_NE(claims({"id", "x"}, {"id=x", "id=id"}).find("both claim"), std::string::npos);
+  EXPECT_NE(claims({"id", "x"}, {"id=x", "id=id"}).find("both match"), std::string::npos);
   for (const char* choice : {"", "=", "id", "id=", "=x"}) {
     EXPECT_NE(claims({"id"}, {choice}).find("is not FIELD=TITLE"), std::string::npos) << choice;
   }

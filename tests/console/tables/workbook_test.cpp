@@ -13,7 +13,7 @@ namespace {
 
 class WorkbookTest : public ConsoleTest {
  protected:
-  /// The sheets of a workbook with their titles and rows; or why it cannot be read.
+  /// The sheets of a workbook with their titles and rows; or the reason why it cannot be read.
   static std::string sheetsOf(const std::string& file) {
     try {
       const auto workbook = Workbook::read(file);
@@ -225,7 +225,8 @@ TEST_F(WorkbookTest, OdsRowsAndCellsThatStandForSeveralAreAllRead) {
 
 TEST_F(WorkbookTest, WhatIsNotAWorkbookIsRefused) {
   EXPECT_EQ(sheetsOf(table("a.zip", zipFile({{"a.txt", "id"}}))), "error: not an .xlsx or .ods workbook");
-  EXPECT_NE(sheetsOf(table("a.xls", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1")).find("old .xls kind"), std::string::npos);
+  EXPECT_NE(sheetsOf(table("a.xls", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1")).find("an old .xls workbook"),
+            std::string::npos);
   EXPECT_FALSE(isWorkbook(table("a.csv", "id\n1\n")));
   EXPECT_FALSE(isWorkbook(home));
   const std::string many =
