@@ -29,6 +29,7 @@
 #include "console/studbook/load_studbook.h"
 #include "console/studbook/open_tables.h"
 #include "console/studbook/studbook_file.h"
+#include "console/tables/value_text.h"
 
 namespace spx::console {
 namespace {
@@ -61,10 +62,13 @@ void printCount(const char* what, std::size_t count) {
   std::cout << std::left << std::setw(18) << what << count << "\n";
 }
 
+/// Without the one that stands for unknown locations.
 std::size_t countLocations() {
   std::size_t count = 0;
-  for (std::size_t level = 0; level < MetaPop.levels().size(); ++level) {
-    count += MetaPop.getNumberOfMembers(level);
+  for (const deme_level& level : MetaPop.levels()) {
+    count += static_cast<std::size_t>(std::count_if(level.members.begin(), level.members.end(), [](const auto& member) {
+      return !isSameWord(member.name, "unknown");
+    }));
   }
   return count;
 }
@@ -93,13 +97,13 @@ void reportLoaded(const loading_notes& notes) {
   printCount("locations", countLocations());
   printCount("programmes", Management.programs().size());
   printCount("pseudo founders", founders);
-  printCount("inconsistencies", Animals.inconsistencies.size());
   printNames("new locations", notes.new_locations);
   std::vector<std::string> taxa;
   std::remove_copy(Subspecies.names().begin(), Subspecies.names().end(), std::back_inserter(taxa),
                    *Subspecies.getGeneric());
   printNames("taxa", taxa);
   printNames("other columns", fields);
+  std::cout << "spx check lists what cannot be true in this studbook.\n";
 }
 
 /// Whether the import updates an existing studbook file.

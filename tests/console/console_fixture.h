@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "spx/project/biology.h"
+
 #include "console/commands/command_line.h"
 #include "console/studbook/load_studbook.h"
 #include "tests/support/temporary_home.h"
@@ -13,7 +15,10 @@ namespace spx::console {
 /// Tables live in the temporary home; commands run in this process.
 class ConsoleTest : public TemporaryHome {
  protected:
-  ~ConsoleTest() override { dropStudbook(); }
+  ~ConsoleTest() override {
+    dropStudbook();
+    LifeHistory.initialize();
+  }
 
   /// Writes a table into the home directory. @return its path
   std::string table(const std::string& name, const std::string& content) {

@@ -15,9 +15,6 @@ namespace spx::console {
 /// Tables are loaded and checked on 1 January 2026.
 class CheckTest : public ConsoleTest {
  protected:
-  CheckTest() { LifeHistory.initialize(); }
-  ~CheckTest() override { LifeHistory.initialize(); }
-
   std::vector<finding> findingsIn(const std::string& animals, const std::string& events = "",
                                   const std::string& locations = "") {
     studbook_files files;

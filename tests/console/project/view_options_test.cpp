@@ -183,5 +183,28 @@ TEST_F(ViewOptionsTest, TheCandidatesOfAnAnimalCanBeLimited) {
   EXPECT_EQ(count(limited, "<SIRES_OMITTED>2</SIRES_OMITTED>"), 1U);
 }
 
+TEST_F(ViewOptionsTest, ALargeReportIsAnnounced) {
+  std::string rows = "id,sire,sex,dob\n";
+  for (int id = 0; id < 660; ++id) {
+    rows += "A" + std::to_string(id) + ",,m," + (id % 2 == 0 ? "1990\n" : "2000\n");
+  }
+  const std::string book = table("many.csv", rows);
+  const auto announced = [&](const std::string& most) {
+    takeErrors();
+    EXPECT_EQ(run({"--studbook", book, "trace-parents", "--to", home, "--overwrite", "--life-history",
+                   "male-reproductive-lower=100", "--life-history", "male-reproductive-upper=9000", "--most-candidates",
+                   most}),
+              0);
+    return takeErrors();
+  };
+  // Each of 330 animals has 330 possible sires.
+  const std::string announcement = announced("1000");
+  EXPECT_NE(announcement.find("108900 possible parents; the report will take about 14 MB"), std::string::npos)
+      << announcement;
+  const double bytes = static_cast<double>(std::filesystem::file_size(at("parents-all.xml")));
+  EXPECT_NEAR(bytes / 1e6, 14, 3) << "the announced size";
+  EXPECT_EQ(announced("1").find("MB"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace spx::console
