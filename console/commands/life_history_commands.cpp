@@ -11,6 +11,7 @@
 #include "console/base/failure.h"
 #include "console/commands/command.h"
 #include "console/output/output_file.h"
+#include "console/output/table_options.h"
 #include "console/project/life_history.h"
 
 namespace spx::console {
@@ -38,14 +39,30 @@ void keep(Biology& parameters) {
   }
 }
 
+/// A parameter at its default says nothing about the species, so it is shown as not set. The neonatal age applies
+/// with its default, too.
 ExitCode show(Session& session) {
   session.openProjectIfNamed();
+  Table table({{"parameter", "Parameter"},
+               {.name = "value", .title = "Value", .alignment = ALIGNMENT::RIGHT},
+               {"unit", "Unit"},
+               {"meaning", "Meaning"}});
+  const Biology unset;
   for (const life_history_setting& setting : lifeHistorySettings()) {
-    const std::string name = typedName(setting.key);
     const qs_lib::ConfigElement entry = LifeHistory.get(setting.key);
-    std::cout << name << std::string(28 - name.size(), ' ') << entry.value
-              << std::string(entry.value.size() < 12 ? 12 - entry.value.size() : 1, ' ') << entry.description << "\n";
+    const std::string text = entry.value;
+    const bool is_unset =
+        text == std::string(unset.get(setting.key).value) && setting.key != std::string("NEONATAL_AGE");
+    // The description of a choice ends with its name: "Reproductive season: birth-pulse".
+    const std::size_t choice = entry.description.find(": ");
+    const bool is_choice = choice != std::string::npos;
+    table.addRow({typedName(setting.key),
+                  is_choice  ? Cell(entry.description.substr(choice + 2))
+                  : is_unset ? Cell("not set")
+                             : Cell(text),
+                  setting.values == "DAYS" ? Cell("days") : Cell(), entry.description.substr(0, choice)});
   }
+  showTable(table, {});
   return ExitCode::DONE;
 }
 

@@ -126,6 +126,11 @@ ExitCode remove(const std::string& name) {
   ActiveProject.remove();
   std::cout.flush();
   std::cerr << "spx: its files are kept in " << kept.string() << "\n";
+  const std::string studbook = qs_lib::homePath("~/spx/studbooks/" + name + ".studbook");
+  if (fs::exists(studbook)) {
+    std::cerr << "spx: the studbook stays where it is, and a new project of that name would use it: " << studbook
+              << "\n";
+  }
   return ExitCode::DONE;
 }
 

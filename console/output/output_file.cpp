@@ -14,7 +14,9 @@ namespace spx::console {
 namespace fs = std::filesystem;
 
 void addOutputOptions(CLI::App& app, output_options& options) {
-  app.add_option("--to", options.directory, "Directory to write to (default: the project's)")->type_name("DIR");
+  app.add_option("--to", options.directory, "Directory to write to (default: the project's)")
+      ->check([](const std::string& name) { return name.empty() ? "a directory has a name" : ""; })
+      ->type_name("DIR");
   app.add_flag("--overwrite", options.overwrite, "Replace existing files in that directory");
 }
 

@@ -92,6 +92,9 @@ void Session::loadStudbook() {
   if (files.animals.empty()) {
     failWithoutStudbook();
   }
+  if (!newMapping().empty()) {
+    throw UsageError("--mapping: " + options_.mapping + " does not exist; spx import writes it");
+  }
   notes_ = console::loadStudbook(files);
   studbook_loaded_ = true;
 }

@@ -50,8 +50,24 @@ TEST_F(ProjectTest, KeepsItsLifeHistory) {
   EXPECT_EQ(on({"life-history", "load", at("ibex.biology")}), "0 ");
   EXPECT_EQ(contentOf(directory + "/taxon.biology"), kept);
   const std::string shown = on({"life-history", "show"});
-  EXPECT_TRUE(contains(shown, "180.00")) << shown;
+  EXPECT_TRUE(contains(shown, " 180.00  days  Gestation length")) << shown;
+  EXPECT_TRUE(contains(shown, " not set  days  Days after birth")) << shown;
   EXPECT_TRUE(contains(shown, "Capra ibex")) << shown;
+}
+
+TEST_F(ProjectTest, RefusesWhatCannotBeMeant) {
+  const std::string book = at("a.csv");
+  writeContent(book, animals);
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"life-history", "set", "male-reproductive-upper=700", "male-reproductive-lower=900"},
+       "2 spx: male-reproductive-lower is above male-reproductive-upper\n"},
+      {{"--studbook", book, "export", "pedigree", "--to", ""}, "a directory has a name"},
+      {{"--studbook", book, "--mapping", at("nope.map"), "list"}, "nope.map does not exist; spx import writes it"},
+  };
+  for (const auto& [words, says] : cases) {
+    const std::string answer = on(words);
+    EXPECT_TRUE(answer.starts_with("2 ") && contains(answer, says)) << answer;
+  }
 }
 
 TEST_F(ProjectTest, RefusesALifeHistoryWithoutNumbers) {
