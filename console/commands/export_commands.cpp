@@ -251,7 +251,7 @@ ExitCode exportTables(Session& session, const export_options& options) {
 using export_function = ExitCode (*)(Session&, const export_options&);
 
 /// The part of a view that an export uses.
-enum class TAKES : std::uint8_t { NO_VIEW, ANIMALS, ANIMALS_WITH_ANCESTORS, ALL_SETTINGS, VIEW_BLOCK };
+enum class TAKES : std::uint8_t { NO_VIEW, ANIMALS, ANIMALS_WITH_ANCESTORS, PREDICATES, VIEW_BLOCK };
 
 void addTableOptions(CLI::App& app, export_options& options) {
   app.add_option("--drop-id-prefix", options.id_prefix, "Remove this prefix from the IDs")->type_name("TEXT");
@@ -290,8 +290,10 @@ command exportCommand(const char* name, const char* help, export_function run, T
                            "Also the ancestors of the animals of the view");
             }
             if (takes != TAKES::NO_VIEW) {
-              const bool is_whole = takes == TAKES::VIEW_BLOCK || takes == TAKES::ALL_SETTINGS;
-              addViewOptions(app, options->view, is_whole ? WHOLE_VIEW : VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD);
+              const unsigned parts = takes == TAKES::VIEW_BLOCK   ? unsigned{WHOLE_VIEW}
+                                     : takes == TAKES::PREDICATES ? unsigned{VIEW_OF_PREDICATES}
+                                                                  : VIEW_RECORDS | VIEW_PLACES | VIEW_PERIOD;
+              addViewOptions(app, options->view, parts);
             }
           }};
 }
@@ -316,7 +318,7 @@ void addExportCommands(std::vector<command>& commands) {
   group.add(exportCommand("filters",
                           "filter_test.csv: the result of every predicate for every "
                           "animal",
-                          exportFilters, TAKES::ALL_SETTINGS));
+                          exportFilters, TAKES::PREDICATES));
   group.add(exportCommand("tables", "The tables of a studbook file, as CSV files or a workbook", exportTables,
                           TAKES::NO_VIEW));
   commands.push_back(group.asCommand());

@@ -44,7 +44,7 @@ void addFilterCommands(std::vector<command>& commands) {
                       [options](Session& session) { return writeFilters(session, *options); },
                       [options](CLI::App& app) {
                         addOutputOptions(app, options->output);
-                        addViewOptions(app, options->view, WHOLE_VIEW);
+                        addViewOptions(app, options->view, VIEW_OF_PREDICATES);
                       }});
 }
 

@@ -21,12 +21,14 @@ enum VIEW_PART : unsigned {
   VIEW_OFFSPRING = 1U << 9U,     ///< same-sex
   VIEW_PARENTS = 1U << 10U,      ///< handle-parent, generic-parents
   VIEW_WORDS = 1U << 11U,        ///< settings that only reports and view files show
-  VIEW_FACTS = 1U << 12U,        ///< origin, rearing, taxon, user field, accuracies, bounds
+  VIEW_FACTS = 1U << 12U,        ///< origin, rearing, accuracies, bounds
   VIEW_CLASS_COUNT = 1U << 13U,  ///< classes
   VIEW_PRORATING = 1U << 14U,    ///< prorating
-  VIEW_RECORDS = VIEW_SEX | VIEW_FACTS,
+  VIEW_TAXA = 1U << 15U,         ///< taxon, user field
+  VIEW_RECORDS = VIEW_SEX | VIEW_FACTS | VIEW_TAXA,
   VIEW_CLASSES = VIEW_CLASS_WIDTH | VIEW_CLASS_COUNT,
-  WHOLE_VIEW = (1U << 15U) - 1  ///< every setting
+  VIEW_OF_PREDICATES = VIEW_PLACES | VIEW_DAY | VIEW_TAXA,  ///< what the table of all predicates depends on
+  WHOLE_VIEW = (1U << 16U) - 1                              ///< every setting
 };
 
 /// One setting of a view.

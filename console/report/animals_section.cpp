@@ -172,7 +172,7 @@ void addAnimals(HtmlPage& page, report_context& context) {
   Cards cards(page, context, all);
   for (auto& [place, animals] : places) {
     sortNaturally(animals);
-    page.subheading(place + " (" + std::to_string(animals.size()) + ")");
+    page.subheading(place + ": " + std::to_string(animals.size()) + (animals.size() == 1 ? " animal" : " animals"));
     page.markup("<div class=\"cards\">\n");
     for (const position at : animals) {
       cards.add(at);

@@ -15,6 +15,7 @@
 #include "console/base/quoted_text.h"
 #include "console/charts/table_values.h"
 #include "console/output/animal_table.h"
+#include "console/project/life_history.h"
 #include "console/report/html_page.h"
 #include "console/report/report_sections.h"
 #include "console/results/demography_notes.h"
@@ -220,7 +221,10 @@ void addPairSentence(report_context& context, summary_text& to) {
       list += (row == 0 ? " " : ", ") + sires[row] + " with " + dams[row];
     }
     if (!list.empty()) {
-      to.sentences.push_back("To keep the most gene diversity, pair next:" + list + ".");
+      to.sentences.push_back("To keep the most gene diversity, pair next:" + list + "." +
+                             (lacksReproductiveAges() ? " Their ages are not considered, because the life history has "
+                                                        "no reproductive ages: check that they can breed."
+                                                      : ""));
     }
   } catch (const Failure&) {
     // The section of pairs says why there are none.
