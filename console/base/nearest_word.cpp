@@ -47,7 +47,7 @@ std::string suggestion(const std::string& typed, const std::vector<std::string>&
   for (const std::string& word : words) {
     const bool is_begun = typed.size() > 2 && word.starts_with(typed);
     const std::size_t slips = is_begun ? 1 : wordDistance(typed, word);
-    if (slips < best) {
+    if (slips < best && !word.empty()) {
       best = slips;
       nearest = &word;
     }

@@ -21,10 +21,17 @@ constexpr std::size_t SHOWN = 10;  ///< at most so many cured and so many new fi
 /// Whether a finding of the rule cannot be intended. Other errors, such as two animals with the same
 /// ID, may be a step towards better data.
 bool isImpossible(CHECK check) {
-  static constexpr CHECK IMPOSSIBLE[] = {
-      CHECK::PARENT_SEX,         CHECK::PARENT_BOTH_SEXES,  CHECK::OWN_PARENT,         CHECK::PARENT_CYCLE,
-      CHECK::FUTURE_DATE,        CHECK::DEATH_BEFORE_BIRTH, CHECK::BORN_BEFORE_PARENT, CHECK::BORN_AFTER_DAM_DIED,
-      CHECK::EVENT_BEFORE_BIRTH, CHECK::EVENT_AFTER_DEATH};
+  static constexpr CHECK IMPOSSIBLE[] = {CHECK::PARENT_SEX,
+                                         CHECK::PARENT_BOTH_SEXES,
+                                         CHECK::OWN_PARENT,
+                                         CHECK::PARENT_CYCLE,
+                                         CHECK::FUTURE_DATE,
+                                         CHECK::DEATH_BEFORE_BIRTH,
+                                         CHECK::BORN_BEFORE_PARENT,
+                                         CHECK::BORN_AFTER_DAM_DIED,
+                                         CHECK::EVENT_BEFORE_BIRTH,
+                                         CHECK::EVENT_AFTER_DEATH,
+                                         CHECK::CONCEIVED_AFTER_SIRE_DIED};
   return std::find(std::begin(IMPOSSIBLE), std::end(IMPOSSIBLE), check) != std::end(IMPOSSIBLE);
 }
 

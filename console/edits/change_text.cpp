@@ -57,8 +57,10 @@ class ChangeWriter {
  private:
   void addCell(const journal_cell& cell) {
     if (cell.table == "events" && cell.field == "animal") {
-      lines_.push_back(nameOf(cell) + "takes the event " + eventText(edit_, cell.row) + " of " +
-                       edit_.cell("animals", std::stoll(cell.before.value_or("0")), "id"));
+      // The animal that had the event is gone when it was merged into this one.
+      const std::string former = edit_.cell("animals", std::stoll(cell.before.value_or("0")), "id");
+      lines_.push_back(nameOf(cell) + "takes the event " + eventText(edit_, cell.row) +
+                       (former.empty() ? "" : " of " + former));
       return;
     }
     const std::string what = cell.table == "events" ? "event " + eventText(edit_, cell.row) + ": " : "";

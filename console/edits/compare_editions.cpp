@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -85,11 +86,15 @@ class RenameGuess {
   void settle(matched_rows& matched) const {
     const auto removed = rowsByBirth(before_, matched.only_before);
     const auto added = rowsByBirth(after_, matched.only_after);
+    const std::set<std::string_view> parents = parentsOf(after_);
     for (const auto& [birth, rows] : removed) {
       const auto partner = added.find(birth);
       // Animals with the same birth, such as twins, cannot be told apart.
       if (rows.size() != 1 || partner == added.end() || partner->second.size() != 1) {
         continue;
+      }
+      if (parents.contains(before_.value(rows.front(), "id"))) {
+        continue;  // the second edition still names the animal
       }
       matched.pairs.emplace_back(rows.front(), partner->second.front());
       std::erase(matched.only_before, rows.front());
@@ -98,17 +103,27 @@ class RenameGuess {
   }
 
  private:
-  /// Birth date, parents and sex, which identify an animal without its ID. Empty for an animal with
-  /// neither a birth date nor a parent.
+  static std::set<std::string_view> parentsOf(const EditionTable& table) {
+    std::set<std::string_view> parents;
+    for (std::size_t row = 0; row < table.rows(); ++row) {
+      parents.insert(table.value(row, "sire"));
+      parents.insert(table.value(row, "dam"));
+    }
+    return parents;
+  }
+
+  /// Birth date, parents and sex, which identify an animal without its ID. Empty for an animal without
+  /// a birth date.
   static std::string birthOf(const EditionTable& table, std::size_t row) {
+    const auto date = parseDate(table.value(row, "birth_date"));
+    if (!date || date->day == 0) {
+      return std::string();
+    }
     std::string birth;
     for (const char* field : {"birth_date", "sire", "dam"}) {
       const std::string_view cell = table.value(row, field);
       birth += isUnknownId(cell) ? "" : text(cell);
       birth += '\n';
-    }
-    if (birth == "\n\n\n") {
-      return std::string();
     }
     const auto sex = parseSex(table.value(row, "sex"));
     return birth + std::to_string(static_cast<unsigned>(sex.value_or(SEX::UNKNOWN)));

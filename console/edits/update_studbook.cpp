@@ -80,12 +80,23 @@ class StudbookUpdate {
         !takesBack(describe(row) + " was changed by hand, and the table lacks it")) {
       return;
     }
+    if (row.table == "animals" && hasEventByHand(number) &&
+        !takesBack(describe(row) + " has events entered by hand, and the table lacks it")) {
+      return;
+    }
     if (row.table == "animals") {
       for (const row_number event : edit_.find("events", "animal", std::to_string(number))) {
         edit_.remove("events", event);
       }
     }
     edit_.remove(row.table, number);
+  }
+
+  bool hasEventByHand(row_number animal) {
+    const std::vector<row_number> events = edit_.find("events", "animal", std::to_string(animal));
+    return std::any_of(events.begin(), events.end(), [this](row_number event) {
+      return hand_.hasRow("events", event) || hand_.hasCellOf("events", event);
+    });
   }
 
   void change(const row_difference& row) {

@@ -204,6 +204,34 @@ TEST_F(EditionsTest, AnAnimalThatWasRenamedAndChangedByHandStays) {
   EXPECT_NE(takeErrors().find("the studbook already has these values; nothing was changed"), std::string::npos);
 }
 
+TEST_F(EditionsTest, AnAnimalWithEventsEnteredByHandStays) {
+  ASSERT_EQ(on({"event", "add", "4", "date=1999", "event=arrival", "location=B"}), 0) << takeErrors();
+  const std::string edited = tables();
+  writeContent(sheet, contentOf(sheet).substr(0, contentOf(sheet).find("4,1,2")));
+  EXPECT_EQ(on({"import", sheet}), 1) << "the sheet of animals alone";
+  EXPECT_NE(takeErrors().find("4 has events entered by hand, and the table lacks it"), std::string::npos);
+  ASSERT_EQ(on({"import", sheet, "--ours"}), 0) << takeErrors();
+  EXPECT_EQ(tables(), edited);
+}
+
+TEST_F(EditionsTest, ARenameIsGuessedOnlyWhereTheBirthIsKnown) {
+  const std::string rows = std::string(HEADER) + "1,,,m,1990,Ada\n2,,,f,1991,\n3,1,2,f,1995-03,Cy\n";
+  const std::pair<const char*, const char*> cases[] = {
+      {"40,1,2,m,1996,\n", "4 -> 40"},
+      {"40,1,2,m,?,\n", ""},
+      {"40,1,2,m,1996,\n41,4,,f,2000,\n", ""},  // 4 is still named as a parent
+  };
+  for (const auto& [row, renamed] : cases) {
+    SCOPED_TRACE(row);
+    ASSERT_EQ(update(rows + row, {"--dry-run"}), 0) << takeErrors();
+    const std::string shown = takeOutput();
+    EXPECT_EQ(shown.find("id 4 -> 40") != std::string::npos, *renamed != '\0') << shown;
+  }
+  ASSERT_EQ(update(rows + "4,1,2,m,?,\n"), 0) << takeErrors();
+  ASSERT_EQ(update(rows + "40,1,2,m,?,\n", {"--dry-run"}), 0) << takeErrors();
+  EXPECT_NE(takeOutput().find("4: removed animal"), std::string::npos) << "two births that nobody knows";
+}
+
 TEST_F(EditionsTest, WorkbooksAreComparedAndUpdateAStudbook) {
   ASSERT_EQ(on({"export", "tables", "--as", "xlsx", "--to", home}), 0) << takeErrors();
   const std::string workbook = at("t.xlsx");

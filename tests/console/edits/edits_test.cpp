@@ -147,6 +147,7 @@ TEST_F(EditsTest, RefusesWithAReasonAndChangesNothing) {
     const char* says;
   } cases[] = {
       {{"animal", "set", "sex=m"}, 2, "no animal is named"},
+      {{"death", "1", "--on", "1991"}, 1, "more than a gestation period earlier"},
       {{"animal", "set", "3"}, 2, "give FIELD=VALUE"},
       {{"animal", "set", "4", "sex=m"}, 1, "\n  4#2  sex f, born 1997"},
       {{"animal", "set", "4#3", "sex=m"}, 1, "there is no animal \"4#3\""},
