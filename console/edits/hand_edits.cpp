@@ -74,8 +74,16 @@ void HandEdits::settle(StudbookEdit& edit) {
     }
     const std::string text = row.first == "events"    ? cells["of"] + " " + cells["date"] + " " + cells["event"]
                              : row.first == "animals" ? cells["id"]
+                             : row.first == "columns" ? cells["of_table"] + " " + cells["title"]
                                                       : cells["name"];
     removed_.insert({row.first, text});
+  }
+  // A field that was renamed is gone under the title that the table has.
+  for (const auto& [cell, former] : cells_) {
+    const auto& [table, row, field] = cell;
+    if (table == "columns" && field == "title") {
+      removed_.insert({table, edit.cell(table, row, "of_table") + " " + former});
+    }
   }
 }
 

@@ -30,7 +30,7 @@ class HandEdits {
   bool hasRow(const std::string& table, row_number row) const { return added_.contains({table, row}); }
 
   /// Whether a row with that text was removed by hand. The text is the ID of an animal; animal, date and kind of
-  /// an event; the name of any other row.
+  /// an event; the table and the title of a column, also of one that was renamed; the name of any other row.
   bool hasRemoved(const std::string& table, const std::string& text) const { return removed_.contains({table, text}); }
 
  private:

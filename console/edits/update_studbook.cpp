@@ -58,7 +58,7 @@ class StudbookUpdate {
     const EditionTable& rows = tableOf(table_, row.table);
     for (std::size_t column = 0; column < rows.columns().size(); ++column) {
       const std::string field = columnOf(row.table, rows.columns()[column]);
-      if (!is_event || field != "id") {
+      if (!field.empty() && (!is_event || field != "id")) {
         values.push_back({field, std::string(rows.cell(row.after, column))});
       }
     }
@@ -103,6 +103,9 @@ class StudbookUpdate {
     const row_number number = rowBefore(row);
     for (const cell_difference& cell : row.cells) {
       const std::string field = columnOf(row.table, cell.column);
+      if (field.empty()) {
+        continue;
+      }
       if (hand_.hasCell(row.table, number, field) &&
           !takesBack(describe(row) + ": " + cell.column.title + " " + shownCell(cell.before) + ", in the table " +
                      shownCell(cell.after))) {
@@ -183,12 +186,14 @@ class StudbookUpdate {
     return row.table == "animals" ? row.animal : row.table == "events" ? row.animal + ": event " + row.name : row.name;
   }
 
-  /// The column in the studbook file, which is added if it is missing.
+  /// The column in the studbook file, which is added if it is missing; empty where it was removed or renamed by hand
+  /// and stays so.
   std::string columnOf(const std::string& table, const edition_column& column) {
-    std::string& name = columns_[{table, column.field, column.title}];
-    if (!name.empty()) {
-      return name;
+    const std::tuple key(table, column.field, column.title);
+    if (const auto known = columns_.find(key); known != columns_.end()) {
+      return known->second;
     }
+    std::string& name = columns_[key];
     if (!column.field.empty()) {
       edit_.needField(table, column.field);
       return name = column.field;
@@ -196,7 +201,9 @@ class StudbookUpdate {
     const EditionTable& former = tableOf(former_, table);
     const std::size_t known = former.columnLike(column);
     if (known == NONE) {
-      return name = edit_.addUserField(table, column.title);
+      const bool stays_gone = hand_.hasRemoved("columns", table + " " + column.title) &&
+                              !takesBack("field " + column.title + " was removed or renamed by hand");
+      return name = stays_gone ? std::string() : edit_.addUserField(table, column.title);
     }
     return name = storedColumns(edit_.database(), table)[known].field;
   }

@@ -214,6 +214,24 @@ TEST_F(EditionsTest, AnAnimalWithEventsEnteredByHandStays) {
   EXPECT_EQ(tables(), edited);
 }
 
+TEST_F(EditionsTest, FieldsThatWereRemovedOrRenamedByHandStaySo) {
+  const std::string former = contentOf(sheet);
+  for (const std::vector<std::string>& change :
+       {std::vector<std::string>{"field", "remove", "Name"}, {"field", "rename", "Name", "House"}}) {
+    SCOPED_TRACE(change[1]);
+    ASSERT_EQ(on(change), 0) << takeErrors();
+    const std::string edited = tables();
+    EXPECT_EQ(update(former), 1);
+    EXPECT_NE(takeErrors().find("field Name was removed or renamed by hand"), std::string::npos);
+    ASSERT_EQ(update(former, {"--ours"}), 0) << takeErrors();
+    EXPECT_EQ(tables(), edited);
+    ASSERT_EQ(update(former, {"--theirs"}), 0) << takeErrors();
+    EXPECT_NE(tables().find("Name"), std::string::npos);
+    ASSERT_EQ(on({"undo"}), 0) << takeErrors();
+    ASSERT_EQ(on({"undo"}), 0) << takeErrors();
+  }
+}
+
 TEST_F(EditionsTest, ARenameIsGuessedOnlyWhereTheBirthIsKnown) {
   const std::string rows = std::string(HEADER) + "1,,,m,1990,Ada\n2,,,f,1991,\n3,1,2,f,1995-03,Cy\n";
   const std::pair<const char*, const char*> cases[] = {
