@@ -10,6 +10,7 @@
 #include "console/output/table_options.h"
 #include "console/results/edition_figures.h"
 #include "console/studbook/open_tables.h"
+#include "console/studbook/studbook_file.h"
 
 namespace spx::console {
 namespace {
@@ -133,17 +134,22 @@ class DifferenceTable {
   Table table_;
 };
 
-studbook_files filesOf(const std::string& file) {
+/// One edition. Tables are read as the options of the program say (--dates, --footer, --map).
+studbook_files filesOf(const Session& session, const std::string& file) {
   studbook_files files;
+  if (!isStudbookFile(file)) {
+    files = session.filesBeside(file);
+    files.events = files.locations = files.programs = std::string();
+  }
   files.animals = file;
   return files;
 }
 
 /// Adds the counts of both editions; a note when they cannot be computed.
-void addFigures(Table& table, const diff_options& options) {
+void addFigures(Table& table, const Session& session, const diff_options& options) {
   try {
-    const std::vector<studbook_figure> before = figuresOf(filesOf(options.before));
-    const std::vector<studbook_figure> after = figuresOf(filesOf(options.after));
+    const std::vector<studbook_figure> before = figuresOf(filesOf(session, options.before));
+    const std::vector<studbook_figure> after = figuresOf(filesOf(session, options.after));
     for (std::size_t figure = 0; figure < before.size(); ++figure) {
       const bool is_same = before[figure].text == after[figure].text;
       table.addRow({"figure", before[figure].name, is_same ? "same" : "changed", Cell(), Cell(), before[figure].text,
@@ -154,24 +160,24 @@ void addFigures(Table& table, const diff_options& options) {
   }
 }
 
-ExitCode compare(const diff_options& options) {
-  const edition before = readEdition(openTables(filesOf(options.before)));
-  const edition after = readEdition(openTables(filesOf(options.after)));
+ExitCode compare(const Session& session, const diff_options& options) {
+  const edition before = readEdition(openTables(filesOf(session, options.before)));
+  const edition after = readEdition(openTables(filesOf(session, options.after)));
   const edition_differences differences = compareEditions(before, after);
   const bool is_same = differences.rows.empty() && differences.new_fields.empty() && differences.lost_fields.empty() &&
                        differences.lost_tables.empty();
   Table table = DifferenceTable(before, after).write(differences);
   if (!is_same) {
-    addFigures(table, options);
+    addFigures(table, session, options);
   }
   showTable(table, options.table);
   return is_same ? ExitCode::DONE : ExitCode::FAILED;
 }
 
 /// The exit code distinguishes "different" from "cannot be compared" for scripts.
-ExitCode diff(const diff_options& options) {
+ExitCode diff(const Session& session, const diff_options& options) {
   try {
-    return compare(options);
+    return compare(session, options);
   } catch (const Failure& failure) {
     throw UsageError(failure.what());
   }
@@ -181,7 +187,8 @@ ExitCode diff(const diff_options& options) {
 
 void addDiffCommand(std::vector<command>& commands) {
   const auto options = std::make_shared<diff_options>();
-  commands.push_back({"diff", "Compare two editions of a studbook", [options](Session&) { return diff(*options); },
+  commands.push_back({"diff", "Compare two editions of a studbook",
+                      [options](Session& session) { return diff(session, *options); },
                       [options](CLI::App& app) {
                         app.add_option("BEFORE", options->before, "Tables or a studbook file")->required();
                         app.add_option("AFTER", options->after, "Tables or a studbook file")->required();

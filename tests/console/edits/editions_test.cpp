@@ -214,6 +214,15 @@ TEST_F(EditionsTest, AnAnimalWithEventsEnteredByHandStays) {
   EXPECT_EQ(tables(), edited);
 }
 
+TEST_F(EditionsTest, TablesAreComparedAsTheOptionsOfTheProgramRead) {
+  const std::string before = table("b.csv", "id,dob,Name\n1,04/05/1998,a\nTotal: 1 animal,,\n");
+  const std::string after = table("c.csv", "id,dob,Name\n1,1998-05-04,a\n");
+  EXPECT_EQ(run({"diff", before, after}), 2);
+  EXPECT_EQ(run({"--footer", "skip", "--dates", "day-first", "diff", before, after}), 0)
+      << takeErrors() << takeOutput();
+  EXPECT_EQ(run({"--footer", "skip", "--dates", "month-first", "diff", before, after}), 1);
+}
+
 TEST_F(EditionsTest, FieldsThatWereRemovedOrRenamedByHandStaySo) {
   const std::string former = contentOf(sheet);
   for (const std::vector<std::string>& change :
