@@ -78,11 +78,10 @@ void HandEdits::settle(StudbookEdit& edit) {
                                                       : cells["name"];
     removed_.insert({row.first, text});
   }
-  // A field that was renamed is gone under the title that the table has.
   for (const auto& [cell, former] : cells_) {
     const auto& [table, row, field] = cell;
     if (table == "columns" && field == "title") {
-      removed_.insert({table, edit.cell(table, row, "of_table") + " " + former});
+      renamed_fields_[{edit.cell(table, row, "of_table"), former}] = edit.cell(table, row, "field");
     }
   }
 }

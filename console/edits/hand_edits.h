@@ -30,8 +30,14 @@ class HandEdits {
   bool hasRow(const std::string& table, row_number row) const { return added_.contains({table, row}); }
 
   /// Whether a row with that text was removed by hand. The text is the ID of an animal; animal, date and kind of
-  /// an event; the table and the title of a column, also of one that was renamed; the name of any other row.
+  /// an event; the table and the title of a column; the name of any other row.
   bool hasRemoved(const std::string& table, const std::string& text) const { return removed_.contains({table, text}); }
+
+  /// The column whose title, which the imported table had, was changed by hand; empty when there is none.
+  std::string renamedField(const std::string& table, const std::string& former_title) const {
+    const auto found = renamed_fields_.find({table, former_title});
+    return found == renamed_fields_.end() ? std::string() : found->second;
+  }
 
  private:
   void note(const journal_cell& cell);
@@ -43,6 +49,7 @@ class HandEdits {
   std::set<std::pair<std::string, row_number>> added_;
   std::map<std::pair<std::string, row_number>, std::map<std::string, std::string>> gone_;  ///< rows with their cells
   std::set<std::pair<std::string, std::string>> removed_;
+  std::map<std::pair<std::string, std::string>, std::string> renamed_fields_;  ///< by table and former title
 };
 
 }  // namespace spx::console

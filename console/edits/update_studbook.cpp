@@ -186,8 +186,8 @@ class StudbookUpdate {
     return row.table == "animals" ? row.animal : row.table == "events" ? row.animal + ": event " + row.name : row.name;
   }
 
-  /// The column in the studbook file, which is added if it is missing; empty where it was removed or renamed by hand
-  /// and stays so.
+  /// The column in the studbook file, which is added if it is missing; empty where it was removed by hand and
+  /// stays so.
   std::string columnOf(const std::string& table, const edition_column& column) {
     const std::tuple key(table, column.field, column.title);
     if (const auto known = columns_.find(key); known != columns_.end()) {
@@ -201,8 +201,12 @@ class StudbookUpdate {
     const EditionTable& former = tableOf(former_, table);
     const std::size_t known = former.columnLike(column);
     if (known == NONE) {
+      name = hand_.renamedField(table, column.title);
+      if (!name.empty()) {
+        return name;
+      }
       const bool stays_gone = hand_.hasRemoved("columns", table + " " + column.title) &&
-                              !takesBack("field " + column.title + " was removed or renamed by hand");
+                              !takesBack("field " + column.title + " was removed by hand");
       return name = stays_gone ? std::string() : edit_.addUserField(table, column.title);
     }
     return name = storedColumns(edit_.database(), table)[known].field;
